@@ -1,0 +1,38 @@
+// The client's side of the message bus: one request and its reply, and joining as a module that
+// only listens. Every call has a deadline; none blocks for ever.
+#pragma once
+
+#include "platform/message.h"
+
+struct BusClient
+{
+    int queue = -1;        // private queue for replies, or the module's queue
+    int slot = 0;          // which of this process's private queues
+    uint32_t module = 0;   // 0 for a plain client
+    int claim = -1;        // semaphore that holds the module, -1 for a plain client
+    uint32_t sequence = 0;
+};
+
+extern "C"
+{
+    // Opens a connection with a private reply queue. 0 or 9. Close with BusClientClose.
+    int BusClientOpen(BusClient* client);
+
+    // Joins as `module` to receive what is sent to it. 0, or 9 when the module is taken.
+    int BusClientJoin(BusClient* client, uint32_t module);
+
+    // Removes the queue and gives the module back. Harmless on a connection that is not open.
+    void BusClientClose(BusClient* client);
+
+    // Sends the request to its destination and waits for its reply.
+    //   reply: kMessageMax bytes; timeout_ms: for sending and waiting together
+    // 0; 3 nobody has the module; 5 the queue stayed full; 8 no reply in time.
+    int BusClientCall(BusClient* client, MessageHeader* request, MessageHeader* reply, int timeout_ms);
+
+    // Sends without waiting for an answer. 0, 3 or 5.
+    int BusClientSend(BusClient* client, MessageHeader* message, int timeout_ms);
+
+    // Takes the next message from the client's queue; `message` has kMessageMax bytes.
+    // 0; 8 nothing arrived in time; 9 the queue is gone.
+    int BusClientReceive(BusClient* client, MessageHeader* message, int timeout_ms);
+}

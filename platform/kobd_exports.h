@@ -1,0 +1,28 @@
+// What the daemon exports to the platform libraries loaded into it, besides the validators.
+#pragma once
+
+extern "C"
+{
+    // Writes one stamped line to standard output and to the log file.
+    //   function: name of the caller; line: its line number; format: as printf
+    // 0 when the line was formatted, -1 when formatting failed.
+    int kobd_log_print(const char* function, int line, const char* format, ...)
+        __attribute__((format(printf, 3, 4)));
+
+    // 1 while the debug switch file exists, else 0; asks the file system on every call.
+    int kobd_log_level();
+
+    // Does nothing and returns 0, whatever it is given.
+    int kobd_send_message(...);
+
+    // Notes a signal and wakes the main thread, which shuts the daemon down.
+    void sig_handler(int signal);
+
+    // The value that `name` will have after the set request in hand, as zero-terminated text.
+    //   value: the caller's buffer, large enough for the object
+    // 0; 1 unknown or a table; 16 nothing to read; else the accessor's code.
+    int SnapshotGet(const char* name, char* value);
+
+    // 1 when one of the first `count` characters of `set` occurs in `text`, else 0.
+    int includeForbiddenCharacter(const char* text, const char* set, int count);
+}
