@@ -29,10 +29,7 @@ void WriteAll(int file, const char* bytes, size_t length)
     }
 }
 
-int OpenLog()
-{
-    return open(kobd::kLogFile, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kLogMode);
-}
+int OpenLog() { return open(kobd::kLogFile, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kLogMode); }
 
 // Moves a log that has passed the limit aside and opens a fresh one; -1 when that fails.
 int RotateIfLarge(int file)
@@ -85,7 +82,4 @@ int kobd_log_print(const char* function, int line, const char* format, ...)
     return 0;
 }
 
-int kobd_log_level()
-{
-    return access(kobd::kDebugSwitchFile, F_OK) == 0 ? 1 : 0;
-}
+int kobd_log_level() { return access(kobd::kDebugSwitchFile, F_OK) == 0 ? 1 : 0; }

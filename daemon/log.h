@@ -13,8 +13,8 @@ inline constexpr int kLogLineMax = 4096;  // characters of one line, without the
 }  // namespace kobd
 
 #define LOG_ALWAYS(function, ...) kobd_log_print(function, __LINE__, __VA_ARGS__)
-#define LOG_DEBUG(debug, function, ...)                          \
-    do                                                           \
-    {                                                            \
+#define LOG_DEBUG(debug, function, ...)                             \
+    do                                                              \
+    {                                                               \
         if (debug) kobd_log_print(function, __LINE__, __VA_ARGS__); \
     } while (false)

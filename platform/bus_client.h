@@ -6,10 +6,10 @@
 
 struct BusClient
 {
-    int queue = -1;        // private queue for replies, or the module's queue
-    int slot = 0;          // which of this process's private queues
-    uint32_t module = 0;   // 0 for a plain client
-    int claim = -1;        // semaphore that holds the module, -1 for a plain client
+    int queue = -1;       // private queue for replies, or the module's queue
+    int slot = 0;         // which of this process's private queues
+    uint32_t module = 0;  // 0 for a plain client
+    int claim = -1;       // semaphore that holds the module, -1 for a plain client
     uint32_t sequence = 0;
 };
 

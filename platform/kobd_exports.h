@@ -6,8 +6,7 @@ extern "C"
     // Writes one stamped line to standard output and to the log file.
     //   function: name of the caller; line: its line number; format: as printf
     // 0 when the line was formatted, -1 when formatting failed.
-    int kobd_log_print(const char* function, int line, const char* format, ...)
-        __attribute__((format(printf, 3, 4)));
+    int kobd_log_print(const char* function, int line, const char* format, ...) __attribute__((format(printf, 3, 4)));
 
     // 1 while the debug switch file exists, else 0; asks the file system on every call.
     int kobd_log_level();

@@ -1,0 +1,19 @@
+// Messages that have their row in the handler table and are not served yet: each logs that and
+// sends no reply, so that nobody takes silence for success.
+#pragma once
+
+#include "platform/message.h"
+
+#define KOBD_UNSERVED(ROW)                                                                                      \
+    ROW(ReqTableMaxRow)                                                                                         \
+    ROW(ReqTableElementCount) ROW(ReqTableAdd) ROW(ReqTableDel) ROW(ReqTableGet) ROW(ReqTableSet)               \
+        ROW(ReqTableSetSilent) ROW(ReqTableDump) ROW(REQSubTableAdd) ROW(EvtApnChange) ROW(EvtApnIPChange)      \
+            ROW(EvtNetworkUp) ROW(EvtNetworkDown) ROW(EvtPCscfIPChange) ROW(EvtEthernetUp) ROW(EvtEthernetDown) \
+                ROW(EvtEthernetIPAdd) ROW(EvtEthernetIPDel)
+
+namespace kobd
+{
+#define DECLARE(name) int name(MessageHeader* message);
+KOBD_UNSERVED(DECLARE)
+#undef DECLARE
+}  // namespace kobd

@@ -1,0 +1,96 @@
+// The record forms of the dictionary. Records are constants of the build; the two fields that
+// change while the daemon runs, an object's staged value and a table's list of pending rows, are
+// cells beside the records, which the records point to.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "dictionary/value_type.h"
+#include "platform/message.h"
+
+namespace kobd
+{
+enum RecordKind : uint32_t
+{
+    kKindObject = 0,
+    kKindTable = 1,
+};
+
+using ObjectGet = int (*)(char* value);
+using ObjectSet = int (*)(const char* value);
+using ObjectValidator = int (*)(const char* value);
+
+// Bytes of the buffer that object get hands to a get accessor.
+inline constexpr size_t kValueBuffer = 2048;
+
+// The value given for an object in the set request in hand: heap text owned here, linked into the
+// list of staged objects so that releasing them costs what was staged.
+struct StagedValue
+{
+    char* text = nullptr;
+    StagedValue* next = nullptr;
+};
+
+// How a proposed value is judged.
+struct CheckDescriptor
+{
+    ValueType type;
+    const char* limitation;     // nullptr: none
+    ObjectValidator validator;  // nullptr: none
+};
+
+struct ObjDef
+{
+    RecordKind kind;
+    const char* name;
+    StagedValue* staged;  // never nullptr
+    ObjectGet get;        // nullptr: write-only
+    ObjectSet set;        // nullptr: read-only
+    CheckDescriptor check;
+};
+
+struct ColumnDef
+{
+    const char* name;
+    uint32_t offset;  // bytes from the start of the row, never 0
+    ValueType type;
+    uint32_t length;  // bytes of a text field with its zero byte
+};
+
+using RowValidator = int (*)(void* row);
+
+struct TableOps
+{
+    int (*add)(int32_t* index) = nullptr;
+    int (*del)(int32_t index) = nullptr;
+    int (*get)(int32_t index, void* row) = nullptr;
+    int (*set)(int32_t index, void* row) = nullptr;
+    int (*setPPath)(int32_t index, const char* parent_path) = nullptr;
+    int (*next)(int32_t previous, void* row) = nullptr;
+    RowValidator validate = nullptr;
+};
+
+// Head of a circular list of pending rows; both links point at the head itself when it is empty.
+struct PendingRowLinks
+{
+    PendingRowLinks* next = nullptr;
+    PendingRowLinks* previous = nullptr;
+};
+
+struct TableDef
+{
+    RecordKind kind;
+    const char* name;
+    const TableOps* ops;  // nullptr while the table's requests are not served
+    const ColumnDef* columns;
+    uint32_t column_count;
+    uint32_t row_size;  // bytes
+    PendingRowLinks* pending;
+    uint32_t max_rows;
+};
+
+// The catalogue, in its fixed order.
+extern const std::span<const ObjDef> kObjects;
+extern const std::span<const TableDef> kTables;
+}  // namespace kobd

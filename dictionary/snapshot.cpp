@@ -1,0 +1,57 @@
+// Staged values and the view of them that validators have.
+#include <cstdlib>
+#include <cstring>
+
+#include "daemon/result.h"
+#include "dictionary/name_index.h"
+#include "dictionary/staged_values.h"
+#include "platform/kobd_exports.h"
+
+namespace kobd
+{
+namespace
+{
+StagedValue* first_staged = nullptr;
+}
+
+int StageValue(const ObjDef& object, std::string_view value)
+{
+    char* copy = static_cast<char*>(malloc(value.size() + 1));
+    if (copy == nullptr) return kMallocFailed;
+    memcpy(copy, value.data(), value.size());
+    copy[value.size()] = 0;
+
+    StagedValue* staged = object.staged;
+    if (staged->text == nullptr)
+    {
+        staged->next = first_staged;
+        first_staged = staged;
+    }
+    free(staged->text);
+    staged->text = copy;
+    return kSuccess;
+}
+
+void StagedValuesFree()
+{
+    while (first_staged != nullptr)
+    {
+        StagedValue* staged = first_staged;
+        first_staged = staged->next;
+        free(staged->text);
+        *staged = {};
+    }
+}
+}  // namespace kobd
+
+int SnapshotGet(const char* name, char* value)
+{
+    const kobd::ObjDef* object = kobd::NameLookup(name).object;
+    if (object == nullptr) return kobd::kNotFound;
+    if (object->staged->text != nullptr)
+    {
+        strcpy(value, object->staged->text);
+        return kobd::kSuccess;
+    }
+    return object->get != nullptr ? object->get(value) : kobd::kMethodUnavailable;
+}

@@ -1,0 +1,55 @@
+// Object get: the current values of the objects a request names, fresh from their accessors.
+//   items: object names (text), one an object
+//   reply: for each object that could be read its name (tag 1) and value (tag 2)
+#include "daemon/log.h"
+#include "daemon/reply.h"
+#include "dictionary/name_index.h"
+#include "objects/handlers.h"
+
+namespace kobd
+{
+namespace
+{
+constexpr const char* kFunction = "ReqObjGet";
+
+// Reads one object into the reply. An object that cannot be read leaves its log line only; false
+// when the reply has no room left.
+bool PushObject(Reply& reply, const char* name)
+{
+    const ObjDef* object = NameLookup(name).object;
+    if (object == nullptr)
+    {
+        LOG_ALWAYS(kFunction, "%s-KOB_NOT_FOUND", name);
+        return true;
+    }
+    if (object->get == nullptr)
+    {
+        LOG_ALWAYS(kFunction, "%s-KOB_METHOD_UNAVAILABLE", name);
+        return true;
+    }
+    LOG_DEBUG(reply.Debug(), kFunction, "obj->name[%s]", object->name);
+    char value[kValueBuffer];
+    value[0] = 0;
+    if (object->get(value) != kSuccess)
+    {
+        LOG_ALWAYS(kFunction, "%s-KOB_GET_ERROR", name);
+        return true;
+    }
+    return reply.PushText(kTagObjectName, name) && reply.PushText(kTagValue, value);
+}
+}  // namespace
+
+int ReqObjGet(MessageHeader* request)
+{
+    Reply reply(request, kFunction);
+    if (!HasItems(request)) return reply.Refuse(kInvalidArgument);
+    TlvReader reader(Payload(request));
+    while (const auto item = reader.Next())
+    {
+        const auto name = item->Text();  // whatever its tag
+        if (!name) return reply.Refuse(kInvalidArgument);
+        if (!PushObject(reply, name->data())) return reply.Refuse(kBufferLimit);
+    }
+    return reader.Broken() ? reply.Refuse(kInvalidArgument) : reply.Send();
+}
+}  // namespace kobd

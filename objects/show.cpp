@@ -1,0 +1,41 @@
+// Show: writes every name of the dictionary to a dump file. The payload is not looked at.
+//   reply: dump file name (tag 2); the file is the client's to remove
+#include <unistd.h>
+
+#include <cstdio>
+
+#include "daemon/dump_file.h"
+#include "daemon/reply.h"
+#include "dictionary/records.h"
+#include "objects/handlers.h"
+
+namespace kobd
+{
+namespace
+{
+bool WriteNames(FILE* file)
+{
+    for (const ObjDef& object : kObjects)
+        if (fprintf(file, "%s\n", object.name) < 0) return false;
+    for (const TableDef& table : kTables)
+        if (fprintf(file, "%s\n", table.name) < 0) return false;
+    return true;
+}
+}  // namespace
+
+int ReqShow(MessageHeader* request)
+{
+    char name[kDumpFileName];
+    FILE* file = DumpFileOpen(name);
+    Reply reply(request, "ReqKobShow");
+    if (file == nullptr) return reply.Refuse(kSystemError);
+    reply.PushText(kTagValue, name);
+    const bool written = WriteNames(file);
+    if (fclose(file) != 0 || !written)
+    {
+        unlink(name);
+        return reply.Refuse(kSystemError);
+    }
+    return reply.Send();
+}
+}  // namespace kobd

@@ -1,0 +1,207 @@
+// The bus library as the daemon sees it: one receive thread that calls handlers one at a time, a
+// thread that removes the queues of killed clients, and sending with a bound on waiting.
+#include <pthread.h>
+#include <semaphore.h>
+#include <sys/msg.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <ctime>
+
+#include "platform/host/bus_queues.h"
+
+using namespace kobd;
+using namespace kobd::host;
+
+namespace
+{
+constexpr int kSendBudgetMs = 100;  // all sends of one request together may wait this long
+constexpr int kReclaimSeconds = 2;
+constexpr int32_t kInvalidArgument = 2;
+constexpr uint16_t kTagResult = 0;
+
+struct QueueMessage
+{
+    long type;
+    alignas(MessageHeader) char bytes[kMessageMax];
+};
+
+// State of the process's one membership on the bus.
+struct Bus
+{
+    const MsgHandler* handlers = nullptr;
+    uint32_t module = 0;
+    int queue = -1;
+    int claim = -1;
+    std::atomic<bool> stopping = false;
+    pthread_t receiver{};
+    pthread_t reclaimer{};
+    sem_t stop_reclaimer{};
+};
+Bus bus;
+
+// What is left of the waiting that the sends of one request may do. Outside a handler every send
+// has the whole budget.
+thread_local int send_budget_ms = kSendBudgetMs;
+thread_local bool in_handler = false;
+
+int* SendBudget()
+{
+    if (!in_handler) send_budget_ms = kSendBudgetMs;
+    return &send_budget_ms;
+}
+
+const MsgHandler* FindHandler(uint32_t code)
+{
+    for (const MsgHandler* row = bus.handlers; row != nullptr && row->handler != nullptr; ++row)
+        if (row->code == code) return row;
+    return nullptr;
+}
+
+// A message whose header promises more than arrived never reaches a handler.
+void RefuseTruncated(MessageHeader* request)
+{
+    if (request->message_class != kClassRequest) return;
+    alignas(MessageHeader) char bytes[sizeof(MessageHeader) + 8];
+    memcpy(bytes, request, sizeof(MessageHeader));
+    auto* reply = reinterpret_cast<MessageHeader*>(bytes);
+    reply->length = static_cast<uint16_t>(TlvPushIntToBuf(reply + 1, kTagResult, kInvalidArgument));
+    MessageSendReply(reply);
+}
+
+void Dispatch(QueueMessage& message, size_t received)
+{
+    if (received < sizeof(MessageHeader)) return;
+    auto* header = reinterpret_cast<MessageHeader*>(message.bytes);
+    const MsgHandler* row = FindHandler(LoadBusHeader(header).code);
+    if (row == nullptr) return;
+    send_budget_ms = kSendBudgetMs;
+    in_handler = true;
+    if (header->length > received - sizeof(MessageHeader))
+        RefuseTruncated(header);
+    else
+        row->handler(header);
+    in_handler = false;
+}
+
+void* Receive(void*)
+{
+    static QueueMessage message;
+    while (!bus.stopping)
+    {
+        const ssize_t received = msgrcv(bus.queue, &message, sizeof message.bytes, 0, MSG_NOERROR);
+        if (received >= 0)
+            Dispatch(message, static_cast<size_t>(received));
+        else if (errno == EIDRM || errno == EINVAL)
+        {
+            // Removed under us: take a new queue, or end when leaving the bus.
+            if (bus.stopping) break;
+            bus.queue = ModuleQueue(bus.module, true);
+            if (bus.queue < 0) break;
+        }
+        else if (errno != EINTR && errno != EAGAIN && errno != ENOMEM)
+            break;
+    }
+    return nullptr;
+}
+
+void* Reclaim(void*)
+{
+    for (;;)
+    {
+        ReclaimQueues();
+        timespec until{};
+        clock_gettime(CLOCK_REALTIME, &until);
+        until.tv_sec += kReclaimSeconds;
+        if (sem_timedwait(&bus.stop_reclaimer, &until) == 0) return nullptr;
+    }
+}
+
+// Threads of the library take no signals: those belong to the main thread.
+bool StartThreads()
+{
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    sem_init(&bus.stop_reclaimer, 0, 0);
+    bool started = pthread_create(&bus.receiver, nullptr, Receive, nullptr) == 0;
+    if (started && pthread_create(&bus.reclaimer, nullptr, Reclaim, nullptr) != 0)
+    {
+        bus.stopping = true;
+        msgctl(bus.queue, IPC_RMID, nullptr);
+        pthread_join(bus.receiver, nullptr);
+        started = false;
+    }
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return started;
+}
+}  // namespace
+
+void MessageProccessRegister(const MsgHandler* table) { bus.handlers = table; }
+
+int MessageInitialize(uint32_t module)
+{
+    constexpr int kFailed = 9;
+    if (bus.claim >= 0) return kFailed;
+    bus.claim = ClaimModule(module);
+    if (bus.claim < 0) return kFailed;
+    bus.module = module;
+    bus.queue = ModuleQueue(module, true);
+    bus.stopping = false;
+    if (bus.queue >= 0 && StartThreads()) return 0;
+    ReleaseModule(bus.claim);
+    bus.claim = -1;
+    return kFailed;
+}
+
+int MessageSend(MessageHeader* message)
+{
+    const int queue = ModuleQueue(message->destination, false);
+    if (queue < 0) return 3;
+    return QueueSend(queue, message, SendBudget());
+}
+
+int MessageSendReply(MessageHeader* message)
+{
+    const int queue = LoadBusHeader(message).reply_queue - 1;
+    // A request that names our own queue would have us answer ourselves for ever.
+    if (queue < 0 || queue == bus.queue) return 5;
+    return QueueSend(queue, message, SendBudget()) == 0 ? 0 : 5;
+}
+
+void MessageDestroy()
+{
+    if (bus.claim < 0) return;
+    bus.stopping = true;
+    msgctl(bus.queue, IPC_RMID, nullptr);
+    sem_post(&bus.stop_reclaimer);
+    pthread_join(bus.receiver, nullptr);
+    pthread_join(bus.reclaimer, nullptr);
+    ReleaseModule(bus.claim);
+    bus.claim = -1;
+    bus.queue = -1;
+}
+
+int TlvPushIntToBuf(void* place, uint16_t tag, int32_t value)
+{
+    const uint16_t length = sizeof value;
+    auto* bytes = static_cast<char*>(place);
+    memcpy(bytes, &tag, sizeof tag);
+    memcpy(bytes + 2, &length, sizeof length);
+    memcpy(bytes + 4, &value, sizeof value);
+    return 4 + 4;
+}
+
+int TlvPushStringToBuf(void* place, uint16_t tag, const char* text)
+{
+    const uint16_t length = static_cast<uint16_t>(strlen(text) + 1);
+    auto* bytes = static_cast<char*>(place);
+    memcpy(bytes, &tag, sizeof tag);
+    memcpy(bytes + 2, &length, sizeof length);
+    memcpy(bytes + 4, text, length);
+    return 4 + length;
+}

@@ -1,0 +1,22 @@
+// The platform's hooks on the host: most have nothing to prepare there; they write a journal line,
+// so that a test or a person sees that the daemon called them and in which order.
+#include "platform/host/object_values.h"
+#include "platform/host/state_store.h"
+#include "platform/kob_platform.h"
+
+using namespace kobd::host;
+
+void LogModuleUpdate() { Journal("LogModuleUpdate"); }
+
+void checkFirstBootFlag()
+{
+    Journal("checkFirstBootFlag");
+    ObjectValuesLoad();  // before the bus is joined: the first request finds the values
+}
+
+void checkUpgradeFlag() { Journal("checkUpgradeFlag"); }
+void kobd_lib_init() { Journal("kobd_lib_init"); }
+void initUssdEventSvr() { Journal("initUssdEventSvr"); }
+void updateArplistTimerInit() { Journal("updateArplistTimerInit"); }
+void pemixAlg_init() { Journal("pemixAlg_init"); }
+void kobd_lib_exit() { Journal("kobd_lib_exit"); }

@@ -1,0 +1,186 @@
+// Running values: factory values by object, changed ones over them.
+#include "platform/host/object_values.h"
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "dictionary/value_type.h"
+#include "platform/host/state_store.h"
+#include "platform/kob_platform.h"
+#include "platform/kobd_exports.h"
+
+namespace kobd::host
+{
+namespace
+{
+constexpr size_t kValueBuffer = 2048;  // bytes that object get offers
+constexpr int kUpdateFailed = 14;
+constexpr int kInvokeFailed = 17;
+
+struct Row
+{
+    const char* name;
+    ValueType type;
+    const char* limitation;
+};
+
+constexpr Row MakeRow(const char* name, ValueType type, const char* limitation = nullptr)
+{
+    return {name, type, limitation};
+}
+
+#define SHARED(accessor) accessor
+#define ROW_LIMIT(limitation, ...) limitation
+#define OBJECT(name, type, getter, setter, ...) MakeRow(name, type __VA_OPT__(, ROW_LIMIT(__VA_ARGS__, ))),
+#define RO(name, type, getter, ...) MakeRow(name, type __VA_OPT__(, ROW_LIMIT(__VA_ARGS__, ))),
+#define WO(name, type, setter, ...) MakeRow(name, type __VA_OPT__(, ROW_LIMIT(__VA_ARGS__, ))),
+#define ACTION(name, type, setter, ...) MakeRow(name, type __VA_OPT__(, ROW_LIMIT(__VA_ARGS__, ))),
+constexpr Row kRows[] = {
+#include "dictionary/catalogue/objects.def"
+};
+#undef OBJECT
+#undef RO
+#undef WO
+#undef ACTION
+#undef SHARED
+constexpr size_t kRowCount = std::size(kRows);
+
+struct NameValue
+{
+    const char* name;
+    const char* value;
+};
+
+#define VALUE(name, value) {name, value},
+constexpr NameValue kFactory[] = {
+#include "platform/host/factory_values.def"
+};
+#undef VALUE
+
+// Objects that show the same thing: the first is another name of the second.
+#define SAME(name, as) {name, as},
+constexpr NameValue kSame[] = {
+#include "platform/host/same_values.def"
+};
+#undef SAME
+
+struct Values
+{
+    std::array<std::string, kRowCount> factory;
+    std::array<std::string, kRowCount> running;
+    std::array<size_t, kRowCount> home;  // the row that keeps the value
+    std::array<std::string, kRowCount> key;
+    std::unordered_map<std::string_view, size_t> by_key;
+    Settings unknown;  // settings of a newer build, kept as they are
+    bool dirty = false;
+};
+Values values;
+
+// What an object without a factory value starts with: the least its own check accepts.
+std::string DefaultValue(const Row& row)
+{
+    if (row.limitation == nullptr)
+        return row.type == VT_STRING || row.type == VT_TEXT || row.type == VT_TEXT_2 ? "" : "0";
+    const std::string_view limitation = row.limitation;
+    if (row.type == VT_ENUM) return std::string(limitation.substr(0, limitation.find('|')));
+    if (row.type == VT_INT32 || row.type == VT_UINT32) return std::string(limitation.substr(0, limitation.find(':')));
+    return "";
+}
+
+void NameRows()
+{
+    for (size_t number = 0; number < kRowCount; ++number)
+    {
+        values.key[number] = kRows[number].name;
+        // The second of two objects of one name has a key of its own.
+        if (values.by_key.contains(values.key[number])) values.key[number] += "#2";
+        values.by_key.emplace(values.key[number], number);
+        values.home[number] = number;
+        values.factory[number] = DefaultValue(kRows[number]);
+    }
+    for (const auto& [name, as] : kSame)
+        if (values.by_key.contains(name) && values.by_key.contains(as))
+            values.home[values.by_key.at(name)] = values.by_key.at(as);
+    for (const auto& [name, value] : kFactory)
+        if (const auto found = values.by_key.find(name); found != values.by_key.end())
+            values.factory[found->second] = value;
+    values.running = values.factory;
+}
+
+void Report(const std::string& path, LoadResult result)
+{
+    if (result == LoadResult::kUnreadable)
+        kobd_log_print("ObjectValuesLoad", __LINE__, "cannot read %s (%s), factory values serve", path.c_str(),
+                       strerror(errno));
+    if (result != LoadResult::kDamaged) return;
+    const std::string aside = KeepAside(path);
+    kobd_log_print("ObjectValuesLoad", __LINE__, "%s is damaged, kept as %s, factory values serve", path.c_str(),
+                   aside.empty() ? "it is" : aside.c_str());
+}
+}  // namespace
+
+void ObjectValuesLoad()
+{
+    values = {};
+    NameRows();
+    const std::string path = StateFolder() + "/objects";
+    Settings settings;
+    Report(path, LoadSettings(path, &settings));
+    for (const auto& setting : settings)
+    {
+        const auto found = values.by_key.find(setting.first);
+        if (found == values.by_key.end())
+            values.unknown.push_back(setting);
+        else
+            values.running[found->second] = setting.second;
+    }
+}
+
+int ObjectValuesCommit()
+{
+    if (!values.dirty) return 0;
+    Settings settings;
+    for (size_t number = 0; number < kRowCount; ++number)
+        if (values.running[number] != values.factory[number])
+            settings.emplace_back(values.key[number], values.running[number]);
+    settings.insert(settings.end(), values.unknown.begin(), values.unknown.end());
+    const std::string path = StateFolder() + "/objects";
+    if (!SaveSettings(path, settings))
+    {
+        kobd_log_print("update_config", __LINE__, "cannot write %s: %s", path.c_str(), strerror(errno));
+        return kUpdateFailed;
+    }
+    values.dirty = false;
+    return 0;
+}
+
+int ObjectValueGet(size_t number, char* value)
+{
+    const std::string& text = values.running[values.home[number]];
+    if (text.size() >= kValueBuffer) return kInvokeFailed;
+    memcpy(value, text.c_str(), text.size() + 1);
+    return 0;
+}
+
+int ObjectValueSet(size_t number, const char* value)
+{
+    std::string& text = values.running[values.home[number]];
+    if (strlen(value) >= kValueBuffer) return kInvokeFailed;  // it could never be read again
+    if (text == value) return 0;
+    text = value;
+    values.dirty = true;
+    return 0;
+}
+
+int ObjectAction(size_t number, const char* value)
+{
+    Journal(std::string(kRows[number].name) + " " + value);
+    return ObjectValueSet(number, value);
+}
+}  // namespace kobd::host
+
+int update_config() { return kobd::host::ObjectValuesCommit(); }

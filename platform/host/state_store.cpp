@@ -1,0 +1,188 @@
+// The host platform's files: state, journal and the folder they are in.
+#include "platform/host/state_store.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <ctime>
+
+namespace kobd::host
+{
+namespace
+{
+constexpr mode_t kFolderMode = 0700;
+constexpr mode_t kFileMode = 0600;
+constexpr std::string_view kHeading = "# Settings that differ from the factory's. Edit while the daemon is stopped.\n";
+constexpr std::string_view kEnd = "end";
+
+void MakeFolders(const std::string& path)
+{
+    for (size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
+        mkdir(path.substr(0, slash).c_str(), kFolderMode);
+    mkdir(path.c_str(), kFolderMode);
+}
+
+std::string ChooseFolder()
+{
+    const char* named = getenv("KOBD_STATE_DIR");
+    const char* home = getenv("HOME");
+    std::string folder = named != nullptr && *named != 0 ? named
+                         : geteuid() == 0                ? "/etc/kobd"
+                         : home != nullptr               ? std::string(home) + "/.local/state/kobd"
+                                                         : "/tmp/kobd-state-" + std::to_string(geteuid());
+    while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
+    MakeFolders(folder);
+    return folder;
+}
+
+std::string Escape(std::string_view text)
+{
+    std::string out;
+    for (const char c : text)
+    {
+        if (c == '\\')
+            out += "\\\\";
+        else if (c == '\n')
+            out += "\\n";
+        else if (c == '\r')
+            out += "\\r";
+        else
+            out += c;
+    }
+    return out;
+}
+
+// False when a backslash is followed by anything but what Escape writes.
+bool Unescape(std::string_view text, std::string* out)
+{
+    for (size_t i = 0; i < text.size(); ++i)
+    {
+        if (text[i] != '\\')
+        {
+            *out += text[i];
+            continue;
+        }
+        if (++i == text.size()) return false;
+        if (text[i] == 'n')
+            *out += '\n';
+        else if (text[i] == 'r')
+            *out += '\r';
+        else if (text[i] == '\\')
+            *out += '\\';
+        else
+            return false;
+    }
+    return true;
+}
+
+bool WriteAll(int file, std::string_view bytes)
+{
+    while (!bytes.empty())
+    {
+        const ssize_t written = write(file, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        bytes.remove_prefix(static_cast<size_t>(written));
+    }
+    return true;
+}
+
+bool ReadAll(int file, std::string* text)
+{
+    char block[8192];
+    for (;;)
+    {
+        const ssize_t got = read(file, block, sizeof block);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return false;
+        if (got == 0) return true;
+        text->append(block, static_cast<size_t>(got));
+    }
+}
+
+// False when a line is neither comment, setting nor the end, or the end is missing.
+bool ParseSettings(std::string_view text, Settings* settings)
+{
+    while (!text.empty())
+    {
+        const size_t newline = text.find('\n');
+        if (newline == std::string_view::npos) return false;
+        const std::string_view line = text.substr(0, newline);
+        text.remove_prefix(newline + 1);
+        if (line == kEnd) return true;
+        if (line.empty() || line.front() == '#') continue;
+        const size_t equals = line.find('=');
+        std::string value;
+        if (equals == std::string_view::npos || equals == 0 || !Unescape(line.substr(equals + 1), &value)) return false;
+        settings->emplace_back(line.substr(0, equals), value);
+    }
+    return false;
+}
+
+bool SyncFolder(const std::string& path)
+{
+    const std::string folder = path.substr(0, path.rfind('/'));
+    const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (file < 0) return false;
+    const bool synced = fsync(file) == 0;
+    close(file);
+    return synced;
+}
+}  // namespace
+
+const std::string& StateFolder()
+{
+    static const std::string folder = ChooseFolder();
+    return folder;
+}
+
+LoadResult LoadSettings(const std::string& path, Settings* settings)
+{
+    settings->clear();
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0) return errno == ENOENT ? LoadResult::kMissing : LoadResult::kUnreadable;
+    std::string text;
+    const bool read = ReadAll(file, &text);
+    close(file);
+    if (!read) return LoadResult::kUnreadable;
+    if (ParseSettings(text, settings)) return LoadResult::kLoaded;
+    settings->clear();
+    return LoadResult::kDamaged;
+}
+
+bool SaveSettings(const std::string& path, const Settings& settings)
+{
+    std::string text(kHeading);
+    for (const auto& [name, value] : settings) text += name + "=" + Escape(value) + "\n";
+    text += std::string(kEnd) + "\n";
+
+    const std::string temporary = path + ".new";
+    const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kFileMode);
+    if (file < 0) return false;
+    const bool written = WriteAll(file, text) && fsync(file) == 0;
+    const bool closed = close(file) == 0;
+    if (written && closed && rename(temporary.c_str(), path.c_str()) == 0) return SyncFolder(path);
+    const int error = errno;
+    unlink(temporary.c_str());
+    errno = error;
+    return false;
+}
+
+std::string KeepAside(const std::string& path)
+{
+    const std::string aside = path + ".damaged-" + std::to_string(time(nullptr));
+    return rename(path.c_str(), aside.c_str()) == 0 ? aside : std::string();
+}
+
+void Journal(std::string_view line)
+{
+    const std::string path = StateFolder() + "/journal";
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kFileMode);
+    if (file < 0) return;
+    WriteAll(file, Escape(line) + "\n");
+    close(file);
+}
+}  // namespace kobd::host
