@@ -112,7 +112,7 @@ bool ParseSettings(std::string_view text, Settings* settings)
         if (newline == std::string_view::npos) return false;
         const std::string_view line = text.substr(0, newline);
         text.remove_prefix(newline + 1);
-        if (line == kEnd) return true;
+        if (line == kEnd) return text.empty();
         if (line.empty() || line.front() == '#') continue;
         const size_t equals = line.find('=');
         std::string value;

@@ -1,0 +1,110 @@
+// Starting and ending real daemons, and asking them.
+#include "tests/system/daemon_process.h"
+
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "daemon/tlv.h"
+
+namespace kobd::test
+{
+namespace
+{
+void ExecDaemon(const std::string& state_folder)
+{
+    setenv("KOBD_STATE_DIR", state_folder.c_str(), 1);
+    const int output = open("/tmp/kobd.out", O_WRONLY | O_CREAT | O_APPEND, 0600);
+    dup2(output, STDOUT_FILENO);
+    const char* emulator = KOBD_EMULATOR;  // empty where the daemon runs by itself
+    if (*emulator != 0)
+        execlp(emulator, emulator, KOBD_BINARY, "-F", nullptr);
+    else
+        execl(KOBD_BINARY, KOBD_BINARY, "-F", nullptr);
+    _exit(127);
+}
+}  // namespace
+
+bool EnterOwnNamespaces()
+{
+    if (unshare(CLONE_NEWIPC | CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+        mount("none", "/tmp", "tmpfs", 0, nullptr) == 0)
+        return true;
+    perror("no namespaces of our own here, system tests are skipped");
+    return false;
+}
+
+DaemonProcess::DaemonProcess(std::string state_folder) : state_folder_(std::move(state_folder)) {}
+
+DaemonProcess::~DaemonProcess()
+{
+    if (process_ > 0) End(SIGKILL);
+}
+
+pid_t DaemonProcess::Spawn()
+{
+    const pid_t process = fork();
+    if (process == 0) ExecDaemon(state_folder_);
+    return process;
+}
+
+bool DaemonProcess::Start()
+{
+    process_ = Spawn();
+    for (int attempt = 0; attempt < 100; ++attempt)
+    {
+        if (Request(kGet, {{kTagObjectName, "webHttpPort"}}, 1000).bus == 0) return true;
+        usleep(100000);
+    }
+    return false;
+}
+
+int DaemonProcess::End(int signal)
+{
+    int status = 0;
+    kill(process_, signal);
+    waitpid(process_, &status, 0);
+    process_ = -1;
+    return status;
+}
+
+Answer Request(uint16_t id, const std::vector<std::pair<uint16_t, std::string>>& items, int timeout_ms)
+{
+    alignas(MessageHeader) char request[kMessageMax] = {};
+    alignas(MessageHeader) char reply[kMessageMax] = {};
+    auto* header = reinterpret_cast<MessageHeader*>(request);
+    auto* answered = reinterpret_cast<MessageHeader*>(reply);
+    TlvWriter writer({request + sizeof(MessageHeader), kPayloadMax});
+    Answer answer;
+    for (const auto& [tag, text] : items)
+        if (!writer.Text(tag, text)) return {.bus = -1};
+    header->destination = kModuleKobd;
+    header->message_class = kClassRequest;
+    header->id = id;
+    header->length = static_cast<uint16_t>(writer.Size());
+
+    BusClient client;
+    answer.bus = BusClientOpen(&client);
+    if (answer.bus != 0) return answer;
+    answer.bus = BusClientCall(&client, header, answered, timeout_ms);
+    BusClientClose(&client);
+    if (answer.bus != 0) return answer;
+
+    TlvReader reader(std::span<const char>{reply + sizeof(MessageHeader), answered->length});
+    while (const auto item = reader.Next())
+    {
+        if (item->tag == kTagResult)
+            answer.result = item->Int().value_or(-1);
+        else
+            answer.texts.emplace_back(item->Text().value_or("no text"));
+    }
+    return answer;
+}
+}  // namespace kobd::test

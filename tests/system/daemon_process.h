@@ -1,0 +1,55 @@
+// A real daemon for system tests: started in the foreground on a state folder of its own, ended by
+// its process id.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/bus_client.h"
+
+namespace kobd::test
+{
+// Moves this process into IPC and mount namespaces of its own with an empty /tmp. False, with a
+// line that says so, where that is not allowed: then tests must be skipped.
+bool EnterOwnNamespaces();
+
+class DaemonProcess
+{
+public:
+    explicit DaemonProcess(std::string state_folder);
+    ~DaemonProcess();
+
+    // Starts the daemon and waits until it answers. False when it did not within ten seconds.
+    bool Start();
+
+    // Starts one more daemon without waiting for it.
+    pid_t Spawn();
+
+    // Sends the signal and waits for the end; the wait status.
+    int End(int signal);
+
+    pid_t Process() const { return process_; }
+
+private:
+    std::string state_folder_;
+    pid_t process_ = -1;
+};
+
+struct Answer
+{
+    int bus = 0;      // 0, or why there is no reply
+    int result = -1;  // the result item
+    std::vector<std::string> texts;
+};
+
+// One request over a bus connection of its own.
+Answer Request(uint16_t id, const std::vector<std::pair<uint16_t, std::string>>& items, int timeout_ms = 5000);
+
+inline constexpr uint16_t kSet = 1;
+inline constexpr uint16_t kGet = 2;
+inline constexpr uint16_t kSetSilent = 3;
+inline constexpr uint16_t kUpdate = 4;
+inline constexpr uint16_t kShow = 13;
+}  // namespace kobd::test

@@ -1,0 +1,262 @@
+// The real daemon on real queues: what a client sees of durability, hostile messages, stuck peers
+// and signals.
+#include <gtest/gtest.h>
+#include <sys/msg.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+#include "daemon/tlv.h"
+#include "tests/system/daemon_process.h"
+
+namespace kobd::test
+{
+namespace
+{
+bool namespaces = false;
+constexpr char kState[] = "/tmp/state";
+
+class System : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!namespaces) GTEST_SKIP() << "namespaces are not allowed here";
+        ASSERT_EQ(system("rm -rf /tmp/state /tmp/kobd*"), 0);
+        ASSERT_TRUE(daemon_.Start());
+    }
+
+    static std::string Get(const std::string& name)
+    {
+        const Answer answer = Request(kGet, {{kTagObjectName, name}});
+        return answer.texts.size() == 2 ? answer.texts[1] : "nothing";
+    }
+
+    static int Set(const std::string& name, const std::string& value, uint16_t id = kSet)
+    {
+        const Answer answer = Request(id, {{kTagObjectName, name}, {kTagValue, value}});
+        return answer.bus != 0 ? -1 : answer.result;
+    }
+
+    static std::string Read(const char* path)
+    {
+        std::ostringstream text;
+        text << std::ifstream(path).rdbuf();
+        return text.str();
+    }
+
+    DaemonProcess daemon_{kState};
+};
+
+TEST_F(System, CommittedValuesSurviveKillsAtAnyMoment)
+{
+    std::mt19937 random(1);
+    int committed = 1000;
+    ASSERT_EQ(Set("webHttpPort", "1000"), 0);
+    for (int kill_number = 0; kill_number < 20; ++kill_number)
+    {
+        const pid_t killer = fork();
+        if (killer == 0)
+        {
+            usleep(static_cast<useconds_t>(random() % 20000));
+            kill(daemon_.Process(), SIGKILL);
+            _exit(0);
+        }
+        int attempted = committed;
+        for (int i = 0; i < 200; ++i)
+        {
+            attempted = committed + 1;
+            const Answer answer =
+                Request(kSet, {{kTagObjectName, "webHttpPort"}, {kTagValue, std::to_string(attempted)}}, 300);
+            if (answer.bus != 0) break;
+            ASSERT_EQ(answer.result, 0);
+            committed = attempted;
+        }
+        waitpid(killer, nullptr, 0);
+        daemon_.End(SIGKILL);
+        ASSERT_TRUE(daemon_.Start());
+        const std::string value = Get("webHttpPort");
+        // The set that was killed may or may not have been committed; it may not be half there.
+        EXPECT_TRUE(value == std::to_string(committed) || value == std::to_string(attempted)) << value;
+        committed = std::stoi(value);
+    }
+}
+
+TEST_F(System, UncommittedSilentSetIsGoneAfterAKillAndThereAfterAnUpdate)
+{
+    ASSERT_EQ(Set("webHttpPort", "1111", kSetSilent), 0);
+    EXPECT_EQ(Get("webHttpPort"), "1111");
+    daemon_.End(SIGKILL);
+    ASSERT_TRUE(daemon_.Start());
+    EXPECT_NE(Get("webHttpPort"), "1111");
+    ASSERT_EQ(Set("webHttpPort", "1112", kSetSilent), 0);
+    EXPECT_EQ(Request(kUpdate, {}).result, 0);
+    daemon_.End(SIGKILL);
+    ASSERT_TRUE(daemon_.Start());
+    EXPECT_EQ(Get("webHttpPort"), "1112");
+}
+
+TEST_F(System, DamagedStateIsKeptAsideAndReported)
+{
+    ASSERT_EQ(Set("webHttpPort", "1234"), 0);
+    daemon_.End(SIGTERM);
+    ASSERT_EQ(truncate("/tmp/state/objects", 85), 0);
+    ASSERT_TRUE(daemon_.Start());
+    EXPECT_NE(Get("webHttpPort"), "1234");
+    EXPECT_NE(Read("/tmp/kobd.log").find("is damaged, kept as /tmp/state/objects.damaged-"), std::string::npos);
+    EXPECT_EQ(system("ls /tmp/state/objects.damaged-* >/dev/null"), 0);
+}
+
+TEST_F(System, EverySignalLogsItsNumberAndEndsWithStatusZero)
+{
+    for (const int number : {SIGTERM, SIGINT, SIGQUIT, SIGUSR1, SIGUSR2, SIGBUS})
+    {
+        const auto start = std::chrono::steady_clock::now();
+        const int status = daemon_.End(number);
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << number;
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3)) << number;
+        const std::string log = Read("/tmp/kobd.log");
+        EXPECT_NE(log.find("sig_handler[20]: recv signal:" + std::to_string(number)), std::string::npos);
+        EXPECT_NE(log.find("sig_handler[24]: Get sig " + std::to_string(number) + ", exit..."), std::string::npos);
+        ASSERT_TRUE(daemon_.Start());
+    }
+    kill(daemon_.Process(), SIGHUP);
+    kill(daemon_.Process(), SIGPIPE);
+    EXPECT_NE(Get("webHttpPort"), "nothing") << "ignored signals leave it running";
+}
+
+TEST_F(System, ASecondDaemonServesNothingAndTakesNothing)
+{
+    const pid_t second = daemon_.Spawn();
+    usleep(1000000);
+    EXPECT_NE(Read("/tmp/kobd.log").find("cannot join the bus as module 0x5A510001"), std::string::npos);
+    for (int i = 0; i < 20; ++i) EXPECT_NE(Get("webHttpPort"), "nothing");
+    kill(second, SIGTERM);
+    int status = 0;
+    waitpid(second, &status, 0);
+    EXPECT_NE(Get("webHttpPort"), "nothing") << "the first one still serves";
+}
+
+TEST_F(System, AModuleThatNeverReadsDelaysARequestByABoundedTime)
+{
+    BusClient module;
+    ASSERT_EQ(BusClientJoin(&module, kModuleNotify), 0);
+    for (int i = 0; i < 400; ++i)  // fills the queue of 16384 bytes
+    {
+        const auto start = std::chrono::steady_clock::now();
+        ASSERT_EQ(Set("webHttpPort", std::to_string(2000 + i)), 0);
+        ASSERT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1)) << i;
+        if (Read("/tmp/kobd.log").find("notification") != std::string::npos) break;
+    }
+    EXPECT_NE(Read("/tmp/kobd.log").find("dropped, the queue of module 0x5A510003 is full"), std::string::npos);
+    BusClientClose(&module);
+}
+
+TEST_F(System, ChangesAreAnnouncedAndRefusedRequestsOnlyFinished)
+{
+    BusClient module;
+    ASSERT_EQ(BusClientJoin(&module, kModuleNotify), 0);
+    alignas(MessageHeader) char bytes[kMessageMax];
+    auto* message = reinterpret_cast<MessageHeader*>(bytes);
+    const struct
+    {
+        const char* name;
+        const char* value;
+        int result;
+        std::vector<int> ids;
+    } cases[] = {
+        {"webHttpPort", "3000", 0, {2, 4}}, {"webHttpPort", "70000", 2, {4}}, {"IMEI", "1", 10, {4}},
+        {"noSuchObject", "1", 1, {4}},      {"FlowTable", "1", 2, {4}},
+    };
+    for (const auto& one : cases)
+    {
+        EXPECT_EQ(Set(one.name, one.value), one.result) << one.name;
+        for (const int id : one.ids)
+        {
+            ASSERT_EQ(BusClientReceive(&module, message, 2000), 0) << one.name;
+            EXPECT_EQ(message->id, id) << one.name;
+        }
+        EXPECT_EQ(BusClientReceive(&module, message, 20), 8) << "nothing more after " << one.name;
+    }
+    BusClientClose(&module);
+}
+
+TEST_F(System, AStoppedClientDoesNotStopTheOthers)
+{
+    const pid_t stopped = fork();
+    if (stopped == 0)
+    {
+        for (int i = 0; i < 100000; ++i) Get("systemProductModel");
+        _exit(0);
+    }
+    usleep(50000);
+    kill(stopped, SIGSTOP);
+    for (int i = 0; i < 50; ++i) EXPECT_NE(Get("webHttpPort"), "nothing");
+    kill(stopped, SIGKILL);
+    waitpid(stopped, nullptr, 0);
+}
+
+TEST_F(System, RandomMessagesLeaveTheDaemonServing)
+{
+    std::mt19937 random(7);
+    const int queue = msgget(static_cast<key_t>(kModuleKobd), 0);
+    ASSERT_GE(queue, 0);
+    struct
+    {
+        long type = 1;
+        char bytes[kMessageMax];
+    } message;
+    for (int i = 0; i < 500; ++i)
+    {
+        for (char& byte : message.bytes) byte = static_cast<char>(random());
+        const uint32_t code = (1 + random() % 15) << 16 | kClassRequest;
+        const uint32_t nobody = 0;
+        if (i % 2 == 0) memcpy(message.bytes + 36, &code, sizeof code);
+        memcpy(message.bytes + 4, &nobody, sizeof nobody);
+        while (msgsnd(queue, &message, random() % kMessageMax, IPC_NOWAIT) != 0) usleep(1000);
+    }
+    EXPECT_NE(Get("webHttpPort"), "nothing");
+}
+
+TEST_F(System, ManyNamesPastTheReplyAreAnsweredWithTheBufferLimit)
+{
+    std::vector<std::pair<uint16_t, std::string>> names(300, {kTagObjectName, "systemProductModel"});
+    const Answer answer = Request(kGet, names);
+    EXPECT_EQ(answer.result, 11);
+    EXPECT_TRUE(answer.texts.empty());
+}
+
+TEST_F(System, QueuesOfKilledClientsAreReclaimed)
+{
+    for (int i = 0; i < 50; ++i)
+    {
+        const pid_t victim = fork();
+        if (victim == 0)
+        {
+            BusClient client;
+            BusClientOpen(&client);
+            raise(SIGKILL);
+        }
+        waitpid(victim, nullptr, 0);
+    }
+    usleep(5000000);
+    std::ifstream list("/proc/sysvipc/msg");
+    int queues = -1;  // the heading
+    for (std::string line; std::getline(list, line);) ++queues;
+    EXPECT_EQ(queues, 1) << "the daemon's own";
+}
+}  // namespace
+}  // namespace kobd::test
+
+int main(int count, char** arguments)
+{
+    testing::InitGoogleTest(&count, arguments);
+    if (!testing::GTEST_FLAG(list_tests)) kobd::test::namespaces = kobd::test::EnterOwnNamespaces();
+    return RUN_ALL_TESTS();
+}
