@@ -1,0 +1,117 @@
+// kobctl list [PATTERN], describe NAME..., and the names for completion: from the dictionary alone.
+#include <fnmatch.h>
+
+#include <cstdio>
+#include <string>
+
+#include "client/commands.h"
+#include "client/dictionary.h"
+#include "daemon/result.h"
+
+namespace kobd::client
+{
+namespace
+{
+// A pattern without wildcards matches anywhere in the name.
+bool Matches(const Words& pattern, const std::string& name)
+{
+    if (pattern.empty()) return true;
+    if (pattern[0].find_first_of("*?[") == std::string::npos) return name.find(pattern[0]) != std::string::npos;
+    return fnmatch(pattern[0].c_str(), name.c_str(), 0) == 0;
+}
+
+std::string Positions(const std::string& name)
+{
+    std::string positions;
+    for (size_t i = 0; i < Objects().size(); ++i)
+        if (name == Objects()[i].name) positions += (positions.empty() ? "" : " and ") + std::to_string(i + 1);
+    return positions;
+}
+
+void DescribeObject(const Options& options, const ObjectEntry& object, const char* separator)
+{
+    const std::string positions = Positions(object.name);
+    const bool twice = positions.find(' ') != std::string::npos;
+    const char* validator = object.validator != nullptr ? object.validator : "";
+    if (options.json)
+    {
+        printf(
+            "%s{\"name\":%s,\"kind\":\"object\",\"type\":\"%s\",\"access\":\"%s\",\"accepts\":%s,\"limitation\":%s,"
+            "\"validator\":\"%s\",\"position\":\"%s\"}",
+            separator, JsonString(object.name).c_str(), TypeName(object.type), AccessText(object.access),
+            JsonString(Accepts(object)).c_str(),
+            JsonString(object.limitation != nullptr ? object.limitation : "").c_str(), validator, positions.c_str());
+        return;
+    }
+    printf("%s\n  type      %s\n  access    %s\n  accepts   %s\n", object.name, TypeName(object.type),
+           AccessText(object.access), Accepts(object).c_str());
+    if (object.validator != nullptr) printf("  checked   by %s\n", validator);
+    printf("  position  %s%s\n", positions.c_str(), twice ? " (requests reach the first)" : "");
+}
+
+void DescribeTable(const Options& options, const TableEntry& table, const char* separator)
+{
+    if (options.json)
+        printf("%s{\"name\":%s,\"kind\":\"table\",\"row_size\":%u,\"max_rows\":%u}", separator,
+               JsonString(table.name).c_str(), table.row_size, table.max_rows);
+    else
+        printf("%s\n  table     at most %u rows of %u bytes\n", table.name, table.max_rows, table.row_size);
+}
+}  // namespace
+
+int CommandList(const Options& options, const Words& pattern)
+{
+    const char* separator = "";
+    int found = 0;
+    const auto print = [&](const char* name, const char* kind)
+    {
+        if (!Matches(pattern, name)) return;
+        if (options.json)
+            printf("%s{\"name\":%s,\"kind\":\"%s\"}", separator, JsonString(name).c_str(), kind);
+        else
+            printf("%s\n", name);
+        separator = ",";
+        ++found;
+    };
+    if (options.json) printf("[");
+    for (const ObjectEntry& object : Objects()) print(object.name, "object");
+    for (const TableEntry& table : Tables()) print(table.name, "table");
+    if (options.json) printf("]\n");
+    if (found > 0) return 0;
+    fprintf(stderr, "kobctl: no name matches '%s'\n", pattern[0].c_str());
+    return 1;
+}
+
+int CommandDescribe(const Options& options, const Words& names)
+{
+    int status = 0;
+    const char* separator = "";
+    if (options.json) printf("[");
+    for (const std::string& name : names)
+    {
+        const ObjectEntry* object = FindObject(name);
+        const TableEntry* table = FindTable(name);
+        if (object != nullptr)
+            DescribeObject(options, *object, separator);
+        else if (table != nullptr)
+            DescribeTable(options, *table, separator);
+        else
+        {
+            const std::string near = Nearest(name);
+            fprintf(stderr, "kobctl: %s: %s (1)%s\n", name.c_str(), ResultText(kNotFound),
+                    near.empty() ? "" : (", did you mean " + near + "?").c_str());
+            status = 1;
+            continue;
+        }
+        separator = ",";
+    }
+    if (options.json) printf("]\n");
+    return status;
+}
+
+int CommandCompleteNames(const Options&, const Words&)
+{
+    for (const ObjectEntry& object : Objects()) printf("%s\n", object.name);
+    return 0;
+}
+}  // namespace kobd::client

@@ -1,0 +1,21 @@
+// The commands of kobctl, a file a group. Each returns the exit status: 0, 1 failed, 2 usage.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "client/output.h"
+
+namespace kobd::client
+{
+using Words = std::vector<std::string>;
+
+int CommandGet(const Options& options, const Words& names);
+int CommandSet(const Options& options, const Words& assignments);
+int CommandCommit(const Options& options, const Words& none);
+int CommandList(const Options& options, const Words& pattern);
+int CommandDescribe(const Options& options, const Words& names);
+int CommandShow(const Options& options, const Words& none);
+int CommandWatch(const Options& options, const Words& none);
+int CommandCompleteNames(const Options& options, const Words& none);
+}  // namespace kobd::client

@@ -1,0 +1,180 @@
+// The client's view of the dictionary.
+#include "client/dictionary.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+namespace kobd::client
+{
+namespace
+{
+
+#define SHARED(accessor) accessor
+#define SECOND_QUOTED(...) SECOND_PICK(__VA_ARGS__, NO_VALIDATOR, unused)
+#define SECOND_PICK(first, second, ...) QUOTE(second)
+#define QUOTE(text) QUOTE_EXPANDED(text)
+#define QUOTE_EXPANDED(text) #text
+#define FIRST(first, ...) first
+#define ENTRY(name, type, access, ...) \
+    {name, type, access __VA_OPT__(, FIRST(__VA_ARGS__, unused), SECOND_QUOTED(__VA_ARGS__))},
+#define OBJECT(name, type, getter, setter, ...) ENTRY(name, type, Access::kReadWrite __VA_OPT__(, ) __VA_ARGS__)
+#define RO(name, type, getter, ...) ENTRY(name, type, Access::kReadOnly __VA_OPT__(, ) __VA_ARGS__)
+#define WO(name, type, setter, ...) ENTRY(name, type, Access::kWriteOnly __VA_OPT__(, ) __VA_ARGS__)
+#define ACTION(name, type, setter, ...) ENTRY(name, type, Access::kAction __VA_OPT__(, ) __VA_ARGS__)
+
+struct Row
+{
+    const char* name;
+    ValueType type;
+    Access access;
+    const char* limitation = nullptr;
+    const char* validator = nullptr;
+};
+
+constexpr Row kRows[] = {
+#include "dictionary/catalogue/objects.def"
+};
+
+#define TABLE(name, row_size, max_rows) {name, row_size, max_rows},
+constexpr TableEntry kTables[] = {
+#include "dictionary/catalogue/tables.def"
+};
+#undef TABLE
+
+std::vector<ObjectEntry> MakeObjects()
+{
+    std::vector<ObjectEntry> objects;
+    for (const Row& row : kRows)
+    {
+        const bool none = row.validator == nullptr || strcmp(row.validator, "NO_VALIDATOR") == 0;
+        objects.push_back({row.name, row.type, row.access, row.limitation, none ? nullptr : row.validator});
+    }
+    return objects;
+}
+
+// A bound as the daemon reads it: leading number, else 0; the fallback where there is none.
+std::string Bound(std::string_view limitation, bool upper, const char* fallback)
+{
+    const size_t colon = limitation.find(':');
+    const std::string_view text =
+        upper ? (colon == std::string_view::npos ? "" : limitation.substr(colon + 1)) : limitation.substr(0, colon);
+    return text.empty() ? fallback : std::to_string(strtoul(std::string(text).c_str(), nullptr, 10));
+}
+
+std::string Range(const ObjectEntry& object, const char* what, const char* low, const char* high)
+{
+    const std::string_view limitation = object.limitation != nullptr ? object.limitation : "";
+    return std::string(what) + Bound(limitation, false, low) + " to " + Bound(limitation, true, high);
+}
+
+std::string Choices(const char* limitation)
+{
+    std::string text = limitation != nullptr ? limitation : "";
+    for (size_t bar = text.find('|'); bar != std::string::npos; bar = text.find('|', bar)) text.replace(bar, 1, ", ");
+    return "one of " + text;
+}
+
+size_t Distance(std::string_view a, std::string_view b)
+{
+    std::vector<size_t> row(b.size() + 1);
+    for (size_t j = 0; j <= b.size(); ++j) row[j] = j;
+    for (size_t i = 1; i <= a.size(); ++i)
+    {
+        size_t diagonal = std::exchange(row[0], i);
+        for (size_t j = 1; j <= b.size(); ++j)
+        {
+            const size_t same = diagonal + (tolower(a[i - 1]) != tolower(b[j - 1]));
+            diagonal = row[j];
+            row[j] = std::min({row[j] + 1, row[j - 1] + 1, same});
+        }
+    }
+    return row[b.size()];
+}
+}  // namespace
+
+std::span<const ObjectEntry> Objects()
+{
+    static const std::vector<ObjectEntry> objects = MakeObjects();
+    return objects;
+}
+
+std::span<const TableEntry> Tables() { return kTables; }
+
+const ObjectEntry* FindObject(std::string_view name)
+{
+    for (const ObjectEntry& object : Objects())
+        if (name == object.name) return &object;
+    return nullptr;
+}
+
+const TableEntry* FindTable(std::string_view name)
+{
+    for (const TableEntry& table : kTables)
+        if (name == table.name) return &table;
+    return nullptr;
+}
+
+const char* TypeName(ValueType type)
+{
+    switch (type)
+    {
+        case VT_INT32: return "integer";
+        case VT_UINT64: return "unsigned 64-bit integer";
+        case VT_UINT32: return "unsigned integer";
+        case VT_UINT16: return "unsigned 16-bit integer";
+        case VT_BOOL: return "flag";
+        case VT_ENUM: return "choice";
+        default: return "text";
+    }
+}
+
+const char* AccessText(Access access)
+{
+    switch (access)
+    {
+        case Access::kReadWrite: return "read and write";
+        case Access::kReadOnly: return "read-only";
+        case Access::kWriteOnly: return "write-only";
+        case Access::kAction: return "action, reads as 0";
+    }
+    return "";
+}
+
+std::string Accepts(const ObjectEntry& object)
+{
+    if (object.access == Access::kReadOnly) return "no value: it is read-only";
+    switch (object.type)
+    {
+        case VT_INT32: return Range(object, "an integer from ", "0", "2147483647");
+        case VT_UINT32: return Range(object, "an integer from ", "0", "4294967295");
+        case VT_UINT16: return Range(object, "an integer from ", "0", "65535");
+        case VT_BOOL: return "0 or 1";
+        case VT_STRING: return Range(object, "a text of ", "0", "512") + " bytes, none of ` $ ( ) | &";
+        case VT_TEXT:
+        case VT_TEXT_2: return Range(object, "a text of ", "0", "1024") + " bytes";
+        case VT_ENUM: return Choices(object.limitation);
+        default: return "any text";
+    }
+}
+
+std::string Nearest(std::string_view name)
+{
+    std::string best;
+    size_t least = std::max<size_t>(2, name.size() / 3);
+    const auto consider = [&](const char* candidate)
+    {
+        const size_t distance = Distance(name, candidate);
+        if (distance > least || (distance == least && !best.empty())) return;
+        least = distance;
+        best = candidate;
+    };
+    for (const ObjectEntry& object : Objects()) consider(object.name);
+    for (const TableEntry& table : kTables) consider(table.name);
+    return best;
+}
+}  // namespace kobd::client

@@ -1,0 +1,53 @@
+// What the client knows of the dictionary: names, types, access, limits and checks, made from the
+// same rows as the daemon's records.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "dictionary/value_type.h"
+
+namespace kobd::client
+{
+enum class Access
+{
+    kReadWrite,
+    kReadOnly,
+    kWriteOnly,
+    kAction,
+};
+
+struct ObjectEntry
+{
+    const char* name;
+    ValueType type;
+    Access access;
+    const char* limitation;  // nullptr: none
+    const char* validator;   // name of the check, nullptr: none
+};
+
+struct TableEntry
+{
+    const char* name;
+    uint32_t row_size;  // bytes
+    uint32_t max_rows;
+};
+
+std::span<const ObjectEntry> Objects();
+std::span<const TableEntry> Tables();
+
+// The entry that requests by this name reach; nullptr when there is none.
+const ObjectEntry* FindObject(std::string_view name);
+const TableEntry* FindTable(std::string_view name);
+
+const char* TypeName(ValueType type);
+const char* AccessText(Access access);
+
+// What the object takes, in words: "an integer from 1 to 65535".
+std::string Accepts(const ObjectEntry& object);
+
+// The dictionary name most like `name`, or the empty text when none is near.
+std::string Nearest(std::string_view name);
+}  // namespace kobd::client
