@@ -41,7 +41,7 @@ struct Answer
 {
     int bus = 0;      // 0, or why there is no reply
     int result = -1;  // the result item
-    std::vector<std::string> texts;
+    std::vector<std::string> texts = {};
 };
 
 // One request over a bus connection of its own.
