@@ -17,9 +17,10 @@
 
 namespace kobd::test
 {
+bool namespaces = false;
+
 namespace
 {
-bool namespaces = false;
 constexpr char kState[] = "/tmp/state";
 
 class System : public testing::Test

@@ -1,0 +1,61 @@
+// Names to records, and the dictionary's life on the bus.
+#include "dictionary/name_index.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+#include "daemon/handler_table.h"
+#include "tests/process_setup.h"
+#include "tests/requests.h"
+
+namespace kobd::test
+{
+TEST(NameLookup, EveryNameFindsItsFirstRecord)
+{
+    NameIndexBuild();
+    std::set<std::string_view> seen;
+    for (const ObjDef& object : kObjects)
+        if (seen.insert(object.name).second) EXPECT_EQ(NameLookup(object.name).object, &object) << object.name;
+    EXPECT_EQ(seen.size(), 1485u) << "three of 1488 stand twice";
+    for (const TableDef& table : kTables)
+    {
+        EXPECT_EQ(NameLookup(table.name).table, &table) << table.name;
+        EXPECT_EQ(NameLookup(table.name).object, nullptr) << "one record a name: " << table.name;
+        EXPECT_EQ(table.pending->next, table.pending) << "no pending rows: " << table.name;
+        EXPECT_EQ(table.pending->previous, table.pending) << table.name;
+    }
+}
+
+TEST(NameLookup, NothingButTheExactName)
+{
+    NameIndexBuild();
+    for (const char* name : {"", " ", "webhttpport", "WEBHTTPPORT", "webHttpPor", "webHttpPort ", " webHttpPort", "flowtable"})
+    {
+        EXPECT_EQ(NameLookup(name).object, nullptr) << name;
+        EXPECT_EQ(NameLookup(name).table, nullptr) << name;
+    }
+    EXPECT_EQ(NameLookup(std::string(8000, 'w')).object, nullptr);
+}
+
+TEST(Dictionary, LivesFromJoiningToLeavingTheBus)
+{
+    ResetPlatform();
+    EXPECT_EQ(DictionaryInit(kHandlers.data()), 0);
+    EXPECT_NE(NameLookup("webHttpPort").object, nullptr);
+    EXPECT_EQ(DictionaryExit(), 0);
+    EXPECT_EQ(NameLookup("webHttpPort").object, nullptr);
+    EXPECT_EQ(platform.calls, (std::vector<std::string>{"register", "join 5a510001", "leave"}));
+}
+
+TEST(Dictionary, BusThatCannotBeJoinedIsLogged)
+{
+    ResetPlatform();
+    platform.failures["MessageInitialize"] = 9;
+    OutputCapture output;
+    EXPECT_EQ(DictionaryInit(kHandlers.data()), 0);
+    EXPECT_NE(output.Text().find("cannot join the bus as module 0x5A510001 (9)"), std::string::npos);
+    DictionaryExit();
+}
+}  // namespace kobd::test

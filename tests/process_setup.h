@@ -1,0 +1,31 @@
+// What the test programs set up around themselves.
+#pragma once
+
+#include <string>
+
+namespace kobd::test
+{
+// True in IPC and mount namespaces of our own with an empty /tmp; tests that need it skip otherwise.
+extern bool own_namespaces;
+
+// Takes what is written to standard output from construction to Text, which is where log lines go.
+class OutputCapture
+{
+public:
+    OutputCapture();
+    ~OutputCapture();
+    OutputCapture(const OutputCapture&) = delete;
+    OutputCapture& operator=(const OutputCapture&) = delete;
+
+    std::string Text() const;
+
+private:
+    int file_;
+    int before_;
+};
+
+std::string FileText(const std::string& path);
+}  // namespace kobd::test
+
+#define SKIP_WITHOUT_NAMESPACES() \
+    if (!kobd::test::own_namespaces) GTEST_SKIP() << "needs IPC and mount namespaces of its own"

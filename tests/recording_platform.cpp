@@ -1,0 +1,138 @@
+// Every platform function the daemon calls, recorded.
+#include "tests/recording_platform.h"
+
+#include <cstring>
+
+#include "daemon/tlv.h"
+#include "dictionary/catalogue/accessors.h"
+#include "platform/kob_platform.h"
+#include "platform/message.h"
+#include "platform/text.h"
+
+namespace kobd::test
+{
+RecordingPlatform platform;
+
+void ResetPlatform() { platform = {}; }
+
+std::vector<std::string> RecordingPlatform::Calls(const std::string& prefix) const
+{
+    std::vector<std::string> found;
+    for (const std::string& call : calls)
+        if (call.starts_with(prefix)) found.push_back(call);
+    return found;
+}
+
+namespace
+{
+int Failure(const std::string& name)
+{
+    const auto found = platform.failures.find(name);
+    return found == platform.failures.end() ? 0 : found->second;
+}
+
+int Record(const std::string& call)
+{
+    platform.calls.push_back(call);
+    return Failure(call);
+}
+
+int RecordGet(const char* getter, char* value)
+{
+    platform.calls.push_back(std::string("get ") + getter);
+    if (const auto found = platform.values.find(getter); found != platform.values.end())
+        memcpy(value, found->second.c_str(), found->second.size() + 1);
+    return Failure(getter);
+}
+
+int RecordSet(const char* setter, const char* value)
+{
+    platform.calls.push_back(std::string("set ") + setter + " " + value);
+    if (platform.during_set) platform.during_set();
+    return Failure(setter);
+}
+
+// The items of a message in words: texts as they are, integers in decimal.
+std::string Words(const MessageHeader* message)
+{
+    std::string words;
+    TlvReader reader({reinterpret_cast<const char*>(message + 1), message->length});
+    while (const auto item = reader.Next())
+    {
+        const bool integer = item->tag == kTagResult || item->tag == kTagRowIndex;
+        words += ' ';
+        words += integer ? std::to_string(item->Int().value()) : std::string(item->Text().value());
+    }
+    return words;
+}
+}  // namespace
+}  // namespace kobd::test
+
+using namespace kobd::test;
+
+int MessageInitialize(uint32_t module)
+{
+    char call[32];
+    snprintf(call, sizeof call, "join %x", module);
+    platform.calls.push_back(call);
+    return Failure("MessageInitialize");
+}
+
+void MessageProccessRegister(const MsgHandler*) { platform.calls.push_back("register"); }
+void MessageDestroy() { platform.calls.push_back("leave"); }
+
+int MessageSend(MessageHeader* message)
+{
+    const bool notification = message->destination == kobd::kModuleNotify && message->message_class == kobd::kClassEvent;
+    platform.calls.push_back((notification ? "notify " : "send ") + std::to_string(message->id) + Words(message));
+    return Failure("MessageSend");
+}
+
+int MessageSendReply(MessageHeader* message)
+{
+    platform.reply.assign(reinterpret_cast<const char*>(message), sizeof(MessageHeader) + message->length);
+    platform.calls.push_back("reply" + Words(message));
+    return Failure("MessageSendReply");
+}
+
+int TlvPushIntToBuf(void* place, uint16_t tag, int32_t value)
+{
+    kobd::TlvWriter writer({static_cast<char*>(place), kobd::kIntItem});
+    return writer.Int(tag, value) ? 8 : 0;
+}
+
+int TlvPushStringToBuf(void* place, uint16_t tag, const char* text)
+{
+    kobd::TlvWriter writer({static_cast<char*>(place), kobd::kItemHeader + strlen(text) + 1});
+    return writer.Text(tag, text) ? static_cast<int>(writer.Size()) : 0;
+}
+
+int update_config() { return Record("update_config"); }
+void LogModuleUpdate() { Record("LogModuleUpdate"); }
+void checkFirstBootFlag() { Record("checkFirstBootFlag"); }
+void checkUpgradeFlag() { Record("checkUpgradeFlag"); }
+void kobd_lib_init() { Record("kobd_lib_init"); }
+void initUssdEventSvr() { Record("initUssdEventSvr"); }
+void updateArplistTimerInit() { Record("updateArplistTimerInit"); }
+void pemixAlg_init() { Record("pemixAlg_init"); }
+void kobd_lib_exit() { Record("kobd_lib_exit"); }
+
+bool string_is_digits(const char* text) { return strspn(text, "0123456789") == strlen(text); }
+
+#define DEFINE_GET(getter) \
+    int getter(char* value) { return RecordGet(#getter, value); }
+#define DEFINE_SET(setter) \
+    int setter(const char* value) { return RecordSet(#setter, value); }
+#define DEFINE_NOTHING(...)
+
+// SHARED(f) makes two arguments of one, which shifts DEFINE_NOTHING to the third place.
+#define SHARED(accessor) accessor, shared
+#define THIRD(first, second, third, ...) third
+#define PICK(define, ...) THIRD(__VA_ARGS__, DEFINE_NOTHING, define, unused)
+#define GET(...) PICK(DEFINE_GET, __VA_ARGS__)(__VA_ARGS__)
+#define SET(...) PICK(DEFINE_SET, __VA_ARGS__)(__VA_ARGS__)
+#define OBJECT(name, type, getter, setter, ...) GET(getter) SET(setter)
+#define RO(name, type, getter, ...) GET(getter)
+#define WO(name, type, setter, ...) SET(setter)
+#define ACTION(name, type, setter, ...) SET(setter)
+#include "dictionary/catalogue/objects.def"

@@ -1,0 +1,31 @@
+// The platform as unit tests see it: every function that the daemon calls writes one line into an
+// ordered list, and a test chooses values and failures by the accessor's name.
+//
+//   "get WebHttpPortGet"   "set webHttpPortSet 8080"   "update_config"
+//   "notify 2 webHttpPort" "reply 0"                   "register" "join 5a510001" "leave"
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kobd::test
+{
+struct RecordingPlatform
+{
+    std::vector<std::string> calls;
+    std::map<std::string, std::string> values;  // what a getter gives; the empty text otherwise
+    std::map<std::string, int> failures;        // result of an accessor or platform function
+    std::function<void()> during_set;           // runs inside every set accessor
+    std::string reply;                          // bytes of the last reply, header included
+
+    // Lines that begin with `prefix`.
+    std::vector<std::string> Calls(const std::string& prefix) const;
+};
+
+// The one platform of the process; a test begins with ResetPlatform.
+extern RecordingPlatform platform;
+void ResetPlatform();
+}  // namespace kobd::test

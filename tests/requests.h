@@ -1,0 +1,68 @@
+// Messages for handler tests. A message lies in a heap block of exactly its size, so that the
+// sanitizers see every byte read beside it.
+#pragma once
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "daemon/tlv.h"
+#include "platform/message.h"
+#include "tests/recording_platform.h"
+
+namespace kobd::test
+{
+// One item, value as it is.
+inline std::string RawItem(uint16_t tag, std::string_view value)
+{
+    const uint16_t length = static_cast<uint16_t>(value.size());
+    std::string item(reinterpret_cast<const char*>(&tag), sizeof tag);
+    item.append(reinterpret_cast<const char*>(&length), sizeof length);
+    return item.append(value);
+}
+
+inline std::string TextItem(uint16_t tag, std::string_view text) { return RawItem(tag, std::string(text) + '\0'); }
+inline std::string Name(std::string_view name) { return TextItem(kTagObjectName, name); }
+inline std::string Pair(std::string_view name, std::string_view value) { return Name(name) + TextItem(kTagValue, value); }
+
+class ExactMessage
+{
+public:
+    explicit ExactMessage(std::string_view payload) : block_(new char[sizeof(MessageHeader) + payload.size()]())
+    {
+        memset(block_.get(), 0x5A, sizeof(MessageHeader));
+        Header()->length = static_cast<uint16_t>(payload.size());
+        if (!payload.empty()) memcpy(Header() + 1, payload.data(), payload.size());
+    }
+    MessageHeader* Header() { return reinterpret_cast<MessageHeader*>(block_.get()); }
+
+private:
+    std::unique_ptr<char[]> block_;
+};
+
+struct Answer
+{
+    int returned = 0;
+    int result = -1;
+    std::vector<std::string> texts;  // of the items after the result
+    size_t payload = 0;              // bytes
+};
+
+// Calls the handler and takes the reply apart.
+inline Answer Ask(int (*handler)(MessageHeader*), std::string_view payload)
+{
+    ExactMessage message(payload);
+    platform.reply.clear();
+    Answer answer;
+    answer.returned = handler(message.Header());
+    if (platform.reply.size() < sizeof(MessageHeader)) return answer;
+    answer.payload = platform.reply.size() - sizeof(MessageHeader);
+    TlvReader reader(std::string_view(platform.reply).substr(sizeof(MessageHeader)));
+    while (const auto item = reader.Next())
+        if (item->tag == kTagResult) answer.result = item->Int().value_or(-1);
+        else answer.texts.emplace_back(item->Text().value_or("no text"));
+    return answer;
+}
+}  // namespace kobd::test

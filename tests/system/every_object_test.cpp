@@ -1,0 +1,115 @@
+// Every object of the dictionary through the real daemon: read, and where it can be written, given
+// a value it takes and one it refuses.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "client/dictionary.h"
+#include "daemon/tlv.h"
+#include "tests/system/daemon_process.h"
+
+namespace kobd::test
+{
+extern bool namespaces;
+
+namespace
+{
+using client::Access;
+using client::ObjectEntry;
+
+struct Pair
+{
+    std::string good;
+    std::string bad;  // empty: the type refuses nothing that fits a message
+};
+
+Pair ValuesFor(const ObjectEntry& object)
+{
+    const std::string limitation = object.limitation != nullptr ? object.limitation : "";
+    const size_t colon = limitation.find(':');
+    switch (object.type)
+    {
+        case VT_INT32:
+        case VT_UINT32:
+        case VT_UINT16: return {colon == std::string::npos ? "7" : limitation.substr(0, colon), "-1"};
+        case VT_BOOL: return {"1", "2"};
+        case VT_ENUM: return {limitation.substr(0, limitation.find('|')), "no such choice"};
+        case VT_STRING: return {std::string(colon == std::string::npos ? 3 : 8, 'a'), "a;$(b)"};
+        case VT_TEXT:
+        case VT_TEXT_2: return {"some text", std::string(1025, 'a')};
+        default: return {"anything", ""};
+    }
+}
+
+std::string Read(const char* name)
+{
+    const Answer answer = Request(kGet, {{kTagObjectName, name}});
+    return answer.result == 0 && answer.texts.size() == 2 && answer.texts[0] == name ? answer.texts[1] : "(nothing)";
+}
+
+int Write(const char* name, const std::string& value)
+{
+    return Request(kSetSilent, {{kTagObjectName, name}, {kTagValue, value}}).result;
+}
+
+void CheckWritable(const ObjectEntry& object)
+{
+    const bool readable = object.access == Access::kReadWrite;
+    const Pair values = ValuesFor(object);
+    const std::string before = readable ? Read(object.name) : "";
+    if (!values.bad.empty())
+    {
+        EXPECT_EQ(Write(object.name, values.bad), 2) << object.name;
+    }
+    if (readable)
+    {
+        EXPECT_EQ(Read(object.name), before) << object.name << " kept its value when refused";
+    }
+    if (object.validator != nullptr)
+    {
+        EXPECT_EQ(Write(object.name, values.good), 16) << object.name << " has a check that is not written yet";
+        if (readable)
+        {
+            EXPECT_EQ(Read(object.name), before) << object.name;
+        }
+        return;
+    }
+    EXPECT_EQ(Write(object.name, values.good), 0) << object.name << "=" << values.good;
+    // The two 5G locks are read through the LTE lock's accessor.
+    if (readable && strcmp(object.name, "lteLockband5g") != 0)
+    {
+        EXPECT_EQ(Read(object.name), values.good) << object.name;
+    }
+}
+
+TEST(EveryObject, IsReadAndWritableOnesTakeGoodAndRefuseBadValues)
+{
+    if (!namespaces) GTEST_SKIP() << "namespaces are not allowed here";
+    ASSERT_EQ(system("rm -rf /tmp/state /tmp/kobd*"), 0);
+    DaemonProcess daemon("/tmp/state");
+    ASSERT_TRUE(daemon.Start());
+    for (const ObjectEntry& object : client::Objects())
+    {
+        const std::string value = Read(object.name);
+        if (object.access == Access::kWriteOnly)
+        {
+            EXPECT_EQ(value, "(nothing)") << object.name;
+        }
+        else
+            EXPECT_NE(value, "(nothing)") << object.name;
+        if (object.access == Access::kAction)
+        {
+            EXPECT_EQ(value, "0") << object.name;
+        }
+        if (object.access == Access::kReadOnly)
+        {
+            EXPECT_EQ(Write(object.name, "1"), client::FindObject(object.name)->access == Access::kReadOnly ? 10 : 0);
+        }
+        else if (client::FindObject(object.name) == &object)
+            CheckWritable(object);
+    }
+}
+}  // namespace
+}  // namespace kobd::test
