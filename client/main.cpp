@@ -1,9 +1,9 @@
 // kobctl: reads and changes the router's objects from a terminal.
 #include <cmath>
 #include <csignal>
-#include <cstdio>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 

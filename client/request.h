@@ -26,7 +26,7 @@ struct Response
     int code = 0;            // result of the daemon, or of the bus when `from_bus`
     bool from_bus = false;   // no reply arrived
     bool too_large = false;  // the request does not fit one message; nothing was sent
-    Items items = {};          // what follows the result
+    Items items = {};        // what follows the result
 };
 
 // Sends one request and waits for its reply.

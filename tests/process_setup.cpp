@@ -7,6 +7,7 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -21,7 +22,8 @@ namespace
 // Log, switch file and dump files have fixed names in /tmp, queues have fixed keys.
 bool EnterOwnNamespaces()
 {
-    return unshare(CLONE_NEWIPC | CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+    return unshare(CLONE_NEWIPC | CLONE_NEWNS) == 0 &&
+           mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
            mount("none", "/tmp", "tmpfs", 0, nullptr) == 0;
 }
 }  // namespace
@@ -37,6 +39,8 @@ OutputCapture::~OutputCapture()
     fflush(stdout);
     dup2(before_, STDOUT_FILENO);
     close(before_);
+    // What GoogleTest said about a failure was captured too.
+    if (testing::Test::HasFailure()) fputs(Text().c_str(), stdout);
     close(file_);
 }
 
@@ -52,6 +56,12 @@ std::string FileText(const std::string& path)
     std::ostringstream text;
     text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
+}
+
+bool LooksLike(const std::string& text, const std::string& pattern)
+{
+    return std::equal(text.begin(), text.end(), pattern.begin(), pattern.end(),
+                      [](char c, char p) { return p == '9' ? c >= '0' && c <= '9' : c == p; });
 }
 }  // namespace kobd::test
 

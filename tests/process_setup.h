@@ -25,6 +25,9 @@ private:
 };
 
 std::string FileText(const std::string& path);
+
+// Whether `text` is `pattern`, in which every 9 stands for any digit.
+bool LooksLike(const std::string& text, const std::string& pattern);
 }  // namespace kobd::test
 
 #define SKIP_WITHOUT_NAMESPACES() \

@@ -83,7 +83,8 @@ void MessageDestroy() { platform.calls.push_back("leave"); }
 
 int MessageSend(MessageHeader* message)
 {
-    const bool notification = message->destination == kobd::kModuleNotify && message->message_class == kobd::kClassEvent;
+    const bool notification =
+        message->destination == kobd::kModuleNotify && message->message_class == kobd::kClassEvent;
     platform.calls.push_back((notification ? "notify " : "send ") + std::to_string(message->id) + Words(message));
     return Failure("MessageSend");
 }

@@ -25,17 +25,15 @@ inline std::string RawItem(uint16_t tag, std::string_view value)
 
 inline std::string TextItem(uint16_t tag, std::string_view text) { return RawItem(tag, std::string(text) + '\0'); }
 inline std::string Name(std::string_view name) { return TextItem(kTagObjectName, name); }
-inline std::string Pair(std::string_view name, std::string_view value) { return Name(name) + TextItem(kTagValue, value); }
+inline std::string Pair(std::string_view name, std::string_view value)
+{
+    return Name(name) + TextItem(kTagValue, value);
+}
 
 class ExactMessage
 {
 public:
-    explicit ExactMessage(std::string_view payload) : block_(new char[sizeof(MessageHeader) + payload.size()]())
-    {
-        memset(block_.get(), 0x5A, sizeof(MessageHeader));
-        Header()->length = static_cast<uint16_t>(payload.size());
-        if (!payload.empty()) memcpy(Header() + 1, payload.data(), payload.size());
-    }
+    explicit ExactMessage(std::string_view payload);
     MessageHeader* Header() { return reinterpret_cast<MessageHeader*>(block_.get()); }
 
 private:
@@ -51,18 +49,5 @@ struct Answer
 };
 
 // Calls the handler and takes the reply apart.
-inline Answer Ask(int (*handler)(MessageHeader*), std::string_view payload)
-{
-    ExactMessage message(payload);
-    platform.reply.clear();
-    Answer answer;
-    answer.returned = handler(message.Header());
-    if (platform.reply.size() < sizeof(MessageHeader)) return answer;
-    answer.payload = platform.reply.size() - sizeof(MessageHeader);
-    TlvReader reader(std::string_view(platform.reply).substr(sizeof(MessageHeader)));
-    while (const auto item = reader.Next())
-        if (item->tag == kTagResult) answer.result = item->Int().value_or(-1);
-        else answer.texts.emplace_back(item->Text().value_or("no text"));
-    return answer;
-}
+Answer Ask(int (*handler)(MessageHeader*), std::string_view payload);
 }  // namespace kobd::test

@@ -173,7 +173,9 @@ bool SaveSettings(const std::string& path, const Settings& settings)
 
 std::string KeepAside(const std::string& path)
 {
-    const std::string aside = path + ".damaged-" + std::to_string(time(nullptr));
+    const std::string stem = path + ".damaged-" + std::to_string(time(nullptr));
+    std::string aside = stem;
+    for (int next = 2; access(aside.c_str(), F_OK) == 0; ++next) aside = stem + "-" + std::to_string(next);
     return rename(path.c_str(), aside.c_str()) == 0 ? aside : std::string();
 }
 

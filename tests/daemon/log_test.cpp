@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <fstream>
-#include <regex>
 
 #include "objects/handlers.h"
 #include "tests/process_setup.h"
@@ -46,9 +45,8 @@ bool Exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
 TEST_F(Log, LineOnStandardOutputAndInTheFile)
 {
     EXPECT_EQ(kobd_log_print("ReqObjGet", 41, "%s is %d", "answer", 42), 0);
-    EXPECT_TRUE(std::regex_match(
-        output_.Text(), std::regex("\n[0-9]{4}/[0-9]{2}/[0-9]{2}  [0-9]{2}:[0-9]{2}:[0-9]{2} ReqObjGet\\[41\\]: answer is 42")))
-        << output_.Text();
+    EXPECT_TRUE(LooksLike(output_.Text(), "\n9999/99/99  99:99:99 ReqObjGet[99]: answer is 99")) << output_.Text();
+    EXPECT_TRUE(output_.Text().ends_with("[41]: answer is 42"));
     EXPECT_EQ(FileText(kLogFile), output_.Text());
 }
 
@@ -90,7 +88,7 @@ TEST_F(Log, FileOfExactlyTheLimitIsNotRotated)
 
     kobd_log_print("f", 2, "%s", "first of the new file");
     EXPECT_TRUE(FileText(kRotated) == old) << "rotated file holds the old log, whole";
-    EXPECT_TRUE(std::regex_search(FileText(kLogFile), std::regex("^\n[^\n]* f\\[2\\]: first of the new file$")));
+    EXPECT_TRUE(LooksLike(FileText(kLogFile), "\n9999/99/99  99:99:99 f[9]: first of the new file"));
 }
 
 TEST_F(Log, RotationDiscardsTheOlderRotatedFile)
@@ -113,8 +111,10 @@ TEST_F(Log, SwitchFileTurnsDebugLinesOnAndOff)
 {
     for (const bool on : {false, true, false})
     {
-        if (on) std::ofstream(kDebugSwitchFile) << "";
-        else unlink(kDebugSwitchFile);
+        if (on)
+            std::ofstream(kDebugSwitchFile) << "";
+        else
+            unlink(kDebugSwitchFile);
         unlink(kLogFile);
         EXPECT_EQ(kobd_log_level(), on ? 1 : 0);
         Ask(ReqUpdate, "");

@@ -84,7 +84,7 @@ TEST(Tlv, WriterWritesAllOrNothing)
     {
         std::array<char, 16> bytes;
         bytes.fill('#');
-        TlvWriter text(std::span(bytes).first(room));
+        TlvWriter text({bytes.data(), room});
         const bool text_fits = room >= 4 + 3 + 1;
         EXPECT_EQ(text.Text(kTagObjectName, "abc"), text_fits) << room;
         EXPECT_EQ(text.Size(), text_fits ? 8u : 0u) << room;
@@ -92,7 +92,7 @@ TEST(Tlv, WriterWritesAllOrNothing)
         EXPECT_EQ(bytes[0] == '#', !text_fits) << room;
 
         bytes.fill('#');
-        TlvWriter number(std::span(bytes).first(room));
+        TlvWriter number({bytes.data(), room});
         EXPECT_EQ(number.Int(kTagResult, -1), room >= 8) << room;
         EXPECT_EQ(bytes[number.Size()], '#') << room;
     }

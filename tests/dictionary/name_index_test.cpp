@@ -17,7 +17,11 @@ TEST(NameLookup, EveryNameFindsItsFirstRecord)
     NameIndexBuild();
     std::set<std::string_view> seen;
     for (const ObjDef& object : kObjects)
-        if (seen.insert(object.name).second) EXPECT_EQ(NameLookup(object.name).object, &object) << object.name;
+    {
+        const ObjDef* expected = seen.insert(object.name).second ? &object : NameLookup(object.name).object;
+        EXPECT_EQ(NameLookup(object.name).object, expected) << object.name;
+        EXPECT_LE(expected, &object) << "the earlier of two: " << object.name;
+    }
     EXPECT_EQ(seen.size(), 1485u) << "three of 1488 stand twice";
     for (const TableDef& table : kTables)
     {
@@ -31,7 +35,8 @@ TEST(NameLookup, EveryNameFindsItsFirstRecord)
 TEST(NameLookup, NothingButTheExactName)
 {
     NameIndexBuild();
-    for (const char* name : {"", " ", "webhttpport", "WEBHTTPPORT", "webHttpPor", "webHttpPort ", " webHttpPort", "flowtable"})
+    for (const char* name :
+         {"", " ", "webhttpport", "WEBHTTPPORT", "webHttpPor", "webHttpPort ", " webHttpPort", "flowtable"})
     {
         EXPECT_EQ(NameLookup(name).object, nullptr) << name;
         EXPECT_EQ(NameLookup(name).table, nullptr) << name;

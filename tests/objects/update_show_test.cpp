@@ -4,11 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 
 #include "dictionary/name_index.h"
 #include "objects/handlers.h"
@@ -38,7 +38,8 @@ std::string NextDumpFile(unsigned seed)
 size_t DumpFiles()
 {
     size_t count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator("/tmp")) count += entry.path().string().starts_with("/tmp/kobd-");
+    for (const auto& entry : std::filesystem::directory_iterator("/tmp"))
+        count += entry.path().string().starts_with("/tmp/kobd-");
     return count;
 }
 
@@ -79,12 +80,14 @@ TEST(Show, ListsEveryNameInCatalogueOrder)
     ASSERT_EQ(answer.result, 0);
     ASSERT_EQ(answer.texts.size(), 1u);
     const std::string file = answer.texts[0];
-    EXPECT_TRUE(std::regex_match(file, std::regex("/tmp/kobd-[0-9]{1,7}"))) << file;
+    EXPECT_TRUE(file.size() <= 17 && LooksLike(file, "/tmp/kobd-" + std::string(file.size() - 10, '9'))) << file;
     const std::string text = FileText(file);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1591) << "1488 objects, three of them twice, and 103 tables";
     EXPECT_TRUE(text.starts_with("webLanguage\nwebHttpEnable\n"));
     EXPECT_TRUE(text == AllNames());
-    struct stat status{};
+    struct stat status
+    {
+    };
     ASSERT_EQ(stat(file.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600u);
     unlink(file.c_str());
