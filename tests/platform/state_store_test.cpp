@@ -136,8 +136,7 @@ TEST_F(StateStore, DamagedFileIsKeptAside)
     EXPECT_EQ(KeepAside(path_), "") << "nothing left to keep";
 }
 
-// Disabled: KeepAside names the file by the second alone, so that the second one replaces the first.
-TEST_F(StateStore, DISABLED_SecondDamagedFileOfASecondDoesNotReplaceTheFirst)
+TEST_F(StateStore, SecondDamagedFileOfASecondDoesNotReplaceTheFirst)
 {
     Write("first");
     const std::string first = KeepAside(path_);
