@@ -47,7 +47,7 @@ size_t DumpFiles()
 class Limit
 {
 public:
-    Limit(__rlimit_resource resource, rlim_t limit) : resource_(resource)
+    Limit(decltype(RLIMIT_FSIZE) resource, rlim_t limit) : resource_(resource)
     {
         getrlimit(resource, &before_);
         const rlimit lowered = {limit, before_.rlim_max};
@@ -56,7 +56,7 @@ public:
     ~Limit() { setrlimit(resource_, &before_); }
 
 private:
-    __rlimit_resource resource_;
+    decltype(RLIMIT_FSIZE) resource_;
     rlimit before_{};
 };
 }  // namespace
