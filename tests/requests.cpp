@@ -21,8 +21,10 @@ Answer Ask(int (*handler)(MessageHeader*), std::string_view payload)
     TlvReader reader(std::string_view(platform.reply).substr(sizeof(MessageHeader)));
     while (const auto item = reader.Next())
     {
-        if (item->tag == kTagResult) answer.result = item->Int().value_or(-1);
-        else answer.texts.emplace_back(item->Text().value_or("no text"));
+        if (item->tag == kTagResult)
+            answer.result = item->Int().value_or(-1);
+        else
+            answer.texts.emplace_back(item->Text().value_or("no text"));
     }
     return answer;
 }
