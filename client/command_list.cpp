@@ -53,9 +53,9 @@ void DescribeTable(const Options& options, const TableEntry& table, const char* 
 {
     if (options.json)
         printf("%s{\"name\":%s,\"kind\":\"table\",\"row_size\":%u,\"max_rows\":%u}", separator,
-               JsonString(table.name).c_str(), table.row_size, table.max_rows);
+               JsonString(table.name).c_str(), table.layout.row_size, table.max_rows);
     else
-        printf("%s\n  table     at most %u rows of %u bytes\n", table.name, table.max_rows, table.row_size);
+        printf("%s\n  table     at most %u rows of %u bytes\n", table.name, table.max_rows, table.layout.row_size);
 }
 }  // namespace
 

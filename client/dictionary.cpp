@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "dictionary/catalogue/layouts.h"
+
 namespace kobd::client
 {
 namespace
@@ -40,7 +42,9 @@ constexpr Row kRows[] = {
 #include "dictionary/catalogue/objects.def"
 };
 
-#define TABLE(name, row_size, max_rows) {name, row_size, max_rows},
+#define TABLE(name, layout, max_rows, ...) {name, layout, max_rows},
+#define OWN_LIST TABLE
+#define SAME_LIST TABLE
 constexpr TableEntry kTables[] = {
 #include "dictionary/catalogue/tables.def"
 };

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "dictionary/row_layout.h"
 #include "dictionary/value_type.h"
 
 namespace kobd::client
@@ -31,7 +32,7 @@ struct ObjectEntry
 struct TableEntry
 {
     const char* name;
-    uint32_t row_size;  // bytes
+    RowLayout layout;
     uint32_t max_rows;
 };
 

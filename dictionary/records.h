@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <span>
 
+#include "dictionary/row_layout.h"
 #include "dictionary/value_type.h"
 #include "platform/message.h"
 
@@ -50,24 +51,19 @@ struct ObjDef
     CheckDescriptor check;
 };
 
-struct ColumnDef
-{
-    const char* name;
-    uint32_t offset;  // bytes from the start of the row, never 0
-    ValueType type;
-    uint32_t length;  // bytes of a text field with its zero byte
-};
-
+// Judges a whole row before it is stored; may tidy it up, for what it leaves is what is stored.
 using RowValidator = int (*)(void* row);
 
+// The list behind a table. Row indexes are 32-bit; every function returns 0 or a result code, and
+// row blocks belong to the caller. nullptr: the list cannot do that.
 struct TableOps
 {
-    int (*add)(int32_t* index) = nullptr;
-    int (*del)(int32_t index) = nullptr;
-    int (*get)(int32_t index, void* row) = nullptr;
-    int (*set)(int32_t index, void* row) = nullptr;
-    int (*setPPath)(int32_t index, const char* parent_path) = nullptr;
-    int (*next)(int32_t previous, void* row) = nullptr;
+    int (*add)(int32_t* index) = nullptr;                               // makes room, tells the new row's index
+    int (*del)(int32_t index) = nullptr;                                // removes the row
+    int (*get)(int32_t index, void* row) = nullptr;                     // fills a block of the row size
+    int (*set)(int32_t index, const void* row) = nullptr;               // stores the whole row
+    int (*setPPath)(int32_t index, const char* parent_path) = nullptr;  // its result is not looked at
+    int (*next)(int32_t previous, void* row) = nullptr;                 // the row after `previous`, -1 for the first
     RowValidator validate = nullptr;
 };
 
@@ -82,13 +78,16 @@ struct TableDef
 {
     RecordKind kind;
     const char* name;
-    const TableOps* ops;  // nullptr while the table's requests are not served
-    const ColumnDef* columns;
+    const TableOps* ops;       // never nullptr
+    const ColumnDef* columns;  // first of column_count; tables of one layout share them
     uint32_t column_count;
     uint32_t row_size;  // bytes
     PendingRowLinks* pending;
     uint32_t max_rows;
 };
+
+// Bytes of the largest row of the catalogue (CellularInterfaceTable).
+inline constexpr uint32_t kRowMax = 6408;
 
 // The catalogue, in its fixed order.
 extern const std::span<const ObjDef> kObjects;

@@ -2,9 +2,7 @@
 #include "tests/process_setup.h"
 
 #include <gtest/gtest.h>
-#include <sched.h>
 #include <sys/mman.h>
-#include <sys/mount.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,21 +11,10 @@
 #include <fstream>
 #include <sstream>
 
+#include "tests/namespaces.h"
+
 namespace kobd::test
 {
-bool own_namespaces = false;
-
-namespace
-{
-// Log, switch file and dump files have fixed names in /tmp, queues have fixed keys.
-bool EnterOwnNamespaces()
-{
-    return unshare(CLONE_NEWIPC | CLONE_NEWNS) == 0 &&
-           mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           mount("none", "/tmp", "tmpfs", 0, nullptr) == 0;
-}
-}  // namespace
-
 OutputCapture::OutputCapture() : file_(memfd_create("output", MFD_CLOEXEC)), before_(dup(STDOUT_FILENO))
 {
     fflush(stdout);
@@ -68,10 +55,6 @@ bool LooksLike(const std::string& text, const std::string& pattern)
 int main(int count, char** arguments)
 {
     testing::InitGoogleTest(&count, arguments);
-    if (!testing::GTEST_FLAG(list_tests))
-    {
-        kobd::test::own_namespaces = kobd::test::EnterOwnNamespaces();
-        if (!kobd::test::own_namespaces) perror("no namespaces of our own here, tests that need them are skipped");
-    }
+    if (!testing::GTEST_FLAG(list_tests)) kobd::test::EnterOwnNamespaces();
     return RUN_ALL_TESTS();
 }

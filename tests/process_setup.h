@@ -5,9 +5,6 @@
 
 namespace kobd::test
 {
-// True in IPC and mount namespaces of our own with an empty /tmp; tests that need it skip otherwise.
-extern bool own_namespaces;
-
 // Takes what is written to standard output from construction to Text, which is where log lines go.
 class OutputCapture
 {
@@ -29,6 +26,3 @@ std::string FileText(const std::string& path);
 // Whether `text` is `pattern`, in which every 9 stands for any digit.
 bool LooksLike(const std::string& text, const std::string& pattern);
 }  // namespace kobd::test
-
-#define SKIP_WITHOUT_NAMESPACES() \
-    if (!kobd::test::own_namespaces) GTEST_SKIP() << "needs IPC and mount namespaces of its own"

@@ -5,6 +5,7 @@
 
 #include "daemon/tlv.h"
 #include "dictionary/catalogue/accessors.h"
+#include "dictionary/catalogue/table_operations.h"
 #include "platform/kob_platform.h"
 #include "platform/message.h"
 #include "platform/text.h"
@@ -50,6 +51,12 @@ int RecordSet(const char* setter, const char* value)
     platform.calls.push_back(std::string("set ") + setter + " " + value);
     if (platform.during_set) platform.during_set();
     return Failure(setter);
+}
+
+int RecordList(const char* operation, const char* function, int32_t index = -1)
+{
+    platform.calls.push_back(std::string(operation) + " " + function + " " + std::to_string(index));
+    return Failure(function);
 }
 
 // The items of a message in words: texts as they are, integers in decimal.
@@ -118,8 +125,6 @@ void updateArplistTimerInit() { Record("updateArplistTimerInit"); }
 void pemixAlg_init() { Record("pemixAlg_init"); }
 void kobd_lib_exit() { Record("kobd_lib_exit"); }
 
-bool string_is_digits(const char* text) { return strspn(text, "0123456789") == strlen(text); }
-
 #define DEFINE_GET(getter) \
     int getter(char* value) { return RecordGet(#getter, value); }
 #define DEFINE_SET(setter) \
@@ -137,3 +142,33 @@ bool string_is_digits(const char* text) { return strspn(text, "0123456789") == s
 #define WO(name, type, setter, ...) SET(setter)
 #define ACTION(name, type, setter, ...) SET(setter)
 #include "dictionary/catalogue/objects.def"
+#undef GET
+#undef SET
+#undef SHARED
+
+// The list operations: "add FUNCTION", "get FUNCTION 3". Rows are not kept; get leaves the block.
+#define DEFINE_ADD(function) \
+    int function(int32_t*) { return RecordList("add", #function); }
+#define DEFINE_DEL(function) \
+    int function(int32_t index) { return RecordList("del", #function, index); }
+#define DEFINE_ROW_GET(function) \
+    int function(int32_t index, void*) { return RecordList("get", #function, index); }
+#define DEFINE_ROW_SET(function) \
+    int function(int32_t index, const void*) { return RecordList("set", #function, index); }
+#define DEFINE_PATH(function) \
+    int function(int32_t index, const char*) { return RecordList("path", #function, index); }
+#define DEFINE_NEXT(function) \
+    int function(int32_t previous, void*) { return RecordList("next", #function, previous); }
+#define SHARED(function) function, shared
+#define ADD(...) PICK(DEFINE_ADD, __VA_ARGS__)(__VA_ARGS__)
+#define DEL(...) PICK(DEFINE_DEL, __VA_ARGS__)(__VA_ARGS__)
+#define GET(...) PICK(DEFINE_ROW_GET, __VA_ARGS__)(__VA_ARGS__)
+#define SET(...) PICK(DEFINE_ROW_SET, __VA_ARGS__)(__VA_ARGS__)
+#define PATH(...) PICK(DEFINE_PATH, __VA_ARGS__)(__VA_ARGS__)
+#define NEXT(...) PICK(DEFINE_NEXT, __VA_ARGS__)(__VA_ARGS__)
+#define VALIDATE(...)
+#define ALL(stem) ADD(stem##Add) DEL(stem##Del) GET(stem##Get) SET(stem##Set) PATH(stem##SetPPath) NEXT(stem##Next)
+#define TABLE(name, layout, max_rows, ...) __VA_ARGS__
+#define OWN_LIST(...)
+#define SAME_LIST(...)
+#include "dictionary/catalogue/tables.def"

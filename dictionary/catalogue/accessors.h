@@ -23,6 +23,8 @@ extern "C"
 #undef SHARED
 
 #define MISSING(validator) int validator(const char* value);
-#include "dictionary/catalogue/missing_validators.def"
+#define MISSING_ROW(validator)
+#include "dictionary/catalogue/missing.def"
 #undef MISSING
+#undef MISSING_ROW
 }

@@ -1,7 +1,11 @@
-// The table records: names, row sizes and limits. Their columns and operations are not served yet,
-// so every record has none.
+// The table records, made from the rows of tables.def and the layouts, and the checks of what the
+// catalogue must hold.
+#include <algorithm>
 #include <array>
+#include <string_view>
 
+#include "dictionary/catalogue/layouts.h"
+#include "dictionary/catalogue/table_operations.h"
 #include "dictionary/records.h"
 
 namespace kobd
@@ -10,15 +14,212 @@ namespace
 {
 constexpr size_t kTableCount = 103;
 constinit std::array<PendingRowLinks, kTableCount> pending_rows;
+
+// The operations of a list under the name of the table that owns it.
+struct NamedOps
+{
+    std::string_view table;
+    TableOps ops;
+};
+
+#define ADD(function) .add = function,
+#define DEL(function) .del = function,
+#define GET(function) .get = function,
+#define SET(function) .set = function,
+#define PATH(function) .setPPath = function,
+#define NEXT(function) .next = function,
+#define VALIDATE(function) .validate = function,
+#define ALL(stem) ADD(stem##Add) DEL(stem##Del) GET(stem##Get) SET(stem##Set) PATH(stem##SetPPath) NEXT(stem##Next)
+#define SHARED(function) function
+#define TABLE(name, layout, max_rows, ...) {name, {__VA_ARGS__}},
+#define OWN_LIST TABLE
+#define SAME_LIST(...)
+constexpr NamedOps kOps[] = {
+#include "dictionary/catalogue/tables.def"
+};
+#undef ADD
+#undef DEL
+#undef GET
+#undef SET
+#undef PATH
+#undef NEXT
+#undef VALIDATE
+#undef TABLE
+#undef SAME_LIST
+
+constexpr const TableOps* OpsOf(std::string_view table)
+{
+    return &std::find_if(std::begin(kOps), std::end(kOps), [table](const NamedOps& one) { return one.table == table; })
+                ->ops;
+}
+
 constexpr size_t kFirst = __COUNTER__ + 1;
 
-#define TABLE(name, row_size, max_rows) \
-    TableDef{kKindTable, name, nullptr, nullptr, 0, row_size, &pending_rows[__COUNTER__ - kFirst], max_rows},
-constexpr std::array<TableDef, kTableCount> kRecords = {{
+constexpr TableDef Record(size_t number, const char* name, const RowLayout& layout, uint32_t max_rows,
+                          const char* list_of)
+{
+    return {kKindTable,
+            name,
+            OpsOf(list_of),
+            layout.columns.data(),
+            static_cast<uint32_t>(layout.columns.size()),
+            layout.row_size,
+            &pending_rows[number],
+            max_rows};
+}
+
+#define TABLE(name, layout, max_rows, ...) Record(__COUNTER__ - kFirst, name, layout, max_rows, name),
+#define SAME_LIST(name, layout, max_rows, other) Record(__COUNTER__ - kFirst, name, layout, max_rows, other),
+constexpr std::array<TableDef, kTableCount> kRecords = {
 #include "dictionary/catalogue/tables.def"
-}};
+};
 #undef TABLE
+#undef SAME_LIST
 static_assert(__COUNTER__ - kFirst == kTableCount, "one row a table, 103 in all");
+
+// Which operations a list has, taken from the rows themselves: under the sanitizers the compiler
+// does not compare function addresses at compile time.
+enum Operation : unsigned
+{
+    kAdd = 1u << 0,
+    kDel = 1u << 1,
+    kGet = 1u << 2,
+    kSet = 1u << 3,
+    kPath = 1u << 4,
+    kNext = 1u << 5,
+    kValidate = 1u << 6,
+};
+
+struct NamedFacts
+{
+    std::string_view table;
+    unsigned operations;
+};
+
+#define ADD(function) | kAdd
+#define DEL(function) | kDel
+#define GET(function) | kGet
+#define SET(function) | kSet
+#define PATH(function) | kPath
+#define NEXT(function) | kNext
+#define VALIDATE(function) | kValidate
+#define TABLE(name, layout, max_rows, ...) {name, 0u __VA_ARGS__},
+#define SAME_LIST(...)
+constexpr NamedFacts kFacts[] = {
+#include "dictionary/catalogue/tables.def"
+};
+#undef TABLE
+#undef SAME_LIST
+#define TABLE(name, layout, max_rows, ...) name,
+#define SAME_LIST(name, layout, max_rows, other) other,
+constexpr std::array<std::string_view, kTableCount> kListOf = {
+#include "dictionary/catalogue/tables.def"
+};
+#undef TABLE
+#undef SAME_LIST
+
+constexpr int CountOperation(Operation operation)
+{
+    int count = 0;
+    for (const std::string_view list : kListOf)
+        for (const NamedFacts& facts : kFacts) count += facts.table == list && (facts.operations & operation) != 0;
+    return count;
+}
+
+static_assert(CountOperation(kNext) == 103);
+static_assert(CountOperation(kGet) == 86);
+static_assert(CountOperation(kSet) == 81);
+static_assert(CountOperation(kAdd) == 76);
+static_assert(CountOperation(kDel) == 75);
+static_assert(CountOperation(kPath) == 67);
+static_assert(CountOperation(kValidate) == 9);
+
+template <typename Test>
+constexpr int Count(Test test)
+{
+    int count = 0;
+    for (const TableDef& table : kRecords) count += test(table);
+    return count;
+}
+
+constexpr int CountMaximum(uint32_t max_rows)
+{
+    return Count([max_rows](const TableDef& table) { return table.max_rows == max_rows; });
+}
+
+static_assert(CountMaximum(64) == 45 && CountMaximum(32) == 15 && CountMaximum(10) == 14 && CountMaximum(1) == 7);
+static_assert(CountMaximum(255) == 6 && CountMaximum(4) == 5 && CountMaximum(16) == 3 && CountMaximum(3) == 2);
+static_assert(CountMaximum(20) == 2 && CountMaximum(2) == 1 && CountMaximum(8) == 1 && CountMaximum(128) == 1);
+static_assert(CountMaximum(150) == 1);
+
+// A table is the first of its layout when no earlier one points at the same columns.
+constexpr bool FirstOfLayout(const TableDef& table)
+{
+    for (const TableDef& earlier : kRecords)
+    {
+        if (earlier.name == table.name) return true;
+        if (earlier.columns == table.columns) return false;
+    }
+    return false;
+}
+
+constexpr uint32_t CountColumns()
+{
+    uint32_t count = 0;
+    for (const TableDef& table : kRecords)
+        if (FirstOfLayout(table)) count += table.column_count;
+    return count;
+}
+
+static_assert(Count(FirstOfLayout) == 92, "distinct layouts");
+static_assert(CountColumns() == 927, "columns of the distinct layouts");
+
+constexpr uint32_t FirstOffset(const TableDef& table)
+{
+    uint32_t first = table.row_size;
+    for (uint32_t i = 0; i < table.column_count; ++i) first = std::min(first, table.columns[i].offset);
+    return first;
+}
+
+constexpr uint32_t ColumnsEnd(const TableDef& table)
+{
+    uint32_t end = 0;
+    for (uint32_t i = 0; i < table.column_count; ++i)
+        end = std::max(end, table.columns[i].offset + FieldWidth(table.columns[i]));
+    return end;
+}
+
+constexpr uint32_t kSectionNameBytes = 256;
+static_assert(Count([](const TableDef& table) { return FirstOffset(table) == kRowIndexBytes; }) == 101);
+static_assert(Count([](const TableDef& table) { return table.row_size - ColumnsEnd(table) == kSectionNameBytes; }) ==
+                  44,
+              "rows that end with a section name");
+static_assert(Count([](const TableDef& table) { return table.row_size > kRowMax; }) == 0, "kRowMax holds every row");
+static_assert(Count([](const TableDef& table) { return table.row_size == kRowMax; }) == 1, "and no more");
+
+constexpr int CountAliases()
+{
+    return Count(
+        [](const TableDef& table)
+        {
+            return FirstOfLayout(table) && std::any_of(table.columns, table.columns + table.column_count,
+                                                       [](const ColumnDef& one) { return one.alias_of != nullptr; });
+        });
+}
+static_assert(CountAliases() == 4, "layouts with two names for one field");
+
+constexpr bool NamedAt(size_t position, std::string_view name) { return kRecords[position - 1].name == name; }
+static_assert(NamedAt(1, "FlowTable") && NamedAt(7, "OnlineDeviceTable") && NamedAt(22, "PortRedirectTable"));
+static_assert(NamedAt(103, "ledsTable"));
+
+constexpr int CountSameNames()
+{
+    int count = 0;
+    for (size_t i = 0; i < kTableCount; ++i)
+        for (size_t j = i + 1; j < kTableCount; ++j) count += std::string_view(kRecords[i].name) == kRecords[j].name;
+    return count;
+}
+static_assert(CountSameNames() == 0, "table names are unique");
 }  // namespace
 
 const std::span<const TableDef> kTables = kRecords;

@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "objects/handlers.h"
+#include "tests/namespaces.h"
 #include "tests/process_setup.h"
 #include "tests/requests.h"
 

@@ -12,6 +12,7 @@
 
 #include "dictionary/name_index.h"
 #include "objects/handlers.h"
+#include "tests/namespaces.h"
 #include "tests/process_setup.h"
 #include "tests/requests.h"
 

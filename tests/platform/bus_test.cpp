@@ -11,6 +11,7 @@
 
 #include "platform/bus_client.h"
 #include "platform/host/bus_queues.h"
+#include "tests/namespaces.h"
 #include "tests/process_setup.h"
 
 namespace kobd::test

@@ -2,8 +2,6 @@
 #include "tests/system/daemon_process.h"
 
 #include <fcntl.h>
-#include <sched.h>
-#include <sys/mount.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,6 +11,7 @@
 #include <cstring>
 
 #include "daemon/tlv.h"
+#include "tests/namespaces.h"
 
 namespace kobd::test
 {
@@ -23,23 +22,15 @@ void ExecDaemon(const std::string& state_folder)
     setenv("KOBD_STATE_DIR", state_folder.c_str(), 1);
     const int output = open("/tmp/kobd.out", O_WRONLY | O_CREAT | O_APPEND, 0600);
     dup2(output, STDOUT_FILENO);
+    const std::string program = kPrograms + "kobd";
     const char* emulator = KOBD_EMULATOR;  // empty where the daemon runs by itself
     if (*emulator != 0)
-        execlp(emulator, emulator, KOBD_BINARY, "-F", nullptr);
+        execlp(emulator, emulator, program.c_str(), "-F", nullptr);
     else
-        execl(KOBD_BINARY, KOBD_BINARY, "-F", nullptr);
+        execl(program.c_str(), program.c_str(), "-F", nullptr);
     _exit(127);
 }
 }  // namespace
-
-bool EnterOwnNamespaces()
-{
-    if (unshare(CLONE_NEWIPC | CLONE_NEWNS) == 0 && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-        mount("none", "/tmp", "tmpfs", 0, nullptr) == 0)
-        return true;
-    perror("no namespaces of our own here, system tests are skipped");
-    return false;
-}
 
 DaemonProcess::DaemonProcess(std::string state_folder) : state_folder_(std::move(state_folder)) {}
 

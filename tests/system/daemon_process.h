@@ -11,10 +11,6 @@
 
 namespace kobd::test
 {
-// Moves this process into IPC and mount namespaces of its own with an empty /tmp. False, with a
-// line that says so, where that is not allowed: then tests must be skipped.
-bool EnterOwnNamespaces();
-
 class DaemonProcess
 {
 public:

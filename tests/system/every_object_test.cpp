@@ -8,12 +8,11 @@
 
 #include "client/dictionary.h"
 #include "daemon/tlv.h"
+#include "tests/namespaces.h"
 #include "tests/system/daemon_process.h"
 
 namespace kobd::test
 {
-extern bool namespaces;
-
 namespace
 {
 using client::Access;
@@ -86,7 +85,7 @@ void CheckWritable(const ObjectEntry& object)
 
 TEST(EveryObject, IsReadAndWritableOnesTakeGoodAndRefuseBadValues)
 {
-    if (!namespaces) GTEST_SKIP() << "namespaces are not allowed here";
+    SKIP_WITHOUT_NAMESPACES();
     ASSERT_EQ(system("rm -rf /tmp/state /tmp/kobd*"), 0);
     DaemonProcess daemon("/tmp/state");
     ASSERT_TRUE(daemon.Start());

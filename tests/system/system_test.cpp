@@ -13,12 +13,11 @@
 #include <sstream>
 
 #include "daemon/tlv.h"
+#include "tests/namespaces.h"
 #include "tests/system/daemon_process.h"
 
 namespace kobd::test
 {
-bool namespaces = false;
-
 namespace
 {
 constexpr char kState[] = "/tmp/state";
@@ -28,7 +27,7 @@ class System : public testing::Test
 protected:
     void SetUp() override
     {
-        if (!namespaces) GTEST_SKIP() << "namespaces are not allowed here";
+        SKIP_WITHOUT_NAMESPACES();
         ASSERT_EQ(system("rm -rf /tmp/state /tmp/kobd*"), 0);
         ASSERT_TRUE(daemon_.Start());
     }
@@ -258,6 +257,6 @@ TEST_F(System, QueuesOfKilledClientsAreReclaimed)
 int main(int count, char** arguments)
 {
     testing::InitGoogleTest(&count, arguments);
-    if (!testing::GTEST_FLAG(list_tests)) kobd::test::namespaces = kobd::test::EnterOwnNamespaces();
+    if (!testing::GTEST_FLAG(list_tests)) kobd::test::EnterOwnNamespaces();
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,38 @@
+// Moving a test program into namespaces of its own.
+#include "tests/namespaces.h"
+
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace kobd::test
+{
+bool own_namespaces = false;
+
+namespace
+{
+bool Enter()
+{
+    if (unshare(CLONE_NEWIPC | CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+        return false;
+    // Opened within the new namespace, or it could not be mounted there.
+    const int programs = open(KOBD_PROGRAMS, O_PATH | O_DIRECTORY | O_CLOEXEC);
+    if (programs < 0) return false;
+    const std::string source = "/proc/self/fd/" + std::to_string(programs);
+    const bool mounted = mount("none", "/tmp", "tmpfs", 0, nullptr) == 0 && mkdir(kPrograms.c_str(), 0700) == 0 &&
+                         mount(source.c_str(), kPrograms.c_str(), nullptr, MS_BIND, nullptr) == 0;
+    close(programs);
+    return mounted;
+}
+}  // namespace
+
+void EnterOwnNamespaces()
+{
+    own_namespaces = Enter();
+    if (!own_namespaces) perror("no namespaces of our own here, tests that need them are skipped");
+}
+}  // namespace kobd::test
