@@ -157,7 +157,7 @@ constexpr bool FirstOfLayout(const TableDef& table)
 {
     for (const TableDef& earlier : kRecords)
     {
-        if (earlier.name == table.name) return true;
+        if (&earlier == &table) return true;
         if (earlier.columns == table.columns) return false;
     }
     return false;
