@@ -2,6 +2,7 @@
 // ordered list, and a test chooses values and failures by the accessor's name.
 //
 //   "get WebHttpPortGet"   "set webHttpPortSet 8080"   "update_config"
+//   "nv_get apn1_enable"   "nvram_set eth_status 1"
 //   "notify 2 webHttpPort" "reply 0"                   "register" "join 5a510001" "leave"
 #pragma once
 
@@ -17,6 +18,7 @@ struct RecordingPlatform
 {
     std::vector<std::string> calls;
     std::map<std::string, std::string> values;  // what a getter gives; the empty text otherwise
+    std::map<std::string, std::string> nvram;   // the non-volatile store
     std::map<std::string, int> failures;        // result of an accessor or platform function
     std::function<void()> during_set;           // runs inside every set accessor
     std::string reply;                          // bytes of the last reply, header included
