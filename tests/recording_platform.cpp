@@ -23,7 +23,7 @@ RecordingPlatform platform;
 void ResetPlatform()
 {
     platform = {};
-    g_stConfigWANIF = {};
+    g_stConfigWANIF = {{"wan1", "wan2", "wan3", "wan4"}, 4};
 }
 
 std::vector<std::string> RecordingPlatform::Calls(const std::string& prefix) const
@@ -239,7 +239,7 @@ int kob_get_config(const char* key, char* value, size_t size) { return RecordRea
 int kob_set_config(const char* key, const char* value) { return RecordStore(platform.config, "config", key, value); }
 
 // The connection services.
-ConfigWanInterfaces g_stConfigWANIF = {{"wan1", "wan2", "wan3", "wan4"}, 4};
+ConfigWanInterfaces g_stConfigWANIF;  // set by ResetPlatform
 int setDualwanNetSelectMode_lte(const char* mode) { return RecordSet("setDualwanNetSelectMode_lte", mode); }
 int ChangeConnectTime_net(int cellular) { return RecordNumber("ChangeConnectTime_net", cellular); }
 int updateDdns(int reason) { return RecordNumber("updateDdns", reason); }
