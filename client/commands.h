@@ -17,5 +17,6 @@ int CommandList(const Options& options, const Words& pattern);
 int CommandDescribe(const Options& options, const Words& names);
 int CommandShow(const Options& options, const Words& none);
 int CommandWatch(const Options& options, const Words& none);
-int CommandCompleteNames(const Options& options, const Words& none);
+int CommandTable(const Options& options, const Words& command);
+int CommandCompleteNames(const Options& options, const Words& kind);
 }  // namespace kobd::client
