@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "client/column_value.h"
+#include "client/dictionary.h"
 #include "client/grid.h"
 #include "client/request.h"
 #include "client/table_commands.h"
@@ -64,7 +65,10 @@ std::string Heading(const TableEntry& table)
     std::string out = std::string(table.name) + "\n  rows        at most " + std::to_string(table.max_rows) + ", of " +
                       std::to_string(table.layout.row_size) + " bytes\n  operations  " + Operations(table, false) +
                       "\n";
-    if (*table.validator != 0) out += std::string("  checked     by ") + table.validator + "\n";
+    const char* rule = RuleOf(table.validator);
+    if (*table.validator != 0)
+        out += std::string("  checked     by ") + table.validator + (rule != nullptr ? std::string(": ") + rule : "") +
+               "\n";
     if (table.list_of != std::string_view(table.name)) out += std::string("  same rows   as ") + table.list_of + "\n";
     return out;
 }

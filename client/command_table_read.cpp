@@ -49,7 +49,7 @@ int TableGet(const Options& options, const Words& words)
     if (!IndexesOrFail(options, words, &indexes)) return 2;
 
     std::vector<Items> parts;
-    std::vector<Row> asked;
+    std::vector<RowAddress> asked;
     for (const int32_t index : indexes)
     {
         parts.push_back({Item(kTagTableName, table->name), Item(kTagRowIndex, index)});
@@ -59,7 +59,7 @@ int TableGet(const Options& options, const Words& words)
     const Response response = CallInParts(kRequestTableGet, parts, options.timeout_ms, &answers);
     if (response.from_bus) return FailRequest(options, response.code, true, "table get");
     if (response.code != 0)
-        return FailRequest(options, response.code, false, WhyRefused(options, response.code, kGet, asked));
+        return FailRequest(options, response.code, false, Refusal(options, response.code, kGet, asked));
     std::vector<TableRow> rows;
     if (!AppendRows(answers, &rows)) return Fail(options, kSystemError, "table get: the reply holds no rows");
     PrintRows(options, {table}, rows);

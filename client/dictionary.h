@@ -36,8 +36,11 @@ const ObjectEntry* FindObject(std::string_view name);
 const char* TypeName(ValueType type);
 const char* AccessText(Access access);
 
-// What the object takes, in words: "an integer from 1 to 65535".
+// What the object takes, in words: "an integer from 1 to 65535", or what its check accepts.
 std::string Accepts(const ObjectEntry& object);
+
+// What a check accepts, in words; nullptr for a name that is no check of the catalogue.
+const char* RuleOf(std::string_view check);
 
 // The name of an object or table most like `name`, or the empty text when none is near.
 std::string Nearest(std::string_view name);

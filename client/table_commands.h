@@ -40,10 +40,10 @@ bool IndexesOrFail(const Options& options, const Words& table_and_indexes, std::
 Response DumpRows(const Options& options, const std::vector<const TableEntry*>& tables, std::vector<TableRow>* rows,
                   std::string* error);
 
-using Row = std::pair<const TableEntry*, int32_t>;  // table, index
+using RowAddress = std::pair<const TableEntry*, int32_t>;  // table, index
 
 // Why the daemon refused `operation` on the rows with this result code, as the start of an error
 // line: which row there is not and which ones there are, the maximum, or the operation missing.
 // Asks the daemon again where that takes knowing the rows.
-std::string WhyRefused(const Options& options, int code, Operation operation, const std::vector<Row>& rows);
+std::string Refusal(const Options& options, int code, Operation operation, const std::vector<RowAddress>& rows);
 }  // namespace kobd::client

@@ -18,12 +18,12 @@ std::string Joined(const std::vector<std::string>& words, const char* separator)
     return out;
 }
 
-std::string RowText(const Row& row) { return row.first->name + std::string(" ") + std::to_string(row.second); }
+std::string RowText(const RowAddress& row) { return row.first->name + std::string(" ") + std::to_string(row.second); }
 
-std::string RowTexts(const std::vector<Row>& rows)
+std::string RowTexts(const std::vector<RowAddress>& rows)
 {
     std::vector<std::string> texts;
-    for (const Row& row : rows) texts.push_back(RowText(row));
+    for (const RowAddress& row : rows) texts.push_back(RowText(row));
     return Joined(texts, ", ");
 }
 
@@ -43,9 +43,9 @@ const char* NameOf(Operation operation)
 }
 
 // The row that is not in its table, with the rows that are.
-std::string MissingRow(const Options& options, const std::vector<Row>& rows)
+std::string MissingRow(const Options& options, const std::vector<RowAddress>& rows)
 {
-    for (const Row& row : rows)
+    for (const RowAddress& row : rows)
     {
         std::vector<TableRow> present;
         std::string error;
@@ -60,7 +60,7 @@ std::string MissingRow(const Options& options, const std::vector<Row>& rows)
     return RowTexts(rows);
 }
 
-std::string MissingOperation(Operation operation, const std::vector<Row>& rows)
+std::string MissingOperation(Operation operation, const std::vector<RowAddress>& rows)
 {
     for (const auto& [table, index] : rows)
         for (const Operation needed : {operation == kSetParentPath ? kAdd : operation, operation})
@@ -103,7 +103,7 @@ bool IndexesOrFail(const Options& options, const Words& table_and_indexes, std::
     return true;
 }
 
-std::string WhyRefused(const Options& options, int code, Operation operation, const std::vector<Row>& rows)
+std::string Refusal(const Options& options, int code, Operation operation, const std::vector<RowAddress>& rows)
 {
     const TableEntry& first = *rows.front().first;
     switch (code)
