@@ -318,10 +318,10 @@ TEST_F(KobctlTable, RowsThatDoNotFitOneReplyAreAskedForInParts)
 
 TEST_F(KobctlTable, ARowThatItsCheckRefusesIsTakenBack)
 {
-    const Ran added = RunKobctl({"table", "add", "FwUrlFilterTable", "URL=a//b"});
+    const Ran added = RunKobctl({"table", "add", "FwUrlFilterTable", "URL=192.168.1.1"});
     EXPECT_EQ(added.status, 1);
     EXPECT_EQ(added.output, "");
-    EXPECT_TRUE(added.errors.starts_with("kobctl: FwUrlFilterTable 1 URL=a//b: ")) << added.errors;
+    EXPECT_TRUE(added.errors.starts_with("kobctl: FwUrlFilterTable 1 URL=192.168.1.1: ")) << added.errors;
     EXPECT_NE(added.errors.find(" (validUrlFilter); it takes rows with a host or URL"), std::string::npos)
         << added.errors;
     EXPECT_NE(added.errors.find("; the new row 1 was taken back: "), std::string::npos) << added.errors;
@@ -333,9 +333,9 @@ TEST_F(KobctlTable, ABatchWithARefusedRowChangesNothing)
     ASSERT_EQ(Request(kTableAdd, {{kTagTableName, "FwIpFilterTable"}}).result, 0);
     ASSERT_EQ(Request(kTableAdd, {{kTagTableName, "FwUrlFilterTable"}}).result, 0);
     const Ran set =
-        RunKobctl({"table", "set", "FwIpFilterTable", "1", "IP_LIST=a", "FwUrlFilterTable", "1", "URL=a//b"});
+        RunKobctl({"table", "set", "FwIpFilterTable", "1", "IP_LIST=a", "FwUrlFilterTable", "1", "URL=192.168.1.1"});
     EXPECT_EQ(set.status, 1);
-    EXPECT_TRUE(set.errors.starts_with("kobctl: FwUrlFilterTable 1 URL=a//b: ")) << set.errors;
+    EXPECT_TRUE(set.errors.starts_with("kobctl: FwUrlFilterTable 1 URL=192.168.1.1: ")) << set.errors;
     EXPECT_EQ(RunKobctl({"table", "dump", "--json", "FwIpFilterTable"}).output,
               "{\"FwIpFilterTable\":[{\"index\":1,\"DestIPAddress\":\"\",\"IP_LIST\":\"\"}]}\n");
 }
