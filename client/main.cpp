@@ -29,6 +29,10 @@ constexpr Command kCommands[] = {
     {"show", 0, 0, CommandShow},
     {"commit", 0, 0, CommandCommit},
     {"watch", 0, 0, CommandWatch},
+    {"event", 1, 2, CommandEvent},
+    {"journal", 0, 0, CommandJournal},
+    {"nvram", 0, SIZE_MAX, CommandNvram},
+    {"config", 0, SIZE_MAX, CommandConfig},
     {"table", 0, SIZE_MAX, CommandTable},
     {"complete-names", 0, 2, CommandCompleteNames},
 };
@@ -43,7 +47,13 @@ constexpr char kHelp[] =
     "  list [PATTERN]           names that match ('wifi*'; a plain word matches anywhere)\n"
     "  describe NAME...         type, what it accepts, access, check\n"
     "  show                     all names, as the daemon lists them\n"
-    "  watch [--count N]        announcements as they arrive\n"
+    "  watch [--count N]        announcements and events to the other modules as they arrive\n"
+    "\n"
+    "  event NAME [TEXT]        a network event to the daemon, 'event ApnIPChange 2'\n"
+    "  journal [--follow]       what a router would have done, line by line; --count N with --follow\n"
+    "  nvram get KEY...         values of the non-volatile store, also without the daemon\n"
+    "  nvram set KEY=VALUE...   new values, durable at once\n"
+    "  config get, config set   the same for the configuration store\n"
     "\n"
     "  table list [PATTERN]     tables, the most rows each may hold, its operations\n"
     "  table describe TABLE...  rows, operations, what each column takes\n"
@@ -108,6 +118,8 @@ std::string Parse(const Words& arguments, Options* options, Words* words)
             options->json = true;
         else if (word == "--silent")
             options->silent = true;
+        else if (word == "--follow")
+            options->follow = true;
         else if (word == "--parent" && !next.empty())
             options->parent = arguments[++i];
         else if (word == "--parent")

@@ -10,9 +10,10 @@ struct Options
 {
     bool json = false;
     bool silent = false;
+    bool follow = false;
     std::string parent = {};  // path of the object under which a row is added
     int timeout_ms = 5000;
-    int count = 0;  // notifications to wait for, 0: no end
+    int count = 0;  // messages or lines to wait for, 0: no end
 };
 
 // Bytes of the UTF-8 character at the start of `text`, which is not empty; 0 when there is none.

@@ -30,7 +30,7 @@ _kobctl_table() {
 
 _kobctl() {
     if [ "$COMP_CWORD" = 1 ]; then
-        _kobctl_complete "get set list describe show commit watch table help"
+        _kobctl_complete "get set list describe show commit watch event journal nvram config table help"
         return
     fi
     case ${COMP_WORDS[1]} in
@@ -40,6 +40,12 @@ _kobctl() {
             _kobctl_complete "$(kobctl complete-names | sed 's/$/=/')"
             compopt -o nospace
             ;;
+        event)
+            [ "$COMP_CWORD" = 2 ] && _kobctl_complete "ApnChange ApnIPChange NetworkUp NetworkDown PCscfIPChange \
+                EthernetUp EthernetDown EthernetIPAdd EthernetIPDel"
+            ;;
+        journal) _kobctl_complete "--follow" ;;
+        nvram | config) [ "$COMP_CWORD" = 2 ] && _kobctl_complete "get set" ;;
         table) _kobctl_table ;;
     esac
 }
