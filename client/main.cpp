@@ -22,10 +22,18 @@ struct Command
 };
 
 constexpr Command kCommands[] = {
-    {"get", 1, SIZE_MAX, CommandGet}, {"set", 1, SIZE_MAX, CommandSet},
-    {"list", 0, 1, CommandList},      {"describe", 1, SIZE_MAX, CommandDescribe},
-    {"show", 0, 0, CommandShow},      {"commit", 0, 0, CommandCommit},
-    {"watch", 0, 0, CommandWatch},    {"complete-names", 0, 0, CommandCompleteNames},
+    {"get", 1, SIZE_MAX, CommandGet},
+    {"set", 1, SIZE_MAX, CommandSet},
+    {"list", 0, 1, CommandList},
+    {"describe", 1, SIZE_MAX, CommandDescribe},
+    {"show", 0, 0, CommandShow},
+    {"commit", 0, 0, CommandCommit},
+    {"watch", 0, 0, CommandWatch},
+    {"event", 1, 2, CommandEvent},
+    {"journal", 0, 0, CommandJournal},
+    {"nvram", 0, SIZE_MAX, CommandNvram},
+    {"config", 0, SIZE_MAX, CommandConfig},
+    {"complete-names", 0, 0, CommandCompleteNames},
 };
 
 constexpr char kHelp[] =
@@ -38,7 +46,13 @@ constexpr char kHelp[] =
     "  list [PATTERN]           names that match ('wifi*'; a plain word matches anywhere)\n"
     "  describe NAME...         type, what it accepts, access, check\n"
     "  show                     all names, as the daemon lists them\n"
-    "  watch [--count N]        announcements as they arrive\n"
+    "  watch [--count N]        announcements and events to the other modules as they arrive\n"
+    "\n"
+    "  event NAME [TEXT]        a network event to the daemon, 'event ApnIPChange 2'\n"
+    "  journal [--follow]       what a router would have done, line by line; --count N with --follow\n"
+    "  nvram get KEY...         values of the non-volatile store, also without the daemon\n"
+    "  nvram set KEY=VALUE...   new values, durable at once\n"
+    "  config get, config set   the same for the configuration store\n"
     "\n"
     "  --json                   print data as JSON\n"
     "  --timeout SECONDS        how long to wait for an answer (default 5)\n"
@@ -88,6 +102,8 @@ std::string Parse(const Words& arguments, Options* options, Words* words)
             options->json = true;
         else if (word == "--silent")
             options->silent = true;
+        else if (word == "--follow")
+            options->follow = true;
         else if (word == "--timeout" && ReadSeconds(next, &options->timeout_ms))
             ++i;
         else if (word == "--timeout")

@@ -10,8 +10,9 @@ struct Options
 {
     bool json = false;
     bool silent = false;
+    bool follow = false;
     int timeout_ms = 5000;
-    int count = 0;  // notifications to wait for, 0: no end
+    int count = 0;  // messages or lines to wait for, 0: no end
 };
 
 // A JSON string with its quotes; bytes that are no UTF-8 become U+FFFD.
