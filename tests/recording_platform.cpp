@@ -1,11 +1,14 @@
 // Every platform function the daemon calls, recorded.
 #include "tests/recording_platform.h"
 
+#include <cstdlib>
 #include <cstring>
 
+#include "daemon/result.h"
 #include "daemon/tlv.h"
 #include "dictionary/catalogue/accessors.h"
 #include "dictionary/catalogue/table_operations.h"
+#include "dictionary/records.h"
 #include "platform/kob_platform.h"
 #include "platform/message.h"
 #include "platform/text.h"
@@ -53,10 +56,68 @@ int RecordSet(const char* setter, const char* value)
     return Failure(setter);
 }
 
-int RecordList(const char* operation, const char* function, int32_t index = -1)
+// Writes the call down; the failure that the test chose for the function, or for its call with
+// this index.
+int RecordList(const char* operation, const std::string& function, int32_t index, const std::string& path = "")
 {
-    platform.calls.push_back(std::string(operation) + " " + function + " " + std::to_string(index));
-    return Failure(function);
+    platform.calls.push_back(operation + (" " + function) + " " + std::to_string(index) + path);
+    const int code = Failure(function);
+    return code != 0 ? code : Failure(function + " " + std::to_string(index));
+}
+
+// The first table of the catalogue whose operations, one of them, are `function`.
+template <typename Function>
+const TableDef& TableOf(Function TableOps::*operation, Function function)
+{
+    for (const TableDef& table : kTables)
+        if (table.ops->*operation == function) return table;
+    abort();  // every operation is made from a row of the catalogue
+}
+
+int CopyRow(const std::map<int32_t, std::string>& rows, std::map<int32_t, std::string>::const_iterator found, void* row)
+{
+    if (found == rows.end()) return kIndexNotFound;
+    memcpy(row, found->second.data(), found->second.size());
+    return 0;
+}
+
+int RowAdd(const char* function, const TableDef& table, int32_t* index)
+{
+    if (const int code = RecordList("add", function, -1)) return code;
+    auto& rows = platform.rows[table.name];
+    *index = rows.empty() ? 1 : rows.rbegin()->first + 1;
+    std::string& row = rows[*index] = std::string(table.row_size, '\0');
+    memcpy(row.data(), index, sizeof *index);
+    return 0;
+}
+
+int RowDel(const char* function, const TableDef& table, int32_t index)
+{
+    if (const int code = RecordList("del", function, index)) return code;
+    return platform.rows[table.name].erase(index) != 0 ? 0 : kIndexNotFound;
+}
+
+int RowGet(const char* function, const TableDef& table, int32_t index, void* row)
+{
+    if (const int code = RecordList("get", function, index)) return code;
+    const auto& rows = platform.rows[table.name];
+    return CopyRow(rows, rows.find(index), row);
+}
+
+int RowSet(const char* function, const TableDef& table, int32_t index, const void* row)
+{
+    if (const int code = RecordList("set", function, index)) return code;
+    auto& rows = platform.rows[table.name];
+    if (!rows.contains(index)) return kIndexNotFound;
+    rows[index].assign(static_cast<const char*>(row), table.row_size);
+    return 0;
+}
+
+int RowNext(const char* function, const TableDef& table, int32_t previous, void* row)
+{
+    if (const int code = RecordList("next", function, previous)) return code;
+    const auto& rows = platform.rows[table.name];
+    return CopyRow(rows, previous == -1 ? rows.begin() : rows.upper_bound(previous), row);
 }
 
 // The items of a message in words: texts as they are, integers in decimal.
@@ -68,7 +129,7 @@ std::string Words(const MessageHeader* message)
     {
         const bool integer = item->tag == kTagResult || item->tag == kTagRowIndex;
         words += ' ';
-        words += integer ? std::to_string(item->Int().value()) : std::string(item->Text().value());
+        words += integer ? std::to_string(item->Int().value_or(-1)) : std::string(item->Text().value_or("no text"));
     }
     return words;
 }
@@ -146,19 +207,31 @@ void kobd_lib_exit() { Record("kobd_lib_exit"); }
 #undef SET
 #undef SHARED
 
-// The list operations: "add FUNCTION", "get FUNCTION 3". Rows are not kept; get leaves the block.
+// The list operations. One that serves several tables works on the first one's rows.
 #define DEFINE_ADD(function) \
-    int function(int32_t*) { return RecordList("add", #function); }
+    int function(int32_t* index) { return RowAdd(#function, TableOf(&kobd::TableOps::add, function), index); }
 #define DEFINE_DEL(function) \
-    int function(int32_t index) { return RecordList("del", #function, index); }
-#define DEFINE_ROW_GET(function) \
-    int function(int32_t index, void*) { return RecordList("get", #function, index); }
-#define DEFINE_ROW_SET(function) \
-    int function(int32_t index, const void*) { return RecordList("set", #function, index); }
-#define DEFINE_PATH(function) \
-    int function(int32_t index, const char*) { return RecordList("path", #function, index); }
-#define DEFINE_NEXT(function) \
-    int function(int32_t previous, void*) { return RecordList("next", #function, previous); }
+    int function(int32_t index) { return RowDel(#function, TableOf(&kobd::TableOps::del, function), index); }
+#define DEFINE_ROW_GET(function)                                                       \
+    int function(int32_t index, void* row)                                             \
+    {                                                                                  \
+        return RowGet(#function, TableOf(&kobd::TableOps::get, function), index, row); \
+    }
+#define DEFINE_ROW_SET(function)                                                       \
+    int function(int32_t index, const void* row)                                       \
+    {                                                                                  \
+        return RowSet(#function, TableOf(&kobd::TableOps::set, function), index, row); \
+    }
+#define DEFINE_PATH(function)                                                 \
+    int function(int32_t index, const char* path)                             \
+    {                                                                         \
+        return RecordList("path", #function, index, " " + std::string(path)); \
+    }
+#define DEFINE_NEXT(function)                                                               \
+    int function(int32_t previous, void* row)                                               \
+    {                                                                                       \
+        return RowNext(#function, TableOf(&kobd::TableOps::next, function), previous, row); \
+    }
 #define SHARED(function) function, shared
 #define ADD(...) PICK(DEFINE_ADD, __VA_ARGS__)(__VA_ARGS__)
 #define DEL(...) PICK(DEFINE_DEL, __VA_ARGS__)(__VA_ARGS__)

@@ -23,6 +23,8 @@ Answer Ask(int (*handler)(MessageHeader*), std::string_view payload)
     {
         if (item->tag == kTagResult)
             answer.result = item->Int().value_or(-1);
+        else if (item->tag == kTagRowIndex)
+            answer.texts.push_back(std::to_string(item->Int().value_or(-1)));
         else
             answer.texts.emplace_back(item->Text().value_or("no text"));
     }

@@ -30,6 +30,22 @@ inline std::string Pair(std::string_view name, std::string_view value)
     return Name(name) + TextItem(kTagValue, value);
 }
 
+inline std::string IntItem(uint16_t tag, int32_t value)
+{
+    return RawItem(tag, {reinterpret_cast<const char*>(&value), sizeof value});
+}
+
+// "This row of this table", as requests and change files name it.
+inline std::string Row(std::string_view table, int32_t index)
+{
+    return TextItem(kTagTableName, table) + IntItem(kTagRowIndex, index);
+}
+
+inline std::string Column(std::string_view name, std::string_view value)
+{
+    return TextItem(kTagColumnName, name) + TextItem(kTagValue, value);
+}
+
 class ExactMessage
 {
 public:
@@ -44,7 +60,7 @@ struct Answer
 {
     int returned = 0;
     int result = -1;
-    std::vector<std::string> texts;  // of the items after the result
+    std::vector<std::string> texts;  // of the items after the result; row indexes in decimal
     size_t payload = 0;              // bytes
 };
 
