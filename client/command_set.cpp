@@ -4,6 +4,7 @@
 #include "client/commands.h"
 #include "client/diagnose.h"
 #include "client/dictionary.h"
+#include "client/log_window.h"
 #include "client/request.h"
 #include "daemon/result.h"
 #include "daemon/tlv.h"
@@ -18,19 +19,21 @@ struct Assignment
     std::string value;
 };
 
-// The pair that the dictionary finds wrong, or all pairs with the checks they had to pass.
-std::string Reason(const std::vector<Assignment>& pairs)
+// The pair that was refused with the reasons of the log and of the dictionary, or all pairs with
+// the checks they had to pass.
+std::string Reason(const std::vector<Assignment>& pairs, const std::vector<LogLine>& log)
 {
     std::string passed;
     for (const auto& [name, value] : pairs)
     {
+        const std::string why = WhyRefused(log, name, value);
         const std::string wrong = WhatIsWrong(name, value);
+        if (!why.empty()) return name + "=" + value + ": " + why + "; it takes " + Accepts(*FindObject(name));
         if (!wrong.empty()) return wrong;
-        const ObjectEntry* object = FindObject(name);
         if (!passed.empty()) passed += ", ";
         passed += name + "=" + value;
-        if (object != nullptr && object->validator != nullptr)
-            passed += std::string(" (checked by ") + object->validator + ")";
+        const ObjectEntry* object = FindObject(name);
+        if (object != nullptr && object->validator != nullptr) passed += ": it takes " + Accepts(*object);
     }
     return passed;
 }
@@ -52,12 +55,13 @@ int CommandSet(const Options& options, const Words& assignments)
         items.emplace_back(kTagObjectName, pairs.back().name);
         items.emplace_back(kTagValue, pairs.back().value);
     }
+    const LogWindow log;
     const Response response = Call(options.silent ? kRequestSetSilent : kRequestSet, items, options.timeout_ms);
     if (response.code == 0) return 0;
     if (response.too_large)
         return Fail(options, kBufferLimit, "these values do not fit one request of 8192 bytes; nothing was set");
     if (response.from_bus) return FailRequest(options, response.code, true, "set");
-    return FailRequest(options, response.code, false, Reason(pairs));
+    return FailRequest(options, response.code, false, Reason(pairs, log.Lines()));
 }
 
 int CommandCommit(const Options& options, const Words&)

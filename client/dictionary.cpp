@@ -50,6 +50,18 @@ constexpr TableEntry kTables[] = {
 };
 #undef TABLE
 
+struct Rule
+{
+    const char* check;
+    const char* text;
+};
+
+#define RULE(check, text) {check, text},
+constexpr Rule kRules[] = {
+#include "client/check_rules.def"
+};
+#undef RULE
+
 std::vector<ObjectEntry> MakeObjects()
 {
     std::vector<ObjectEntry> objects;
@@ -81,6 +93,22 @@ std::string Choices(const char* limitation)
     std::string text = limitation != nullptr ? limitation : "";
     for (size_t bar = text.find('|'); bar != std::string::npos; bar = text.find('|', bar)) text.replace(bar, 1, ", ");
     return "one of " + text;
+}
+
+std::string AcceptsByType(const ObjectEntry& object)
+{
+    switch (object.type)
+    {
+        case VT_INT32: return Range(object, "an integer from ", "0", "2147483647");
+        case VT_UINT32: return Range(object, "an integer from ", "0", "4294967295");
+        case VT_UINT16: return Range(object, "an integer from ", "0", "65535");
+        case VT_BOOL: return "0 or 1";
+        case VT_STRING: return Range(object, "a text of ", "0", "512") + " bytes, none of ` $ ( ) | &";
+        case VT_TEXT:
+        case VT_TEXT_2: return Range(object, "a text of ", "0", "1024") + " bytes";
+        case VT_ENUM: return Choices(object.limitation);
+        default: return "any text";
+    }
 }
 
 size_t Distance(std::string_view a, std::string_view b)
@@ -149,21 +177,20 @@ const char* AccessText(Access access)
     return "";
 }
 
+const char* RuleOf(std::string_view check)
+{
+    for (const Rule& rule : kRules)
+        if (check == rule.check) return rule.text;
+    return nullptr;
+}
+
 std::string Accepts(const ObjectEntry& object)
 {
     if (object.access == Access::kReadOnly) return "no value: it is read-only";
-    switch (object.type)
-    {
-        case VT_INT32: return Range(object, "an integer from ", "0", "2147483647");
-        case VT_UINT32: return Range(object, "an integer from ", "0", "4294967295");
-        case VT_UINT16: return Range(object, "an integer from ", "0", "65535");
-        case VT_BOOL: return "0 or 1";
-        case VT_STRING: return Range(object, "a text of ", "0", "512") + " bytes, none of ` $ ( ) | &";
-        case VT_TEXT:
-        case VT_TEXT_2: return Range(object, "a text of ", "0", "1024") + " bytes";
-        case VT_ENUM: return Choices(object.limitation);
-        default: return "any text";
-    }
+    const char* rule = object.validator != nullptr ? RuleOf(object.validator) : nullptr;
+    if (rule == nullptr) return AcceptsByType(object);
+    // A text without limits of its own says nothing that the rule does not say.
+    return object.limitation == nullptr ? rule : AcceptsByType(object) + "; " + rule;
 }
 
 std::string Nearest(std::string_view name)

@@ -46,8 +46,11 @@ const TableEntry* FindTable(std::string_view name);
 const char* TypeName(ValueType type);
 const char* AccessText(Access access);
 
-// What the object takes, in words: "an integer from 1 to 65535".
+// What the object takes, in words: "an integer from 1 to 65535", or what its check accepts.
 std::string Accepts(const ObjectEntry& object);
+
+// What a check accepts, in words; nullptr for a name that is no check of the catalogue.
+const char* RuleOf(std::string_view check);
 
 // The dictionary name most like `name`, or the empty text when none is near.
 std::string Nearest(std::string_view name);

@@ -9,15 +9,21 @@
 #include "dictionary/catalogue/accessors.h"
 #include "dictionary/catalogue/table_operations.h"
 #include "dictionary/records.h"
+#include "platform/connection.h"
 #include "platform/kob_platform.h"
 #include "platform/message.h"
+#include "platform/nvram.h"
 #include "platform/text.h"
 
 namespace kobd::test
 {
 RecordingPlatform platform;
 
-void ResetPlatform() { platform = {}; }
+void ResetPlatform()
+{
+    platform = {};
+    g_stConfigWANIF = {};
+}
 
 std::vector<std::string> RecordingPlatform::Calls(const std::string& prefix) const
 {
@@ -120,6 +126,14 @@ int RowNext(const char* function, const TableDef& table, int32_t previous, void*
     return CopyRow(rows, previous == -1 ? rows.begin() : rows.upper_bound(previous), row);
 }
 
+int NvramGet(const char* function, const char* key, char* value, size_t size)
+{
+    platform.calls.push_back(std::string(function) + " " + key);
+    const auto found = platform.nvram.find(key);
+    if (size > 0) snprintf(value, size, "%s", found == platform.nvram.end() ? "" : found->second.c_str());
+    return found == platform.nvram.end() ? -1 : Failure(function);
+}
+
 // The items of a message in words: texts as they are, integers in decimal.
 std::string Words(const MessageHeader* message)
 {
@@ -175,6 +189,19 @@ int TlvPushStringToBuf(void* place, uint16_t tag, const char* text)
     kobd::TlvWriter writer({static_cast<char*>(place), kobd::kItemHeader + strlen(text) + 1});
     return writer.Text(tag, text) ? static_cast<int>(writer.Size()) : 0;
 }
+
+int nv_get(const char* key, char* value, size_t size) { return NvramGet("nv_get", key, value, size); }
+int nvram_cpy(const char* key, char* value, size_t size) { return NvramGet("nvram_cpy", key, value, size); }
+
+int nvram_set(const char* key, const char* value)
+{
+    platform.calls.push_back(std::string("nvram_set ") + key + " " + value);
+    const int code = Failure("nvram_set");
+    if (code == 0) platform.nvram[key] = value;
+    return code;
+}
+
+ConfigWanInterfaces g_stConfigWANIF = {};
 
 int update_config() { return Record("update_config"); }
 void LogModuleUpdate() { Record("LogModuleUpdate"); }

@@ -2,6 +2,7 @@
 // ordered list, and a test chooses values and failures by the accessor's name.
 //
 //   "get WebHttpPortGet"   "set webHttpPortSet 8080"   "update_config"
+//   "nv_get apn1_enable"   "nvram_set eth_status 1"
 //   "notify 2 webHttpPort" "reply 0"                   "register" "join 5a510001" "leave"
 //   "add ledsListAdd -1"   "get ledsListGet 3"         "path ledsListSetPPath 3 Device.LEDs."
 //
@@ -22,6 +23,7 @@ struct RecordingPlatform
 {
     std::vector<std::string> calls;
     std::map<std::string, std::string> values;  // what a getter gives; the empty text otherwise
+    std::map<std::string, std::string> nvram;   // the non-volatile store
     std::map<std::string, int> failures;        // result of an accessor or platform function; of a list
                                                 // operation also by function and index: "ledsListSet 3"
     // Rows by index, by the first table that names the list's operation. As a list would: add makes

@@ -12,6 +12,7 @@
 #include "platform/host/state_store.h"
 #include "platform/kob_platform.h"
 #include "platform/kobd_exports.h"
+#include "platform/nvram.h"
 
 namespace kobd::host
 {
@@ -68,11 +69,18 @@ constexpr NameValue kSame[] = {
 };
 #undef SAME
 
+#define NVRAM(name, key) {name, key},
+constexpr NameValue kInNvram[] = {
+#include "platform/host/nvram_values.def"
+};
+#undef NVRAM
+
 struct Values
 {
     std::array<std::string, kRowCount> factory;
     std::array<std::string, kRowCount> running;
-    std::array<size_t, kRowCount> home;  // the row that keeps the value
+    std::array<size_t, kRowCount> home;            // the row that keeps the value
+    std::array<const char*, kRowCount> nvram_key;  // where nvram keeps the value, else nullptr
     std::array<std::string, kRowCount> key;
     std::unordered_map<std::string_view, size_t> by_key;
     Settings unknown;  // settings of a newer build, kept as they are
@@ -105,6 +113,9 @@ void NameRows()
     for (const auto& [name, as] : kSame)
         if (values.by_key.contains(name) && values.by_key.contains(as))
             values.home[values.by_key.at(name)] = values.by_key.at(as);
+    for (const auto& [name, key] : kInNvram)
+        if (const auto found = values.by_key.find(name); found != values.by_key.end())
+            values.nvram_key[found->second] = key;
     for (const auto& [name, value] : kFactory)
         if (const auto found = values.by_key.find(name); found != values.by_key.end())
             values.factory[found->second] = value;
@@ -160,6 +171,11 @@ int ObjectValuesCommit()
 
 int ObjectValueGet(size_t number, char* value)
 {
+    if (const char* key = values.nvram_key[number])
+    {
+        nv_get(key, value, kValueBuffer);
+        return 0;
+    }
     const std::string& text = values.running[values.home[number]];
     if (text.size() >= kValueBuffer) return kInvokeFailed;
     memcpy(value, text.c_str(), text.size() + 1);
@@ -168,6 +184,7 @@ int ObjectValueGet(size_t number, char* value)
 
 int ObjectValueSet(size_t number, const char* value)
 {
+    if (const char* key = values.nvram_key[number]) return nvram_set(key, value) == 0 ? 0 : kInvokeFailed;
     std::string& text = values.running[values.home[number]];
     if (strlen(value) >= kValueBuffer) return kInvokeFailed;  // it could never be read again
     if (text == value) return 0;

@@ -1,0 +1,67 @@
+// Reads the end of the daemon's log.
+#include "client/log_window.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+
+#include "daemon/log.h"
+
+namespace kobd::client
+{
+namespace
+{
+constexpr size_t kStamp = sizeof("2026/01/31  12:00:00 ") - 1;  // what stands before the function's name
+constexpr off_t kMostBytes = 1024 * 1024;                       // a request writes far less
+
+// "2026/01/31  12:00:00 function[12]: message" into its parts; false for anything else.
+bool ParseLine(const std::string& text, LogLine* line)
+{
+    const size_t bracket = text.find('[');
+    const size_t colon = text.find("]: ", bracket);
+    if (text.size() < kStamp || text[4] != '/' || bracket == std::string::npos || bracket < kStamp ||
+        colon == std::string::npos)
+        return false;
+    line->function = text.substr(kStamp, bracket - kStamp);
+    line->message = text.substr(colon + strlen("]: "));
+    return true;
+}
+}  // namespace
+
+LogWindow::LogWindow()
+{
+    struct stat status;
+    if (stat(kLogFile, &status) != 0) return;
+    file_ = status.st_ino;
+    size_ = status.st_size;
+}
+
+std::vector<LogLine> LogWindow::Lines() const
+{
+    std::vector<LogLine> lines;
+    struct stat status;
+    std::ifstream log(kLogFile, std::ios::binary);
+    if (!log || stat(kLogFile, &status) != 0) return lines;
+    const off_t start = status.st_ino == file_ ? size_ : 0;
+    log.seekg(std::max(start, status.st_size - kMostBytes));
+    LogLine line;
+    for (std::string text; std::getline(log, text);)
+        if (ParseLine(text, &line)) lines.push_back(line);
+    return lines;
+}
+
+std::string WhyRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
+{
+    const std::string verdict = name + "(" + value + ") verify error";
+    for (size_t end = lines.size(); end > 0; --end)
+    {
+        if (lines[end - 1].function != "ObjsParameterCheck" || lines[end - 1].message != verdict) continue;
+        if (end < 2 || lines[end - 2].function == "ObjsParameterCheck") return "";
+        const LogLine& reason = lines[end - 2];  // the line just before the verdict is the check's last
+        return reason.message.empty() ? "" : reason.message + " (" + reason.function + ")";
+    }
+    return "";
+}
+}  // namespace kobd::client

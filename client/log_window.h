@@ -1,0 +1,33 @@
+// What the daemon writes to its log while a request runs.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace kobd::client
+{
+struct LogLine
+{
+    std::string function;
+    std::string message;  // without line ends at its end
+};
+
+// Open one before the request; Lines then gives what was written since. Empty when the log cannot
+// be read, as by another user. Lines of other clients' requests may be among them.
+class LogWindow
+{
+public:
+    LogWindow();
+    std::vector<LogLine> Lines() const;
+
+private:
+    ino_t file_ = 0;  // another one after a rotation, which is then read from its start
+    off_t size_ = 0;
+};
+
+// The message of the check that refused `name` with `value`, and the check's name in brackets; the
+// empty text when no line tells.
+std::string WhyRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value);
+}  // namespace kobd::client
