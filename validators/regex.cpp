@@ -1,6 +1,7 @@
 // Compiles, matches and frees; the two exported forms that log what they found.
 #include "validators/regex.h"
 
+#include <cstdio>
 #include <cstring>
 
 #include "daemon/log.h"
@@ -32,6 +33,12 @@ bool RegexMatches(const char* text, const char* pattern) { return Regex(pattern)
 
 namespace
 {
+void Print(const char* word)
+{
+    fputs(word, stdout);
+    fflush(stdout);  // log lines reach standard output unbuffered, and in order
+}
+
 constexpr size_t kErrorTextMax = 512;  // bytes, zero byte included
 
 void CopyCaptures(const char* text, const regmatch_t* matches, char (*captures)[kCaptureBytes])
@@ -43,6 +50,15 @@ void CopyCaptures(const char* text, const regmatch_t* matches, char (*captures)[
     }
 }
 }  // namespace
+
+int MatchAndPrint(const char* text, const char* pattern)
+{
+    const Regex regex(pattern);
+    if (!regex.Compiled()) Print("nomatch");
+    if (!regex.Matches(text)) return kInvalidArgument;
+    Print("match");
+    return kSuccess;
+}
 }  // namespace kobd
 
 int regexMatchFunction(const char* text, const char* pattern, char (*captures)[kobd::kCaptureBytes])
