@@ -14,7 +14,7 @@
 #include "daemon/log.h"
 #include "daemon/result.h"
 #include "daemon/tlv.h"
-#include "dictionary/decimal.h"
+#include "dictionary/integer.h"
 #include "dictionary/name_index.h"
 #include "platform/text.h"
 
@@ -50,7 +50,7 @@ private:
     char copy_[kLimitationMax + 1];
 };
 
-int SignedBound(const char* text, int fallback) { return text == nullptr ? fallback : ReadDecimal(text); }
+int SignedBound(const char* text, int fallback) { return text == nullptr ? fallback : ReadInteger(text); }
 
 uint32_t UnsignedBound(const char* text, uint32_t fallback)
 {
