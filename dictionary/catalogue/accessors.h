@@ -2,6 +2,7 @@
 #pragma once
 
 #include "validators/address.h"
+#include "validators/cbsd.h"
 #include "validators/lan_wan.h"
 
 extern "C"
