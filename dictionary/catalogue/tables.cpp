@@ -7,6 +7,7 @@
 #include "dictionary/catalogue/layouts.h"
 #include "dictionary/catalogue/table_operations.h"
 #include "dictionary/records.h"
+#include "validators/apn_config_row.h"
 
 namespace kobd
 {
@@ -125,6 +126,10 @@ constexpr int CountOperation(Operation operation)
         for (const NamedFacts& facts : kFacts) count += facts.table == list && (facts.operations & operation) != 0;
     return count;
 }
+
+// Validators know the place of the field themselves.
+static_assert(kApnConfig.row_size == kApnConfigRowBytes && std::string_view(kApnConfigColumns[0].name) == "ApnEnable" &&
+              kApnConfigColumns[0].offset == kApnEnableOffset && kApnConfigColumns[0].length == kApnEnableBytes);
 
 static_assert(CountOperation(kNext) == 103);
 static_assert(CountOperation(kGet) == 86);
