@@ -35,6 +35,12 @@ constexpr const char* kInputAddress =
 constexpr const char* kInputAddressAndPrefix =
     "^(0|[1-9][0-9]{0,2}).(0|[1-9][0-9]{0,2}).(0|[1-9][0-9]{0,2}).(0|[1-9][0-9]{0,2})/(0|[1-9][0-9]{0,1})$";
 
+int LogVerdict(bool valid, const char* function, const char* text, const char* what)
+{
+    LOG_ALWAYS(function, "[%s] is %s %s\n", text, valid ? "valid" : "invalid", what);
+    return valid ? kSuccess : kInvalidArgument;
+}
+
 // The next part of a dotted text; `rest` becomes what follows its dot, or has no data any more.
 std::string_view NextPart(std::string_view& rest)
 {
@@ -101,28 +107,14 @@ bool IsHexDigit(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f'
 
 int validIpv4(const char* text)
 {
-    constexpr const char* kFunction = "validIpv4";
-    LOG_ALWAYS(kFunction, "validstart\n");
-    if (kobd::IsIpv4(text))
-    {
-        LOG_ALWAYS(kFunction, "[%s] is valid IPv4\n", text);
-        return kobd::kSuccess;
-    }
-    LOG_ALWAYS(kFunction, "[%s] is invalid IPv4\n", text);
-    return kobd::kInvalidArgument;
+    LOG_ALWAYS("validIpv4", "validstart\n");
+    return kobd::LogVerdict(kobd::IsIpv4(text), "validIpv4", text, "IPv4");
 }
 
 int validIpv6(const char* text)
 {
-    constexpr const char* kFunction = "validIpv6";
     in6_addr address;
-    if (inet_pton(AF_INET6, text, &address) == 1)
-    {
-        LOG_ALWAYS(kFunction, "[%s] is valid IPv6\n", text);
-        return kobd::kSuccess;
-    }
-    LOG_ALWAYS(kFunction, "[%s] is invalid IPv6\n", text);
-    return kobd::kInvalidArgument;
+    return kobd::LogVerdict(inet_pton(AF_INET6, text, &address) == 1, "validIpv6", text, "IPv6");
 }
 
 int validIp(const char* text)
@@ -161,17 +153,10 @@ int validIpInput(const char* text)
 
 int validMask(const char* text)
 {
-    constexpr const char* kFunction = "validMask";
     const bool ipv4 = validIpv4(text) == kobd::kSuccess;
     if (!ipv4 && validIpv6(text) != kobd::kSuccess) return kobd::kInvalidArgument;
     const uint32_t mask = ipv4 ? static_cast<uint32_t>(iptonum(text)) : 0;
-    if (ipv4 && ((0 - mask) & ~mask) == 0)
-    {
-        LOG_ALWAYS(kFunction, "[%s] is valid mask\n", text);
-        return kobd::kSuccess;
-    }
-    LOG_ALWAYS(kFunction, "[%s] is invalid mask\n", text);
-    return kobd::kInvalidArgument;
+    return kobd::LogVerdict(ipv4 && ((0 - mask) & ~mask) == 0, "validMask", text, "mask");
 }
 
 int validMac(const char* text)

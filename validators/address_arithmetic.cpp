@@ -3,7 +3,7 @@
 
 #include "daemon/result.h"
 #include "validators/address.h"
-#include "validators/numbers.h"
+#include "validators/dotted.h"
 
 namespace
 {

@@ -5,9 +5,9 @@
 #include "daemon/result.h"
 #include "dictionary/snapshot.h"
 #include "validators/address.h"
+#include "validators/dotted.h"
 #include "validators/lan_values.h"
 #include "validators/lan_wan.h"
-#include "validators/numbers.h"
 #include "validators/regex.h"
 
 namespace kobd

@@ -8,20 +8,6 @@
 
 namespace kobd
 {
-std::optional<DottedParts> ReadDotted(const char* text)
-{
-    DottedParts parts;
-    for (size_t i = 0; i < parts.size(); ++i)
-    {
-        if (i > 0 && *text++ != '.') return std::nullopt;
-        char* end = nullptr;
-        parts[i] = strtoll(text, &end, 10);
-        if (end == text) return std::nullopt;
-        text = end;
-    }
-    return parts;
-}
-
 std::optional<uint32_t> ReadDigits(std::string_view text)
 {
     uint32_t number = 0;
@@ -31,7 +17,7 @@ std::optional<uint32_t> ReadDigits(std::string_view text)
     return number;
 }
 
-std::optional<double> ReadDecimal(const char* text)
+std::optional<double> ReadReal(const char* text)
 {
     // strtod also reads hexadecimal numbers, infinity and not-a-number, which are no decimal numbers.
     const char* number = text + strspn(text, " \t\n\v\f\r");

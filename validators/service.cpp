@@ -53,7 +53,7 @@ bool IsZone(std::string_view zone)
 
 int CheckDegrees(const char* value, double limit)
 {
-    const auto degrees = ReadDecimal(value);
+    const auto degrees = ReadReal(value);
     return degrees && *degrees >= -limit && *degrees <= limit ? kSuccess : kInvalidArgument;
 }
 }  // namespace
@@ -70,6 +70,6 @@ int validGpsLongitude(const char* value) { return kobd::CheckDegrees(value, kobd
 
 int validGpsLatitude(const char* value) { return kobd::CheckDegrees(value, kobd::kLatitudeMax); }
 
-int validGpsAltitude(const char* value) { return kobd::ReadDecimal(value) ? kobd::kSuccess : kobd::kInvalidArgument; }
+int validGpsAltitude(const char* value) { return kobd::ReadReal(value) ? kobd::kSuccess : kobd::kInvalidArgument; }
 
 int validConfigFile(const char* value) { return access(value, F_OK) == 0 ? kobd::kSuccess : kobd::kInvalidArgument; }
