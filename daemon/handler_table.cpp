@@ -3,6 +3,7 @@
 
 #include "daemon/unserved.h"
 #include "objects/handlers.h"
+#include "tables/handlers.h"
 
 namespace kobd
 {

@@ -35,6 +35,9 @@ public:
     bool PushText(uint16_t tag, std::string_view text);
     bool PushInt(uint16_t tag, int32_t value);
 
+    // For items that are written elsewhere. Who finds no room here refuses with kBufferLimit.
+    TlvWriter& Items() { return items_; }
+
     // Sends result 0 with the items pushed, or kBufferLimit alone when one of them did not fit.
     // The send's error if there is one, else the result code.
     int Send();
@@ -49,6 +52,17 @@ private:
     TlvWriter items_;
     bool debug_;
     bool full_ = false;
+};
+
+// Ids of the notifications.
+enum NotifyEvent : uint16_t
+{
+    kEventObjectChanged = 2,  // object name
+    kEventTableChanged = 3,   // table names, row indexes and column names
+    kEventSetFinished = 4,    // nothing
+    kEventRowAdded = 799,     // table name, row index
+    kEventRowDeleted = 800,   // table name, row index
+    kEventSubRowAdded = 801,  // table name, row index, parent path
 };
 
 // Largest payload of a notification, in bytes: it is built in a message of 1024.

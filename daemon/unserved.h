@@ -6,14 +6,16 @@
 
 // The formatter changes its mind about this list at every run.
 // clang-format off
-#define KOBD_UNSERVED(ROW)                                                                                           \
-    ROW(ReqTableMaxRow)                                                                                              \
-    ROW(ReqTableElementCount)                                                                                        \
-    ROW(ReqTableAdd)                                                                                                 \
-    ROW(ReqTableDel)                                                                                                 \
-    ROW(ReqTableGet) ROW(ReqTableSet) ROW(ReqTableSetSilent) ROW(ReqTableDump) ROW(REQSubTableAdd) ROW(EvtApnChange) \
-        ROW(EvtApnIPChange) ROW(EvtNetworkUp) ROW(EvtNetworkDown) ROW(EvtPCscfIPChange) ROW(EvtEthernetUp)           \
-            ROW(EvtEthernetDown) ROW(EvtEthernetIPAdd) ROW(EvtEthernetIPDel)
+#define KOBD_UNSERVED(ROW) \
+    ROW(EvtApnChange) \
+    ROW(EvtApnIPChange) \
+    ROW(EvtNetworkUp) \
+    ROW(EvtNetworkDown) \
+    ROW(EvtPCscfIPChange) \
+    ROW(EvtEthernetUp) \
+    ROW(EvtEthernetDown) \
+    ROW(EvtEthernetIPAdd) \
+    ROW(EvtEthernetIPDel)
 // clang-format on
 
 namespace kobd

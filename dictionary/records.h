@@ -3,6 +3,7 @@
 // cells beside the records, which the records point to.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -88,6 +89,10 @@ struct TableDef
 
 // Bytes of the largest row of the catalogue (CellularInterfaceTable).
 inline constexpr uint32_t kRowMax = 6408;
+
+// Bytes of the items that any row of the catalogue can become (CellularInterfaceTable has the
+// most). Texts held outside a row (Content of SmsTable) come on top.
+inline constexpr size_t kRowItemsMax = 6638;
 
 // The catalogue, in its fixed order.
 extern const std::span<const ObjDef> kObjects;

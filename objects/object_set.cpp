@@ -16,8 +16,6 @@ namespace kobd
 {
 namespace
 {
-constexpr uint16_t kEventObjectChanged = 2;
-constexpr uint16_t kEventSetFinished = 4;
 constexpr size_t kChangedEventBuffer = 128;  // bytes; every object name fits
 
 enum class Announce

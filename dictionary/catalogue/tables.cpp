@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "daemon/tlv.h"
 #include "dictionary/catalogue/layouts.h"
 #include "dictionary/catalogue/table_operations.h"
 #include "dictionary/records.h"
@@ -201,6 +202,41 @@ static_assert(Count([](const TableDef& table) { return table.row_size - ColumnsE
               "rows that end with a section name");
 static_assert(Count([](const TableDef& table) { return table.row_size > kRowMax; }) == 0, "kRowMax holds every row");
 static_assert(Count([](const TableDef& table) { return table.row_size == kRowMax; }) == 1, "and no more");
+
+// Characters of the longest text that a field of the row can become. Texts held outside the row
+// count nothing.
+constexpr size_t FieldTextMost(const ColumnDef& column)
+{
+    switch (column.type)
+    {
+        case VT_INT32:
+        case VT_BOOL:
+        case VT_ENUM: return std::string_view("-2147483648").size();
+        case VT_INT16: return std::string_view("-32768").size();
+        case VT_INT8:
+        case VT_UINT8: return std::string_view("255").size();
+        case VT_UINT64: return std::string_view("18446744073709551615").size();
+        case VT_UINT32: return std::string_view("4294967295").size();
+        case VT_UINT16: return std::string_view("65535").size();
+        case VT_IPV4:
+        case VT_IPV4_2: return std::string_view("255.255.255.255").size();
+        case VT_MAC: return std::string_view("FF:FF:FF:FF:FF:FF").size();
+        case VT_STRING_PTR: return 0;
+        default: return column.length;  // a field that no zero byte ends
+    }
+}
+
+constexpr size_t TextItem(size_t characters) { return kItemHeader + characters + 1; }
+
+constexpr size_t RowItemsMost(const TableDef& table)
+{
+    size_t bytes = TextItem(std::string_view(table.name).size()) + kIntItem;
+    for (uint32_t i = 0; i < table.column_count; ++i)
+        bytes += TextItem(std::string_view(table.columns[i].name).size()) + TextItem(FieldTextMost(table.columns[i]));
+    return bytes;
+}
+static_assert(Count([](const TableDef& table) { return RowItemsMost(table) > kRowItemsMax; }) == 0, "holds every row");
+static_assert(Count([](const TableDef& table) { return RowItemsMost(table) == kRowItemsMax; }) == 1, "and no more");
 
 constexpr int CountAliases()
 {

@@ -1,0 +1,143 @@
+/* Client library of kobd: requests with a deadline, decoded replies, and watching what is announced.
+ *
+ *     kobd_client* client;
+ *     char port[KOBD_VALUE_MAX];
+ *     int code = kobd_client_open(&client);
+ *     if (code == 0) {
+ *         code = kobd_get(client, "webHttpPort", port, sizeof port);
+ *         if (code == 0) printf("%s\n", port);
+ *         else fprintf(stderr, "%s\n", kobd_result_text(code));
+ *         kobd_client_close(client);
+ *     }
+ *
+ * Every function that returns int gives 0 or a result code; kobd_result_text has its text. A client
+ * is used by one thread at a time; different clients are independent. Texts are zero-terminated
+ * bytes, usually UTF-8. Nothing blocks longer than its deadline. */
+#ifndef KOBD_CLIENT_H
+#define KOBD_CLIENT_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Result codes that the library itself gives; others come from the daemon. */
+#define KOBD_SUCCESS 0
+#define KOBD_NOT_FOUND 1          /* there is no such object or table */
+#define KOBD_INVALID 2            /* refused, or a message that is none */
+#define KOBD_NOT_RUNNING 3        /* nobody has the daemon's module */
+#define KOBD_SEND_FAILED 5        /* the daemon's queue stayed full until the deadline */
+#define KOBD_NO_MEMORY 7
+#define KOBD_TIMEOUT 8            /* no reply, or nothing to see, before the deadline */
+#define KOBD_INITIALIZE_FAILED 9  /* no queue of our own, or the module is taken */
+#define KOBD_BUFFER_LIMIT 11      /* the request, the reply or the caller's buffer is too small */
+
+#define KOBD_VALUE_MAX 2048 /* bytes of the longest object value with its zero byte */
+
+/* The text of a result code; never NULL. */
+const char* kobd_result_text(int code);
+
+/* -- items ------------------------------------------------------------------------------------ */
+
+enum kobd_tag {
+    KOBD_TAG_RESULT = 0,      /* integer */
+    KOBD_TAG_OBJECT_NAME = 1, /* text */
+    KOBD_TAG_VALUE = 2,       /* text, or a count in some replies */
+    KOBD_TAG_TABLE_NAME = 3,  /* text */
+    KOBD_TAG_ROW_INDEX = 4,   /* integer */
+    KOBD_TAG_COLUMN_NAME = 5, /* text */
+    KOBD_TAG_PARENT_PATH = 6  /* text */
+};
+
+typedef struct kobd_item {
+    uint16_t tag;
+    uint16_t length;   /* bytes of the value */
+    const void* value; /* not aligned */
+    const char* text;  /* the value as text, NULL when no zero byte ends it */
+    int32_t number;    /* the value as integer, 0 when its length is not 4 */
+} kobd_item;
+
+/* A payload under construction. add functions: 0, or 11 when it would no longer fit one message. */
+typedef struct kobd_items kobd_items;
+kobd_items* kobd_items_new(void); /* NULL without memory; free with kobd_items_free */
+void kobd_items_free(kobd_items* items);
+int kobd_items_add_text(kobd_items* items, uint16_t tag, const char* text);
+int kobd_items_add_number(kobd_items* items, uint16_t tag, int32_t number);
+
+/* -- requests --------------------------------------------------------------------------------- */
+
+enum kobd_request {
+    KOBD_SET = 1,
+    KOBD_GET = 2,
+    KOBD_SET_SILENT = 3,
+    KOBD_UPDATE = 4,
+    KOBD_TABLE_MAX_ROW = 5,
+    KOBD_TABLE_ELEMENT_COUNT = 6,
+    KOBD_TABLE_ADD = 7,
+    KOBD_TABLE_DEL = 8,
+    KOBD_TABLE_GET = 9,
+    KOBD_TABLE_SET = 10,
+    KOBD_TABLE_SET_SILENT = 11,
+    KOBD_TABLE_DUMP = 12,
+    KOBD_SHOW = 13,
+    KOBD_SUB_TABLE_ADD = 15
+};
+
+typedef struct kobd_client kobd_client;
+
+/* Opens a connection; close it with kobd_client_close. Deadline of every call: 5000 ms at first. */
+int kobd_client_open(kobd_client** client);
+void kobd_client_close(kobd_client* client);
+void kobd_client_set_timeout(kobd_client* client, int milliseconds);
+
+/* One request and its reply. items may be NULL. Returns 0 when the daemon answered with result 0;
+ * otherwise the daemon's result, or 3, 5 or 8 when there was no answer. The items of the reply,
+ * result item left out, stay readable until the next call on this client. */
+int kobd_call(kobd_client* client, enum kobd_request request, const kobd_items* items);
+
+/* 1 when the last call was answered, whatever the result; 0 when its code came from the bus. */
+int kobd_answered(const kobd_client* client);
+
+/* Items of the last reply: 1 and the next one, 0 at the end. kobd_reply_rewind begins again. */
+int kobd_reply_next(kobd_client* client, kobd_item* item);
+void kobd_reply_rewind(kobd_client* client);
+
+/* The value of one object into value[size]. 1 for a name that is unknown or cannot be read: the
+ * daemon leaves it out of its reply and says why in its log alone. 11 when the value does not fit. */
+int kobd_get(kobd_client* client, const char* name, char* value, size_t size);
+
+/* Sets count objects in one request: all are checked before the first is changed. */
+int kobd_set(kobd_client* client, const char* const* names, const char* const* values, size_t count);
+
+/* -- watching --------------------------------------------------------------------------------- */
+
+#define KOBD_MODULE_NOTIFY 0x5A510003u   /* is told of changes */
+#define KOBD_MODULE_SERVICES 0x5A510006u /* is told of connection events */
+#define KOBD_MODULE_FORWARD 0x5A510009u  /* gets forwarded events */
+
+typedef struct kobd_watch kobd_watch;
+
+/* Joins the bus as module; 9 when another program has it. Close with kobd_watch_close. */
+int kobd_watch_open(kobd_watch** watch, uint32_t module);
+void kobd_watch_close(kobd_watch* watch);
+
+/* Waits for the next message, milliseconds at most (negative: without end): 0 and its id; 8 nothing
+ * came in time; 3 after kobd_watch_stop; 9 the queue is gone. */
+int kobd_watch_next(kobd_watch* watch, int milliseconds, uint16_t* id);
+
+/* Items of the message that the last kobd_watch_next gave: 1 and the next one, 0 at the end. */
+int kobd_watch_item(kobd_watch* watch, kobd_item* item);
+
+/* Ends a kobd_watch_next in progress and all later ones; from any thread or signal handler. */
+void kobd_watch_stop(kobd_watch* watch);
+
+/* Sends an event of class 3 with a text payload of length bytes to module. */
+int kobd_send_event(kobd_client* client, uint32_t module, uint16_t id, const void* payload, size_t length);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,12 @@
+// Tells the notification module what a table set request changed.
+#pragma once
+
+#include <span>
+
+namespace kobd
+{
+// Sends the echo of a change file (table names, row indexes and column names in file order) as
+// event 3. An echo that a notification cannot carry goes out as several, each of which begins with
+// the table name and row index of its columns; an empty one is one empty event.
+void TableChangeNotify(std::span<const char> echo);
+}  // namespace kobd

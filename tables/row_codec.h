@@ -1,0 +1,23 @@
+// Rows as items: what a table get answers and a dump file holds. The fields' texts are those of
+// dictionary/row_field.h.
+#pragma once
+
+#include <cstddef>
+
+#include "daemon/tlv.h"
+#include "dictionary/records.h"
+
+namespace kobd
+{
+// Appends a row of the table (table.row_size bytes at any alignment): table name (tag 3), row
+// index (tag 4), then for each column, in the order of the layout, its name (tag 5) and its text
+// (tag 2). Returns the bytes appended; 0 when the row does not fit, and `out` is as it was.
+// A text held outside the row is cut at 65534 bytes, the most that an item's length can count.
+[[nodiscard]] size_t TableRowToTlv(const void* row, const TableDef& table, TlvWriter& out);
+
+// Finds a column by its exact name; nullptr when the table has none of that name.
+const ColumnDef* ColumnOf(const TableDef& table, std::string_view name);
+
+// The row's own index, its first word.
+int32_t RowIndex(const void* row);
+}  // namespace kobd
