@@ -9,9 +9,9 @@
 #include "platform/connection.h"
 #include "platform/lists.h"
 #include "platform/nvram.h"
-#include "validators/apn_config_row.h"
 #include "validators/numbers.h"
 #include "validators/regex.h"
+#include "validators/rows.h"
 
 namespace kobd
 {
@@ -37,11 +37,8 @@ bool CarriesDefaultRoute(int32_t apn)
 // An APN whose profile cannot be read is not known to be off.
 bool IsOff(int32_t apn)
 {
-    char row[kApnConfigRowBytes] = {};
-    if (getApnInstance(apn - 1, row) != 0) return false;
-    char enable[kApnEnableBytes];
-    memcpy(enable, row + kApnEnableOffset, sizeof enable);
-    return enable[0] != '1' || enable[1] != 0;
+    char row[ApnConfigRow::kSize] = {};
+    return getApnInstance(apn - 1, row) == 0 && FieldView(row, ApnConfigRow::kApnEnable) != "1";
 }
 }  // namespace
 }  // namespace kobd

@@ -21,8 +21,9 @@ public:
     // False when the engine refuses the pattern, or has no memory for it; then nothing matches.
     bool Compiled() const { return error_ == 0; }
 
-    // Whether the pattern occurs in `text`. Costs time and memory in proportion to the text,
-    // whatever the pattern, because no sub-matches are asked for.
+    // Whether the pattern occurs in `text`. A pattern that begins with ^ costs time and memory in
+    // proportion to the text, whatever it repeats, because no sub-matches are asked for; any other
+    // one is tried at every place of the text.
     bool Matches(const char* text) const;
 
     // The engine's own result, 0 for a match, with `count` sub-matches; the compile error when the

@@ -8,7 +8,7 @@
 #include "platform/connection.h"
 #include "tests/recording_platform.h"
 #include "tests/validators/judge.h"
-#include "validators/apn_config_row.h"
+#include "validators/row_layouts.h"
 
 namespace kobd::test
 {
@@ -21,8 +21,8 @@ const std::string kOff = "2|enable the apn first\n";
 
 std::string ApnRow(std::string_view enable)
 {
-    std::string row(kApnConfigRowBytes, '\xFF');
-    return row.replace(kApnEnableOffset, enable.size(), enable);
+    std::string row(ApnConfigRow::kSize, '\xFF');
+    return row.replace(ApnConfigRow::kApnEnable.offset, enable.size(), enable);
 }
 
 class ApnBinding : public testing::Test
