@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
@@ -30,7 +31,7 @@ namespace kobd::host
 namespace
 {
 constexpr mode_t kLockMode = 0600;
-constexpr int kLockLooks = 2000;  // one a millisecond: a stopped process must not stop the others
+constexpr std::chrono::seconds kLockWait{2};  // a stopped process must not stop the others
 constexpr long kLookNs = 1000000;
 
 // Held from construction to destruction; the kernel gives it back when the process dies.
@@ -39,13 +40,13 @@ class StoreLock
 public:
     explicit StoreLock(const std::string& path) : file_(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kLockMode))
     {
-        for (int look = 0; file_ >= 0 && look < kLockLooks; ++look)
+        const auto deadline = std::chrono::steady_clock::now() + kLockWait;
+        while (file_ >= 0 && !(held_ = flock(file_, LOCK_EX | LOCK_NB) == 0))
         {
-            held_ = flock(file_, LOCK_EX | LOCK_NB) == 0;
-            if (held_ || (errno != EWOULDBLOCK && errno != EINTR)) return;
+            if (errno != EWOULDBLOCK && errno != EINTR) return;
+            if (std::chrono::steady_clock::now() >= deadline) return;
             const timespec pause = {0, kLookNs};
             nanosleep(&pause, nullptr);
-            errno = EWOULDBLOCK;  // what is reported when this was the last look
         }
     }
     ~StoreLock()
