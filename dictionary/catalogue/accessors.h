@@ -2,7 +2,11 @@
 #pragma once
 
 #include "validators/address.h"
+#include "validators/cbsd.h"
 #include "validators/lan_wan.h"
+#include "validators/management.h"
+#include "validators/radio.h"
+#include "validators/sim.h"
 
 extern "C"
 {
