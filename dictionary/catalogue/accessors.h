@@ -7,6 +7,7 @@ extern "C"
     int zeroValueGet(char* value);
 
 #define SHARED(accessor) accessor
+#define OWN(accessor) accessor
 #define DECLARE_GET(getter) int getter(char* value);
 #define DECLARE_SET(setter) int setter(const char* value);
 #define OBJECT(name, type, getter, setter, ...) DECLARE_GET(getter) DECLARE_SET(setter)
@@ -21,6 +22,7 @@ extern "C"
 #undef DECLARE_GET
 #undef DECLARE_SET
 #undef SHARED
+#undef OWN
 
 #define MISSING(validator) int validator(const char* value);
 #define MISSING_ROW(validator)

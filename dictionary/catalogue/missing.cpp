@@ -1,4 +1,4 @@
-// Stands in for checks and lists that are not written yet: refuses everything and says so.
+// Stands in for checks that are not written yet: refuses everything and says so.
 #include <cstdint>
 
 #include "daemon/log.h"
@@ -14,13 +14,3 @@
 #define MISSING(validator) int validator(const char*) REFUSE(validator, "check")
 #define MISSING_ROW(validator) int validator(void*) REFUSE(validator, "check")
 #include "dictionary/catalogue/missing.def"
-
-#define ADD(function) int function(int32_t*) REFUSE(function, "list")
-#define DEL(function) int function(int32_t) REFUSE(function, "list")
-#define GET(function) int function(int32_t, void*) REFUSE(function, "list")
-#define SET(function) int function(int32_t, const void*) REFUSE(function, "list")
-#define NEXT(function) int function(int32_t, void*) REFUSE(function, "list")
-#define TABLE(...)
-#define SAME_LIST(...)
-#define OWN_LIST(name, layout, max_rows, ...) __VA_ARGS__
-#include "dictionary/catalogue/tables.def"
