@@ -25,8 +25,9 @@ struct CellularField
 struct CellularFamily
 {
     const char* word;       // section type, and value of the option "name"
-    const char* load_name;  // the load function, in log lines
-    uint32_t row_size;      // bytes
+    const char* load_name;  // the functions in log lines
+    const char* save_name;
+    uint32_t row_size;  // bytes
     // Configuration that a save writes the index to. Loads read it from tr069_interface, so the
     // interface family's indexes are numbered anew by every load, in the order of the listing.
     const char* index_config;
@@ -90,16 +91,17 @@ inline constexpr CellularField kAccesspointFields[] = {
 };
 
 inline constexpr CellularFamily kInterfaceFamily = {
-    "cellularinterface", "cellularinterfaceListInit", 6408, kValueConfig, kInterfaceFields,
+    "cellularinterface", "cellularinterfaceListInit", "cellularinterfaceListSave", 6408, kValueConfig, kInterfaceFields,
 };
 inline constexpr CellularFamily kUsimFamily = {
-    "cellularusim", "cellularusimListInit", 1800, kEntryConfig, kUsimFields,
+    "cellularusim", "cellularusimListInit", "cellularusimListSave", 1800, kEntryConfig, kUsimFields,
 };
 inline constexpr CellularFamily kStatsFamily = {
-    "cellularstats", "cellularstatsListInit", 4104, kEntryConfig, kStatsFields,
+    "cellularstats", "cellularstatsListInit", "cellularstatsListSave", 4104, kEntryConfig, kStatsFields,
 };
 inline constexpr CellularFamily kAccesspointFamily = {
-    "cellularaccesspoint", "cellularaccesspointListInit", 2312, kEntryConfig, kAccesspointFields,
+    "cellularaccesspoint", "cellularaccesspointListInit", "cellularaccesspointListSave", 2312, kEntryConfig,
+    kAccesspointFields,
 };
 
 // Bytes from the start of the row to its section name.

@@ -46,7 +46,7 @@ void Commit() { RunShell(ShellCommand("uci commit ").Add(kEntryConfig)); }
 bool MayWrite(const CellularFamily& family, std::string_view section)
 {
     if (IsSectionName(section)) return true;
-    LOG_ALWAYS("SaveEntry", "%s: no configuration section \"%.*s\", nothing is written", family.word,
+    LOG_ALWAYS(family.save_name, "no configuration section \"%.*s\", nothing is written",
                static_cast<int>(section.size()), section.data());
     return false;
 }
