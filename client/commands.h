@@ -21,5 +21,6 @@ int CommandEvent(const Options& options, const Words& name_and_text);
 int CommandJournal(const Options& options, const Words& none);
 int CommandNvram(const Options& options, const Words& words);   // get KEY... or set KEY=VALUE...
 int CommandConfig(const Options& options, const Words& words);  // likewise
-int CommandCompleteNames(const Options& options, const Words& none);
+int CommandTable(const Options& options, const Words& command);
+int CommandCompleteNames(const Options& options, const Words& kind);
 }  // namespace kobd::client

@@ -20,7 +20,11 @@ namespace kobd::test
 {
 RecordingPlatform platform;
 
-void ResetPlatform() { platform = {}; }
+void ResetPlatform()
+{
+    platform = {};
+    g_stConfigWANIF = {{"wan1", "wan2", "wan3", "wan4"}, 4};
+}
 
 std::vector<std::string> RecordingPlatform::Calls(const std::string& prefix) const
 {
@@ -223,15 +227,19 @@ void updateArplistTimerInit() { Record("updateArplistTimerInit"); }
 void pemixAlg_init() { Record("pemixAlg_init"); }
 void kobd_lib_exit() { Record("kobd_lib_exit"); }
 
-// The stores. nv_get is not recorded: validators may ask as often as they like.
-int nv_get(const char* key, char* value, size_t size) { return CopyText(platform.nvram, key, value, size); }
+// The stores.
+int nv_get(const char* key, char* value, size_t size)
+{
+    platform.calls.push_back(std::string("nv_get ") + key);
+    return CopyText(platform.nvram, key, value, size);
+}
 int nvram_cpy(const char* key, char* value, size_t size) { return RecordRead(platform.nvram, key, value, size); }
 int nvram_set(const char* key, const char* value) { return RecordStore(platform.nvram, "nvram", key, value); }
 int kob_get_config(const char* key, char* value, size_t size) { return RecordRead(platform.config, key, value, size); }
 int kob_set_config(const char* key, const char* value) { return RecordStore(platform.config, "config", key, value); }
 
 // The connection services.
-ConfigWanInterfaces g_stConfigWANIF = {{"wan1", "wan2", "wan3", "wan4"}, 4};
+ConfigWanInterfaces g_stConfigWANIF;  // set by ResetPlatform
 int setDualwanNetSelectMode_lte(const char* mode) { return RecordSet("setDualwanNetSelectMode_lte", mode); }
 int ChangeConnectTime_net(int cellular) { return RecordNumber("ChangeConnectTime_net", cellular); }
 int updateDdns(int reason) { return RecordNumber("updateDdns", reason); }

@@ -4,6 +4,7 @@
 //   "get WebHttpPortGet"   "set webHttpPortSet 8080"   "update_config"
 //   "notify 2 webHttpPort" "reply 0"                   "register" "join 5a510001" "leave"
 //   "send 5a510009 771 2"  "nvram eth_status 1"        "read main_status"  "updateDdns 3"
+//   "nv_get apn1_enable"
 //   "add ledsListAdd -1"   "get ledsListGet 3"         "path ledsListSetPPath 3 Device.LEDs."
 //
 // The list operations of the platform keep rows; the lists that the daemon keeps itself are not

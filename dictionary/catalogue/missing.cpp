@@ -12,5 +12,4 @@
         return kobd::kMethodUnavailable;                                      \
     }
 #define MISSING(validator) int validator(const char*) REFUSE(validator, "check")
-#define MISSING_ROW(validator) int validator(void*) REFUSE(validator, "check")
 #include "dictionary/catalogue/missing.def"

@@ -153,15 +153,20 @@ static_assert(CountMaximum(255) == 6 && CountMaximum(4) == 5 && CountMaximum(16)
 static_assert(CountMaximum(20) == 2 && CountMaximum(2) == 1 && CountMaximum(8) == 1 && CountMaximum(128) == 1);
 static_assert(CountMaximum(150) == 1);
 
-// A table is the first of its layout when no earlier one points at the same columns.
+#define TABLE(name, layout, max_rows, ...) #layout,
+#define SAME_LIST TABLE
+constexpr std::array<std::string_view, kTableCount> kLayoutOf = {
+#include "dictionary/catalogue/tables.def"
+};
+#undef TABLE
+#undef SAME_LIST
+
+// A table is the first of its layout when no earlier row names the same one. By name: under the
+// sanitizers the compiler does not compare addresses of columns at compile time either.
 constexpr bool FirstOfLayout(const TableDef& table)
 {
-    for (const TableDef& earlier : kRecords)
-    {
-        if (&earlier == &table) return true;
-        if (earlier.columns == table.columns) return false;
-    }
-    return false;
+    const auto own = kLayoutOf.begin() + (&table - kRecords.data());
+    return std::find(kLayoutOf.begin(), own, *own) == own;
 }
 
 constexpr uint32_t CountColumns()
@@ -232,6 +237,14 @@ constexpr size_t RowItemsMost(const TableDef& table)
 }
 static_assert(Count([](const TableDef& table) { return RowItemsMost(table) > kRowItemsMax; }) == 0, "holds every row");
 static_assert(Count([](const TableDef& table) { return RowItemsMost(table) == kRowItemsMax; }) == 1, "and no more");
+
+constexpr size_t CountRows()
+{
+    size_t rows = 0;
+    for (const TableDef& table : kRecords) rows += table.max_rows;
+    return rows;
+}
+static_assert(CountRows() == kRowsMax);
 
 constexpr int CountAliases()
 {

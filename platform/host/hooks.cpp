@@ -1,6 +1,6 @@
 // The platform's hooks on the host: most have nothing to prepare there; they write a journal line,
 // so that a test or a person sees that the daemon called them and in which order.
-#include "platform/host/object_values.h"
+#include "platform/host/commit.h"
 #include "platform/host/state_store.h"
 #include "platform/host/uci_path.h"
 #include "platform/kob_platform.h"
@@ -12,7 +12,7 @@ void LogModuleUpdate() { Journal("LogModuleUpdate"); }
 void checkFirstBootFlag()
 {
     Journal("checkFirstBootFlag");
-    ObjectValuesLoad();  // before the bus is joined: the first request finds the values
+    LoadState();  // before the bus is joined: the first request finds values and rows
 }
 
 void checkUpgradeFlag()

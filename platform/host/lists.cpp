@@ -1,42 +1,48 @@
-// The lists of the host platform: rows as blocks of bytes, in the order in which they came.
+// The lists of the host platform, made from the table rows of the catalogue.
 #include "platform/host/lists.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
 #include <string>
-#include <unordered_map>
-#include <vector>
 
 #include "dictionary/catalogue/layouts.h"
+#include "dictionary/row_field.h"
+#include "platform/host/row_text.h"
+#include "platform/kobd_exports.h"
 
 namespace kobd::host
 {
 namespace
 {
-constexpr int kIndexNotFound = 13;
-constexpr int kTableFull = 15;
+constexpr const char* kPathColumn = "pPath";
+
+struct Operation
+{
+    const char* function;
+    bool changes;  // clients change rows through it
+};
 
 struct ListDef
 {
-    const char* name;
+    const char* table;
     const RowLayout* layout;
     uint32_t max_rows;
-    std::initializer_list<const char*> operations;
+    std::initializer_list<Operation> operations;
 };
 
-#define ADD(...) NAME(__VA_ARGS__)
+// The functions that this row is the first to name.
+#define ADD(...) NAME(true, __VA_ARGS__)
 #define DEL ADD
-#define GET ADD
 #define SET ADD
-#define PATH ADD
-#define NEXT ADD
-#define NAME(...) FIRST_IF_ONE(__VA_ARGS__, SKIP, KEEP, )(__VA_ARGS__)
+#define GET(...) NAME(false, __VA_ARGS__)
+#define PATH GET
+#define NEXT GET
+#define NAME(changes, ...) FIRST_IF_ONE(__VA_ARGS__, SKIP, KEEP, )(changes, __VA_ARGS__)
 #define FIRST_IF_ONE(first, second, pick, ...) pick
-#define KEEP(function) #function,
-#define SKIP(function, shared)
+#define KEEP(changes, function) {#function, changes},
+#define SKIP(changes, function, shared)
 #define SHARED(function) function, shared
 #define VALIDATE(...)
 #define ALL(stem) ADD(stem##Add) DEL(stem##Del) GET(stem##Get) SET(stem##Set) PATH(stem##SetPPath) NEXT(stem##Next)
@@ -47,83 +53,105 @@ const ListDef kLists[] = {
 #include "dictionary/catalogue/tables.def"
 };
 
-using Row = std::vector<char>;
-
-std::array<std::vector<Row>, std::size(kLists)> lists;
-
-int32_t IndexOf(const Row& row)
+std::vector<List> MakeLists()
 {
-    int32_t index;
-    memcpy(&index, row.data(), sizeof index);
-    return index;
+    std::vector<List> made;
+    for (const ListDef& def : kLists)
+    {
+        const bool kept = std::any_of(def.operations.begin(), def.operations.end(),
+                                      [](const Operation& operation) { return operation.changes; });
+        made.push_back({def.table, def.layout, kept, RowList(def.layout->row_size, def.max_rows)});
+    }
+    return made;
 }
 
-Row* Find(size_t list, int32_t index)
+int StorePath(const List& list, Row* row, const char* parent_path)
 {
-    for (Row& row : lists[list])
-        if (IndexOf(row) == index) return &row;
-    return nullptr;
+    const ColumnDef* column = FindColumn(*list.layout, kPathColumn);
+    if (column != nullptr) return TableFieldFromString(row->block.data(), *column, parent_path);
+    row->parent_path = parent_path;
+    return 0;
 }
 }  // namespace
+
+std::span<List> AllLists()
+{
+    static std::vector<List> lists = MakeLists();
+    return lists;
+}
+
+List* FindList(std::string_view table)
+{
+    for (List& list : AllLists())
+        if (list.table == table) return &list;
+    return nullptr;
+}
 
 size_t ListOf(std::string_view function)
 {
     for (size_t list = 0; list < std::size(kLists); ++list)
-        for (const char* operation : kLists[list].operations)
-            if (function == operation) return list;
+        for (const Operation& operation : kLists[list].operations)
+            if (function == operation.function) return list;
     abort();  // every operation is made from a row of the same file
 }
 
 int ListAdd(size_t list, int32_t* index)
 {
-    if (lists[list].size() >= kLists[list].max_rows) return kTableFull;
-    *index = 1;
-    while (Find(list, *index) != nullptr) ++*index;
-    Row row(kLists[list].layout->row_size);
-    memcpy(row.data(), index, sizeof *index);
-    lists[list].push_back(std::move(row));
-    return 0;
+    List& in = AllLists()[list];
+    const int result = in.rows.Add(index);
+    if (result == 0) in.changed = true;
+    return result;
 }
 
 int ListDel(size_t list, int32_t index)
 {
-    return std::erase_if(lists[list], [index](const Row& row) { return IndexOf(row) == index; }) != 0 ? 0
-                                                                                                      : kIndexNotFound;
+    List& in = AllLists()[list];
+    const int result = in.rows.Del(index);
+    if (result == 0) in.changed = true;
+    return result;
 }
 
 int ListGet(size_t list, int32_t index, void* row)
 {
-    const Row* found = Find(list, index);
+    const Row* found = AllLists()[list].rows.Find(index);
     if (found == nullptr) return kIndexNotFound;
-    memcpy(row, found->data(), found->size());
+    memcpy(row, found->block.data(), found->block.size());
     return 0;
 }
 
 int ListSet(size_t list, int32_t index, const void* row)
 {
-    Row* found = Find(list, index);
+    List& in = AllLists()[list];
+    Row* found = in.rows.Find(index);
     if (found == nullptr) return kIndexNotFound;
-    memcpy(found->data(), row, found->size());
-    memcpy(found->data(), &index, sizeof index);
+    char* fields = found->block.data() + kRowIndexBytes;
+    const char* given = static_cast<const char*>(row) + kRowIndexBytes;
+    const size_t size = found->block.size() - kRowIndexBytes;
+    if (memcmp(fields, given, size) == 0) return 0;
+    memcpy(fields, given, size);
+    in.changed = true;
     return 0;
 }
 
-int ListSetParentPath(size_t list, int32_t index, const char*)
+int ListSetParentPath(size_t list, int32_t index, const char* parent_path)
 {
-    return Find(list, index) != nullptr ? 0 : kIndexNotFound;
+    List& in = AllLists()[list];
+    Row* row = in.rows.Find(index);
+    if (row == nullptr) return kIndexNotFound;
+    const int result = StorePath(in, row, parent_path);
+    if (result == 0)
+        in.changed = true;
+    else  // nobody looks at the result
+        kobd_log_print("ListSetParentPath", __LINE__, "%s row %d: parent path of %zu characters is too long", in.table,
+                       index, strlen(parent_path));
+    return result;
 }
 
 int ListNext(size_t list, int32_t previous, void* row)
 {
-    const auto& rows = lists[list];
-    auto next = rows.begin();
-    if (previous != -1)
-    {
-        next = std::find_if(rows.begin(), rows.end(), [previous](const Row& one) { return IndexOf(one) == previous; });
-        if (next != rows.end()) ++next;
-    }
-    if (next == rows.end()) return kIndexNotFound;
-    memcpy(row, next->data(), next->size());
+    const Row* found = AllLists()[list].rows.Next(previous);
+    if (found == nullptr) return kIndexNotFound;
+    memcpy(row, found->block.data(), found->block.size());
     return 0;
 }
 }  // namespace kobd::host

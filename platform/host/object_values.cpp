@@ -2,16 +2,14 @@
 #include "platform/host/object_values.h"
 
 #include <array>
-#include <cerrno>
 #include <cstring>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 
 #include "dictionary/value_type.h"
-#include "platform/host/state_store.h"
-#include "platform/kob_platform.h"
-#include "platform/kobd_exports.h"
+#include "platform/host/list_values.h"
+#include "platform/host/load_report.h"
 #include "platform/nvram.h"
 
 namespace kobd::host
@@ -19,7 +17,6 @@ namespace kobd::host
 namespace
 {
 constexpr size_t kValueBuffer = 2048;  // bytes that object get offers
-constexpr int kUpdateFailed = 14;
 constexpr int kInvokeFailed = 17;
 
 struct Row
@@ -79,8 +76,9 @@ struct Values
 {
     std::array<std::string, kRowCount> factory;
     std::array<std::string, kRowCount> running;
-    std::array<size_t, kRowCount> home;            // the row that keeps the value
+    std::array<size_t, kRowCount> home;               // the row that keeps the value
     std::array<const char*, kRowCount> nvram_key;  // where nvram keeps the value, else nullptr
+    std::array<const ListValue*, kRowCount> of_list;  // what it tells of a list, else nullptr
     std::array<std::string, kRowCount> key;
     std::unordered_map<std::string_view, size_t> by_key;
     Settings unknown;  // settings of a newer build, kept as they are
@@ -119,28 +117,26 @@ void NameRows()
     for (const auto& [name, value] : kFactory)
         if (const auto found = values.by_key.find(name); found != values.by_key.end())
             values.factory[found->second] = value;
+    for (const ListValue& of_list : ListValues())
+        if (const auto found = values.by_key.find(of_list.object); found != values.by_key.end())
+            values.of_list[found->second] = &of_list;
     values.running = values.factory;
 }
 
-void Report(const std::string& path, LoadResult result)
+int GiveText(const std::string& text, char* value)
 {
-    if (result == LoadResult::kUnreadable)
-        kobd_log_print("ObjectValuesLoad", __LINE__, "cannot read %s (%s), factory values serve", path.c_str(),
-                       strerror(errno));
-    if (result != LoadResult::kDamaged) return;
-    const std::string aside = KeepAside(path);
-    kobd_log_print("ObjectValuesLoad", __LINE__, "%s is damaged, kept as %s, factory values serve", path.c_str(),
-                   aside.empty() ? "it is" : aside.c_str());
+    if (text.size() >= kValueBuffer) return kInvokeFailed;
+    memcpy(value, text.c_str(), text.size() + 1);
+    return 0;
 }
 }  // namespace
 
-void ObjectValuesLoad()
+void ObjectValuesLoad(const std::string& path)
 {
     values = {};
     NameRows();
-    const std::string path = StateFolder() + "/objects";
     Settings settings;
-    Report(path, LoadSettings(path, &settings));
+    ReportLoad("ObjectValuesLoad", path, LoadSettings(path, &settings));
     for (const auto& setting : settings)
     {
         const auto found = values.by_key.find(setting.first);
@@ -151,23 +147,19 @@ void ObjectValuesLoad()
     }
 }
 
-int ObjectValuesCommit()
+bool ObjectValuesChanged() { return values.dirty; }
+
+Settings ObjectValuesState()
 {
-    if (!values.dirty) return 0;
     Settings settings;
     for (size_t number = 0; number < kRowCount; ++number)
         if (values.running[number] != values.factory[number])
             settings.emplace_back(values.key[number], values.running[number]);
     settings.insert(settings.end(), values.unknown.begin(), values.unknown.end());
-    const std::string path = StateFolder() + "/objects";
-    if (!SaveSettings(path, settings))
-    {
-        kobd_log_print("update_config", __LINE__, "cannot write %s: %s", path.c_str(), strerror(errno));
-        return kUpdateFailed;
-    }
-    values.dirty = false;
-    return 0;
+    return settings;
 }
+
+void ObjectValuesKept() { values.dirty = false; }
 
 int ObjectValueGet(size_t number, char* value)
 {
@@ -176,10 +168,8 @@ int ObjectValueGet(size_t number, char* value)
         nv_get(key, value, kValueBuffer);
         return 0;
     }
-    const std::string& text = values.running[values.home[number]];
-    if (text.size() >= kValueBuffer) return kInvokeFailed;
-    memcpy(value, text.c_str(), text.size() + 1);
-    return 0;
+    if (const ListValue* of_list = values.of_list[number]) return GiveText(ListValueText(*of_list), value);
+    return GiveText(values.running[values.home[number]], value);
 }
 
 int ObjectValueSet(size_t number, const char* value)
@@ -199,5 +189,3 @@ int ObjectAction(size_t number, const char* value)
     return ObjectValueSet(number, value);
 }
 }  // namespace kobd::host
-
-int update_config() { return kobd::host::ObjectValuesCommit(); }

@@ -2,14 +2,20 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
+
+#include "platform/host/state_store.h"
 
 namespace kobd::host
 {
-// Loads the committed values over the factory's. Called once, before the bus is joined.
-void ObjectValuesLoad();
+// Loads the committed values of the file at `path` over the factory's.
+void ObjectValuesLoad(const std::string& path);
 
-// Writes the values that differ from the factory's. 0, or 14 when the file could not be written.
-int ObjectValuesCommit();
+// Whether values changed since the last ObjectValuesKept, what the file shall hold (the values that
+// differ from the factory's), and that it does.
+bool ObjectValuesChanged();
+Settings ObjectValuesState();
+void ObjectValuesKept();
 
 // Behind the accessors; `number` is the object's row in the catalogue. 0, or 17 for a value that
 // does not fit the buffer of object get.

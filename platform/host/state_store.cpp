@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "platform/host/state_save.h"
+
 namespace kobd::host
 {
 namespace
@@ -103,7 +105,7 @@ bool ReadAll(int file, std::string* text)
     }
 }
 
-// False when a line is neither comment, setting nor the end, or the end is missing.
+// False when a line is neither comment, heading, setting nor the end, or the end is missing.
 bool ParseSettings(std::string_view text, Settings* settings)
 {
     while (!text.empty())
@@ -114,6 +116,11 @@ bool ParseSettings(std::string_view text, Settings* settings)
         text.remove_prefix(newline + 1);
         if (line == kEnd) return text.empty();
         if (line.empty() || line.front() == '#') continue;
+        if (IsHeading(line))
+        {
+            settings->emplace_back(line, "");
+            continue;
+        }
         const size_t equals = line.find('=');
         std::string value;
         if (equals == std::string_view::npos || equals == 0 || !Unescape(line.substr(equals + 1), &value)) return false;
@@ -122,15 +129,6 @@ bool ParseSettings(std::string_view text, Settings* settings)
     return false;
 }
 
-bool SyncFolder(const std::string& path)
-{
-    const std::string folder = path.substr(0, path.rfind('/'));
-    const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (file < 0) return false;
-    const bool synced = fsync(file) == 0;
-    close(file);
-    return synced;
-}
 }  // namespace
 
 const std::string& StateFolder()
@@ -138,6 +136,8 @@ const std::string& StateFolder()
     static const std::string folder = ChooseFolder();
     return folder;
 }
+
+bool IsHeading(std::string_view name) { return name.size() > 2 && name.front() == '[' && name.back() == ']'; }
 
 LoadResult LoadSettings(const std::string& path, Settings* settings)
 {
@@ -153,22 +153,29 @@ LoadResult LoadSettings(const std::string& path, Settings* settings)
     return LoadResult::kDamaged;
 }
 
-bool SaveSettings(const std::string& path, const Settings& settings)
+bool WriteTemporary(const std::string& path, const Settings& settings)
 {
     std::string text(kHeading);
-    for (const auto& [name, value] : settings) text += name + "=" + Escape(value) + "\n";
+    for (const auto& [name, value] : settings)
+        text += IsHeading(name) ? name + "\n" : name + "=" + Escape(value) + "\n";
     text += std::string(kEnd) + "\n";
 
-    const std::string temporary = path + ".new";
-    const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kFileMode);
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kFileMode);
     if (file < 0) return false;
     const bool written = WriteAll(file, text) && fsync(file) == 0;
-    const bool closed = close(file) == 0;
-    if (written && closed && rename(temporary.c_str(), path.c_str()) == 0) return SyncFolder(path);
     const int error = errno;
-    unlink(temporary.c_str());
-    errno = error;
+    const bool closed = close(file) == 0;
+    if (written && closed) return true;
+    if (!written) errno = error;
+    RemoveKeepingError(path);
     return false;
+}
+
+void RemoveKeepingError(const std::string& path)
+{
+    const int error = errno;
+    unlink(path.c_str());
+    errno = error;
 }
 
 std::string KeepAside(const std::string& path)

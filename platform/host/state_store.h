@@ -1,9 +1,11 @@
 // Where the host platform keeps values: all running values in memory, those that differ from the
-// factory's in one readable file.
+// factory's in readable files.
 //
 //   # comment
 //   webHttpPort=8080
 //   description=two\nlines (a backslash is written \\ twice)
+//   [FwPortForwardTable 3]       a heading: a setting without a value whose name stands in brackets
+//   Protocol=TCP
 //   end
 //
 // The last line is "end"; without it the file was cut and is not believed.
@@ -22,6 +24,8 @@ const std::string& StateFolder();
 
 using Settings = std::vector<std::pair<std::string, std::string>>;
 
+bool IsHeading(std::string_view name);
+
 enum class LoadResult
 {
     kLoaded,
@@ -37,6 +41,22 @@ LoadResult LoadSettings(const std::string& path, Settings* settings);
 // there is the old or the new file, whole. False with errno when it could not be written; the old
 // file then stays.
 bool SaveSettings(const std::string& path, const Settings& settings);
+
+// One state file of several that are saved together.
+struct StateFile
+{
+    std::string name;  // in the folder, without a slash
+    Settings settings;
+};
+
+// As SaveSettings for several files of one folder: after a crash or a power cut FinishSave finds all
+// of them new or all of them old. False with errno when they could not be written; all old then,
+// unless moving one of the written files into its place failed.
+bool SaveTogether(const std::string& folder, const std::vector<StateFile>& files);
+
+// Completes what SaveTogether had decided before the process died. Called before files are loaded.
+// False with errno when it could not.
+bool FinishSave(const std::string& folder);
 
 // Moves a damaged file aside so that nobody writes over it. Its new name, empty when that failed.
 std::string KeepAside(const std::string& path);

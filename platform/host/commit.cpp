@@ -1,0 +1,50 @@
+// One commit of objects and rows: only what changed is written, and what changed becomes durable as
+// a whole or not at all.
+#include "platform/host/commit.h"
+
+#include <cerrno>
+#include <cstring>
+#include <vector>
+
+#include "platform/host/list_state.h"
+#include "platform/host/object_values.h"
+#include "platform/host/state_store.h"
+#include "platform/kob_platform.h"
+#include "platform/kobd_exports.h"
+
+namespace kobd::host
+{
+namespace
+{
+constexpr int kUpdateFailed = 14;
+constexpr const char* kObjectsFile = "objects";
+constexpr const char* kTablesFile = "tables";
+
+int Commit()
+{
+    std::vector<StateFile> files;
+    if (ObjectValuesChanged()) files.push_back({kObjectsFile, ObjectValuesState()});
+    if (ListsChanged()) files.push_back({kTablesFile, ListsState()});
+    if (!SaveTogether(StateFolder(), files))
+    {
+        kobd_log_print("update_config", __LINE__, "cannot write the state in %s: %s", StateFolder().c_str(),
+                       strerror(errno));
+        return kUpdateFailed;
+    }
+    ObjectValuesKept();
+    ListsKept();
+    return 0;
+}
+}  // namespace
+
+void LoadState()
+{
+    if (!FinishSave(StateFolder()))
+        kobd_log_print("LoadState", __LINE__, "cannot finish the last commit in %s: %s", StateFolder().c_str(),
+                       strerror(errno));
+    ObjectValuesLoad(StateFolder() + "/" + kObjectsFile);
+    ListsLoad(StateFolder() + "/" + kTablesFile);
+}
+}  // namespace kobd::host
+
+int update_config() { return kobd::host::Commit(); }

@@ -1,0 +1,94 @@
+// Saving state files. Several are saved together by first writing all of them beside the old ones,
+// then a note that names them: from the moment the note is on the disk the new files count, and
+// whoever finds it moves them into place.
+#include "platform/host/state_save.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+
+namespace kobd::host
+{
+namespace
+{
+constexpr const char* kTemporary = ".new";
+constexpr const char* kNoteFile = "/commit";
+
+bool SyncFolder(const std::string& folder)
+{
+    const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (file < 0) return false;
+    const bool synced = fsync(file) == 0;
+    close(file);
+    return synced;
+}
+
+bool MoveIntoPlace(const std::string& path)
+{
+    if (rename((path + kTemporary).c_str(), path.c_str()) == 0) return true;
+    RemoveKeepingError(path + kTemporary);
+    return false;
+}
+
+bool WriteAllTemporary(const std::string& folder, const std::vector<StateFile>& files)
+{
+    return std::all_of(files.begin(), files.end(),
+                       [&folder](const StateFile& file)
+                       { return WriteTemporary(folder + "/" + file.name + kTemporary, file.settings); });
+}
+
+bool WriteNote(const std::string& folder, const std::vector<StateFile>& files)
+{
+    Settings note;
+    for (const StateFile& file : files) note.emplace_back(file.name, "");
+    return SaveSettings(folder + kNoteFile, note);
+}
+
+// The note must be gone from the disk before anybody writes temporary files again: a note that
+// outlives its commit would move half-written files into place.
+bool RemoveNote(const std::string& folder) { return unlink((folder + kNoteFile).c_str()) == 0 && SyncFolder(folder); }
+}  // namespace
+
+bool SaveSettings(const std::string& path, const Settings& settings)
+{
+    return WriteTemporary(path + kTemporary, settings) && MoveIntoPlace(path) &&
+           SyncFolder(path.substr(0, path.rfind('/')));
+}
+
+bool SaveTogether(const std::string& folder, const std::vector<StateFile>& files)
+{
+    if (files.empty()) return true;
+    if (files.size() == 1) return SaveSettings(folder + "/" + files[0].name, files[0].settings);
+    // A note still there is one that could not be removed.
+    if (access((folder + kNoteFile).c_str(), F_OK) == 0 && !FinishSave(folder)) return false;
+    if (!WriteAllTemporary(folder, files) || !WriteNote(folder, files))
+    {
+        for (const StateFile& file : files) RemoveKeepingError(folder + "/" + file.name + kTemporary);
+        return false;
+    }
+    bool moved = true;
+    for (const StateFile& file : files) moved = MoveIntoPlace(folder + "/" + file.name) && moved;
+    const int error = errno;
+    const bool finished = SyncFolder(folder) && RemoveNote(folder);
+    if (!moved) errno = error;
+    return moved && finished;
+}
+
+bool FinishSave(const std::string& folder)
+{
+    Settings note;
+    const LoadResult result = LoadSettings(folder + kNoteFile, &note);
+    if (result == LoadResult::kMissing) return true;
+    if (result == LoadResult::kUnreadable) return false;
+    for (const auto& [name, nothing] : note)
+    {
+        const std::string path = folder + "/" + name;
+        if (name.find('/') != std::string::npos || access((path + kTemporary).c_str(), F_OK) != 0) continue;
+        if (rename((path + kTemporary).c_str(), path.c_str()) != 0) return false;
+    }
+    return SyncFolder(folder) && RemoveNote(folder);
+}
+}  // namespace kobd::host

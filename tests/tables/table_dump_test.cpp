@@ -1,0 +1,144 @@
+// Table dump through its handler.
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "tables/handlers.h"
+#include "tests/tables/table_rows.h"
+
+namespace kobd::test
+{
+using namespace std::string_literals;
+
+namespace
+{
+constexpr char kIp[] = "FwIpFilterTable";
+
+size_t DumpFiles()
+{
+    size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/tmp"))
+        count += entry.path().string().starts_with("/tmp/kobd-");
+    return count;
+}
+
+// What the dump of these tables holds; the file is removed.
+std::string Dumped(const std::string& payload)
+{
+    const Answer answer = Ask(ReqTableDump, payload);
+    if (answer.result != 0 || answer.texts.size() != 1) return "result " + std::to_string(answer.result);
+    struct stat status;
+    EXPECT_EQ(stat(answer.texts[0].c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0600u);
+    const std::string text = FileText(answer.texts[0]);
+    unlink(answer.texts[0].c_str());
+    return text;
+}
+
+// Text at an address that a row can hold, on 64 bits too.
+char* LowText(size_t size)
+{
+    void* const low = reinterpret_cast<void*>(uintptr_t{0x20000000});
+    void* place = mmap(low, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    return place != MAP_FAILED && reinterpret_cast<uintptr_t>(place) <= UINT32_MAX ? static_cast<char*>(place)
+                                                                                   : nullptr;
+}
+
+void PutSms(int32_t index, const char* content)
+{
+    PutRow("SmsTable", index, {{"Tag", std::to_string(index)}});
+    const auto address = static_cast<uint32_t>(reinterpret_cast<uintptr_t>(content));
+    memcpy(platform.rows["SmsTable"][index].data() + 8, &address, sizeof address);
+}
+}  // namespace
+
+TEST_F(TableRequests, DumpHoldsEveryRowOfTheTablesInRequestOrder)
+{
+    for (const int32_t index : {7, 3, 5}) PutRow(kIp, index, {{"DestIPAddress", "10.0.0." + std::to_string(index)}});
+    PutRow("ledsTable", 1, {{"Name", "power"}});
+    const std::string ip = RowItems(kIp, 3, {{"DestIPAddress", "10.0.0.3"}}) +
+                           RowItems(kIp, 5, {{"DestIPAddress", "10.0.0.5"}}) +
+                           RowItems(kIp, 7, {{"DestIPAddress", "10.0.0.7"}});
+    const std::string leds = RowItems("ledsTable", 1, {{"Name", "power"}});
+    EXPECT_EQ(Dumped(TextItem(3, kIp)), ip);
+    EXPECT_EQ(Dumped(TextItem(3, "ledsTable") + TextItem(1, kIp) + TextItem(9, "ledsTable")), leds + ip + leds)
+        << "tags are not looked at, a table named twice is written twice";
+    EXPECT_EQ(Dumped(TextItem(3, "UPnPTable")), "") << "an empty table";
+    EXPECT_TRUE(platform.Calls("get").empty());
+}
+
+TEST_F(TableRequests, DumpIsReadBackBySet)
+{
+    PutRow("ledsTable", 4, {{"Name", "power"}, {"CyclePeriodRepetitions", "-5"}, {"RelativeYPosition", "4294967295"}});
+    const auto rows = platform.rows;
+    const std::string dump = Dumped(TextItem(3, "ledsTable"));
+    PutRow("ledsTable", 4, {});
+    EXPECT_EQ(Ask(ReqTableSetSilent, Changes(dump)).result, 0);
+    EXPECT_EQ(platform.rows, rows);
+}
+
+TEST_F(TableRequests, DumpThatFailsLeavesNoFile)
+{
+    const std::string good = TextItem(3, kIp);
+    const struct
+    {
+        std::string payload;
+        int result;
+        const char* why;
+    } kCases[] = {
+        {"", 2, "no item"},
+        {RawItem(3, ""), 2, "a lone item header"},
+        {good + TextItem(3, "noSuchTable"), 1, "an unknown name behind a table"},
+        {good + TextItem(3, "webHttpPort"), 1, "an object"},
+        {good + RawItem(3, kIp), 2, "a name without its zero byte"},
+        {good + "\x03\x00\xFF\x00"s, 2, "an item past the end"},
+    };
+    for (const auto& c : kCases)
+    {
+        ResetPlatform();
+        PutRow(kIp, 1, {});
+        const Answer answer = Ask(ReqTableDump, c.payload);
+        EXPECT_EQ(answer.returned, c.result) << c.why;
+        EXPECT_EQ(answer.payload, 8u) << c.why;
+        EXPECT_EQ(DumpFiles(), 0u) << c.why;
+    }
+}
+
+TEST_F(TableRequests, DumpToAFullDiskIsRefusedAndRemoved)
+{
+    for (int32_t index = 1; index <= 64; ++index) PutRow("ledsTable", index, {});
+    const std::string leds = TextItem(3, "ledsTable");
+    const std::string several = leds + leds + leds + leds + leds + leds + leds + leds;  // about 100 KiB
+    for (const char* size : {"size=64k", "size=4k"})  // full at a write, full at the close
+    {
+        ASSERT_EQ(mount("none", "/tmp", "tmpfs", 0, size), 0);
+        const Answer answer = Ask(ReqTableDump, size == "size=4k"s ? leds : several);
+        const size_t files = DumpFiles();
+        umount("/tmp");
+        EXPECT_EQ(answer.result, 4) << size;
+        EXPECT_EQ(answer.payload, 8u) << size;
+        EXPECT_EQ(files, 0u) << size;
+    }
+}
+
+TEST_F(TableRequests, TextsOutsideTheRow)
+{
+    constexpr size_t kSize = 1 << 17;
+    char* text = LowText(kSize);
+    if (text == nullptr) GTEST_SKIP() << "no memory below 4 GiB here";
+    memset(text, 't', kSize - 1);
+    PutSms(1, text + kSize - 1 - 65534);
+    PutSms(2, text);
+    PutSms(3, nullptr);
+    const std::string longest(65534, 't');
+    const auto row = [](int32_t index, const std::string& content)
+    { return Row("SmsTable", index) + Column("Tag", std::to_string(index)) + Column("Content", content); };
+    EXPECT_TRUE(Dumped(TextItem(3, "SmsTable")) == row(1, longest) + row(2, longest) + row(3, ""))
+        << "whole up to what an item can carry, cut there";
+    munmap(text, kSize);
+}
+}  // namespace kobd::test
