@@ -8,9 +8,9 @@
 #include "daemon/result.h"
 #include "platform/lists.h"
 #include "validators/address.h"
+#include "validators/dotted.h"
 #include "validators/lan_values.h"
 #include "validators/lists.h"
-#include "validators/dotted.h"
 #include "validators/rows.h"
 
 using namespace kobd;
