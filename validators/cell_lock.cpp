@@ -1,6 +1,7 @@
 // The cell lock: a list of cells, each an EARFCN and a physical cell identity.
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "daemon/log.h"
 #include "daemon/result.h"

@@ -1,4 +1,5 @@
 // The channel lock: a list of EARFCNs and NR-ARFCNs, each within a band that the module supports.
+#include <algorithm>
 #include <array>
 #include <cstring>
 

@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <iterator>
+#include <initializer_list>
 
 #include "daemon/result.h"
 #include "validators/address.h"
