@@ -13,6 +13,7 @@
 #include <random>
 
 #include "dictionary/catalogue/accessors.h"
+#include "platform/host/row_text.h"
 #include "platform/kob_platform.h"
 #include "tests/platform/host_state.h"
 #include "tests/process_setup.h"
@@ -106,6 +107,24 @@ TEST_F(ListState, AnyBytesOfEveryKeptTableComeBack)
         EXPECT_EQ(now, before[list.table]) << list.table;
     }
     EXPECT_EQ(Asides(), 0u);
+}
+
+TEST_F(ListState, EndOfALongerTextDoesNotStayBehindAShorterOne)
+{
+    const TableDef& users = Table("usersTable");
+    std::vector<char> row(users.row_size);
+    ASSERT_EQ(users.ops->get(1, row.data()), 0);
+    const uint32_t password = FindColumn(*FindList("usersTable")->layout, "Password")->offset;
+    strcpy(row.data() + password, "secret-of-old");
+    ASSERT_EQ(users.ops->set(1, row.data()), 0);
+    strcpy(row.data() + password, "new");
+    ASSERT_EQ(users.ops->set(1, row.data()), 0);
+    ASSERT_EQ(users.ops->get(1, row.data()), 0);
+    EXPECT_EQ(std::string(row.data() + password, 256), "new" + std::string(253, '\0'));
+    ASSERT_EQ(update_config(), 0);
+    const std::string text = FileText(Path("tables"));
+    EXPECT_NE(text.find("\nPassword=new\n"), std::string::npos) << text;
+    EXPECT_EQ(text.find("\n@7"), std::string::npos) << "no bytes of the field besides: " << text;
 }
 
 TEST_F(ListState, CommittedIsKeptAndUncommittedIsLost)
@@ -287,7 +306,7 @@ TEST_F(ListState, FileCutAnywhereIsKeptAsideAndTheFactoryRowsServe)
         Clear();
         Write("tables", whole.substr(0, cut));
         const OutputCapture output;
-        LoadState();
+        ListsLoad(Path("tables"));
         EXPECT_EQ(Urls(), "") << cut;
         EXPECT_EQ(FindList("usersTable")->rows.Rows().size(), 2u) << cut;
         EXPECT_EQ(Asides(), 1u) << cut;
@@ -330,7 +349,7 @@ TEST_F(ListState, LinesThatCannotBe)
         Clear();
         Write("tables", begin + c.more + "end\n");
         const OutputCapture output;
-        LoadState();
+        ListsLoad(Path("tables"));
         EXPECT_EQ(Urls(), "") << c.why;
         EXPECT_EQ(Asides(), 1u) << c.why;
         EXPECT_NE(output.Text().find("cannot be: ["), std::string::npos) << c.why << ": " << output.Text();
