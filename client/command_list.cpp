@@ -1,25 +1,18 @@
 // kobctl list [PATTERN], describe NAME..., and the names for completion: from the dictionary alone.
-#include <fnmatch.h>
-
 #include <cstdio>
 #include <string>
 
 #include "client/commands.h"
 #include "client/dictionary.h"
+#include "client/nearest.h"
+#include "client/table_commands.h"
+#include "client/tables.h"
 #include "daemon/result.h"
 
 namespace kobd::client
 {
 namespace
 {
-// A pattern without wildcards matches anywhere in the name.
-bool Matches(const Words& pattern, const std::string& name)
-{
-    if (pattern.empty()) return true;
-    if (pattern[0].find_first_of("*?[") == std::string::npos) return name.find(pattern[0]) != std::string::npos;
-    return fnmatch(pattern[0].c_str(), name.c_str(), 0) == 0;
-}
-
 std::string Positions(const std::string& name)
 {
     std::string positions;
@@ -48,15 +41,6 @@ void DescribeObject(const Options& options, const ObjectEntry& object, const cha
     if (object.validator != nullptr) printf("  checked   by %s\n", validator);
     printf("  position  %s%s\n", positions.c_str(), twice ? " (requests reach the first)" : "");
 }
-
-void DescribeTable(const Options& options, const TableEntry& table, const char* separator)
-{
-    if (options.json)
-        printf("%s{\"name\":%s,\"kind\":\"table\",\"row_size\":%u,\"max_rows\":%u}", separator,
-               JsonString(table.name).c_str(), table.layout.row_size, table.max_rows);
-    else
-        printf("%s\n  table     at most %u rows of %u bytes\n", table.name, table.max_rows, table.layout.row_size);
-}
 }  // namespace
 
 int CommandList(const Options& options, const Words& pattern)
@@ -65,7 +49,7 @@ int CommandList(const Options& options, const Words& pattern)
     int found = 0;
     const auto print = [&](const char* name, const char* kind)
     {
-        if (!Matches(pattern, name)) return;
+        if (!pattern.empty() && !MatchesName(pattern[0], name)) return;
         if (options.json)
             printf("%s{\"name\":%s,\"kind\":\"%s\"}", separator, JsonString(name).c_str(), kind);
         else
@@ -97,9 +81,8 @@ int CommandDescribe(const Options& options, const Words& names)
             DescribeTable(options, *table, separator);
         else
         {
-            const std::string near = Nearest(name);
             fprintf(stderr, "kobctl: %s: %s (1)%s\n", name.c_str(), ResultText(kNotFound),
-                    near.empty() ? "" : (", did you mean " + near + "?").c_str());
+                    DidYouMean(Nearest(name)).c_str());
             status = 1;
             continue;
         }
@@ -109,9 +92,16 @@ int CommandDescribe(const Options& options, const Words& names)
     return status;
 }
 
-int CommandCompleteNames(const Options&, const Words&)
+int CommandCompleteNames(const Options&, const Words& words)
 {
-    for (const ObjectEntry& object : Objects()) printf("%s\n", object.name);
+    const std::string kind = words.empty() ? "objects" : words[0];
+    const TableEntry* table = words.size() == 2 ? FindTable(words[1]) : nullptr;
+    if (kind == "objects")
+        for (const ObjectEntry& object : Objects()) printf("%s\n", object.name);
+    if (kind == "tables")
+        for (const TableEntry& one : Tables()) printf("%s\n", one.name);
+    if (kind == "columns" && table != nullptr)
+        for (const ColumnDef& column : table->layout.columns) printf("%s\n", column.name);
     return 0;
 }
 }  // namespace kobd::client

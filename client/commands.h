@@ -17,5 +17,10 @@ int CommandList(const Options& options, const Words& pattern);
 int CommandDescribe(const Options& options, const Words& names);
 int CommandShow(const Options& options, const Words& none);
 int CommandWatch(const Options& options, const Words& none);
-int CommandCompleteNames(const Options& options, const Words& none);
+int CommandEvent(const Options& options, const Words& name_and_text);
+int CommandJournal(const Options& options, const Words& none);
+int CommandNvram(const Options& options, const Words& words);   // get KEY... or set KEY=VALUE...
+int CommandConfig(const Options& options, const Words& words);  // likewise
+int CommandTable(const Options& options, const Words& command);
+int CommandCompleteNames(const Options& options, const Words& kind);
 }  // namespace kobd::client

@@ -8,6 +8,8 @@
 #include <cstdlib>
 
 #include "client/dictionary.h"
+#include "client/nearest.h"
+#include "client/tables.h"
 
 namespace kobd::client
 {
@@ -79,11 +81,7 @@ std::string WhatIsWrong(const std::string& name, const std::string& value)
 {
     const ObjectEntry* object = FindObject(name);
     if (object == nullptr && FindTable(name) != nullptr) return name + " is a table, not an object";
-    if (object == nullptr)
-    {
-        const std::string near = Nearest(name);
-        return "there is no object " + name + (near.empty() ? "" : ", did you mean " + near + "?");
-    }
+    if (object == nullptr) return "there is no object " + name + DidYouMean(Nearest(name));
     if (object->access == Access::kReadOnly) return name + " is read-only";
     if (!Fits(*object, value)) return name + "=" + value + ": it takes " + Accepts(*object);
     return "";

@@ -1,21 +1,17 @@
 // The client's view of the dictionary.
 #include "client/dictionary.h"
 
-#include <strings.h>
-
-#include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <utility>
 #include <vector>
 
-#include "dictionary/catalogue/layouts.h"
+#include "client/nearest.h"
+#include "client/tables.h"
 
 namespace kobd::client
 {
 namespace
 {
-
 #define SHARED(accessor) accessor
 #define SECOND_QUOTED(...) SECOND_PICK(__VA_ARGS__, NO_VALIDATOR, unused)
 #define SECOND_PICK(first, second, ...) QUOTE(second)
@@ -41,14 +37,6 @@ struct Row
 constexpr Row kRows[] = {
 #include "dictionary/catalogue/objects.def"
 };
-
-#define TABLE(name, layout, max_rows, ...) {name, layout, max_rows},
-#define OWN_LIST TABLE
-#define SAME_LIST TABLE
-constexpr TableEntry kTables[] = {
-#include "dictionary/catalogue/tables.def"
-};
-#undef TABLE
 
 struct Rule
 {
@@ -110,23 +98,6 @@ std::string AcceptsByType(const ObjectEntry& object)
         default: return "any text";
     }
 }
-
-size_t Distance(std::string_view a, std::string_view b)
-{
-    std::vector<size_t> row(b.size() + 1);
-    for (size_t j = 0; j <= b.size(); ++j) row[j] = j;
-    for (size_t i = 1; i <= a.size(); ++i)
-    {
-        size_t diagonal = std::exchange(row[0], i);
-        for (size_t j = 1; j <= b.size(); ++j)
-        {
-            const size_t same = diagonal + (tolower(a[i - 1]) != tolower(b[j - 1]));
-            diagonal = row[j];
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1, same});
-        }
-    }
-    return row[b.size()];
-}
 }  // namespace
 
 std::span<const ObjectEntry> Objects()
@@ -135,19 +106,10 @@ std::span<const ObjectEntry> Objects()
     return objects;
 }
 
-std::span<const TableEntry> Tables() { return kTables; }
-
 const ObjectEntry* FindObject(std::string_view name)
 {
     for (const ObjectEntry& object : Objects())
         if (name == object.name) return &object;
-    return nullptr;
-}
-
-const TableEntry* FindTable(std::string_view name)
-{
-    for (const TableEntry& table : kTables)
-        if (name == table.name) return &table;
     return nullptr;
 }
 
@@ -195,17 +157,9 @@ std::string Accepts(const ObjectEntry& object)
 
 std::string Nearest(std::string_view name)
 {
-    std::string best;
-    size_t least = std::max<size_t>(2, name.size() / 3);
-    const auto consider = [&](const char* candidate)
-    {
-        const size_t distance = Distance(name, candidate);
-        if (distance > least || (distance == least && !best.empty())) return;
-        least = distance;
-        best = candidate;
-    };
-    for (const ObjectEntry& object : Objects()) consider(object.name);
-    for (const TableEntry& table : kTables) consider(table.name);
-    return best;
+    std::vector<const char*> names;
+    for (const ObjectEntry& object : Objects()) names.push_back(object.name);
+    for (const TableEntry& table : Tables()) names.push_back(table.name);
+    return NearestOf(name, names);
 }
 }  // namespace kobd::client

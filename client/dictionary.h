@@ -1,5 +1,5 @@
-// What the client knows of the dictionary: names, types, access, limits and checks, made from the
-// same rows as the daemon's records.
+// What the client knows of the objects: names, types, access, limits and checks, made from the same
+// rows as the daemon's records. tables.h has the tables.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,6 @@
 #include <string>
 #include <string_view>
 
-#include "dictionary/row_layout.h"
 #include "dictionary/value_type.h"
 
 namespace kobd::client
@@ -29,19 +28,10 @@ struct ObjectEntry
     const char* validator;   // name of the check, nullptr: none
 };
 
-struct TableEntry
-{
-    const char* name;
-    RowLayout layout;
-    uint32_t max_rows;
-};
-
 std::span<const ObjectEntry> Objects();
-std::span<const TableEntry> Tables();
 
 // The entry that requests by this name reach; nullptr when there is none.
 const ObjectEntry* FindObject(std::string_view name);
-const TableEntry* FindTable(std::string_view name);
 
 const char* TypeName(ValueType type);
 const char* AccessText(Access access);
@@ -52,6 +42,6 @@ std::string Accepts(const ObjectEntry& object);
 // What a check accepts, in words; nullptr for a name that is no check of the catalogue.
 const char* RuleOf(std::string_view check);
 
-// The dictionary name most like `name`, or the empty text when none is near.
+// The name of an object or table most like `name`, or the empty text when none is near.
 std::string Nearest(std::string_view name);
 }  // namespace kobd::client

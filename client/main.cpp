@@ -1,4 +1,4 @@
-// kobctl: reads and changes the router's objects from a terminal.
+// kobctl: reads and changes the router's objects and tables from a terminal.
 #include <cmath>
 #include <csignal>
 #include <cstddef>
@@ -22,14 +22,23 @@ struct Command
 };
 
 constexpr Command kCommands[] = {
-    {"get", 1, SIZE_MAX, CommandGet}, {"set", 1, SIZE_MAX, CommandSet},
-    {"list", 0, 1, CommandList},      {"describe", 1, SIZE_MAX, CommandDescribe},
-    {"show", 0, 0, CommandShow},      {"commit", 0, 0, CommandCommit},
-    {"watch", 0, 0, CommandWatch},    {"complete-names", 0, 0, CommandCompleteNames},
+    {"get", 1, SIZE_MAX, CommandGet},
+    {"set", 1, SIZE_MAX, CommandSet},
+    {"list", 0, 1, CommandList},
+    {"describe", 1, SIZE_MAX, CommandDescribe},
+    {"show", 0, 0, CommandShow},
+    {"commit", 0, 0, CommandCommit},
+    {"watch", 0, 0, CommandWatch},
+    {"event", 1, 2, CommandEvent},
+    {"journal", 0, 0, CommandJournal},
+    {"nvram", 0, SIZE_MAX, CommandNvram},
+    {"config", 0, SIZE_MAX, CommandConfig},
+    {"table", 0, SIZE_MAX, CommandTable},
+    {"complete-names", 0, 2, CommandCompleteNames},
 };
 
 constexpr char kHelp[] =
-    "kobctl: reads and changes the router's objects\n"
+    "kobctl: reads and changes the router's objects and tables\n"
     "\n"
     "  get NAME...              current values\n"
     "  set NAME=VALUE...        new values, checked together, applied in order, made durable\n"
@@ -38,13 +47,34 @@ constexpr char kHelp[] =
     "  list [PATTERN]           names that match ('wifi*'; a plain word matches anywhere)\n"
     "  describe NAME...         type, what it accepts, access, check\n"
     "  show                     all names, as the daemon lists them\n"
-    "  watch [--count N]        announcements as they arrive\n"
+    "  watch [--count N]        announcements and events to the other modules as they arrive\n"
+    "\n"
+    "  event NAME [TEXT]        a network event to the daemon, 'event ApnIPChange 2'\n"
+    "  journal [--follow]       what a router would have done, line by line; --count N with --follow\n"
+    "  nvram get KEY...         values of the non-volatile store, also without the daemon\n"
+    "  nvram set KEY=VALUE...   new values, durable at once\n"
+    "  config get, config set   the same for the configuration store\n"
+    "\n"
+    "  table list [PATTERN]     tables, the most rows each may hold, its operations\n"
+    "  table describe TABLE...  rows, operations, what each column takes\n"
+    "  table columns TABLE      columns with type and size\n"
+    "  table max TABLE          the most rows, as the daemon says\n"
+    "  table dump TABLE...      all rows\n"
+    "  table get TABLE INDEX... these rows\n"
+    "  table set TABLE INDEX COLUMN=VALUE... [TABLE INDEX COLUMN=VALUE...]\n"
+    "                           changes rows, all checked before the first is written\n"
+    "      --silent             no announcement and not made durable\n"
+    "  table add TABLE [COLUMN=VALUE...]\n"
+    "                           a new row, filled; prints its index\n"
+    "      --parent PATH        below this object\n"
+    "  table del TABLE INDEX... deletes rows\n"
     "\n"
     "  --json                   print data as JSON\n"
     "  --timeout SECONDS        how long to wait for an answer (default 5)\n"
     "\n"
     "  kobctl get webHttpPort IMEI\n"
     "  kobctl set webHttpEnable=1 webHttpPort=8080\n"
+    "  kobctl table add FwUrlFilterTable URL=example.com\n"
     "\n"
     "Exit status: 0 success, 1 refused or failed, 2 wrong use.\n";
 
@@ -88,6 +118,12 @@ std::string Parse(const Words& arguments, Options* options, Words* words)
             options->json = true;
         else if (word == "--silent")
             options->silent = true;
+        else if (word == "--follow")
+            options->follow = true;
+        else if (word == "--parent" && !next.empty())
+            options->parent = arguments[++i];
+        else if (word == "--parent")
+            return "--parent takes the path of an object";
         else if (word == "--timeout" && ReadSeconds(next, &options->timeout_ms))
             ++i;
         else if (word == "--timeout")

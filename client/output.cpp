@@ -1,5 +1,7 @@
-// JSON strings and error lines.
+// JSON strings, name patterns and error lines.
 #include "client/output.h"
+
+#include <fnmatch.h>
 
 #include <cstdio>
 
@@ -43,6 +45,12 @@ std::string JsonString(std::string_view text)
         text.remove_prefix(length == 0 ? 1 : length);
     }
     return out + "\"";
+}
+
+bool MatchesName(const std::string& pattern, const std::string& name)
+{
+    if (pattern.find_first_of("*?[") == std::string::npos) return name.find(pattern) != std::string::npos;
+    return fnmatch(pattern.c_str(), name.c_str(), 0) == 0;
 }
 
 int Fail(const Options& options, int code, const std::string& what)

@@ -10,12 +10,17 @@ struct Options
 {
     bool json = false;
     bool silent = false;
+    bool follow = false;
+    std::string parent = {};  // path of the object under which a row is added
     int timeout_ms = 5000;
-    int count = 0;  // notifications to wait for, 0: no end
+    int count = 0;  // messages or lines to wait for, 0: no end
 };
 
 // A JSON string with its quotes; bytes that are no UTF-8 become U+FFFD.
 std::string JsonString(std::string_view text);
+
+// Whether a name matches the pattern of a list command; one without wildcards matches anywhere.
+bool MatchesName(const std::string& pattern, const std::string& name);
 
 // One error line on standard error, or with --json an object; returns exit status 1.
 int Fail(const Options& options, int code, const std::string& what);

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
 #include "platform/bus_client.h"
@@ -16,10 +18,36 @@ enum RequestId : uint16_t
     kRequestGet = 2,
     kRequestSetSilent = 3,
     kRequestUpdate = 4,
+    kRequestTableMaxRow = 5,
+    kRequestTableAdd = 7,
+    kRequestTableDel = 8,
+    kRequestTableGet = 9,
+    kRequestTableSet = 10,
+    kRequestTableSetSilent = 11,
+    kRequestTableDump = 12,
     kRequestShow = 13,
+    kRequestSubTableAdd = 15,
 };
 
-using Items = std::vector<std::pair<uint16_t, std::string>>;  // tag, text
+// One item of a request or of what came back. A request writes the number where there is one. An
+// item that came back has a number whenever it is four bytes long, whatever its text.
+struct Item
+{
+    Item(uint16_t item_tag, std::string_view item_text) : tag(item_tag), text(item_text) {}
+    Item(uint16_t item_tag, int32_t item_number) : tag(item_tag), number(item_number) {}
+
+    uint16_t tag;
+    std::string text = {};
+    std::optional<int32_t> number = {};
+};
+
+using Items = std::vector<Item>;
+
+// The bytes of the items one after the other; nothing when a text is too long for an item.
+std::optional<std::string> ItemBytes(const Items& items);
+
+// The items that `bytes` hold; nothing when one runs past their end or is neither text nor number.
+std::optional<Items> ReadItems(std::span<const char> bytes);
 
 struct Response
 {
@@ -31,4 +59,9 @@ struct Response
 
 // Sends one request and waits for its reply.
 Response Call(uint16_t id, const Items& items, int timeout_ms);
+
+// Sends one request for many things, `parts` holding the items of each, and collects what is
+// answered in `answers`. Where a request or its reply would not fit one message, asks in halves, so
+// that result 11 is left for a single thing that is too large. Stops at the first other failure.
+Response CallInParts(uint16_t id, std::span<const Items> parts, int timeout_ms, Items* answers);
 }  // namespace kobd::client

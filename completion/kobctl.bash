@@ -1,16 +1,52 @@
 # bash completion for kobctl; names come from the dictionary built into it.
-_kobctl() {
+_kobctl_complete() { mapfile -t COMPREPLY < <(compgen -W "$1" -- "${COMP_WORDS[COMP_CWORD]}"); }
+
+# The values of `set` and `add`: COLUMN= of the table named last.
+_kobctl_columns() {
+    local i table=
+    for ((i = 3; i < COMP_CWORD; i++)); do
+        [[ ${COMP_WORDS[i]} == [A-Za-z]* && ${COMP_WORDS[i + 1]:-} != "=" && ${COMP_WORDS[i - 1]} != "=" ]] &&
+            table=${COMP_WORDS[i]}
+    done
+    _kobctl_complete "$(kobctl complete-names columns "$table" | sed 's/$/=/')"
+    compopt -o nospace
+}
+
+_kobctl_table() {
     local word=${COMP_WORDS[COMP_CWORD]}
+    case $COMP_CWORD:${COMP_WORDS[2]} in
+        2:*) _kobctl_complete "list describe columns max dump get set add del" ;;
+        *:describe | *:dump | 3:*) _kobctl_complete "$(kobctl complete-names tables)" ;;
+        *:add | *:set)
+            # Behind a number or a value another table may follow; a "=" is a word of its own here.
+            if [[ $word == "=" || ${COMP_WORDS[COMP_CWORD - 1]} == "=" ]]; then return; fi
+            _kobctl_columns
+            [ "${COMP_WORDS[2]}" = add ] && COMPREPLY+=($(compgen -W "--parent" -- "$word"))
+            [ "${COMP_WORDS[2]}" = set ] && [ -n "$word" ] &&
+                COMPREPLY+=($(compgen -W "$(kobctl complete-names tables)" -- "$word"))
+            ;;
+    esac
+}
+
+_kobctl() {
     if [ "$COMP_CWORD" = 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "get set list describe show commit watch help" -- "$word")
+        _kobctl_complete "get set list describe show commit watch event journal nvram config table help"
         return
     fi
     case ${COMP_WORDS[1]} in
-        get | describe) mapfile -t COMPREPLY < <(kobctl complete-names | sort -u | grep "^$word") ;;
+        get) _kobctl_complete "$(kobctl complete-names)" ;;
+        describe) _kobctl_complete "$(kobctl complete-names; kobctl complete-names tables)" ;;
         set)
-            mapfile -t COMPREPLY < <(kobctl complete-names | sort -u | grep "^$word" | sed 's/$/=/')
+            _kobctl_complete "$(kobctl complete-names | sed 's/$/=/')"
             compopt -o nospace
             ;;
+        event)
+            [ "$COMP_CWORD" = 2 ] && _kobctl_complete "ApnChange ApnIPChange NetworkUp NetworkDown PCscfIPChange \
+                EthernetUp EthernetDown EthernetIPAdd EthernetIPDel"
+            ;;
+        journal) _kobctl_complete "--follow" ;;
+        nvram | config) [ "$COMP_CWORD" = 2 ] && _kobctl_complete "get set" ;;
+        table) _kobctl_table ;;
     esac
 }
 complete -F _kobctl kobctl

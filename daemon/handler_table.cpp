@@ -1,7 +1,7 @@
 // The handler table: message name, code and handler, in the order of the bus registration.
 #include "daemon/handler_table.h"
 
-#include "daemon/unserved.h"
+#include "events/handlers.h"
 #include "objects/handlers.h"
 #include "tables/handlers.h"
 
@@ -36,15 +36,9 @@ const std::array<MsgHandler, 24> kHandlers = {{
     Request("ReqTableSetSilent", 11, ReqTableSetSilent),
     Request("ReqTableDump", 12, ReqTableDump),
     Request("REQSubTableAdd", 15, REQSubTableAdd),
-    Event("EvtApnChange", 769, EvtApnChange),
-    Event("EvtApnIPChange", 771, EvtApnIPChange),
-    Event("EvtNetworkUp", 20, EvtNetworkUp),
-    Event("EvtNetworkDown", 21, EvtNetworkDown),
-    Event("EvtPCscfIPChange", 792, EvtPCscfIPChange),
-    Event("EvtEthernetUp", 16, EvtEthernetUp),
-    Event("EvtEthernetDown", 17, EvtEthernetDown),
-    Event("EvtEthernetIPAdd", 18, EvtEthernetIPAdd),
-    Event("EvtEthernetIPDel", 19, EvtEthernetIPDel),
+#define EVENT(handler, id) Event(#handler, id, handler),
+#include "events/events.def"
+#undef EVENT
     Request("ReqShow", 13, ReqShow),
     {nullptr, 0, nullptr},
 }};

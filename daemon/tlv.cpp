@@ -73,7 +73,7 @@ bool TlvWriter::Text(uint16_t tag, std::string_view text)
     if (length > UINT16_MAX || kItemHeader + length > room_.size() - used_) return false;
     char* place = room_.data() + used_;
     StoreItemHeader(place, tag, static_cast<uint16_t>(length));
-    memcpy(place + kItemHeader, text.data(), text.size());
+    if (!text.empty()) memcpy(place + kItemHeader, text.data(), text.size());  // an empty view may point nowhere
     place[kItemHeader + text.size()] = 0;
     used_ += kItemHeader + length;
     return true;

@@ -94,6 +94,9 @@ inline constexpr uint32_t kRowMax = 6408;
 // most). Texts held outside a row (Content of SmsTable) come on top.
 inline constexpr size_t kRowItemsMax = 6638;
 
+// Rows that all tables of the catalogue may hold together.
+inline constexpr size_t kRowsMax = 5439;
+
 // The catalogue, in its fixed order.
 extern const std::span<const ObjDef> kObjects;
 extern const std::span<const TableDef> kTables;

@@ -129,6 +129,13 @@ std::string_view FieldText(const void* row, const ColumnDef& column, std::span<c
     }
 }
 
+int32_t RowIndex(const void* row)
+{
+    int32_t index;
+    memcpy(&index, row, sizeof index);
+    return index;
+}
+
 int TableFieldFromString(void* row, const ColumnDef& column, const char* text)
 {
     char* field = static_cast<char*>(row) + column.offset;

@@ -13,6 +13,9 @@ namespace kobd
 // may need for a copy.
 inline constexpr size_t kFieldTextMax = 4096;
 
+// The row's own index, its first word.
+int32_t RowIndex(const void* row);
+
 // The text of a field. Lies in the row, in `buffer` (at least kFieldTextMax bytes), or where the
 // row's pointer leads, and lives as long as those. A text field without a zero byte ends with its
 // field. Empty for types that have no field.

@@ -4,6 +4,7 @@
 
 #include "daemon/result.h"
 #include "dictionary/name_index.h"
+#include "dictionary/snapshot.h"
 #include "dictionary/staged_values.h"
 #include "platform/kobd_exports.h"
 
@@ -41,6 +42,25 @@ void StagedValuesFree()
         free(staged->text);
         *staged = {};
     }
+}
+
+int SnapshotRead(const char* name, std::span<char> value)
+{
+    value[0] = 0;
+    const ObjDef* object = NameLookup(name).object;
+    if (object == nullptr) return kNotFound;
+    char read[kValueBuffer] = {};
+    const char* text = object->staged->text;
+    if (text == nullptr)
+    {
+        if (object->get == nullptr) return kMethodUnavailable;
+        if (const int code = object->get(read)) return code;
+        text = read;
+    }
+    const size_t bytes = strlen(text) + 1;
+    if (bytes > value.size()) return kBufferLimit;
+    memcpy(value.data(), text, bytes);
+    return kSuccess;
 }
 }  // namespace kobd
 

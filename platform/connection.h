@@ -36,6 +36,7 @@ extern "C"
     int getWanInterfaceCurrentVOIP_net(char* name, size_t size);
     int getCurrWanInterfaceSNMP_net(char* name, size_t size);
 
-    // The number of configured WAN (APN) profiles as decimal text, into `count` of `size` bytes.
-    int getWanSetCount_net(char* count, size_t size);
+    // The number of configured WAN (APN) profiles as decimal text. It is the get accessor of
+    // networkWanSettingsCount as well: `count` has the room of an object get, 2048 bytes.
+    int getWanSetCount_net(char* count);
 }

@@ -18,7 +18,9 @@ extern "C"
     void sig_handler(int signal);
 
     // The value that `name` will have after the set request in hand, as zero-terminated text.
-    //   value: the caller's buffer, large enough for the object
+    //   value: the caller's buffer, not cleared; it must hold whatever a client may have sent for
+    //   the object (up to 8192 bytes), for nothing bounds the copy. The daemon's own validators use
+    //   SnapshotRead instead.
     // 0; 1 unknown or a table; 16 nothing to read; else the accessor's code.
     int SnapshotGet(const char* name, char* value);
 

@@ -49,8 +49,8 @@ int TakeRowIndex(Position& at, const TlvItem& item)
     const auto index = item.Int();
     if (!index) return kInvalidArgument;
     if (at.echo != nullptr && !at.echo->Int(kTagRowIndex, *index)) return kBufferLimit;
-    PendingRow* pending = PendingRowOf(*at.table, *index);
-    if (pending == nullptr) return kMallocFailed;
+    PendingRow* pending = nullptr;
+    if (const int code = PendingRowOf(*at.table, *index, &pending)) return code;
     at.row = pending->Row();
     at.allowed = Only(kTagColumnName);
     return kSuccess;

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <new>
 
+#include "daemon/log.h"
+#include "daemon/result.h"
 #include "tables/row_codec.h"
 
 namespace kobd
@@ -43,16 +45,24 @@ void Unlink(PendingRow* pending)
 }
 }  // namespace
 
-PendingRow* PendingRowOf(const TableDef& table, int32_t index)
+int PendingRowOf(const TableDef& table, int32_t index, PendingRow** pending)
 {
-    if (PendingRow* pending = Find(table, index)) return pending;
+    *pending = Find(table, index);
+    if (*pending != nullptr) return kSuccess;
+    if (pending_count == kRowsMax)
+    {
+        // Some of these rows cannot exist; a file full of them would hold up every other client and
+        // take the router's memory.
+        LOG_ALWAYS("TableTlvToRows", "the file names more than %zu rows", kRowsMax);
+        return kInvalidArgument;
+    }
     void* block = calloc(1, sizeof(PendingRow) + table.row_size);
-    if (block == nullptr) return nullptr;
-    auto* pending = new (block) PendingRow;
-    if (table.ops->get != nullptr) table.ops->get(index, pending->Row());
-    memcpy(pending->Row(), &index, sizeof index);
-    Append(table, pending);
-    return pending;
+    if (block == nullptr) return kMallocFailed;
+    *pending = new (block) PendingRow;
+    if (table.ops->get != nullptr) table.ops->get(index, (*pending)->Row());
+    memcpy((*pending)->Row(), &index, sizeof index);
+    Append(table, *pending);
+    return kSuccess;
 }
 
 PendingRow* FirstPendingRow(const TableDef& table) { return NodeOf(table, table.pending->next); }

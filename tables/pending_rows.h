@@ -16,9 +16,10 @@ struct PendingRow
     char* Row() { return reinterpret_cast<char*>(this + 1); }
 };
 
-// The table's pending row of that index, made at the end of its list when there is none: filled by
-// the table's get, if it has one, whose result is not looked at, else zeros. nullptr: no memory.
-[[nodiscard]] PendingRow* PendingRowOf(const TableDef& table, int32_t index);
+// Finds the table's pending row of that index. When there is none, makes one at the end of the
+// list: filled by the table's get, if it has one, whose result is not looked at, else zeros.
+// 0; 2 more rows are pending than all tables may hold; 7 no memory.
+[[nodiscard]] int PendingRowOf(const TableDef& table, int32_t index, PendingRow** pending);
 
 // In the order in which the request first named them; nullptr at the end.
 PendingRow* FirstPendingRow(const TableDef& table);

@@ -38,11 +38,4 @@ const ColumnDef* ColumnOf(const TableDef& table, std::string_view name)
         if (name == column.name) return &column;
     return nullptr;
 }
-
-int32_t RowIndex(const void* row)
-{
-    int32_t index;
-    memcpy(&index, row, sizeof index);
-    return index;
-}
 }  // namespace kobd

@@ -6,6 +6,7 @@
 
 #include "daemon/tlv.h"
 #include "dictionary/records.h"
+#include "dictionary/row_field.h"
 
 namespace kobd
 {
@@ -17,7 +18,4 @@ namespace kobd
 
 // Finds a column by its exact name; nullptr when the table has none of that name.
 const ColumnDef* ColumnOf(const TableDef& table, std::string_view name);
-
-// The row's own index, its first word.
-int32_t RowIndex(const void* row);
 }  // namespace kobd

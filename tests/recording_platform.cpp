@@ -9,15 +9,22 @@
 #include "dictionary/catalogue/accessors.h"
 #include "dictionary/catalogue/table_operations.h"
 #include "dictionary/records.h"
+#include "platform/config.h"
+#include "platform/connection.h"
 #include "platform/kob_platform.h"
 #include "platform/message.h"
+#include "platform/nvram.h"
 #include "platform/text.h"
 
 namespace kobd::test
 {
 RecordingPlatform platform;
 
-void ResetPlatform() { platform = {}; }
+void ResetPlatform()
+{
+    platform = {};
+    g_stConfigWANIF = {{"wan1", "wan2", "wan3", "wan4"}, 4};
+}
 
 std::vector<std::string> RecordingPlatform::Calls(const std::string& prefix) const
 {
@@ -120,11 +127,42 @@ int RowNext(const char* function, const TableDef& table, int32_t previous, void*
     return CopyRow(rows, previous == -1 ? rows.begin() : rows.upper_bound(previous), row);
 }
 
-// The items of a message in words: texts as they are, integers in decimal.
+int RecordNumber(const char* function, int argument)
+{
+    platform.calls.push_back(std::string(function) + " " + std::to_string(argument));
+    return Failure(function);
+}
+
+// A text of a store or of the platform's own into a bounded buffer.
+int CopyText(const std::map<std::string, std::string>& texts, const char* key, char* value, size_t size)
+{
+    const auto found = texts.find(key);
+    snprintf(value, size, "%s", found == texts.end() ? "" : found->second.c_str());
+    return found == texts.end() ? -1 : 0;
+}
+
+int RecordRead(const std::map<std::string, std::string>& texts, const char* key, char* value, size_t size)
+{
+    platform.calls.push_back(std::string("read ") + key);
+    return CopyText(texts, key, value, size);
+}
+
+int RecordStore(std::map<std::string, std::string>& store, const char* name, const char* key, const char* value)
+{
+    platform.calls.push_back(std::string(name) + " " + key + " " + value);
+    if (const int code = Failure(name)) return code;
+    store[key] = value;
+    return 0;
+}
+
+// The items of a message in words: texts as they are, integers in decimal. A payload that is a text
+// without items, as forwarded events have, as it is.
 std::string Words(const MessageHeader* message)
 {
     std::string words;
-    TlvReader reader({reinterpret_cast<const char*>(message + 1), message->length});
+    const std::string_view payload(reinterpret_cast<const char*>(message + 1), message->length);
+    if (!kobd::PayloadIsSound(payload)) return " " + std::string(payload.substr(0, payload.find('\0')));
+    TlvReader reader(payload);
     while (const auto item = reader.Next())
     {
         const bool integer = item->tag == kTagResult || item->tag == kTagRowIndex;
@@ -153,7 +191,10 @@ int MessageSend(MessageHeader* message)
 {
     const bool notification =
         message->destination == kobd::kModuleNotify && message->message_class == kobd::kClassEvent;
-    platform.calls.push_back((notification ? "notify " : "send ") + std::to_string(message->id) + Words(message));
+    char module[16];
+    snprintf(module, sizeof module, "send %x ", message->destination);
+    platform.calls.push_back((notification ? "notify " : module) + std::to_string(message->id) + Words(message));
+    platform.sent.emplace_back(reinterpret_cast<const char*>(message), sizeof(MessageHeader) + message->length);
     return Failure("MessageSend");
 }
 
@@ -185,6 +226,40 @@ void initUssdEventSvr() { Record("initUssdEventSvr"); }
 void updateArplistTimerInit() { Record("updateArplistTimerInit"); }
 void pemixAlg_init() { Record("pemixAlg_init"); }
 void kobd_lib_exit() { Record("kobd_lib_exit"); }
+
+// The stores.
+int nv_get(const char* key, char* value, size_t size)
+{
+    platform.calls.push_back(std::string("nv_get ") + key);
+    return CopyText(platform.nvram, key, value, size);
+}
+int nvram_cpy(const char* key, char* value, size_t size) { return RecordRead(platform.nvram, key, value, size); }
+int nvram_set(const char* key, const char* value) { return RecordStore(platform.nvram, "nvram", key, value); }
+int kob_get_config(const char* key, char* value, size_t size) { return RecordRead(platform.config, key, value, size); }
+int kob_set_config(const char* key, const char* value) { return RecordStore(platform.config, "config", key, value); }
+
+// The connection services.
+ConfigWanInterfaces g_stConfigWANIF;  // set by ResetPlatform
+int setDualwanNetSelectMode_lte(const char* mode) { return RecordSet("setDualwanNetSelectMode_lte", mode); }
+int ChangeConnectTime_net(int cellular) { return RecordNumber("ChangeConnectTime_net", cellular); }
+int updateDdns(int reason) { return RecordNumber("updateDdns", reason); }
+int ftpUpgrade(int reason) { return RecordNumber("ftpUpgrade", reason); }
+int ntpUpdate(int reason) { return RecordNumber("ntpUpdate", reason); }
+int killFtpUpgradeDaemon() { return Record("killFtpUpgradeDaemon"); }
+int voipD2Vapp(int event) { return RecordNumber("voipD2Vapp", event); }
+int volteD2Vapp(int event) { return RecordNumber("volteD2Vapp", event); }
+
+int KobdEvtSend(uint32_t module, uint16_t id, const void*, int length)
+{
+    char call[48];
+    snprintf(call, sizeof call, "event %x %d %d", module, id, length);
+    platform.calls.push_back(call);
+    return Failure("KobdEvtSend");
+}
+
+int getWanInterfaceCurrentTr069_net(char* name, size_t size) { return CopyText(platform.values, "tr069", name, size); }
+int getWanInterfaceCurrentVOIP_net(char* name, size_t size) { return CopyText(platform.values, "voip", name, size); }
+int getCurrWanInterfaceSNMP_net(char* name, size_t size) { return CopyText(platform.values, "snmp", name, size); }
 
 #define DEFINE_GET(getter) \
     int getter(char* value) { return RecordGet(#getter, value); }

@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <memory>
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,6 +46,9 @@ inline std::string Column(std::string_view name, std::string_view value)
 {
     return TextItem(kTagColumnName, name) + TextItem(kTagValue, value);
 }
+
+// The payload with one to four random changes: bytes, bits, insertions, cuts. Not for an empty one.
+std::string Mutated(std::string payload, std::mt19937& random);
 
 class ExactMessage
 {

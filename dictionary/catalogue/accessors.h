@@ -1,6 +1,9 @@
 // Declares every accessor and validator that the object rows name.
 #pragma once
 
+#include "validators/address.h"
+#include "validators/lan_wan.h"
+
 extern "C"
 {
     // The get accessor of action objects: their reading has no meaning and is always "0".

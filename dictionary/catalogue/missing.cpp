@@ -12,7 +12,6 @@
         return kobd::kMethodUnavailable;                                      \
     }
 #define MISSING(validator) int validator(const char*) REFUSE(validator, "check")
-#define MISSING_ROW(validator) int validator(void*) REFUSE(validator, "check")
 #include "dictionary/catalogue/missing.def"
 
 #define ADD(function) int function(int32_t*) REFUSE(function, "list")

@@ -238,6 +238,14 @@ constexpr size_t RowItemsMost(const TableDef& table)
 static_assert(Count([](const TableDef& table) { return RowItemsMost(table) > kRowItemsMax; }) == 0, "holds every row");
 static_assert(Count([](const TableDef& table) { return RowItemsMost(table) == kRowItemsMax; }) == 1, "and no more");
 
+constexpr size_t CountRows()
+{
+    size_t rows = 0;
+    for (const TableDef& table : kRecords) rows += table.max_rows;
+    return rows;
+}
+static_assert(CountRows() == kRowsMax);
+
 constexpr int CountAliases()
 {
     return Count(

@@ -5,6 +5,8 @@
 #include <sys/msg.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -21,6 +23,7 @@ namespace
 constexpr int kSendBudgetMs = 100;  // all sends of one request together may wait this long
 constexpr int kReclaimSeconds = 2;
 constexpr int32_t kInvalidArgument = 2;
+constexpr int kSendFailed = 5;
 constexpr uint16_t kTagResult = 0;
 
 struct QueueMessage
@@ -52,6 +55,17 @@ int* SendBudget()
 {
     if (!in_handler) send_budget_ms = kSendBudgetMs;
     return &send_budget_ms;
+}
+
+// Modules whose queue stayed full for a whole budget. Sends to them do not wait until one of them
+// got through again, so that a stuck module costs one wait and not one for every message.
+constexpr size_t kStuckMax = 8;
+thread_local std::array<uint32_t, kStuckMax> stuck_modules = {};  // 0: a free place
+
+uint32_t* StuckPlace(uint32_t module)
+{
+    const auto place = std::find(stuck_modules.begin(), stuck_modules.end(), module);
+    return place == stuck_modules.end() ? nullptr : &*place;
 }
 
 const MsgHandler* FindHandler(uint32_t code)
@@ -162,7 +176,16 @@ int MessageSend(MessageHeader* message)
 {
     const int queue = ModuleQueue(message->destination, false);
     if (queue < 0) return 3;
-    return QueueSend(queue, message, SendBudget());
+    const uint32_t module = message->destination;
+    uint32_t* stuck = StuckPlace(module);
+    int no_wait = 0;
+    int* budget = stuck != nullptr ? &no_wait : SendBudget();
+    const bool may_wait = *budget > 0;
+    const int code = QueueSend(queue, message, budget);
+    if (code == 0 && stuck != nullptr) *stuck = 0;
+    if (code == kSendFailed && may_wait)
+        if (uint32_t* place = StuckPlace(0)) *place = module;
+    return code;
 }
 
 int MessageSendReply(MessageHeader* message)

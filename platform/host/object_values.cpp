@@ -10,6 +10,7 @@
 #include "dictionary/value_type.h"
 #include "platform/host/list_values.h"
 #include "platform/host/load_report.h"
+#include "platform/nvram.h"
 
 namespace kobd::host
 {
@@ -65,11 +66,18 @@ constexpr NameValue kSame[] = {
 };
 #undef SAME
 
+#define NVRAM(name, key) {name, key},
+constexpr NameValue kInNvram[] = {
+#include "platform/host/nvram_values.def"
+};
+#undef NVRAM
+
 struct Values
 {
     std::array<std::string, kRowCount> factory;
     std::array<std::string, kRowCount> running;
     std::array<size_t, kRowCount> home;               // the row that keeps the value
+    std::array<const char*, kRowCount> nvram_key;     // where nvram keeps the value, else nullptr
     std::array<const ListValue*, kRowCount> of_list;  // what it tells of a list, else nullptr
     std::array<std::string, kRowCount> key;
     std::unordered_map<std::string_view, size_t> by_key;
@@ -103,6 +111,9 @@ void NameRows()
     for (const auto& [name, as] : kSame)
         if (values.by_key.contains(name) && values.by_key.contains(as))
             values.home[values.by_key.at(name)] = values.by_key.at(as);
+    for (const auto& [name, key] : kInNvram)
+        if (const auto found = values.by_key.find(name); found != values.by_key.end())
+            values.nvram_key[found->second] = key;
     for (const auto& [name, value] : kFactory)
         if (const auto found = values.by_key.find(name); found != values.by_key.end())
             values.factory[found->second] = value;
@@ -152,12 +163,18 @@ void ObjectValuesKept() { values.dirty = false; }
 
 int ObjectValueGet(size_t number, char* value)
 {
+    if (const char* key = values.nvram_key[number])
+    {
+        nv_get(key, value, kValueBuffer);
+        return 0;
+    }
     if (const ListValue* of_list = values.of_list[number]) return GiveText(ListValueText(*of_list), value);
     return GiveText(values.running[values.home[number]], value);
 }
 
 int ObjectValueSet(size_t number, const char* value)
 {
+    if (const char* key = values.nvram_key[number]) return nvram_set(key, value) == 0 ? 0 : kInvokeFailed;
     std::string& text = values.running[values.home[number]];
     if (strlen(value) >= kValueBuffer) return kInvokeFailed;  // it could never be read again
     if (text == value) return 0;

@@ -44,19 +44,6 @@ void ExpectAnsweredWhole(const Handler& handler, const std::string& payload, con
     EXPECT_EQ(SnapshotGet("webHttpPort", value), 0);
     EXPECT_STREQ(value, "80") << "staged value left behind: " << what;
 }
-
-std::string Mutated(std::string payload, std::mt19937& random)
-{
-    for (unsigned change = random() % 4; change != ~0u; --change)
-        switch (const size_t place = random() % payload.size(); random() % 4)
-        {
-            case 0: payload[place] = static_cast<char>(random()); break;
-            case 1: payload[place] = static_cast<char>(payload[place] ^ (1 << random() % 8)); break;
-            case 2: payload.insert(place, 1 + random() % 6, static_cast<char>(random() % 4)); break;
-            default: payload.resize(1 + place); break;
-        }
-    return payload;
-}
 }  // namespace
 
 TEST(BrokenRequests, EveryCut)

@@ -11,8 +11,6 @@
 
 namespace kobd::test
 {
-namespace
-{
 std::string RowBytes(const TableDef& table, int32_t index, const Fields& fields)
 {
     std::string row(table.row_size, '\0');
@@ -30,7 +28,6 @@ std::string FieldOf(const std::string& row, const ColumnDef& column)
     std::array<char, kFieldTextMax> buffer;
     return std::string(FieldText(row.data(), column, buffer));
 }
-}  // namespace
 
 const TableDef& Table(std::string_view name) { return *NameLookup(name).table; }
 

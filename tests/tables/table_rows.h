@@ -20,6 +20,10 @@ using Fields = std::vector<std::pair<std::string, std::string>>;  // column name
 
 const TableDef& Table(std::string_view name);
 
+// The bytes of a row, fields that are not given zero; and the text of a field in such bytes.
+std::string RowBytes(const TableDef& table, int32_t index, const Fields& fields);
+std::string FieldOf(const std::string& row, const ColumnDef& column);
+
 // Puts a row into the recording platform, fields that are not given zero.
 void PutRow(std::string_view table, int32_t index, const Fields& fields);
 

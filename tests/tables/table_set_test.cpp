@@ -271,6 +271,18 @@ TEST_F(TableRequests, LargeFileIsReadWholeAndAnnouncedWhole)
     EXPECT_EQ(platform.Calls("notify 4").size(), 1u);
 }
 
+TEST_F(TableRequests, FileOfMoreRowsThanThereCanBeIsRefused)
+{
+    std::string items;
+    for (int32_t index = 1; index <= static_cast<int32_t>(kRowsMax); ++index) items += IpChange(index, "10.0.0.1");
+    EXPECT_EQ(Ask(ReqTableSet, Changes(items)).result, 13) << "the list does not know the first";
+    EXPECT_EQ(Ask(ReqTableSet, Changes(items + IpChange(1, "10.0.0.2"))).result, 13) << "a row that is pending already";
+    platform.calls.clear();
+    EXPECT_EQ(Ask(ReqTableSet, Changes(items + IpChange(0, "10.0.0.1"))).result, 2);
+    EXPECT_EQ(CallsButReads(), Lines{"reply 2"});
+    EXPECT_TRUE(NothingPending());
+}
+
 TEST_F(TableRequests, FileCutAnywhereIsRefusedOrServed)
 {
     const std::string items = IpChange(1, "10.0.0.1") + Column("IP_LIST", "black") + IpChange(2, "10.0.0.2") +

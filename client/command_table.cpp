@@ -1,0 +1,56 @@
+// kobctl table: finds the command and checks its words and options.
+#include <cstdint>
+#include <cstdio>
+
+#include "client/table_commands.h"
+
+namespace kobd::client
+{
+namespace
+{
+struct TableCommand
+{
+    const char* name;
+    size_t least_words;
+    size_t most_words;
+    const char* words;
+    int (*run)(const Options&, const Words&);
+};
+
+constexpr TableCommand kTableCommands[] = {
+    {"list", 0, 1, "[PATTERN]", TableList},
+    {"describe", 1, SIZE_MAX, "TABLE...", TableDescribe},
+    {"columns", 1, 1, "TABLE", TableColumns},
+    {"max", 1, 1, "TABLE", TableMax},
+    {"dump", 1, SIZE_MAX, "TABLE...", TableDump},
+    {"get", 2, SIZE_MAX, "TABLE INDEX...", TableGet},
+    {"set", 3, SIZE_MAX, "TABLE INDEX COLUMN=VALUE... [TABLE INDEX COLUMN=VALUE...]", TableSet},
+    {"add", 1, SIZE_MAX, "TABLE [--parent PATH] [COLUMN=VALUE...]", TableAdd},
+    {"del", 2, SIZE_MAX, "TABLE INDEX...", TableDel},
+};
+
+int WrongUse(const std::string& what)
+{
+    fprintf(stderr, "kobctl: %s\n", what.c_str());
+    return 2;
+}
+}  // namespace
+
+int CommandTable(const Options& options, const Words& words)
+{
+    const std::string name = words.empty() ? "" : words[0];
+    for (const TableCommand& command : kTableCommands)
+    {
+        if (name != command.name) continue;
+        const size_t count = words.size() - 1;
+        if (count < command.least_words || count > command.most_words)
+            return WrongUse("use: kobctl table " + name + " " + command.words);
+        if (options.silent && command.run != TableSet) return WrongUse("--silent is for table set alone");
+        if (!options.parent.empty() && command.run != TableAdd) return WrongUse("--parent is for table add alone");
+        return command.run(options, Words(words.begin() + 1, words.end()));
+    }
+    std::string names;
+    for (const TableCommand& command : kTableCommands) names += std::string(names.empty() ? "" : ", ") + command.name;
+    return WrongUse("table takes one of " + names + (name.empty() ? "" : ", not '" + name + "'"));
+}
+}  // namespace kobd::client

@@ -1,0 +1,240 @@
+// The network events over the recording platform: every call with its arguments, in order, in both
+// states of the Ethernet WAN flag.
+#include <gtest/gtest.h>
+#include <sys/sysinfo.h>
+
+#include "events/handlers.h"
+#include "tests/process_setup.h"
+#include "tests/requests.h"
+
+namespace kobd::test
+{
+namespace
+{
+using Calls = std::vector<std::string>;
+
+class Events : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ResetPlatform();
+        g_ethWanConnected = 0;
+        platform.values = {{"tr069", "wan9"}, {"voip", "wan9"}, {"snmp", "wan9"}};
+    }
+    void TearDown() override { g_ethWanConnected = 0; }
+
+    // The calls of one event. The uptime among them is checked and replaced by the word UPTIME.
+    static Calls Receive(int (*handler)(MessageHeader*), std::string_view payload = "")
+    {
+        platform.calls.clear();
+        ExactMessage message(payload);
+        message.Header()->message_class = kClassEvent;
+        message.Header()->id = kIdEvtApnIPChange;
+        EXPECT_EQ(handler(message.Header()), 0);
+        for (std::string& call : platform.calls)
+            if (call.starts_with(kTime) && call != kTime + "0") call = kTime + CheckUptime(call.substr(kTime.size()));
+        return platform.calls;
+    }
+
+    static std::string CheckUptime(const std::string& text)
+    {
+        struct sysinfo system = {};
+        sysinfo(&system);
+        const long now = static_cast<long>(system.uptime);
+        return text == std::to_string(now) || text == std::to_string(now - 1) ? "UPTIME" : text;
+    }
+
+    inline static const std::string kTime = "nvram connected_time ";
+};
+
+constexpr char kEvent799[] = "event 5a510006 799 0";
+
+struct Case
+{
+    const char* why;
+    int (*handler)(MessageHeader*);
+    int flag;  // Ethernet WAN before
+    Calls calls;
+    int flag_after;
+};
+
+TEST_F(Events, EveryEventInEveryState)
+{
+    const Calls services = {"updateDdns 3", "ftpUpgrade 2", "ntpUpdate 0"};
+    const Calls address = {"set setDualwanNetSelectMode_lte manual_select",
+                           "nvram connected_time UPTIME",
+                           "ChangeConnectTime_net 0",
+                           "updateDdns 3",
+                           "ftpUpgrade 2",
+                           "ntpUpdate 0",
+                           "notify 771",
+                           "send 5a510009 771",
+                           "voipD2Vapp 2"};
+    const Calls down = {"read main_status",
+                        "nvram connected_time 0",
+                        "nvram eth_status 0",
+                        kEvent799,
+                        "set setDualwanNetSelectMode_lte auto_select",
+                        "voipD2Vapp 3"};
+    const Calls link = {"nvram eth_status 1", kEvent799};
+    const Case kCases[] = {
+        {"first address", EvtEthernetIPAdd, 0, address, 1},
+        {"renewed address", EvtEthernetIPAdd, 1, address, 1},
+        {"address lost", EvtEthernetIPDel, 1, {"voipD2Vapp 3"}, 1},
+        {"address lost that was none", EvtEthernetIPDel, 0, {"voipD2Vapp 3"}, 0},
+        {"link up", EvtEthernetUp, 0, link, 0},
+        {"link up again", EvtEthernetUp, 1, link, 1},
+        {"link down with an address", EvtEthernetDown, 1, down, 0},
+        {"link down without one", EvtEthernetDown, 0, down, 0},
+        {"cellular up", EvtNetworkUp, 0, {"nvram lte_status 1", kEvent799, "ChangeConnectTime_net 1"}, 0},
+        {"cellular up behind Ethernet", EvtNetworkUp, 1, {"nvram lte_status 1", kEvent799}, 1},
+        {"cellular down",
+         EvtNetworkDown,
+         0,
+         {"nvram lte_status 0", kEvent799, "ChangeConnectTime_net 0", "killFtpUpgradeDaemon", "voipD2Vapp 3",
+          "volteD2Vapp 2"},
+         0},
+        {"cellular down behind Ethernet", EvtNetworkDown, 1, {"nvram lte_status 0", kEvent799}, 1},
+        {"APN changed", EvtApnChange, 0, services, 0},
+        {"APN changed behind Ethernet", EvtApnChange, 1, {}, 1},
+        {"P-CSCF", EvtPCscfIPChange, 0, {"volteD2Vapp 1"}, 0},
+        {"P-CSCF behind Ethernet", EvtPCscfIPChange, 1, {"volteD2Vapp 1"}, 1},
+    };
+    for (const Case& c : kCases)
+    {
+        g_ethWanConnected = c.flag;
+        EXPECT_EQ(Receive(c.handler), c.calls) << c.why;
+        EXPECT_EQ(g_ethWanConnected, c.flag_after) << c.why;
+    }
+}
+
+TEST_F(Events, EthernetDownKeepsTheTimeOfAConnectedCellularNetwork)
+{
+    const struct
+    {
+        const char* status;
+        bool kept;
+    } kCases[] = {{"connected", true}, {"Connected", false}, {"connected ", false}, {"connecting", false}, {"", false}};
+    for (const auto& c : kCases)
+    {
+        platform.nvram = {{"main_status", c.status}, {"connected_time", "77"}};
+        Receive(EvtEthernetDown);
+        EXPECT_EQ(platform.nvram["connected_time"], c.kept ? "77" : "0") << "'" << c.status << "'";
+        EXPECT_EQ(platform.nvram["eth_status"], "0");
+    }
+}
+
+TEST_F(Events, FailingPlatformCallsStopNothing)
+{
+    const Calls whole = Receive(EvtEthernetIPAdd);
+    for (const char* failing : {"setDualwanNetSelectMode_lte", "nvram", "updateDdns", "MessageSend", "voipD2Vapp"})
+    {
+        platform.failures = {{failing, 3}};
+        g_ethWanConnected = 0;
+        EXPECT_EQ(Receive(EvtEthernetIPAdd), whole) << failing;
+        EXPECT_EQ(g_ethWanConnected, 1) << failing;
+    }
+}
+
+TEST_F(Events, ForwardedMessagesKeepClassPayloadAndTheBytesOfTheBus)
+{
+    const std::string payload("\x02\0any\xFF", 6);
+    ExactMessage message(payload);
+    message.Header()->message_class = kClassEvent;
+    message.Header()->id = kIdEvtEthernetIPAdd;
+    std::string expected(reinterpret_cast<const char*>(message.Header()), sizeof(MessageHeader) + payload.size());
+    EvtEthernetIPAdd(message.Header());
+    ASSERT_EQ(platform.sent.size(), 2u);
+    auto* header = reinterpret_cast<MessageHeader*>(expected.data());
+    header->id = 771;
+    header->destination = 0x5A510003;
+    EXPECT_EQ(platform.sent[0], expected);
+    header->destination = 0x5A510009;
+    EXPECT_EQ(platform.sent[1], expected);
+}
+
+TEST_F(Events, ApnAddressChangeReachesWhoUsesTheInterface)
+{
+    const struct
+    {
+        const char* why;
+        std::string payload;
+        const char *tr069, *voip, *snmp;
+        Calls calls;
+    } kCases[] = {
+        {"all three use it",
+         "2",
+         "wan2",
+         "wan2",
+         "wan2",
+         {"notify 771 2", "voipD2Vapp 2", "volteD2Vapp 1", "send 5a510009 771 2"}},
+        {"case does not count", "3", "WAN3", "Wan3", "wAN3", {"notify 771 3", "voipD2Vapp 2", "send 5a510009 771 3"}},
+        {"the agent alone", "1", "wan1", "wan2", "wan2", {"notify 771 1"}},
+        {"voice alone", "1", "wan2", "wan1", "wan2", {"voipD2Vapp 2"}},
+        {"SNMP alone", "4", "wan2", "", "wan4", {"send 5a510009 771 4"}},
+        {"the IMS profile, used by none", "2", "wan1", "wan3", "", {"volteD2Vapp 1"}},
+        {"beginning of a name", "1", "wan", "wan10", "wan1 ", {}},
+        {"zero byte at the end", std::string("1\0", 2), "wan1", "", "", {"notify 771 1"}},
+    };
+    for (const auto& c : kCases)
+    {
+        platform.values = {{"tr069", c.tr069}, {"voip", c.voip}, {"snmp", c.snmp}};
+        EXPECT_EQ(Receive(EvtApnIPChange, c.payload), c.calls) << c.why;
+        g_ethWanConnected = 1;
+        EXPECT_EQ(Receive(EvtApnIPChange, c.payload), Calls()) << "behind Ethernet: " << c.why;
+        g_ethWanConnected = 0;
+    }
+}
+
+TEST_F(Events, ApnIndexIsReadFromAnyPayload)
+{
+    platform.values = {{"tr069", "wan1"}};
+    const struct
+    {
+        std::string payload;
+        int index;
+        const char* why;
+    } kCases[] = {
+        {"", 0, "no payload"},
+        {"1", 1, "no zero byte ends it"},
+        {std::string("1\0002", 3), 1, "the zero byte ends the text"},
+        {std::string("\0001", 2), 0, "nothing before the zero byte"},
+        {" \t\n+1x", 1, "as atoi reads"},
+        {std::string(8000, ' ') + "1", 1, "behind more blanks than any buffer holds"},
+        {"0001", 1, "leading zeros"},
+        {"5", 5, "one above"},
+        {"0", 0, "one below"},
+        {"-1", -1, "negative"},
+        {"abc", 0, "no number"},
+        {"2147483648", 2147483647, "does not fit 32 bits"},
+        {"4294967297", 2147483647, "would wrap to 1"},
+        {"-99999999999999999999", -2147483647 - 1, "does not fit 64 bits"},
+        {TextItem(kTagValue, "1"), 0, "an item: its tag is no digit"},
+        {std::string(8148, '9'), 2147483647, "the largest payload"},
+    };
+    for (const auto& c : kCases)
+    {
+        std::string log;
+        Calls calls;
+        {
+            const OutputCapture output;
+            calls = Receive(EvtApnIPChange, c.payload);
+            log = output.Text();
+        }
+        EXPECT_TRUE(log.ends_with("]: EvtApnIPChange index " + std::to_string(c.index) + " \n")) << c.why << log;
+        EXPECT_NE(log.find(" EvtApnIPChange["), std::string::npos);
+        EXPECT_EQ(calls.size(), c.index == 1 ? 1u : 0u) << c.why;
+    }
+}
+
+TEST_F(Events, AForwardThatFindsAFullQueueIsLogged)
+{
+    platform.failures = {{"MessageSend", 5}};
+    const OutputCapture output;
+    Receive(EvtEthernetIPAdd);
+    EXPECT_NE(output.Text().find("event 771 dropped, the queue of module 0x5A510003 is full"), std::string::npos);
+    EXPECT_NE(output.Text().find("event 771 dropped, the queue of module 0x5A510009 is full"), std::string::npos);
+}
+}  // namespace
+}  // namespace kobd::test

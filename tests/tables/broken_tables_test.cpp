@@ -1,0 +1,95 @@
+// Every cut and many random changes of valid table requests and change files are answered, change
+// nothing when refused, and touch no byte outside the message or the file.
+#include <unistd.h>
+
+#include <random>
+#include <set>
+
+#include "tables/handlers.h"
+#include "tables/pending_rows.h"
+#include "tests/tables/table_rows.h"
+
+namespace kobd::test
+{
+namespace
+{
+constexpr unsigned kSeed = 20240613;
+constexpr int kMutations = 1500;
+
+const std::set<int> kOwnResults = {0, 1, 2, 11, 12, 13, 16};
+
+// Rows that requests find; asked afresh for every case.
+void Prepare()
+{
+    ResetPlatform();
+    PutRow("FwIpFilterTable", 1, {{"DestIPAddress", "10.0.0.1"}});
+    PutRow("ledsTable", 2, {{"Name", "power"}});
+}
+
+void ExpectAnsweredWhole(int (*handler)(MessageHeader*), const std::string& payload, const std::string& what)
+{
+    OutputCapture output;
+    Prepare();
+    const auto rows = platform.rows;
+    const Answer answer = Ask(handler, payload);
+    EXPECT_EQ(platform.Calls("reply").size(), 1u) << what;
+    EXPECT_TRUE(kOwnResults.contains(answer.result)) << answer.result << what;
+    if (handler == ReqTableDump && answer.result == 0) unlink(answer.texts.at(0).c_str());
+    if (answer.result == 0) return;
+    EXPECT_EQ(answer.payload, 8u) << what;
+    EXPECT_EQ(platform.rows, rows) << what;
+    EXPECT_TRUE(platform.Calls("notify").empty() && platform.Calls("update").empty()) << what;
+}
+
+const struct
+{
+    int (*handler)(MessageHeader*);
+    std::string valid;
+} kRequests[] = {
+    {ReqTableMaxRow, TextItem(3, "ledsTable")},
+    {ReqTableElementCount, TextItem(3, "ledsTable")},
+    {ReqTableAdd, TextItem(3, "ledsTable")},
+    {REQSubTableAdd, TextItem(3, "ledsTable") + TextItem(6, "Device.LEDs.")},
+    {ReqTableDel, TextItem(3, "ledsTable") + IntItem(4, 2)},
+    {ReqTableGet, Row("ledsTable", 2) + Row("FwIpFilterTable", 1)},
+    {ReqTableDump, TextItem(3, "ledsTable") + TextItem(3, "FwIpFilterTable")},
+};
+
+const std::string kChanges = Row("FwIpFilterTable", 1) + Column("DestIPAddress", "10.0.0.2") +
+                             Column("IP_LIST", "white") + Row("ledsTable", 2) +
+                             Column("RelativeXPosition", "4294967295");
+}  // namespace
+
+TEST_F(TableRequests, EveryCutOfAMessage)
+{
+    for (const auto& request : kRequests)
+        for (size_t cut = 0; cut < request.valid.size(); ++cut)
+            ExpectAnsweredWhole(request.handler, request.valid.substr(0, cut), "cut at " + std::to_string(cut));
+}
+
+TEST_F(TableRequests, RandomChangesOfAMessage)
+{
+    std::mt19937 random(kSeed);
+    for (const auto& request : kRequests)
+        for (int number = 0; number < kMutations; ++number)
+            ExpectAnsweredWhole(request.handler, Mutated(request.valid, random), "change " + std::to_string(number));
+}
+
+TEST_F(TableRequests, RandomChangesOfAChangeFile)
+{
+    std::mt19937 random(kSeed);
+    for (int number = 0; number < kMutations; ++number)
+    {
+        const std::string path = Changes(Mutated(kChanges, random));
+        OutputCapture output;
+        Prepare();
+        const auto rows = platform.rows;
+        const Answer answer = Ask(ReqTableSet, path);
+        EXPECT_TRUE(kOwnResults.contains(answer.result)) << answer.result;
+        EXPECT_EQ(platform.Calls("update_config").size(), answer.result == 0 ? 1u : 0u) << number;
+        // 13 is the list's answer to a row it does not know, rows before it are stored then.
+        EXPECT_TRUE(answer.result == 0 || answer.result == 13 || platform.rows == rows) << number;
+        for (const TableDef& table : kTables) EXPECT_EQ(FirstPendingRow(table), nullptr) << number;
+    }
+}
+}  // namespace kobd::test

@@ -1,0 +1,99 @@
+// Values of addresses and what follows from them.
+#include <gtest/gtest.h>
+
+#include "validators/address.h"
+
+namespace kobd::test
+{
+namespace
+{
+constexpr const char* kMask24 = "255.255.255.0";
+constexpr int64_t kNet = 0xC0A80100;  // 192.168.1.0
+}  // namespace
+
+TEST(Iptonum, ValuesAndErrors)
+{
+    const struct
+    {
+        const char* text;
+        int64_t value;
+        const char* why;
+    } kCases[] = {
+        {"0.0.0.0", 0, "lowest"},
+        {"255.255.255.255", 0xFFFFFFFF, "highest, not negative"},
+        {"192.168.1.77", kNet + 77, "parts in their places"},
+        {"1.2.3.4", 0x01020304, "first part first"},
+        {"010.0.0.1", 0x0A000001, "decimal whatever the zeros"},
+        {"1.2.3.4 and more", 0x01020304, "nothing behind the fourth number is read"},
+        {"1.2.3.4.5", 0x01020304, "a fifth part neither"},
+        {" 1. 2.3.4", 0x01020304, "blanks before numbers"},
+        {nullptr, -1, "no text"},
+        {"256.0.0.0", -2, "first part too large"},
+        {"0.0.0.256", -2, "last part too large"},
+        {"0.0.0.99999999999999999999", -2, "beyond 64 bits"},
+        {"-99999999999999999999.0.0.0", -2, "beyond 64 bits below"},
+        {"-4294967296.0.0.0", -2, "beyond 32 bits below"},
+        {"", -2, "no numbers"},
+        {"1.2.3", -2, "three"},
+        {"1.2.3.", -2, "the fourth missing"},
+        {"1.2..4", -2, "one missing"},
+        {"a.b.c.d", -2, "letters"},
+        {"1.2.3.x", -2, "a letter"},
+        {"1 .2.3.4", -2, "a blank behind a number"},
+        {"::1", -2, "IPv6"},
+    };
+    for (const auto& c : kCases) EXPECT_EQ(iptonum(c.text), c.value) << c.why;
+    EXPECT_LT(iptonum("-1.0.0.0"), 0) << "a negative part gives no address";
+}
+
+TEST(GetSubnet, HeadAndEnd)
+{
+    EXPECT_EQ(getSubnet("192.168.1.77", kMask24, "head"), kNet);
+    EXPECT_EQ(getSubnet("192.168.1.77", kMask24, "end"), kNet + 256) << "192.168.2.0";
+    EXPECT_EQ(getSubnet("192.168.1.77", kMask24, nullptr), kNet);
+    EXPECT_EQ(getSubnet("192.168.1.77", kMask24, "tail"), kNet) << "any other word";
+    EXPECT_EQ(getSubnet("192.168.1.77", kMask24, "END"), kNet) << "other case";
+    EXPECT_EQ(getSubnet("192.168.1.77", "255.255.255.192", "head"), kNet + 64);
+    EXPECT_EQ(getSubnet("192.168.1.77", "255.255.255.192", "end"), kNet + 64 + 256) << "256 whatever the mask";
+    EXPECT_EQ(getSubnet("255.255.255.255", "255.255.255.0", "end"), 0x100000000) << "beyond 32 bits";
+    for (const char* bad : {"", "1.2.3", "300.1.1.1", static_cast<const char*>(nullptr)})
+    {
+        EXPECT_EQ(getSubnet(bad, kMask24, "head"), -3);
+        EXPECT_EQ(getSubnet("192.168.1.77", bad, "end"), -3);
+    }
+}
+
+TEST(LastPart, BroadcastAndZero)
+{
+    EXPECT_EQ(isBroadcastIP("1.2.3.255"), 1);
+    EXPECT_EQ(isBroadcastIP("255.255.255.254"), 0);
+    EXPECT_EQ(isBroadcastIP("1.2.3.2550"), 0);
+    EXPECT_EQ(isBroadcastIP("1.2.3"), 0) << "no last part";
+    EXPECT_EQ(isBroadcastIP("255"), 0) << "no last part";
+    EXPECT_EQ(isLastByteZeroIP("1.2.3.0"), 1);
+    EXPECT_EQ(isLastByteZeroIP("1.2.3.10"), 0);
+    EXPECT_EQ(isLastByteZeroIP("0.0.0.1"), 0);
+    EXPECT_EQ(isLastByteZeroIP("1.2.3."), 0) << "a missing part is not 0";
+    EXPECT_EQ(isLastByteZeroIP(""), 0);
+}
+
+TEST(LanAddress, AgainstItsSegment)
+{
+    EXPECT_EQ(isLanSegmentAddress("192.168.1.1", kMask24), 0);
+    EXPECT_EQ(isLanSegmentAddress("192.168.1.0", kMask24), 2) << "the network address";
+    EXPECT_EQ(isLanSegmentAddress("192.168.1.64", "255.255.255.192"), 2) << "the network address of a part";
+    EXPECT_EQ(isLanSegmentAddress("192.168.1.65", "255.255.255.192"), 0);
+    EXPECT_EQ(isLanSegmentAddress("192.168.1.1", "255.255.255.255"), 2) << "every address is its own network";
+    EXPECT_EQ(isLanBroadcastIP("192.168.1.255", kMask24), 0) << "below the network address plus 256";
+    EXPECT_EQ(isLanBroadcastIP("192.168.1.255", "255.255.255.0"), 0);
+    EXPECT_EQ(isLanBroadcastIP("192.168.1.255", "255.255.0.0"), 2) << "network address plus 256 is 192.168.1.0";
+    EXPECT_EQ(isLanBroadcastIP("192.168.0.255", "255.255.0.0"), 0);
+    for (const char* bad : {"", "1.2.3", "300.1.1.1", static_cast<const char*>(nullptr)})
+    {
+        EXPECT_EQ(isLanSegmentAddress(bad, kMask24), 2);
+        EXPECT_EQ(isLanSegmentAddress("192.168.1.1", bad), 2);
+        EXPECT_EQ(isLanBroadcastIP(bad, kMask24), 2);
+        EXPECT_EQ(isLanBroadcastIP("192.168.1.1", bad), 2);
+    }
+}
+}  // namespace kobd::test

@@ -1,0 +1,160 @@
+// Access restriction and parental control: who may not get out, on which days, from when to when.
+#include <cstdint>
+#include <cstring>
+#include <optional>
+
+#include "daemon/log.h"
+#include "daemon/result.h"
+#include "platform/text.h"
+#include "validators/address.h"
+#include "validators/numbers.h"
+#include "validators/regex.h"
+#include "validators/rows.h"
+#include "validators/time_rules.h"
+
+using namespace kobd;
+
+namespace
+{
+constexpr int kDaysOfWeek = 7;
+constexpr size_t kDayText = 32;  // bytes of one part of "Weekdays" with its zero byte
+constexpr uint32_t kLastHour = 23;
+constexpr uint32_t kLastMinute = 59;
+constexpr char kDayPattern[] = "^(Mon|Tue|Wed|Thu|Fri|Sat|Sun)$";
+
+// One of the two tables: its name in the log, its fields, and what only one of them does.
+struct RuleTable
+{
+    const char* function;
+    TextField name;
+    TextField host;
+    TextField weekdays;
+    TextField time_start;
+    TextField time_stop;
+    bool name_counts;  // "Name" is required and checked
+    bool traces_days;  // writes how many days there are and how each one matched
+};
+
+constexpr RuleTable kAccessRestriction = {"validAccessRestriction",
+                                          AccessRestrictionRow::kName,
+                                          AccessRestrictionRow::kHost,
+                                          AccessRestrictionRow::kWeekdays,
+                                          AccessRestrictionRow::kTimeStart,
+                                          AccessRestrictionRow::kTimeStop,
+                                          true,
+                                          true};
+constexpr RuleTable kParentControl = {"validParentControl",
+                                      ParentControlRow::kName,
+                                      ParentControlRow::kHost,
+                                      ParentControlRow::kWeekdays,
+                                      ParentControlRow::kTimeStart,
+                                      ParentControlRow::kTimeStop,
+                                      false,
+                                      false};
+
+bool TrimFields(const RuleTable& table, void* row)
+{
+    for (const TextField field : {table.name, table.host, table.weekdays, table.time_start, table.time_stop})
+        TrimField(row, field);
+    for (const TextField field : {table.host, table.weekdays, table.time_start, table.time_stop})
+        if (FieldView(row, field).empty()) return false;
+    return !table.name_counts || !FieldView(row, table.name).empty();
+}
+
+bool IsRuleName(const RuleTable& table, const char* name)
+{
+    if (strlen(name) > kRuleNameMax)
+    {
+        LOG_ALWAYS(table.function, "Name can contain a maximum of 32 characters");
+        return false;
+    }
+    return validNameRestriction(name) == 1;
+}
+
+bool IsDevice(const RuleTable& table, const char* host)
+{
+    if (validIp(host) == 1 || validMac(host) == kSuccess) return true;
+    LOG_ALWAYS(table.function, "Device parameter error");
+    return false;
+}
+
+bool IsDay(const RuleTable& table, const char* day)
+{
+    LOG_ALWAYS(table.function, "%s ", day);
+    const int status = Regex(kDayPattern).Match(day, nullptr, 0);
+    if (table.traces_days) LOG_ALWAYS(table.function, "status:%d ", status);
+    return status == 0;
+}
+
+// Days by name, each at most once.
+bool AreDays(const RuleTable& table, const char* weekdays)
+{
+    char days[kDaysOfWeek][kDayText] = {};
+    const int count = parseStrBySeparator(weekdays, ',', days[0], sizeof days[0], kDaysOfWeek);
+    if (table.traces_days) LOG_ALWAYS(table.function, "partnum:%d ", count);
+    if (count > kDaysOfWeek) return false;
+    for (int i = 0; i < count; ++i)
+        if (!IsDay(table, days[i])) return false;
+    for (int i = 0; i < count; ++i)
+        for (int j = 0; j < i; ++j)
+            if (strcmp(days[i], days[j]) == 0) return false;
+    return true;
+}
+
+struct TimeOfDay
+{
+    uint32_t hour;
+    uint32_t minute;
+};
+
+// A time of day as text, cut at ":".
+struct TimeTexts
+{
+    static constexpr int kParts = 2;  // hours and minutes
+
+    explicit TimeTexts(const char* text) : count(parseStrBySeparator(text, ':', part[0], sizeof part[0], kParts)) {}
+
+    char part[kParts][AccessRestrictionRow::kTimeStart.width + 1] = {};
+    int count;  // parts of the text, which may have more
+};
+
+// 0:00 to 23:59, in any number of digits.
+std::optional<TimeOfDay> ReadTimeOfDay(const TimeTexts& texts)
+{
+    const std::optional<uint32_t> hour = ReadDigits(texts.part[0]);
+    const std::optional<uint32_t> minute = ReadDigits(texts.part[1]);
+    if (!hour || !minute || *hour > kLastHour || *minute > kLastMinute) return {};
+    return TimeOfDay{*hour, *minute};
+}
+
+// From a time to the same or a later one of the same day.
+bool IsPeriod(const RuleTable& table, const char* start, const char* stop)
+{
+    LOG_ALWAYS(table.function, "START:%s    STOP:%s", start, stop);
+    const TimeTexts start_texts(start);
+    const TimeTexts stop_texts(stop);
+    if (start_texts.count != TimeTexts::kParts || stop_texts.count != TimeTexts::kParts)
+    {
+        LOG_ALWAYS(table.function, "separator error");
+        return false;
+    }
+    const std::optional<TimeOfDay> from = ReadTimeOfDay(start_texts);
+    const std::optional<TimeOfDay> to = ReadTimeOfDay(stop_texts);
+    if (!from || !to) return false;
+    return from->hour < to->hour || (from->hour == to->hour && from->minute <= to->minute);
+}
+
+int Judge(const RuleTable& table, void* row)
+{
+    if (row == nullptr || !TrimFields(table, row)) return kInvalidArgument;
+    if (table.name_counts && !IsRuleName(table, FieldCopy(row, table.name).Text())) return kInvalidArgument;
+    const bool accepted =
+        IsDevice(table, FieldCopy(row, table.host).Text()) && AreDays(table, FieldCopy(row, table.weekdays).Text()) &&
+        IsPeriod(table, FieldCopy(row, table.time_start).Text(), FieldCopy(row, table.time_stop).Text());
+    return accepted ? kSuccess : kInvalidArgument;
+}
+}  // namespace
+
+int validAccessRestriction(void* row) { return Judge(kAccessRestriction, row); }
+
+int validParentControl(void* row) { return Judge(kParentControl, row); }

@@ -1,0 +1,63 @@
+// The values of addresses, and what follows from them about a LAN's segment.
+#include <cstring>
+
+#include "daemon/result.h"
+#include "validators/address.h"
+#include "validators/dotted.h"
+
+namespace
+{
+constexpr int64_t kNoText = -1;
+constexpr int64_t kNoAddress = -2;
+constexpr int64_t kNoSubnet = -3;
+constexpr int64_t kPartEnd = 256;           // parts of an address are below
+constexpr int64_t kSegmentAddresses = 256;  // from "head" to "end", whatever the mask
+
+// Whether the last part of a dotted text is `part`.
+int LastPartIs(const char* text, int64_t part)
+{
+    const auto parts = kobd::ReadDotted(text);
+    return parts && (*parts)[3] == part ? 1 : 0;
+}
+}  // namespace
+
+int64_t iptonum(const char* text)
+{
+    if (text == nullptr) return kNoText;
+    const auto parts = kobd::ReadDotted(text);
+    if (!parts) return kNoAddress;
+    int64_t value = 0;
+    for (const int64_t part : *parts)
+    {
+        // Negative parts count as they are; below 32 bits they could overflow the value.
+        if (part >= kPartEnd || part < INT32_MIN) return kNoAddress;
+        value = value * kPartEnd + part;
+    }
+    return value;
+}
+
+int64_t getSubnet(const char* address, const char* mask, const char* which)
+{
+    const int64_t address_value = iptonum(address);
+    const int64_t mask_value = iptonum(mask);
+    if (address_value < 0 || mask_value < 0) return kNoSubnet;
+    const int64_t head = address_value & mask_value;
+    const bool end = which != nullptr && strcmp(which, "end") == 0;
+    return end ? head + kSegmentAddresses : head;
+}
+
+int isBroadcastIP(const char* text) { return LastPartIs(text, 255); }
+
+int isLastByteZeroIP(const char* text) { return LastPartIs(text, 0); }
+
+int isLanSegmentAddress(const char* address, const char* mask)
+{
+    const int64_t head = getSubnet(address, mask, "head");
+    return head >= 0 && iptonum(address) > head ? kobd::kSuccess : kobd::kInvalidArgument;
+}
+
+int isLanBroadcastIP(const char* address, const char* mask)
+{
+    const int64_t end = getSubnet(address, mask, "end");
+    return end >= 0 && iptonum(address) < end ? kobd::kSuccess : kobd::kInvalidArgument;
+}

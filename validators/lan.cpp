@@ -1,0 +1,117 @@
+// The LAN's address, masks and pool.
+#include <algorithm>
+#include <cstring>
+
+#include "daemon/result.h"
+#include "dictionary/snapshot.h"
+#include "validators/address.h"
+#include "validators/dotted.h"
+#include "validators/lan_values.h"
+#include "validators/lan_wan.h"
+#include "validators/regex.h"
+
+namespace kobd
+{
+AddressText ReadAddress(const char* object)
+{
+    AddressText text;
+    // What cannot be read is the empty text, which no check takes for an address.
+    static_cast<void>(SnapshotRead(object, text));
+    return text;
+}
+
+bool IsLanHost(const char* value)
+{
+    const AddressText lan = ReadAddress("networkLanSettingIp");
+    const AddressText mask = ReadAddress("networkLanSettingMask");
+    return inSameSegment(value, lan.data(), mask.data()) == kSuccess && isBroadcastIP(value) == 0 &&
+           isLastByteZeroIP(value) == 0;
+}
+
+namespace
+{
+constexpr size_t kSegmentParts = 3;  // parts that name a segment; the LAN's masks leave them alone
+
+bool FirstPartsEqual(const DottedParts& first, const DottedParts& second)
+{
+    return std::equal(first.begin(), first.begin() + kSegmentParts, second.begin());
+}
+
+enum class PoolEnd
+{
+    kStart,
+    kEnd,
+};
+
+// One end of the pool against the LAN's address, the other end and the mask.
+bool IsPoolEnd(const char* value, PoolEnd end)
+{
+    if (validIpv4(value) != kSuccess) return false;
+    const bool start = end == PoolEnd::kStart;
+    const auto proposed = ReadDotted(value);
+    const auto lan = ReadDotted(ReadAddress("networkLanSettingIp").data());
+    const auto other = ReadDotted(ReadAddress(start ? "networkLanSettingEnd" : "networkLanSettingStart").data());
+    const auto mask = ReadDotted(ReadAddress("networkLanSettingMask").data());
+    if (!proposed || !lan || !other || !mask || !FirstPartsEqual(*proposed, *lan)) return false;
+
+    const int64_t last = (*proposed)[3];
+    const int64_t other_last = (*other)[3];
+    if (start ? last > other_last : last < other_last) return false;
+    const int64_t network = (*lan)[3] & (*mask)[3];
+    const int64_t broadcast = (*lan)[3] | (~(*mask)[3] & 255);
+    return last > network && last < broadcast;
+}
+
+// The segment 10.254.254.x belongs to the router itself.
+bool IsReservedSegment(const char* value)
+{
+    const auto parts = ReadDotted(value);
+    return parts && FirstPartsEqual(*parts, {10, 254, 254, 0});
+}
+}  // namespace
+}  // namespace kobd
+
+int validLanMask(const char* value) { return kobd::MatchAndPrint(value, "^255.255.255.(252|248|240|224|192|128|0)$"); }
+
+int validLanIp(const char* value)
+{
+    if (validIpv4(value) != kobd::kSuccess || kobd::IsReservedSegment(value)) return kobd::kInvalidArgument;
+    const kobd::AddressText mask = kobd::ReadAddress("networkLanSettingMask");
+    // With the masks of a LAN the second test lets every address pass, the segment's broadcast
+    // address included; it refuses when there is no mask to judge by.
+    const bool host = isLanSegmentAddress(value, mask.data()) == 0 && isLanBroadcastIP(value, mask.data()) == 0;
+    return host ? kobd::kSuccess : kobd::kInvalidArgument;
+}
+
+int validExternIp(const char* value)
+{
+    if (validIpv4(value) != kobd::kSuccess) return kobd::kInvalidArgument;
+    const bool lan = strcmp(value, kobd::ReadAddress("networkLanSettingIp").data()) == 0;
+    return lan ? kobd::kInvalidArgument : kobd::kSuccess;
+}
+
+int validDhcpStart(const char* value)
+{
+    return kobd::IsPoolEnd(value, kobd::PoolEnd::kStart) ? kobd::kSuccess : kobd::kInvalidArgument;
+}
+
+int validDhcpEnd(const char* value)
+{
+    return kobd::IsPoolEnd(value, kobd::PoolEnd::kEnd) ? kobd::kSuccess : kobd::kInvalidArgument;
+}
+
+int validDmzIp(const char* value)
+{
+    return validIpv4(value) == kobd::kSuccess && kobd::IsLanHost(value) ? kobd::kSuccess : kobd::kInvalidArgument;
+}
+
+int inSameSegment(const char* first, const char* second, const char* mask)
+{
+    const auto a = kobd::ReadDotted(first);
+    const auto b = kobd::ReadDotted(second);
+    const auto m = kobd::ReadDotted(mask);
+    if (!a || !b || !m) return kobd::kInvalidArgument;
+    for (size_t i = 0; i < kobd::kSegmentParts; ++i)
+        if (((*a)[i] & (*m)[i]) != ((*b)[i] & (*m)[i])) return kobd::kInvalidArgument;
+    return kobd::kSuccess;
+}

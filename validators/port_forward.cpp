@@ -1,0 +1,112 @@
+// Port forwarding and port redirection, which share one list: two rules may not claim the same
+// external port.
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+
+#include "daemon/log.h"
+#include "daemon/result.h"
+#include "platform/lists.h"
+#include "platform/text.h"
+#include "validators/address.h"
+#include "validators/firewall.h"
+#include "validators/protocol.h"
+#include "validators/rows.h"
+
+using namespace kobd;
+
+namespace
+{
+using Row = PortForwardRow;
+
+constexpr int kPortBounds = 2;  // the lower and the upper one
+
+// A port or a range of ports as text, cut at "-"; parts that are not there are empty.
+struct PortTexts
+{
+    explicit PortTexts(const char* text)
+        : count(parse_str_by_separator(text, '-', part[0], sizeof part[0], kPortBounds))
+    {
+    }
+
+    char part[kPortBounds][Row::kSrcPort.width + 1] = {};
+    int count;  // parts of the text, which may have more than two
+};
+
+// External ports that a rule claims, both ends included.
+struct PortClaim
+{
+    long long first;
+    long long last;
+};
+
+long long Number(const char* text) { return strtoll(text, nullptr, 10); }
+
+// "MinPort" to "MaxPort", a row without the latter standing for one port. A row without "MinPort"
+// was given by "SrcPort" alone and claims that: port 0 would collide with every other such row.
+PortClaim ClaimOf(const void* row)
+{
+    const FieldCopy min_port(row, Row::kMinPort);
+    const FieldCopy max_port(row, Row::kMaxPort);
+    if (!min_port.Empty())
+        return {Number(min_port.Text()), Number(max_port.Empty() ? min_port.Text() : max_port.Text())};
+    const PortTexts src_port(FieldCopy(row, Row::kSrcPort).Text());
+    return {Number(src_port.part[0]), Number(src_port.part[src_port.count > 1 ? 1 : 0])};
+}
+
+bool Overlap(const PortClaim& a, const PortClaim& b) { return a.first <= b.last && b.first <= a.last; }
+
+// Fills an empty "SrcPort" from "MinPort" and "MaxPort". False, and nothing written, when the two
+// together are longer than the field: no such text is a port range.
+bool FillSrcPort(void* row)
+{
+    if (!FieldView(row, Row::kSrcPort).empty()) return true;
+    const FieldCopy min_port(row, Row::kMinPort);
+    const FieldCopy max_port(row, Row::kMaxPort);
+    char built[Row::kSrcPort.width];
+    const int length =
+        snprintf(built, sizeof built, "%s%s%s", min_port.Text(), max_port.Empty() ? "" : "-", max_port.Text());
+    if (length < 0 || static_cast<size_t>(length) >= sizeof built) return false;
+    StoreField(row, Row::kSrcPort, built);
+    return true;
+}
+
+bool IsPortRange(const char* text)
+{
+    const PortTexts ports(text);
+    if (ports.count > kPortBounds || validPortRange(ports.part[0]) != kSuccess) return false;
+    if (ports.count < kPortBounds) return true;
+    return validPortRange(ports.part[1]) == kSuccess && Number(ports.part[0]) <= Number(ports.part[1]);
+}
+
+bool IsSameRule(const void* a, const void* b)
+{
+    return SameField(a, b, Row::kProtocol) && SameField(a, b, Row::kSrcPort) && SameField(a, b, Row::kDestIpAddress) &&
+           SameField(a, b, Row::kDestPort);
+}
+
+int Refuse(const char* why)
+{
+    LOG_ALWAYS("securityPortForwardListValid", "%s", why);
+    return kInvalidArgument;
+}
+}  // namespace
+
+int securityPortForwardListValid(void* row)
+{
+    if (row == nullptr) return kInvalidArgument;
+    if (!IsForwardProtocol(FieldView(row, Row::kProtocol))) return Refuse("invalid protocol\n");
+    if (!FillSrcPort(row) || !IsPortRange(FieldCopy(row, Row::kSrcPort).Text())) return Refuse("invalid port range\n");
+    if (validIpv4(FieldCopy(row, Row::kDestIpAddress).Text()) != kSuccess) return Refuse("invalid ipv4\n");
+
+    const RowBlock other = NewRowBlock(Row::kSize);
+    if (other == nullptr) return Refuse("no enough memory\n");
+    const PortClaim claim = ClaimOf(row);
+    OtherRows others(nextSecPortForwardList, RowIndex(row), other.get());
+    while (others.Read())
+    {
+        if (IsSameRule(row, other.get())) return Refuse("the entry has been in list\n");
+        if (Overlap(claim, ClaimOf(other.get()))) return Refuse("Port overlap\n");
+    }
+    return others.Result();
+}
