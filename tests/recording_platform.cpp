@@ -267,8 +267,9 @@ int getCurrWanInterfaceSNMP_net(char* name, size_t size) { return CopyText(platf
     int setter(const char* value) { return RecordSet(#setter, value); }
 #define DEFINE_NOTHING(...)
 
-// SHARED(f) makes two arguments of one, which shifts DEFINE_NOTHING to the third place.
+// SHARED(f) and OWN(f) make two arguments of one, which shifts DEFINE_NOTHING to the third place.
 #define SHARED(accessor) accessor, shared
+#define OWN(accessor) accessor, own
 #define THIRD(first, second, third, ...) third
 #define PICK(define, ...) THIRD(__VA_ARGS__, DEFINE_NOTHING, define, unused)
 #define GET(...) PICK(DEFINE_GET, __VA_ARGS__)(__VA_ARGS__)

@@ -2,7 +2,11 @@
 #pragma once
 
 #include "validators/address.h"
+#include "validators/cbsd.h"
 #include "validators/lan_wan.h"
+#include "validators/management.h"
+#include "validators/radio.h"
+#include "validators/sim.h"
 
 extern "C"
 {
@@ -10,6 +14,7 @@ extern "C"
     int zeroValueGet(char* value);
 
 #define SHARED(accessor) accessor
+#define OWN(accessor) accessor
 #define DECLARE_GET(getter) int getter(char* value);
 #define DECLARE_SET(setter) int setter(const char* value);
 #define OBJECT(name, type, getter, setter, ...) DECLARE_GET(getter) DECLARE_SET(setter)
@@ -24,10 +29,5 @@ extern "C"
 #undef DECLARE_GET
 #undef DECLARE_SET
 #undef SHARED
-
-#define MISSING(validator) int validator(const char* value);
-#define MISSING_ROW(validator)
-#include "dictionary/catalogue/missing.def"
-#undef MISSING
-#undef MISSING_ROW
+#undef OWN
 }

@@ -29,6 +29,7 @@ constexpr ObjDef Record(size_t number, const char* name, ValueType type, ObjectG
 constexpr size_t kFirst = __COUNTER__ + 1;
 
 #define SHARED(accessor) accessor
+#define OWN(accessor) accessor
 #define OBJECT(name, type, getter, setter, ...) \
     Record(__COUNTER__ - kFirst, name, type, getter, setter __VA_OPT__(, ) __VA_ARGS__),
 #define RO(name, type, getter, ...) \
@@ -46,6 +47,7 @@ static_assert(__COUNTER__ - kFirst == kObjectCount, "one row an object, 1488 in 
 #undef WO
 #undef ACTION
 #undef SHARED
+#undef OWN
 
 // What the checks below count. Taken from the rows themselves: under the sanitizers the compiler
 // does not compare function addresses at compile time.

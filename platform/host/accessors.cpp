@@ -1,6 +1,6 @@
 // Every object accessor of the host platform, made from the object rows: each reads or keeps the
 // running value of its row. An accessor that serves several objects is defined at the first row
-// that names it; later rows mark it SHARED.
+// that names it; later rows mark it SHARED. OWN ones are the daemon's.
 #include <cstddef>
 
 #include "dictionary/catalogue/accessors.h"
@@ -21,8 +21,9 @@ constexpr size_t kFirst = __COUNTER__ + 1;
     int setter(const char* value) { return ObjectAction(number, value); }
 #define DEFINE_NOTHING(...)
 
-// SHARED(f) makes two arguments of one, which shifts DEFINE_NOTHING to the third place.
+// SHARED(f) and OWN(f) make two arguments of one, which shifts DEFINE_NOTHING to the third place.
 #define SHARED(accessor) accessor, shared
+#define OWN(accessor) accessor, own
 #define THIRD(first, second, third, ...) third
 #define PICK(define, ...) THIRD(__VA_ARGS__, DEFINE_NOTHING, define, unused)
 #define GET(number, ...) PICK(DEFINE_GET, __VA_ARGS__)(number, __VA_ARGS__)

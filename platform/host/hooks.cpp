@@ -2,6 +2,7 @@
 // so that a test or a person sees that the daemon called them and in which order.
 #include "platform/host/commit.h"
 #include "platform/host/state_store.h"
+#include "platform/host/uci_path.h"
 #include "platform/kob_platform.h"
 
 using namespace kobd::host;
@@ -14,7 +15,12 @@ void checkFirstBootFlag()
     LoadState();  // before the bus is joined: the first request finds values and rows
 }
 
-void checkUpgradeFlag() { Journal("checkUpgradeFlag"); }
+void checkUpgradeFlag()
+{
+    Journal("checkUpgradeFlag");
+    ProvideUci();  // there is one thread yet
+}
+
 void kobd_lib_init() { Journal("kobd_lib_init"); }
 void initUssdEventSvr() { Journal("initUssdEventSvr"); }
 void updateArplistTimerInit() { Journal("updateArplistTimerInit"); }

@@ -45,15 +45,15 @@ protected:
     }
 };
 
-const TableOps& kUrls = *Table("FwUrlFilterTable").ops;
+const TableOps& UrlOps() { return *Table("FwUrlFilterTable").ops; }
 
 int32_t AddUrl(const std::string& url)
 {
     std::vector<char> row(Table("FwUrlFilterTable").row_size);
     int32_t index = 0;
-    EXPECT_EQ(kUrls.add(&index), 0);
+    EXPECT_EQ(UrlOps().add(&index), 0);
     memcpy(row.data() + kRowIndexBytes, url.c_str(), url.size() + 1);
-    EXPECT_EQ(kUrls.set(index, row.data()), 0);
+    EXPECT_EQ(UrlOps().set(index, row.data()), 0);
     return index;
 }
 
@@ -131,21 +131,21 @@ TEST_F(ListState, CommittedIsKeptAndUncommittedIsLost)
 {
     AddUrl("a.example.net");
     AddUrl("b.example.net");
-    ASSERT_EQ(kUrls.setPPath(2, "Device.Parental."), 0);
+    ASSERT_EQ(UrlOps().setPPath(2, "Device.Parental."), 0);
     ASSERT_EQ(update_config(), 0);
     AddUrl("c.example.net");
-    ASSERT_EQ(kUrls.del(1), 0);
+    ASSERT_EQ(UrlOps().del(1), 0);
     LoadState();
     EXPECT_EQ(Urls(), "1=a.example.net 2=b.example.net ");
     EXPECT_EQ(FindList("FwUrlFilterTable")->rows.Find(2)->parent_path, "Device.Parental.");
 
-    ASSERT_EQ(kUrls.del(2), 0);
+    ASSERT_EQ(UrlOps().del(2), 0);
     ASSERT_EQ(update_config(), 0);
     LoadState();
     EXPECT_EQ(AddUrl("d.example.net"), 3) << "no index comes back over a restart either";
 
-    ASSERT_EQ(kUrls.del(1), 0);
-    ASSERT_EQ(kUrls.del(3), 0);
+    ASSERT_EQ(UrlOps().del(1), 0);
+    ASSERT_EQ(UrlOps().del(3), 0);
     ASSERT_EQ(update_config(), 0);
     LoadState();
     EXPECT_EQ(Urls(), "") << "an emptied list stays empty";
@@ -273,7 +273,7 @@ TEST_F(ListState, KilledAtAnyMomentObjectsAndRowsAreOfOneCommit)
         {
             for (int number = last + 1;; ++number)
             {
-                kUrls.del(FindList("FwUrlFilterTable")->rows.LastIndex());
+                UrlOps().del(FindList("FwUrlFilterTable")->rows.LastIndex());
                 AddUrl(std::to_string(number));
                 webHttpPortSet(std::to_string(number).c_str());
                 if (update_config() != 0) _exit(1);

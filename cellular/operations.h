@@ -1,0 +1,28 @@
+// The table operations of a cellular list. Each loads the list from the configuration before its
+// first use. Row blocks belong to the caller and have the family's row size.
+#pragma once
+
+#include <cstdint>
+
+#include "cellular/list.h"
+
+namespace kobd
+{
+// Tells the index that a new row would take. Nothing is reserved: the row comes into being with the
+// set of that index. 0; 15 the list is full.
+int CellularAdd(CellularList& list, int32_t* index);
+
+// Removes the entry and its section, and loads the list again. 0; 13 no such entry.
+int CellularDel(CellularList& list, int32_t index);
+
+// Copies the entry's row. 0; 13 no such entry.
+int CellularGet(CellularList& list, int32_t index, void* row);
+
+// Replaces the entry's row, or makes an entry when `index` is above every index in use, and writes
+// it to the configuration. 0; 13 a negative index, one that is neither in use nor above, or a list
+// that is full; 7 no memory, and nothing has changed.
+int CellularSet(CellularList& list, int32_t index, const void* row);
+
+// Copies the row after the one with index `previous`, the first one for -1. 0; 13 none.
+int CellularNext(CellularList& list, int32_t previous, void* row);
+}  // namespace kobd

@@ -1,0 +1,38 @@
+// The text of one shell command, put together from fixed pieces and texts from outside. A text from
+// outside always stands between quotes and is written so that the shell hands it on unchanged and
+// runs nothing of it.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace kobd
+{
+inline constexpr size_t kCommandBytes = 4096;  // with the zero byte
+
+class ShellCommand
+{
+public:
+    explicit ShellCommand(std::string_view start) { Add(start); }
+
+    // A fixed piece, or a name that IsSectionName accepts.
+    ShellCommand& Add(std::string_view piece);
+
+    // A text between single quotes that the pieces around it bring along: ' becomes '\''.
+    ShellCommand& AddSingleQuoted(std::string_view text);
+
+    // A text between double quotes: \ " $ ` get a backslash.
+    ShellCommand& AddDoubleQuoted(std::string_view text);
+
+    // The command, or nullptr when it is longer than the buffer: a cut command is never run.
+    const char* Text() const { return whole_ ? text_ : nullptr; }
+
+private:
+    char text_[kCommandBytes] = {};
+    size_t length_ = 0;
+    bool whole_ = true;
+};
+
+// Whether a name may stand in a command as it is: letters and digits, at least one.
+bool IsSectionName(std::string_view name);
+}  // namespace kobd

@@ -1,0 +1,169 @@
+// The shell runners of the host platform: /bin/sh with a pipe for its standard output.
+#include "platform/shell.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <cstring>
+#include <ctime>
+
+extern char** environ;
+
+namespace
+{
+constexpr int64_t kCommandMs = 10000;    // for a command as a whole: a stuck one must not stop the daemon
+constexpr long kShortestLookNs = 50000;  // between looks at a shell that is about to end, doubled each time
+constexpr long kLongestLookNs = 5000000;
+
+int64_t NowMs()
+{
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    return int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
+}
+
+// What is kept of a command's output.
+struct Output
+{
+    char* text;
+    size_t size;  // bytes, with the zero byte
+    size_t length = 0;
+
+    void Take(const char* bytes, size_t count)
+    {
+        const size_t kept = size == 0 ? 0 : std::min(count, size - 1 - length);
+        memcpy(text + length, bytes, kept);
+        length += kept;
+        if (size != 0) text[length] = 0;
+    }
+};
+
+// The command's own shell, in a process group of its own so that a stuck one ends with all it
+// started. Signals are as a new process expects them, whatever the daemon's thread blocks or
+// ignores. -1 when there is none.
+pid_t StartShell(const char* command, int output)
+{
+    posix_spawn_file_actions_t files;
+    posix_spawnattr_t attributes;
+    if (posix_spawn_file_actions_init(&files) != 0) return -1;
+    if (posix_spawnattr_init(&attributes) != 0)
+    {
+        posix_spawn_file_actions_destroy(&files);
+        return -1;
+    }
+    sigset_t set;
+    sigemptyset(&set);
+    posix_spawnattr_setsigmask(&attributes, &set);
+    for (const int ignored : {SIGPIPE, SIGHUP, SIGCHLD}) sigaddset(&set, ignored);
+    posix_spawnattr_setsigdefault(&attributes, &set);
+    posix_spawnattr_setpgroup(&attributes, 0);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP);
+    posix_spawn_file_actions_adddup2(&files, output, STDOUT_FILENO);
+
+    char shell[] = "/bin/sh";
+    char option[] = "-c";
+    char* const arguments[] = {shell, option, const_cast<char*>(command), nullptr};
+    pid_t process = -1;
+    const int error = posix_spawn(&process, shell, &files, &attributes, arguments, environ);
+    posix_spawn_file_actions_destroy(&files);
+    posix_spawnattr_destroy(&attributes);
+    return error == 0 ? process : -1;
+}
+
+enum class Pipe
+{
+    kOpen,
+    kClosed,
+};
+
+// Reads what is there now.
+Pipe Drain(int pipe, Output* output)
+{
+    char block[4096];
+    for (;;)
+    {
+        const ssize_t got = read(pipe, block, sizeof block);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return errno == EAGAIN ? Pipe::kOpen : Pipe::kClosed;
+        if (got == 0) return Pipe::kClosed;
+        output->Take(block, static_cast<size_t>(got));
+    }
+}
+
+// Takes the status of an ended shell. False while it runs. Where SIGCHLD is ignored the kernel
+// keeps no status: what was printed is then all there is, and counts as success.
+bool Ended(pid_t process, int* result)
+{
+    int status = 0;
+    const pid_t ended = waitpid(process, &status, WNOHANG);
+    if (ended == 0 || (ended < 0 && errno == EINTR)) return false;
+    *result = ended < 0 ? 0 : WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return true;
+}
+
+// Ends the shell and what it started.
+void End(pid_t process)
+{
+    kill(-process, SIGKILL);
+    while (waitpid(process, nullptr, 0) < 0 && errno == EINTR)
+    {
+    }
+}
+
+// Reads until the shell has ended; what it left running may hold the pipe open for as long as it
+// likes. The shell's exit status, -1 when it had to be ended.
+int Collect(pid_t process, int pipe, Output* output)
+{
+    const int64_t deadline = NowMs() + kCommandMs;
+    timespec look = {0, kLongestLookNs};
+    pollfd readable = {pipe, POLLIN, 0};
+    int result = -1;
+    while (!Ended(process, &result))
+    {
+        if (NowMs() >= deadline)
+        {
+            End(process);
+            return -1;
+        }
+        if (readable.fd < 0) look.tv_nsec = std::min(look.tv_nsec * 2, kLongestLookNs);
+        if (ppoll(&readable, 1, &look, nullptr) <= 0 || Drain(pipe, output) == Pipe::kOpen) continue;
+        readable.fd = -1;  // its end is near
+        look.tv_nsec = kShortestLookNs;
+    }
+    Drain(pipe, output);  // printed before its end
+    return result;
+}
+
+int RunShell(const char* command, Output output)
+{
+    if (output.size != 0) *output.text = 0;
+    int pipe[2];
+    if (pipe2(pipe, O_CLOEXEC) != 0) return -1;
+    const pid_t process = StartShell(command, pipe[1]);
+    close(pipe[1]);
+    fcntl(pipe[0], F_SETFL, O_NONBLOCK);  // cannot fail for a pipe
+    const int result = process > 0 ? Collect(process, pipe[0], &output) : -1;
+    close(pipe[0]);
+    if (result == -1 && output.size != 0) *output.text = 0;
+    return result;
+}
+}  // namespace
+
+int shell_cmd_return_file_all(const char* command, char* output, size_t size)
+{
+    return RunShell(command, {output, size});
+}
+
+int shell_cmd_return_str(const char* command, char* output, size_t size)
+{
+    const int result = RunShell(command, {output, size});
+    if (size != 0) output[strcspn(output, "\n")] = 0;
+    return result;
+}

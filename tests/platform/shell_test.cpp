@@ -1,0 +1,145 @@
+// The shell runners: everything a command prints, and no more waiting than it deserves.
+#include "platform/shell.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <csignal>
+#include <string>
+#include <vector>
+
+namespace kobd::test
+{
+namespace
+{
+struct Printed
+{
+    int status = -2;
+    std::string text;
+};
+
+// A block of exactly `size` bytes, so that the sanitizers see a byte written beside it.
+Printed Run(int (*runner)(const char*, char*, size_t), const std::string& command, size_t size = 4096)
+{
+    std::vector<char> output(size, 'x');
+    Printed printed;
+    printed.status = runner(command.c_str(), output.data(), size);
+    printed.text = output.data();
+    return printed;
+}
+
+Printed All(const std::string& command, size_t size = 4096) { return Run(shell_cmd_return_file_all, command, size); }
+Printed Line(const std::string& command, size_t size = 4096) { return Run(shell_cmd_return_str, command, size); }
+
+double Seconds(void (*action)())
+{
+    const auto start = std::chrono::steady_clock::now();
+    action();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+}  // namespace
+
+TEST(Shell, TakesWhatACommandPrints)
+{
+    const struct
+    {
+        const char* command;
+        int status;
+        const char* all;
+        const char* line;
+    } kCases[] = {
+        {"printf 'a\\nb\\n'", 0, "a\nb\n", "a"},
+        {"printf 'no line end'", 0, "no line end", "no line end"},
+        {"echo", 0, "\n", ""},
+        {"true", 0, "", ""},
+        {"echo kept; exit 3", 3, "kept\n", "kept"},
+        {"echo error >&2; false", 1, "", ""},
+        {"no-such-command-here 2>/dev/null", 127, "", ""},
+        {"kill -9 $$", -1, "", ""},
+        {"echo one | cat; echo two", 0, "one\ntwo\n", "one"},
+    };
+    for (const auto& one : kCases)
+    {
+        SCOPED_TRACE(one.command);
+        const Printed all = All(one.command);
+        EXPECT_EQ(all.status, one.status);
+        EXPECT_EQ(all.text, one.all);
+        const Printed line = Line(one.command);
+        EXPECT_EQ(line.status, one.status);
+        EXPECT_EQ(line.text, one.line);
+    }
+}
+
+TEST(Shell, KeepsWhatFitsAndReadsTheRest)
+{
+    EXPECT_EQ(All("printf 12345", 4).text, "123");
+    EXPECT_EQ(All("printf 12345", 1).text, "");
+    EXPECT_EQ(Line("printf '12\\n345'", 5).text, "12");
+    const Printed much = All("i=0; while [ $i -lt 40000 ]; do echo 0123456789; i=$((i+1)); done; exit 5");
+    EXPECT_EQ(much.status, 5) << "a command with more output than a pipe holds still comes to its end";
+    EXPECT_EQ(much.text.size(), 4095u);
+}
+
+TEST(Shell, DoesNotWaitForWhatACommandLeavesRunning)
+{
+    const double seconds = Seconds(
+        []
+        {
+            const Printed printed = All("sleep 5 & echo started");
+            EXPECT_EQ(printed.text, "started\n");
+            EXPECT_EQ(printed.status, 0);
+        });
+    EXPECT_LT(seconds, 4);
+}
+
+TEST(Shell, WaitsForACommandThatClosesItsOutputEarly)
+{
+    const Printed printed = All("echo out; exec >&-; sleep 0.3; exit 4");
+    EXPECT_EQ(printed.text, "out\n");
+    EXPECT_EQ(printed.status, 4);
+}
+
+TEST(Shell, EndsACommandThatIsStuck)
+{
+    const double seconds = Seconds(
+        []
+        {
+            const Printed printed = All("echo out; exec >&-; sleep 60 & wait");
+            EXPECT_EQ(printed.text, "");
+            EXPECT_EQ(printed.status, -1);
+        });
+    EXPECT_GT(seconds, 9);
+    EXPECT_LT(seconds, 20);
+}
+
+TEST(Shell, WorksWithChildSignalsIgnoredAndBlocked)
+{
+    for (const auto action : {SIG_IGN, SIG_DFL})
+    {
+        const auto before = signal(SIGCHLD, action);
+        EXPECT_EQ(All("echo out").text, "out\n");
+        signal(SIGCHLD, before);
+    }
+    sigset_t all;
+    sigset_t before_mask;
+    sigfillset(&all);
+    sigprocmask(SIG_SETMASK, &all, &before_mask);
+    const Printed printed = All("sh -c 'kill -TERM $$; echo survived'");
+    sigprocmask(SIG_SETMASK, &before_mask, nullptr);
+    EXPECT_EQ(printed.text, "") << "a child does not inherit what the daemon's threads block";
+}
+
+TEST(Shell, LeaksNoDescriptors)
+{
+    const std::string before = All("ls /proc/self/fd | wc -l").text;
+    const int first_free = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    close(first_free);
+    for (int i = 0; i < 20; ++i) All("echo x");
+    EXPECT_EQ(All("ls /proc/self/fd | wc -l").text, before);
+    const int next_free = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    close(next_free);
+    EXPECT_EQ(next_free, first_free);
+}
+}  // namespace kobd::test

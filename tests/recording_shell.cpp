@@ -1,0 +1,123 @@
+// The shell runners and system, recorded and answered.
+#include "tests/recording_shell.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <regex>
+
+#include "platform/shell.h"
+#include "tests/recording_platform.h"
+
+namespace kobd::test
+{
+RecordingShell shell;
+
+void ResetShell() { shell = {}; }
+
+namespace
+{
+// What the shell makes of a text with single quotes.
+std::string Unquoted(const std::string& text)
+{
+    std::string out;
+    bool quoted = false;
+    for (size_t i = 0; i < text.size(); ++i)
+    {
+        if (text[i] == '\'')
+            quoted = !quoted;
+        else if (text[i] == '\\' && !quoted && i + 1 < text.size())
+            out += text[++i];
+        else
+            out += text[i];
+    }
+    return out;
+}
+
+bool TakeStart(std::string* text, const std::string& start)
+{
+    if (!text->starts_with(start)) return false;
+    text->erase(0, start.size());
+    return true;
+}
+}  // namespace
+
+std::string RecordingShell::Print(const std::string& command)
+{
+    std::string rest = command;
+    std::smatch match;
+    if (TakeStart(&rest, "uci -X show tr069_interface | grep "))
+    {
+        std::string listing;
+        for (const auto& [name, type] : sections)
+            if (type == rest) listing += "tr069_interface." + name + "=" + type + "\n";
+        return listing;
+    }
+    if (TakeStart(&rest, "uci -q get ")) return options.contains(rest) ? options[rest] + "\n" : "";
+    if (TakeStart(&rest, "uci add tr069_interface "))
+    {
+        sections.emplace_back("cfgnew" + std::to_string(++made_), rest);
+        return sections.back().first + "\n";
+    }
+    static const std::regex kExpr(R"re(expr "([^\n]*)" : "(.*)\\\((.*)\\\)(.*)")re");
+    if (!std::regex_match(command, match, kExpr)) return "";
+    const std::string line = match[1];
+    const std::regex pattern(match[2].str() + "(" + match[3].str() + ")" + match[4].str());
+    std::smatch name;
+    return std::regex_search(line, name, pattern, std::regex_constants::match_continuous) ? name[1].str() + "\n" : "\n";
+}
+
+std::string RecordingShell::Run(const std::string& command)
+{
+    if (fails) return "";
+    if (const auto given = outputs.find(command); given != outputs.end()) return given->second;
+    std::string rest = command;
+    if (TakeStart(&rest, "uci set "))
+    {
+        const size_t equals = rest.find('=');
+        options[rest.substr(0, equals)] = Unquoted(rest.substr(equals + 1));
+        return "";
+    }
+    if (TakeStart(&rest, "uci delete tr069_interface."))
+    {
+        std::erase_if(sections, [&rest](const auto& section) { return section.first == rest; });
+        options.erase("tr069_interface." + rest + ".index");
+        return "";
+    }
+    return Print(command);
+}
+
+namespace
+{
+int Take(const std::string& text, char* output, size_t size)
+{
+    const size_t length = std::min(text.size(), size - 1);
+    memcpy(output, text.data(), length);
+    output[length] = 0;
+    return shell.fails ? 127 : 0;
+}
+}  // namespace
+}  // namespace kobd::test
+
+using namespace kobd::test;
+
+int shell_cmd_return_file_all(const char* command, char* output, size_t size)
+{
+    platform.calls.push_back(std::string("run ") + command);
+    return Take(shell.Run(command), output, size);
+}
+
+int shell_cmd_return_str(const char* command, char* output, size_t size)
+{
+    platform.calls.push_back(std::string("run ") + command);
+    const std::string all = shell.Run(command);
+    return Take(all.substr(0, all.find('\n')), output, size);
+}
+
+// Takes the place of the C library's.
+int system(const char* command)
+{
+    platform.calls.push_back(std::string("system ") + command);
+    shell.Run(command);
+    return shell.fails ? 127 << 8 : 0;
+}
