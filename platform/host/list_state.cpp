@@ -81,15 +81,19 @@ class Reader
 public:
     bool Read(const Settings& lines)
     {
-        return std::all_of(lines.begin(), lines.end(), [this](const auto& line) { return ReadLine(line); });
+        if (!std::all_of(lines.begin(), lines.end(), [this](const auto& line) { return ReadLine(line); })) return false;
+        for (const auto& [list, last] : last_) list->rows.RaiseLastIndex(last);
+        return true;
     }
+
+    // The line that was read last, without its value, which may be a password.
     const std::string& Where() const { return where_; }
 
 private:
     bool ReadLine(const std::pair<std::string, std::string>& line)
     {
         if (IsHeading(line.first)) return Begin(line);
-        where_ = heading_ + " " + line.first + "=" + line.second;
+        where_ = heading_ + " " + line.first;
         if (heading_.empty()) return false;
         if (list_ == nullptr)
             unknown_tables.push_back(line);
@@ -123,7 +127,7 @@ private:
         return true;
     }
 
-    // The highest index comes before the rows but counts behind them, so that it is kept until then.
+    // The highest index stands before the rows, whose own indexes must still be above all before.
     bool ReadTableLine(const std::pair<std::string, std::string>& line)
     {
         const char* end = line.second.data() + line.second.size();
@@ -144,13 +148,6 @@ private:
         return true;
     }
 
-public:
-    void RaiseLastIndexes()
-    {
-        for (const auto& [list, last] : last_) list->rows.RaiseLastIndex(last);
-    }
-
-private:
     std::string heading_;
     std::string where_;
     List* list_ = nullptr;
@@ -171,8 +168,6 @@ void ListsLoad(const std::string& path)
         result = LoadResult::kDamaged;
         LoadFactoryRows();
     }
-    else
-        reader.RaiseLastIndexes();
     ReportLoad(kFunction, path, result);
 }
 

@@ -67,8 +67,12 @@ std::vector<List> MakeLists()
 
 int StorePath(const List& list, Row* row, const char* parent_path)
 {
-    const ColumnDef* column = FindColumn(*list.layout, kPathColumn);
-    if (column != nullptr) return TableFieldFromString(row->block.data(), *column, parent_path);
+    if (const ColumnDef* column = FindColumn(*list.layout, kPathColumn))
+    {
+        const int result = TableFieldFromString(row->block.data(), *column, parent_path);
+        ClearBehindTexts(*list.layout, row->block.data());
+        return result;
+    }
     row->parent_path = parent_path;
     return 0;
 }
@@ -124,11 +128,12 @@ int ListSet(size_t list, int32_t index, const void* row)
     List& in = AllLists()[list];
     Row* found = in.rows.Find(index);
     if (found == nullptr) return kIndexNotFound;
-    char* fields = found->block.data() + kRowIndexBytes;
-    const char* given = static_cast<const char*>(row) + kRowIndexBytes;
-    const size_t size = found->block.size() - kRowIndexBytes;
-    if (memcmp(fields, given, size) == 0) return 0;
-    memcpy(fields, given, size);
+    const char* given = static_cast<const char*>(row);
+    std::vector<char> next(given, given + found->block.size());
+    memcpy(next.data(), &index, sizeof index);
+    ClearBehindTexts(*in.layout, next.data());
+    if (next == found->block) return 0;
+    found->block = std::move(next);
     in.changed = true;
     return 0;
 }

@@ -34,7 +34,8 @@ int ListAdd(size_t list, int32_t* index);
 int ListDel(size_t list, int32_t index);
 int ListGet(size_t list, int32_t index, void* row);
 
-// Stores the row under `index`, whatever its first word says.
+// Stores the row under `index`, whatever its first word says, and without what stands behind its
+// texts.
 int ListSet(size_t list, int32_t index, const void* row);
 
 // Keeps the path in the row's column `pPath`, where its layout has one, else beside the row. Also 2

@@ -77,7 +77,7 @@ struct Values
     std::array<std::string, kRowCount> factory;
     std::array<std::string, kRowCount> running;
     std::array<size_t, kRowCount> home;               // the row that keeps the value
-    std::array<const char*, kRowCount> nvram_key;  // where nvram keeps the value, else nullptr
+    std::array<const char*, kRowCount> nvram_key;     // where nvram keeps the value, else nullptr
     std::array<const ListValue*, kRowCount> of_list;  // what it tells of a list, else nullptr
     std::array<std::string, kRowCount> key;
     std::unordered_map<std::string_view, size_t> by_key;

@@ -105,6 +105,17 @@ bool ReadColumn(const ColumnDef& column, const std::string& value, std::vector<c
 }
 }  // namespace
 
+void ClearBehindTexts(const RowLayout& layout, char* row)
+{
+    for (const ColumnDef& column : layout.columns)
+    {
+        if (!IsText(column.type)) continue;
+        char* field = row + column.offset;
+        const size_t length = strnlen(field, column.length);
+        memset(field + length, 0, column.length - length);
+    }
+}
+
 void AppendRowLines(const RowLayout& layout, const Row& row, Settings* lines)
 {
     std::vector<char> said(row.block.size());

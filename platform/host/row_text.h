@@ -4,7 +4,9 @@
 //   @path=Device.IP.      the parent path, of layouts without a column for it
 //   @260=00ff             bytes that the columns do not say, from this offset on, in hexadecimal
 //
-// What was written comes back byte for byte.
+// What was written comes back byte for byte. Rows are cleared behind their texts before they are
+// kept: a shorter text leaves the end of the longer one before it in its field, an old password for
+// one, which belongs neither into the file nor to anybody who reads the row.
 #pragma once
 
 #include <string>
@@ -14,6 +16,9 @@
 
 namespace kobd::host
 {
+// Clears the bytes that stand in text fields behind the end of their text.
+void ClearBehindTexts(const RowLayout& layout, char* row);
+
 // Appends the lines of the row. Columns that point to a text outside the row are left out.
 void AppendRowLines(const RowLayout& layout, const Row& row, Settings* lines);
 

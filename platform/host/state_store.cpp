@@ -123,7 +123,9 @@ bool ParseSettings(std::string_view text, Settings* settings)
         }
         const size_t equals = line.find('=');
         std::string value;
-        if (equals == std::string_view::npos || equals == 0 || !Unescape(line.substr(equals + 1), &value)) return false;
+        if (equals == std::string_view::npos || equals == 0 || IsHeading(line.substr(0, equals)) ||
+            !Unescape(line.substr(equals + 1), &value))
+            return false;
         settings->emplace_back(line.substr(0, equals), value);
     }
     return false;

@@ -13,6 +13,7 @@
 #include <random>
 
 #include "dictionary/catalogue/accessors.h"
+#include "platform/host/row_text.h"
 #include "platform/kob_platform.h"
 #include "tests/platform/host_state.h"
 #include "tests/process_setup.h"
@@ -44,15 +45,15 @@ protected:
     }
 };
 
-const TableOps& kUrls = *Table("FwUrlFilterTable").ops;
+const TableOps& UrlOps() { return *Table("FwUrlFilterTable").ops; }
 
 int32_t AddUrl(const std::string& url)
 {
     std::vector<char> row(Table("FwUrlFilterTable").row_size);
     int32_t index = 0;
-    EXPECT_EQ(kUrls.add(&index), 0);
+    EXPECT_EQ(UrlOps().add(&index), 0);
     memcpy(row.data() + kRowIndexBytes, url.c_str(), url.size() + 1);
-    EXPECT_EQ(kUrls.set(index, row.data()), 0);
+    EXPECT_EQ(UrlOps().set(index, row.data()), 0);
     return index;
 }
 
@@ -108,25 +109,43 @@ TEST_F(ListState, AnyBytesOfEveryKeptTableComeBack)
     EXPECT_EQ(Asides(), 0u);
 }
 
+TEST_F(ListState, EndOfALongerTextDoesNotStayBehindAShorterOne)
+{
+    const TableDef& users = Table("usersTable");
+    std::vector<char> row(users.row_size);
+    ASSERT_EQ(users.ops->get(1, row.data()), 0);
+    const uint32_t password = FindColumn(*FindList("usersTable")->layout, "Password")->offset;
+    strcpy(row.data() + password, "secret-of-old");
+    ASSERT_EQ(users.ops->set(1, row.data()), 0);
+    strcpy(row.data() + password, "new");
+    ASSERT_EQ(users.ops->set(1, row.data()), 0);
+    ASSERT_EQ(users.ops->get(1, row.data()), 0);
+    EXPECT_EQ(std::string(row.data() + password, 256), "new" + std::string(253, '\0'));
+    ASSERT_EQ(update_config(), 0);
+    const std::string text = FileText(Path("tables"));
+    EXPECT_NE(text.find("\nPassword=new\n"), std::string::npos) << text;
+    EXPECT_EQ(text.find("\n@7"), std::string::npos) << "no bytes of the field besides: " << text;
+}
+
 TEST_F(ListState, CommittedIsKeptAndUncommittedIsLost)
 {
     AddUrl("a.example.net");
     AddUrl("b.example.net");
-    ASSERT_EQ(kUrls.setPPath(2, "Device.Parental."), 0);
+    ASSERT_EQ(UrlOps().setPPath(2, "Device.Parental."), 0);
     ASSERT_EQ(update_config(), 0);
     AddUrl("c.example.net");
-    ASSERT_EQ(kUrls.del(1), 0);
+    ASSERT_EQ(UrlOps().del(1), 0);
     LoadState();
     EXPECT_EQ(Urls(), "1=a.example.net 2=b.example.net ");
     EXPECT_EQ(FindList("FwUrlFilterTable")->rows.Find(2)->parent_path, "Device.Parental.");
 
-    ASSERT_EQ(kUrls.del(2), 0);
+    ASSERT_EQ(UrlOps().del(2), 0);
     ASSERT_EQ(update_config(), 0);
     LoadState();
     EXPECT_EQ(AddUrl("d.example.net"), 3) << "no index comes back over a restart either";
 
-    ASSERT_EQ(kUrls.del(1), 0);
-    ASSERT_EQ(kUrls.del(3), 0);
+    ASSERT_EQ(UrlOps().del(1), 0);
+    ASSERT_EQ(UrlOps().del(3), 0);
     ASSERT_EQ(update_config(), 0);
     LoadState();
     EXPECT_EQ(Urls(), "") << "an emptied list stays empty";
@@ -254,7 +273,7 @@ TEST_F(ListState, KilledAtAnyMomentObjectsAndRowsAreOfOneCommit)
         {
             for (int number = last + 1;; ++number)
             {
-                kUrls.del(FindList("FwUrlFilterTable")->rows.LastIndex());
+                UrlOps().del(FindList("FwUrlFilterTable")->rows.LastIndex());
                 AddUrl(std::to_string(number));
                 webHttpPortSet(std::to_string(number).c_str());
                 if (update_config() != 0) _exit(1);
@@ -287,7 +306,7 @@ TEST_F(ListState, FileCutAnywhereIsKeptAsideAndTheFactoryRowsServe)
         Clear();
         Write("tables", whole.substr(0, cut));
         const OutputCapture output;
-        LoadState();
+        ListsLoad(Path("tables"));
         EXPECT_EQ(Urls(), "") << cut;
         EXPECT_EQ(FindList("usersTable")->rows.Rows().size(), 2u) << cut;
         EXPECT_EQ(Asides(), 1u) << cut;
@@ -330,7 +349,7 @@ TEST_F(ListState, LinesThatCannotBe)
         Clear();
         Write("tables", begin + c.more + "end\n");
         const OutputCapture output;
-        LoadState();
+        ListsLoad(Path("tables"));
         EXPECT_EQ(Urls(), "") << c.why;
         EXPECT_EQ(Asides(), 1u) << c.why;
         EXPECT_NE(output.Text().find("cannot be: ["), std::string::npos) << c.why << ": " << output.Text();
