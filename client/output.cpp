@@ -9,9 +9,6 @@
 
 namespace kobd::client
 {
-namespace
-{
-// Bytes of the UTF-8 character at the start of `text`; 0 when there is none.
 size_t CharacterLength(std::string_view text)
 {
     const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
@@ -21,7 +18,6 @@ size_t CharacterLength(std::string_view text)
         if ((byte(i) & 0xC0) != 0x80) return 0;
     return length;
 }
-}  // namespace
 
 std::string JsonString(std::string_view text)
 {

@@ -16,6 +16,9 @@ struct Options
     int count = 0;  // messages or lines to wait for, 0: no end
 };
 
+// Bytes of the UTF-8 character at the start of `text`, which is not empty; 0 when there is none.
+size_t CharacterLength(std::string_view text);
+
 // A JSON string with its quotes; bytes that are no UTF-8 become U+FFFD.
 std::string JsonString(std::string_view text);
 

@@ -14,6 +14,7 @@
 #include "daemon/log.h"
 #include "daemon/result.h"
 #include "daemon/tlv.h"
+#include "dictionary/integer.h"
 #include "dictionary/name_index.h"
 #include "platform/text.h"
 
@@ -49,14 +50,7 @@ private:
     char copy_[kLimitationMax + 1];
 };
 
-// A bound read as atoi reads it, except that what does not fit stays at the nearest 32-bit number
-// on every platform.
-int SignedBound(const char* text, int fallback)
-{
-    if (text == nullptr) return fallback;
-    const long long number = strtoll(text, nullptr, 10);
-    return static_cast<int>(std::clamp<long long>(number, INT_MIN, INT_MAX));
-}
+int SignedBound(const char* text, int fallback) { return text == nullptr ? fallback : ReadInteger(text); }
 
 uint32_t UnsignedBound(const char* text, uint32_t fallback)
 {

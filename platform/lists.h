@@ -1,14 +1,13 @@
 // The list operations through which validators read stored rows; the catalogue names them too.
-//
-// Each fills `row`, a block of its table's row size, with the stored row that follows the one with
-// index `previous` (-1: with the first) and returns 0; non-zero when there is none. The block is
-// the caller's.
 #pragma once
 
 #include <cstdint>
 
 extern "C"
 {
+    // Each fills `row`, a block of its table's row size, with the stored row that follows the one
+    // with index `previous` (-1: with the first) and returns 0; non-zero when there is none. The
+    // block is the caller's.
     int securityMacFilterLsitNext(int32_t previous, void* row);
     int securityPortFilterLsitNext(int32_t previous, void* row);
     int securityIpFilterListNext(int32_t previous, void* row);
@@ -17,4 +16,8 @@ extern "C"
     int nextBundledAddrList_net(int32_t previous, void* row);
     int speedDialListNext(int32_t previous, void* row);
     int nextStaticRouterList_net(int32_t previous, void* row);
+
+    // Fills `row`, a block of ApnConfigTable's row size, with the APN profile `index` and returns 0;
+    // non-zero when there is none.
+    int getApnInstance(int32_t index, void* row);
 }

@@ -72,12 +72,12 @@ bool InUnicastRange(uint32_t address)
 // By the decimal numbers of the text, which octal or hexadecimal parts do not give: 0x10 counts 0.
 bool InsideItsClass(std::string_view text)
 {
-    std::array<long, kAddressParts> parts;
-    for (long& part : parts) part = strtol(NextPart(text).data(), nullptr, 10);
-    const long a = parts[0];
+    std::array<unsigned long, kAddressParts> parts;
+    for (unsigned long& part : parts) part = strtoul(NextPart(text).data(), nullptr, 10);
+    const unsigned long a = parts[0];
     if (a == 0 || a == kLoopback || a > kClassCLast) return false;
-    const auto others_are = [&](long number)
-    { return std::all_of(parts.begin() + 1, parts.end(), [=](long part) { return part == number; }); };
+    const auto others_are = [&](unsigned long number)
+    { return std::all_of(parts.begin() + 1, parts.end(), [=](unsigned long part) { return part == number; }); };
     const bool lowest = (a == 1 || a == 128 || a == 192) && others_are(0);
     const bool highest = (a == 126 || a == 191 || a == kClassCLast) && others_are(kPartMax);
     return !lowest && !highest;

@@ -117,4 +117,10 @@ struct StaticRouteRow
     static constexpr TextField kInterface = {132, 256};
     static constexpr TextField kGateway = {388, 64};
 };
+
+struct ApnConfigRow
+{
+    static constexpr uint32_t kSize = 328;
+    static constexpr TextField kApnEnable = {4, 32};
+};
 }  // namespace kobd

@@ -2,7 +2,11 @@
 #pragma once
 
 #include "validators/address.h"
+#include "validators/cbsd.h"
 #include "validators/lan_wan.h"
+#include "validators/management.h"
+#include "validators/radio.h"
+#include "validators/sim.h"
 
 extern "C"
 {
@@ -26,10 +30,4 @@ extern "C"
 #undef DECLARE_SET
 #undef SHARED
 #undef OWN
-
-#define MISSING(validator) int validator(const char* value);
-#define MISSING_ROW(validator)
-#include "dictionary/catalogue/missing.def"
-#undef MISSING
-#undef MISSING_ROW
 }

@@ -92,5 +92,8 @@ TEXT(kIPv4Routing, "IP", StaticRouteRow::kIp);
 TEXT(kIPv4Routing, "Netmask", StaticRouteRow::kNetmask);
 TEXT(kIPv4Routing, "Interface", StaticRouteRow::kInterface);
 TEXT(kIPv4Routing, "Gateway", StaticRouteRow::kGateway);
+
+SIZE(kApnConfig, ApnConfigRow);
+TEXT(kApnConfig, "ApnEnable", ApnConfigRow::kApnEnable);
 }  // namespace
 }  // namespace kobd

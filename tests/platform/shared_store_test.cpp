@@ -15,6 +15,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tests/namespaces.h"
 #include "tests/process_setup.h"
 
 namespace kobd::test
@@ -28,17 +29,12 @@ constexpr FactoryValue kFactory[] = {{"factory", "as made"}, {"nothing", ""}};
 class Store : public testing::Test
 {
 protected:
-    static void SetUpTestSuite()
-    {
-        static char folder[] = "/tmp/kobd_state_XXXXXX";
-        ASSERT_NE(mkdtemp(folder), nullptr);
-        setenv("KOBD_STATE_DIR", folder, 1);
-        ASSERT_EQ(StateFolder(), folder) << "another test chose the folder before";
-    }
-    static void TearDownTestSuite() { std::filesystem::remove_all(StateFolder()); }
+    // The folder is chosen once a process: here, unless an earlier test did.
+    static void SetUpTestSuite() { setenv("KOBD_STATE_DIR", "/tmp/kobd_store_test", 0); }
 
     void SetUp() override
     {
+        SKIP_WITHOUT_NAMESPACES();  // else the folder would stay behind
         for (const auto& file : std::filesystem::directory_iterator(StateFolder()))
             if (file.path().string().starts_with(path_)) std::filesystem::remove_all(file);
     }

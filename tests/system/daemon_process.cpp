@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "daemon/tlv.h"
+#include "tests/items.h"
 #include "tests/namespaces.h"
 
 namespace kobd::test
@@ -68,19 +69,29 @@ int DaemonProcess::End(int signal)
 
 Answer Request(uint16_t id, const std::vector<std::pair<uint16_t, std::string>>& items, int timeout_ms)
 {
+    std::string bytes;
+    for (const auto& [tag, text] : items)
+    {
+        if (text.size() >= UINT16_MAX) return {.bus = -1};
+        bytes += TextItem(tag, text);
+    }
+    return RequestItems(id, bytes, timeout_ms);
+}
+
+Answer RequestItems(uint16_t id, const std::string& items, int timeout_ms)
+{
     alignas(MessageHeader) char request[kMessageMax] = {};
     alignas(MessageHeader) char reply[kMessageMax] = {};
     auto* header = reinterpret_cast<MessageHeader*>(request);
     auto* answered = reinterpret_cast<MessageHeader*>(reply);
-    TlvWriter writer({request + sizeof(MessageHeader), kPayloadMax});
-    Answer answer;
-    for (const auto& [tag, text] : items)
-        if (!writer.Text(tag, text)) return {.bus = -1};
+    if (items.size() > kPayloadMax) return {.bus = -1};
+    memcpy(header + 1, items.data(), items.size());
     header->destination = kModuleKobd;
     header->message_class = kClassRequest;
     header->id = id;
-    header->length = static_cast<uint16_t>(writer.Size());
+    header->length = static_cast<uint16_t>(items.size());
 
+    Answer answer;
     BusClient client;
     answer.bus = BusClientOpen(&client);
     if (answer.bus != 0) return answer;
@@ -88,14 +99,18 @@ Answer Request(uint16_t id, const std::vector<std::pair<uint16_t, std::string>>&
     BusClientClose(&client);
     if (answer.bus != 0) return answer;
 
-    TlvReader reader(std::span<const char>{reply + sizeof(MessageHeader), answered->length});
+    const std::string_view payload(reply + sizeof(MessageHeader), answered->length);
+    TlvReader reader(payload);
     while (const auto item = reader.Next())
     {
         if (item->tag == kTagResult)
             answer.result = item->Int().value_or(-1);
+        else if (item->tag == kTagRowIndex)
+            answer.texts.push_back(std::to_string(item->Int().value_or(-1)));
         else
             answer.texts.emplace_back(item->Text().value_or("no text"));
     }
+    if (payload.size() > kIntItem) answer.items = payload.substr(kIntItem);
     return answer;
 }
 }  // namespace kobd::test

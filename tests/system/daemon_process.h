@@ -38,14 +38,27 @@ struct Answer
     int bus = 0;      // 0, or why there is no reply
     int result = -1;  // the result item
     std::vector<std::string> texts = {};
+    std::string items = {};  // bytes of what follows the result
 };
 
-// One request over a bus connection of its own.
+// One request of these bytes over a bus connection of its own.
+Answer RequestItems(uint16_t id, const std::string& items, int timeout_ms = 5000);
+
+// One request of texts.
 Answer Request(uint16_t id, const std::vector<std::pair<uint16_t, std::string>>& items, int timeout_ms = 5000);
 
 inline constexpr uint16_t kSet = 1;
 inline constexpr uint16_t kGet = 2;
 inline constexpr uint16_t kSetSilent = 3;
 inline constexpr uint16_t kUpdate = 4;
+inline constexpr uint16_t kTableMaxRow = 5;
+inline constexpr uint16_t kTableElementCount = 6;
+inline constexpr uint16_t kTableAdd = 7;
+inline constexpr uint16_t kTableDel = 8;
+inline constexpr uint16_t kTableGet = 9;
+inline constexpr uint16_t kTableSet = 10;
+inline constexpr uint16_t kTableSetSilent = 11;
+inline constexpr uint16_t kTableDump = 12;
 inline constexpr uint16_t kShow = 13;
+inline constexpr uint16_t kSubTableAdd = 15;
 }  // namespace kobd::test

@@ -85,26 +85,18 @@ $ kobctl table del FwIpFilterTable 1 3
 $ kobctl table dump --json FwIpFilterTable FwPortFilterTable
 {"FwIpFilterTable":[{"index":2,"DestIPAddress":"10.0.0.2","IP_LIST":"b=c"}],"FwPortFilterTable":[]}
 )session"},
-    {"ValuesKeepTheirTypes",
-     R"session($ kobctl table add node_589Table BytesSent=18446744073709551615 BytesReceived=0x10 pPath=7
-1
-$ kobctl table get node_589Table 1 --json
-{"node_589Table":[{"index":1,"pPath":"7","BytesSent":18446744073709551615,"BytesReceived":16,"PacketsSent":0,"PacketsReceived":0,"ErrorsSent":0,"ErrorsReceived":0,"UnicastPacketsSent":0,"UnicastPacketsReceived":0,"DiscardPacketsSent":0,"DiscardPacketsReceived":0,"MulticastPacketsSent":0,"MulticastPacketsReceived":0,"BroadcastPacketsSent":0,"BroadcastPacketsReceived":0,"UnknownProtoPacketsReceived":0}]}
-$ kobctl table add node_627Table Enable=1 Tag=4294967295 Value=9
-1
-$ kobctl table dump node_627Table --json
-{"node_627Table":[{"index":1,"pPath":"","Enable":1,"Alias":"","Tag":4294967295,"Value":"9"}]}
-$ kobctl table set node_627Table 1 Enable=2
-! kobctl: node_627Table 1: Enable=2: it takes 0 or 1: Invalid argument (2)
+    {"ValuesAreCheckedAgainstTheirColumns",
+     R"session($ kobctl table set node_632Table 1 Active=2
+! kobctl: node_632Table 1: Active=2: it takes 0 or 1: Invalid argument (2)
 [1]
-$ kobctl table set node_627Table 1 Enable=0 Tag=4294967296
-! kobctl: node_627Table 1: Tag=4294967296: it takes an integer from 0 to 4294967295: Invalid argument (2)
+$ kobctl table set node_632Table 1 Active=0 IPv4AddressNumberOfEntries=4294967296
+! kobctl: node_632Table 1: IPv4AddressNumberOfEntries=4294967296: it takes an integer from 0 to 4294967295: Invalid argument (2)
 [1]
-$ kobctl table set node_627Table 1 Tag=-1
-! kobctl: node_627Table 1: Tag=-1: it takes an integer from 0 to 4294967295: Invalid argument (2)
+$ kobctl table set node_632Table 1 IPv4AddressNumberOfEntries=-1
+! kobctl: node_632Table 1: IPv4AddressNumberOfEntries=-1: it takes an integer from 0 to 4294967295: Invalid argument (2)
 [1]
-$ kobctl table set node_627Table 1 Tag=
-! kobctl: node_627Table 1: Tag=: it takes an integer from 0 to 4294967295: Invalid argument (2)
+$ kobctl table set node_632Table 1 IPv4AddressNumberOfEntries=
+! kobctl: node_632Table 1: IPv4AddressNumberOfEntries=: it takes an integer from 0 to 4294967295: Invalid argument (2)
 [1]
 $ kobctl table set node_589Table 1 BytesSent=18446744073709551616
 ! kobctl: node_589Table 1: BytesSent=18446744073709551616: it takes an integer from 0 to 18446744073709551615: Invalid argument (2)
@@ -121,15 +113,11 @@ $ kobctl table set IpMacBindTable 1 MAC=00:1A:2B:3C:4D
 $ kobctl table set IpMacBindTable 1 Name=12345678901234567890123456789012
 ! kobctl: IpMacBindTable 1: Name=12345678901234567890123456789012: it takes a text of 0 to 31 bytes: Invalid argument (2)
 [1]
-$ kobctl table dump node_627Table
-node_627Table, 1 row
-index  pPath  Enable  Alias         Tag  Value
-    1  -           1  -      4294967295  9
 )session"},
     {"WideTablesStandOnTheirSide",
      R"session($ kobctl table add FwParentControlTable Name=boys 'Weekdays=Mon,Tue' StartTime=20:00
 1
-$ kobctl table add FwParentControlTable 'Name=	tab'
+$ kobctl table add FwParentControlTable 'Name=	tab ü'
 2
 $ kobctl table get FwParentControlTable 1 2
 FwParentControlTable, 2 rows
@@ -149,7 +137,7 @@ index 1
 index 2
   Enable         -
   ParentCtrList  -
-  Name           \x09tab
+  Name           \x09tab ü
   Weekdays       -
   Period         -
   TimeStart      -
@@ -288,6 +276,39 @@ Name
 
 INSTANTIATE_TEST_SUITE_P(Sessions, KobctlSession, testing::ValuesIn(kSessions),
                          [](const auto& one) { return std::string(one.param.name); });
+
+struct TypedRow
+{
+    const char* table;
+    std::vector<std::string> values;
+    const char* json;  // what follows the index
+};
+
+TEST_F(KobctlTable, ValuesKeepTheirTypes)
+{
+    const TypedRow rows[] = {
+        {"node_632Table",
+         {"Active=1", "IPv4AddressNumberOfEntries=4294967295", "Alias=9"},
+         R"("pPath":"","Alias":"9","Chaddr":"","Active":1,"IPv4AddressNumberOfEntries":4294967295)"},
+        {"node_589Table",
+         {"BytesSent=18446744073709551615", "BytesReceived=0x10", "pPath=7"},
+         R"("pPath":"7","BytesSent":18446744073709551615,"BytesReceived":16,"PacketsSent":0,"PacketsReceived":0,)"
+         R"("ErrorsSent":0,"ErrorsReceived":0,"UnicastPacketsSent":0,"UnicastPacketsReceived":0,)"
+         R"("DiscardPacketsSent":0,"DiscardPacketsReceived":0,"MulticastPacketsSent":0,)"
+         R"("MulticastPacketsReceived":0,"BroadcastPacketsSent":0,"BroadcastPacketsReceived":0,)"
+         R"("UnknownProtoPacketsReceived":0)"},
+    };
+    for (const TypedRow& row : rows)
+    {
+        std::vector<std::string> words = {"table", "add", row.table};
+        words.insert(words.end(), row.values.begin(), row.values.end());
+        std::string index = RunKobctl(words).output;
+        ASSERT_FALSE(index.empty());
+        index.pop_back();  // the line end
+        EXPECT_EQ(RunKobctl({"table", "get", row.table, index, "--json"}).output,
+                  std::string("{\"") + row.table + "\":[{\"index\":" + index + "," + row.json + "}]}\n");
+    }
+}
 
 TEST_F(KobctlTable, AFullTableSaysItsMaximum)
 {

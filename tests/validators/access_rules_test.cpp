@@ -161,6 +161,7 @@ TEST(AccessRules, Times)
 
 TEST(AccessRules, BlanksAreTrimmedInTheRow)
 {
+    ResetRows();
     const Fields blanks = {{"Name", " kids\t"},    {"Host", "\t 192.168.1.20  "}, {"Weekdays", " Mon "},
                            {"TimeStart", " 8:30"}, {"TimeStop", "20:00\t\t"},     {"Enable", " 1 "}};
     for (const RowCheck* check : {&kAccess, &kParent})

@@ -12,8 +12,12 @@
 #include "tests/process_setup.h"
 #include "tests/validators/codes.h"
 #include "validators/address.h"
+#include "validators/cbsd.h"
 #include "validators/lan_wan.h"
+#include "validators/management.h"
+#include "validators/radio.h"
 #include "validators/regex.h"
+#include "validators/sim.h"
 
 namespace kobd::test
 {
@@ -115,6 +119,9 @@ int TrimCopy(const char* text)
     return 0;
 }
 
+// A long number is taken, which costs more than refusing it.
+int Bandwidth(const char* text) { return validIperfUdpBandWidth((std::string(text) + "M").c_str()); }
+
 const Check kChecks[] = {
     CHECK(validIpv4),
     CHECK(validIpv6),
@@ -152,6 +159,30 @@ const Check kChecks[] = {
     CHECK(RegexPlace),
     CHECK(Bands),
     CHECK(TrimCopy),
+    CHECK(validRadioPreferMode),
+    CHECK(validPreMode),
+    CHECK(validErrValid),
+    CHECK(validEventNotifyComd),
+    CHECK(validlteBandLock),
+    CHECK(valid5gBandLock),
+    CHECK(validEarfcnlock),
+    CHECK(validPcilock),
+    CHECK(validTacLockList),
+    CHECK(validTacLockTimes),
+    CHECK(validLteTxpowerLimit),
+    CHECK(validLockPin),
+    CHECK(validEnterPin),
+    CHECK(ValidVerifyPin),
+    CHECK(validEnterPuk),
+    CHECK(validLtePlmnlock),
+    CHECK(validLteSimlock),
+    CHECK(validTr069BindApnIndex),
+    CHECK(validIperfUdpBandWidth),
+    CHECK(validCommonStr),
+    CHECK(validDigitMap),
+    CHECK(validCbsdLatitude),
+    CHECK(validCbsdHeight),
+    CHECK(Bandwidth),
 };
 }  // namespace
 

@@ -107,6 +107,7 @@ TEST(UrlFilter, WithScheme)
 
 TEST(UrlFilter, LinesInOrder)
 {
+    ResetRows();
     const std::string pattern = "^[A-Za-z0-9\\.\\-\\?&_=]+(:[0-9]{1,4}/)?([A-Za-z0-9\\.\\-\\?&_=]+/?)*$";
     const std::vector<std::string> expected = {
         "checkRegex: str____^(http|news|nntp|gopher|wais|mailto|file|prospero|https|ftp|telnet)://",
@@ -128,6 +129,7 @@ TEST(UrlFilter, LinesInOrder)
 
 TEST(UrlFilter, LongestUrlsCostLittle)
 {
+    ResetRows();
     // A repeated group around a repeated class: 2^127 ways to cut a text that fails at its end.
     const std::string repeated(126, 'a');
     std::string slashes;

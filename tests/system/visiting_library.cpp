@@ -1,0 +1,59 @@
+// A library in the place of one of the platform's: loaded into the daemon before the host platform,
+// it takes over update_config and reports from there what it can reach in the daemon by name.
+#include <dlfcn.h>
+#include <link.h>
+
+#include <cstdio>
+#include <string>
+
+namespace
+{
+constexpr const char* kReport = "/tmp/visit";
+
+const char* const kExported[] = {
+#define EXPORTED(name) #name,
+#include "tests/system/exported_names.def"
+#undef EXPORTED
+};
+
+// Bytes of a data object that the daemon exports.
+unsigned long SizeOf(const char* name)
+{
+    Dl_info place;
+    const ElfW(Sym)* symbol = nullptr;
+    void* address = dlsym(RTLD_DEFAULT, name);
+    if (address == nullptr ||
+        dladdr1(address, &place, const_cast<void**>(reinterpret_cast<const void**>(&symbol)), RTLD_DL_SYMENT) == 0)
+        return 0;
+    return symbol == nullptr ? 0 : symbol->st_size;
+}
+
+template <typename Function>
+Function* Exported(const char* name)
+{
+    return reinterpret_cast<Function*>(dlsym(RTLD_DEFAULT, name));
+}
+}  // namespace
+
+extern "C" int update_config()
+{
+    FILE* report = fopen(kReport, "w");
+    if (report == nullptr) return 14;
+    for (const char* name : kExported)
+        if (dlsym(RTLD_DEFAULT, name) == nullptr) fprintf(report, "missing %s\n", name);
+    for (const char* name : {"wifi_flag_mutex", "apn_modify", "aa", "apn_list", "message_buffer"})
+        fprintf(report, "%s %lu\n", name, SizeOf(name));
+
+    char value[2048] = "";
+    if (auto* snapshot = Exported<int(const char*, char*)>("SnapshotGet"))
+        fprintf(report, "SnapshotGet %d %s\n", snapshot("webHttpPort", value), value);
+    if (auto* valid = Exported<int(const char*)>("validIpv4"))
+        fprintf(report, "validIpv4 %d %d\n", valid("192.0.2.1"), valid("192.0.2"));
+    if (auto* print = Exported<int(const char*, int, const char*, ...)>("kobd_log_print"))
+        print("visitor", 7, "called from %s", "a library");
+    if (auto* send = Exported<int(...)>("kobd_send_message")) fprintf(report, "kobd_send_message %d\n", send(1, 2));
+    fclose(report);
+
+    auto* next = reinterpret_cast<int (*)()>(dlsym(RTLD_NEXT, "update_config"));
+    return next == nullptr ? 14 : next();
+}

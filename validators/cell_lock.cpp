@@ -1,0 +1,104 @@
+// The cell lock: a list of cells, each an EARFCN and a physical cell identity.
+#include <algorithm>
+#include <cstring>
+
+#include "daemon/log.h"
+#include "daemon/result.h"
+#include "dictionary/integer.h"
+#include "platform/text.h"
+#include "validators/band_tables.h"
+#include "validators/radio.h"
+#include "validators/supported_bands.h"
+
+namespace kobd
+{
+namespace
+{
+constexpr const char* kFunction = "validPcilock";
+constexpr int kEntriesMax = 5;             // cells that can be locked at once
+constexpr size_t kEntryMax = 19;           // characters of an entry
+constexpr size_t kBandsMax = 10;           // supported bands that are looked at
+constexpr size_t kBandListBytes = 256;     // of the list of supported bands, with its zero byte
+constexpr int32_t kCellIdentityMax = 503;  // physical layer cell identity, 3GPP TS 36.211, 6.11
+
+// Bands beyond the table.
+constexpr PciLockBand kHighBands[] = {
+    {240, 240000, 247750},
+    {250, 250000, 251500},
+};
+
+// An entry too long for its slot fills it, and is known by that.
+using Entry = char[kEntryMax + 2];
+
+int RefuseAsInvalid(const char* text)
+{
+    LOG_ALWAYS(kFunction, "[%s] is invalid\n", text);
+    return kInvalidArgument;
+}
+
+int Refuse(const char* line)
+{
+    LOG_ALWAYS(kFunction, "%s", line);
+    return kInvalidArgument;
+}
+
+bool InBand(int32_t channel, int32_t band)
+{
+    const auto covers = [channel](const PciLockBand& row)
+    { return row.band != 0 && channel >= row.low && channel <= row.high; };
+    if (band >= 0 && static_cast<size_t>(band) < PciLockBandTable.size())
+        return covers(PciLockBandTable[static_cast<size_t>(band)]);
+    return std::any_of(std::begin(kHighBands), std::end(kHighBands),
+                       [&](const PciLockBand& row) { return row.band == band && covers(row); });
+}
+
+int CheckEntry(const char* entry, std::span<const int32_t> supported)
+{
+    Entry channel;
+    const char* cell = split_str_by_sep(entry, ",", channel, sizeof channel);
+    if (strlen(entry) > kEntryMax || *channel == 0 || *cell == 0) return RefuseAsInvalid(entry);
+    if (!string_is_digits(channel) || !string_is_digits(cell)) return Refuse("pcilock must be digit\n");
+    if (ReadInteger(cell) > kCellIdentityMax) return RefuseAsInvalid(cell);
+    const int32_t number = ReadInteger(channel);
+    const bool in_band =
+        std::any_of(supported.begin(), supported.end(), [number](int32_t band) { return InBand(number, band); });
+    return in_band ? kSuccess : RefuseAsInvalid(channel);
+}
+
+// Ends at the first entry that is wrong by itself; of repeated ones each is named.
+int CheckEntries(std::span<const Entry> entries, std::span<const int32_t> supported)
+{
+    int result = kSuccess;
+    for (size_t i = 0; i < entries.size(); ++i)
+    {
+        if (entries[i][0] == 0) return Refuse("pcilock is empty\n");
+        if (const int code = CheckEntry(entries[i], supported)) return code;
+        const auto same = [&](const Entry& earlier) { return strcmp(earlier, entries[i]) == 0; };
+        if (std::any_of(entries.begin(), entries.begin() + static_cast<ptrdiff_t>(i), same))
+        {
+            LOG_ALWAYS(kFunction, "[%s] is duplicate\n", entries[i]);
+            result = kInvalidArgument;
+        }
+    }
+    return result;
+}
+}  // namespace
+}  // namespace kobd
+
+using namespace kobd;
+
+int validPcilock(const char* value)
+{
+    const size_t length = value != nullptr ? strlen(value) : 0;
+    if (length < 2 || value[length - 1] != ';') return Refuse("invalid");
+
+    char list[kBandListBytes];
+    ReadBandList(kLteBandsKey, list);
+    int32_t bands[kBandsMax];
+    const BandNumbers supported = SplitBandList(list, bands);
+
+    Entry entries[kEntriesMax];
+    const int count = parse_str_by_separator(value, ';', entries[0], sizeof(Entry), kEntriesMax);
+    if (count > kEntriesMax) return Refuse("max is 5\n");
+    return CheckEntries({entries, static_cast<size_t>(count)}, {bands, supported.count});
+}
