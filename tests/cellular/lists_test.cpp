@@ -164,6 +164,8 @@ TEST_P(CellularLists, AListIsFullWithSixtyFourRowsAndLoadsMore)
         SCOPED_TRACE(count);
         SetUp();
         Load(count);
+        EXPECT_EQ(platform.calls.size(), 2 + static_cast<size_t>(count) * (GetParam().layout->columns.size() + 1))
+            << "a command a value, one a name and one an index";
         TestRow row(GetParam());
         ASSERT_EQ(GetParam().get(count, row.Bytes()), 0);
         EXPECT_EQ(row.Text(1), std::to_string(count));
