@@ -56,15 +56,46 @@ private:
 
 std::array<char, kRowItemsMax> RowItems::first_room;
 
+// Notices a walk that comes back to an index it has seen, as in a list where rows share an index: it
+// would never end and fill the file system. One index is remembered, a later one whenever as many
+// rows have passed as before it (Brent's cycle detection), so that a walk needs no memory of its rows.
+class WalkGuard
+{
+public:
+    bool ComesBack(int32_t index)
+    {
+        if (seen_ && index == remembered_) return true;
+        if (!seen_ || passed_ == limit_)
+        {
+            limit_ = seen_ ? 2 * limit_ : 1;
+            passed_ = 0;
+            remembered_ = index;
+            seen_ = true;
+        }
+        ++passed_;
+        return false;
+    }
+
+private:
+    bool seen_ = false;
+    int32_t remembered_ = 0;
+    uint32_t passed_ = 0;  // rows since the remembered one, it included
+    uint32_t limit_ = 0;   // rows after which another is remembered
+};
+
 int WriteTable(FILE* file, const TableDef& table, RowItems& items)
 {
     alignas(std::max_align_t) char row[kRowMax];
+    WalkGuard guard;
     for (int32_t previous = kBeforeFirst;; previous = RowIndex(row))
     {
         memset(row, 0, table.row_size);  // a list that fills only part of it shows nothing of the row before
         if (table.ops->next(previous, row) != kSuccess) return kSuccess;
         if (const int code = items.Encode(row, table)) return code;
         if (!items.Write(file)) return kSystemError;
+        if (!guard.ComesBack(RowIndex(row))) continue;
+        LOG_ALWAYS(kFunction, "%s: the walk comes back to index %d, ended there", table.name, RowIndex(row));
+        return kSuccess;
     }
 }
 

@@ -7,7 +7,9 @@
 
 #include <filesystem>
 
+#include "cellular/cellular_lists.h"
 #include "tables/handlers.h"
+#include "tests/recording_shell.h"
 #include "tests/tables/table_rows.h"
 
 namespace kobd::test
@@ -140,5 +142,39 @@ TEST_F(TableRequests, TextsOutsideTheRow)
     EXPECT_TRUE(Dumped(TextItem(3, "SmsTable")) == row(1, longest) + row(2, longest) + row(3, ""))
         << "whole up to what an item can carry, cut there";
     munmap(text, kSize);
+}
+// The configuration may give several rows one index, of which `next` always finds the first.
+TEST_F(TableRequests, DumpEndsWhereRowsShareAnIndex)
+{
+    SKIP_WITHOUT_NAMESPACES();
+    struct Case
+    {
+        std::vector<std::string> indexes;  // in the order of the rows
+        size_t rows;                       // in the dump
+        const char* why;
+    };
+    const Case cases[] = {
+        {{"1", "1"}, 2, "the second row is found from the first, and then only itself"},
+        {{"1", "2", "1"}, 4, "row 2 comes again before it is noticed"},
+        {{"1", "2", "3"}, 3, "no index twice: the walk ends by itself"},
+        {{"-1"}, 2, "an index that asks for the first row again"},
+    };
+    for (const Case& one : cases)
+    {
+        ResetShell();
+        for (size_t i = 0; i < one.indexes.size(); ++i)
+        {
+            const std::string section = "cfg" + std::to_string(i);
+            shell.sections.emplace_back(section, "cellularusim");
+            shell.options["tr069_interface." + section + ".index"] = one.indexes[i];
+        }
+        cellularusimListInit();
+        const std::string items = Dumped(TextItem(kTagTableName, "CellularUSIMTable"));
+        size_t rows = 0;
+        for (size_t at = 0; (at = items.find("CellularUSIMTable", at)) != std::string::npos; ++at) ++rows;
+        EXPECT_EQ(rows, one.rows) << one.why;
+    }
+    ResetShell();
+    cellularusimListInit();
 }
 }  // namespace kobd::test
