@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <map>
+#include <set>
 #include <sstream>
 
 #include "dictionary/name_index.h"
@@ -253,9 +254,13 @@ TEST_F(EveryTable, SettableRowsOfFixedTablesTakeBothEnds)
 
 TEST_F(EveryTable, HoldsItsMaximumAndNoMore)
 {
+    std::set<uint32_t> maxima;
     for (const TableDef& table : kTables)
     {
         if (table.ops->add == nullptr || Has(kAddedBySet, table.name)) continue;
+        // Each of some 4000 rows is written to the state when it is added, too much for an emulator: there one
+        // table for each maximum.
+        if (!maxima.insert(table.max_rows).second && *KOBD_EMULATOR != 0) continue;
         size_t count = Dump(table).size();
         std::vector<int32_t> added;
         int32_t index = 0;
