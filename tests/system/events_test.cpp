@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "tests/namespaces.h"
+#include "tests/process_setup.h"
 #include "tests/system/daemon_process.h"
 #include "tests/system/kobctl.h"
 
@@ -234,6 +235,8 @@ TEST_F(EventSystem, WatchShowsEveryFreeModule)
 
 TEST_F(EventSystem, JournalFollowsWhatIsWritten)
 {
+    // The daemon answers before its last hook has written its line.
+    while (FileText("/tmp/state/journal").find("pemixAlg_init") == std::string::npos) usleep(1000);
     std::ofstream("/tmp/state/journal") << "old\nbeing writ";
     EXPECT_EQ(Kobctl("journal").output, "old\n");
     ASSERT_EQ(system("(sleep 1; printf 'ten\\nnew\\n' >>/tmp/state/journal) &"), 0);

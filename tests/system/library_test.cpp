@@ -5,25 +5,17 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include "daemon/tlv.h"
 #include "tests/namespaces.h"
+#include "tests/process_setup.h"
 #include "tests/system/daemon_process.h"
 
 namespace kobd::test
 {
 namespace
 {
-std::string Read(const char* path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
-
 TEST(PlatformLibrary, FindsWhatTheDaemonExportsAndTakesThePlaceOfTheHosts)
 {
     SKIP_WITHOUT_NAMESPACES();
@@ -36,11 +28,12 @@ TEST(PlatformLibrary, FindsWhatTheDaemonExportsAndTakesThePlaceOfTheHosts)
     unsetenv("ASAN_OPTIONS");
     ASSERT_TRUE(started);
     ASSERT_EQ(Request(kSet, {{kTagObjectName, "webHttpPort"}, {kTagValue, "8081"}}).result, 0);
-    EXPECT_EQ(Read("/tmp/visit"), "wifi_flag_mutex " + std::to_string(sizeof(pthread_mutex_t)) +
-                                      "\napn_modify 140\naa 372\napn_list 2800\nmessage_buffer 5196\n"
-                                      "SnapshotGet 0 8081\nvalidIpv4 0 2\nkobd_send_message 0\n");
-    EXPECT_NE(Read("/tmp/kobd.log").find("visitor[7]: called from a library"), std::string::npos);
-    EXPECT_NE(Read("/tmp/state/objects").find("webHttpPort=8081"), std::string::npos) << "the host's was called next";
+    EXPECT_EQ(FileText("/tmp/visit"), "wifi_flag_mutex " + std::to_string(sizeof(pthread_mutex_t)) +
+                                          "\napn_modify 140\naa 372\napn_list 2800\nmessage_buffer 5196\n"
+                                          "SnapshotGet 0 8081\nvalidIpv4 0 2\nkobd_send_message 0\n");
+    EXPECT_NE(FileText("/tmp/kobd.log").find("visitor[7]: called from a library"), std::string::npos);
+    EXPECT_NE(FileText("/tmp/state/objects").find("webHttpPort=8081"), std::string::npos)
+        << "the host's was called next";
 }
 }  // namespace
 }  // namespace kobd::test

@@ -253,10 +253,3 @@ TEST_F(System, QueuesOfKilledClientsAreReclaimed)
 }
 }  // namespace
 }  // namespace kobd::test
-
-int main(int count, char** arguments)
-{
-    testing::InitGoogleTest(&count, arguments);
-    if (!testing::GTEST_FLAG(list_tests)) kobd::test::EnterOwnNamespaces();
-    return RUN_ALL_TESTS();
-}

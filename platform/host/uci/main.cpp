@@ -134,7 +134,9 @@ int Run(Arguments words)
             return Refuse(words[0], "wrong number of arguments");
         if (!LockUci()) return 1;
         const int status = command.run(arguments);
-        return fflush(stdout) == 0 ? status : Refuse(words[0], "cannot write the output");
+        // A library that writes each line at once has nothing left to flush, but remembers the error.
+        const bool written = fflush(stdout) == 0 && ferror(stdout) == 0;
+        return written ? status : Refuse(words[0], "cannot write the output");
     }
     return Refuse(words[0], "no such command");
 }
