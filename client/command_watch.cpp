@@ -42,9 +42,17 @@ const char* Meaning(uint32_t module, uint16_t id)
         case 4: return "set finished";
         case 799: return "row added";
         case 800: return "row deleted";
-        case 801: return "row changed";
+        case 801: return "row added under a parent";
         default: return "event";
     }
+}
+
+// Other modules and their clients chose these bytes: none of them steers this terminal.
+std::string OnTerminal(std::string text)
+{
+    for (char& c : text)
+        if (static_cast<unsigned char>(c) < ' ' || c == 0x7F) c = '?';
+    return text;
 }
 
 // The payload of a network event that was passed on: a text without items.
@@ -52,10 +60,8 @@ std::string DescribeText(const MessageHeader* message, bool json)
 {
     std::string text(reinterpret_cast<const char*>(message + 1), message->length);
     text.resize(strnlen(text.c_str(), text.size()));
-    if (json) return text.empty() ? "" : ",\"text\":" + JsonString(text);
-    for (char& c : text)
-        if (static_cast<unsigned char>(c) < ' ') c = '?';  // no other module writes to this terminal
-    return text.empty() ? "" : " text=" + text;
+    if (text.empty()) return "";
+    return json ? ",\"text\":" + JsonString(text) : " text=" + OnTerminal(text);
 }
 
 // The items of a message in words, or as the members of a JSON object.
@@ -74,7 +80,7 @@ std::string Describe(const MessageHeader* message, bool json)
         if (json)
             out += "," + JsonString(word) + ":" + (number ? text : JsonString(text));
         else
-            out += " " + word + "=" + text;
+            out += " " + word + "=" + OnTerminal(text);
     }
     return out + (reader.Broken() && !json ? " (cut)" : "");
 }

@@ -2,6 +2,8 @@
 // a whole or not at all.
 #include "platform/host/commit.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstring>
 #include <vector>
@@ -39,6 +41,9 @@ int Commit()
 
 void LoadState()
 {
+    if (access(StateFolder().c_str(), W_OK | X_OK) != 0)
+        kobd_log_print("LoadState", __LINE__, "cannot write in the state folder %s: %s, changes will not survive",
+                       StateFolder().c_str(), strerror(errno));
     if (!FinishSave(StateFolder()))
         kobd_log_print("LoadState", __LINE__, "cannot finish the last commit in %s: %s", StateFolder().c_str(),
                        strerror(errno));

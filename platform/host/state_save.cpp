@@ -61,9 +61,9 @@ bool SaveSettings(const std::string& path, const Settings& settings)
 bool SaveTogether(const std::string& folder, const std::vector<StateFile>& files)
 {
     if (files.empty()) return true;
-    if (files.size() == 1) return SaveSettings(folder + "/" + files[0].name, files[0].settings);
     // A note still there is one that could not be removed.
     if (access((folder + kNoteFile).c_str(), F_OK) == 0 && !FinishSave(folder)) return false;
+    if (files.size() == 1) return SaveSettings(folder + "/" + files[0].name, files[0].settings);
     if (!WriteAllTemporary(folder, files) || !WriteNote(folder, files))
     {
         for (const StateFile& file : files) RemoveKeepingError(folder + "/" + file.name + kTemporary);

@@ -27,6 +27,18 @@ void MakeFolders(const std::string& path)
     mkdir(path.c_str(), kFolderMode);
 }
 
+// A relative KOBD_STATE_DIR counts from where the program was started. It becomes absolute before
+// main runs: the daemon leaves that folder when it detaches, and the uci that it starts from its new
+// one must find the same state.
+[[gnu::constructor]] void FixStateFolder()
+{
+    const char* named = getenv("KOBD_STATE_DIR");
+    if (named == nullptr || *named == 0 || *named == '/') return;
+    char* folder = getcwd(nullptr, 0);
+    if (folder != nullptr) setenv("KOBD_STATE_DIR", (std::string(folder) + "/" + named).c_str(), 1);
+    free(folder);
+}
+
 std::string ChooseFolder()
 {
     const char* named = getenv("KOBD_STATE_DIR");

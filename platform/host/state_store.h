@@ -18,8 +18,8 @@
 
 namespace kobd::host
 {
-// The state folder, ending without a slash: KOBD_STATE_DIR, else /etc/kobd for root, else a folder
-// of the user's. Created when missing.
+// The state folder, absolute, ending without a slash: KOBD_STATE_DIR, else /etc/kobd for root, else a
+// folder of the user's. Created when missing.
 const std::string& StateFolder();
 
 using Settings = std::vector<std::pair<std::string, std::string>>;

@@ -130,6 +130,16 @@ TEST_F(StateStore, FailedSaveKeepsTheOldFile)
     EXPECT_EQ(settings_, (Settings{{"a", "old"}}));
 }
 
+TEST_F(StateStore, ANoteOfAnEarlierCommitMovesNothingOfALaterOne)
+{
+    ASSERT_TRUE(SaveSettings(folder_ + "/commit", {{"objects", ""}, {"tables", ""}}));
+    ASSERT_TRUE(SaveTogether(folder_, {{"objects", {{"a", "1"}}}}));
+    std::ofstream(path_ + ".new") << "a=";  // a save that was killed
+    EXPECT_TRUE(FinishSave(folder_));
+    EXPECT_EQ(Load(), LoadResult::kLoaded);
+    EXPECT_EQ(settings_, (Settings{{"a", "1"}}));
+}
+
 TEST_F(StateStore, DamagedFileIsKeptAside)
 {
     Write("damaged");
