@@ -6,6 +6,7 @@
 #include <charconv>
 #include <cstring>
 #include <initializer_list>
+#include <optional>
 
 #include "platform/host/lists.h"
 #include "platform/host/load_report.h"
@@ -59,7 +60,7 @@ void LoadFactoryRows()
 struct Heading
 {
     std::string table;
-    int32_t index = 0;  // 0: the table itself
+    std::optional<int32_t> index = {};  // none: the table itself
     bool valid = false;
 };
 
@@ -67,11 +68,11 @@ Heading ReadHeading(std::string_view text)
 {
     text = text.substr(1, text.size() - 2);
     const size_t blank = text.find(' ');
-    Heading heading = {std::string(text.substr(0, blank)), 0, true};
+    Heading heading = {std::string(text.substr(0, blank)), {}, true};
     if (blank == std::string_view::npos) return heading;
     const char* end = text.data() + text.size();
-    const auto read = std::from_chars(text.data() + blank + 1, end, heading.index);
-    heading.valid = read.ec == std::errc() && read.ptr == end && heading.index > 0;
+    const auto read = std::from_chars(text.data() + blank + 1, end, heading.index.emplace());
+    heading.valid = read.ec == std::errc() && read.ptr == end;
     return heading;
 }
 
@@ -115,8 +116,8 @@ private:
         if (!list_->own) list_->rows.Clear();
         list_->own = true;
         // A row whose index is not above all before was written by a hand that lost count.
-        row_ = heading.index == 0 ? nullptr : list_->rows.Append(heading.index);
-        return heading.index == 0 || row_ != nullptr;
+        row_ = heading.index ? list_->rows.Append(*heading.index) : nullptr;
+        return !heading.index || row_ != nullptr;
     }
 
     bool KeepUnknown(const std::pair<std::string, std::string>& line)
@@ -133,7 +134,7 @@ private:
         const char* end = line.second.data() + line.second.size();
         int32_t last = 0;
         const auto read = std::from_chars(line.second.data(), end, last);
-        if (line.first != kLastName || read.ec != std::errc() || read.ptr != end || last < 0) return false;
+        if (line.first != kLastName || read.ec != std::errc() || read.ptr != end || last < kBeforeFirst) return false;
         last_.emplace_back(list_, last);
         return true;
     }

@@ -9,6 +9,7 @@
 
 #include "dictionary/catalogue/layouts.h"
 #include "dictionary/row_field.h"
+#include "platform/host/nvram_columns.h"
 #include "platform/host/row_text.h"
 #include "platform/kobd_exports.h"
 
@@ -53,6 +54,25 @@ const ListDef kLists[] = {
 #include "dictionary/catalogue/tables.def"
 };
 
+struct FirstIndex
+{
+    std::string_view table;
+    int32_t index;
+};
+
+#define FIRST_INDEX(table, index) {table, index},
+constexpr FirstIndex kFirstIndexes[] = {
+#include "platform/host/first_indexes.def"
+};
+#undef FIRST_INDEX
+
+int32_t FirstIndexOf(std::string_view table)
+{
+    for (const FirstIndex& first : kFirstIndexes)
+        if (first.table == table) return first.index;
+    return 1;
+}
+
 std::vector<List> MakeLists()
 {
     std::vector<List> made;
@@ -60,7 +80,8 @@ std::vector<List> MakeLists()
     {
         const bool kept = std::any_of(def.operations.begin(), def.operations.end(),
                                       [](const Operation& operation) { return operation.changes; });
-        made.push_back({def.table, def.layout, kept, RowList(def.layout->row_size, def.max_rows)});
+        made.push_back(
+            {def.table, def.layout, kept, RowList(def.layout->row_size, def.max_rows, FirstIndexOf(def.table))});
     }
     return made;
 }
@@ -74,6 +95,14 @@ int StorePath(const List& list, Row* row, const char* parent_path)
         return result;
     }
     row->parent_path = parent_path;
+    return 0;
+}
+
+int HandOut(const List& list, const Row* found, void* row)
+{
+    if (found == nullptr) return kIndexNotFound;
+    memcpy(row, found->block.data(), found->block.size());
+    FillFromNvram(list, row);
     return 0;
 }
 }  // namespace
@@ -117,10 +146,8 @@ int ListDel(size_t list, int32_t index)
 
 int ListGet(size_t list, int32_t index, void* row)
 {
-    const Row* found = AllLists()[list].rows.Find(index);
-    if (found == nullptr) return kIndexNotFound;
-    memcpy(row, found->block.data(), found->block.size());
-    return 0;
+    List& in = AllLists()[list];
+    return HandOut(in, in.rows.Find(index), row);
 }
 
 int ListSet(size_t list, int32_t index, const void* row)
@@ -131,6 +158,7 @@ int ListSet(size_t list, int32_t index, const void* row)
     const char* given = static_cast<const char*>(row);
     std::vector<char> next(given, given + found->block.size());
     memcpy(next.data(), &index, sizeof index);
+    if (const int code = MoveToNvram(in, next.data())) return code;
     ClearBehindTexts(*in.layout, next.data());
     if (next == found->block) return 0;
     found->block = std::move(next);
@@ -154,9 +182,7 @@ int ListSetParentPath(size_t list, int32_t index, const char* parent_path)
 
 int ListNext(size_t list, int32_t previous, void* row)
 {
-    const Row* found = AllLists()[list].rows.Next(previous);
-    if (found == nullptr) return kIndexNotFound;
-    memcpy(row, found->block.data(), found->block.size());
-    return 0;
+    List& in = AllLists()[list];
+    return HandOut(in, in.rows.Next(previous), row);
 }
 }  // namespace kobd::host

@@ -35,7 +35,7 @@ int ListDel(size_t list, int32_t index);
 int ListGet(size_t list, int32_t index, void* row);
 
 // Stores the row under `index`, whatever its first word says, and without what stands behind its
-// texts.
+// texts. Also 17, and nothing is stored, when nvram has columns of it and cannot be written.
 int ListSet(size_t list, int32_t index, const void* row);
 
 // Keeps the path in the row's column `pPath`, where its layout has one, else beside the row. Also 2

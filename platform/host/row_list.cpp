@@ -56,7 +56,7 @@ void RowList::RaiseLastIndex(int32_t last) { last_index_ = std::max(last_index_,
 void RowList::Clear()
 {
     rows_.clear();
-    last_index_ = 0;
+    last_index_ = first_index_ - 1;
 }
 
 // Where the row is, or the number of rows.

@@ -30,14 +30,17 @@ int32_t IndexOf(const Row& row);
 class RowList
 {
 public:
-    // row_size in bytes; max_rows is what Add respects.
-    RowList(size_t row_size, size_t max_rows) : row_size_(row_size), max_rows_(max_rows) {}
+    // row_size in bytes; max_rows is what Add respects; first_index, 0 or above, goes to the first row.
+    RowList(size_t row_size, size_t max_rows, int32_t first_index = 1)
+        : row_size_(row_size), max_rows_(max_rows), first_index_(first_index), last_index_(first_index - 1)
+    {
+    }
 
     // Appends a row of zeros. 0 and its index; 15 when the list is full or out of indexes.
     int Add(int32_t* index);
 
     // Appends a row of zeros under an index above all given so far, whatever the maximum. nullptr
-    // when the index was given before or is not above 0.
+    // when the index was given before or lies before the first.
     Row* Append(int32_t index);
 
     // 0; 13 no such row.
@@ -53,7 +56,7 @@ public:
     const std::vector<Row>& Rows() const { return rows_; }
     size_t RowSize() const { return row_size_; }
 
-    // The highest index given so far, 0 for none. Raised to `last`, never lowered.
+    // The highest index given so far, the one before the first for none. Raised to `last`, never lowered.
     int32_t LastIndex() const { return last_index_; }
     void RaiseLastIndex(int32_t last);
 
@@ -65,8 +68,9 @@ private:
 
     size_t row_size_;
     size_t max_rows_;
+    int32_t first_index_;
     std::vector<Row> rows_;
-    int32_t last_index_ = 0;
+    int32_t last_index_;
     size_t found_ = 0;  // where the last search ended: the next one of a walk is there or one further
 };
 }  // namespace kobd::host

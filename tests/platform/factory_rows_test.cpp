@@ -7,6 +7,7 @@
 
 #include "dictionary/catalogue/accessors.h"
 #include "dictionary/row_field.h"
+#include "platform/host/row_text.h"
 #include "tests/platform/host_state.h"
 #include "tests/process_setup.h"
 
@@ -126,7 +127,11 @@ TEST_F(FactoryRows, ObjectsAndRowsAgree)
     EXPECT_EQ(Joined(Fields("NeighborCellTable", "NeighborCellPci")),
               Object("LTE_NeighbourCellPCI") + "," + Object("NR5G_NeighbourCellPCI"));
     EXPECT_EQ(Sum(Fields("SmsTable", "Tag")), std::stoull(Object("lteSmsUnreadNum")));
-    EXPECT_EQ(Sum(Fields("ApnConfigTable", "ApnEnable")), std::stoull(Object("lteBearsCountGet")));
+    uint64_t enabled = 0;
+    char apn[kRowMax];
+    for (int32_t index = 0; Table("ApnConfigTable").ops->get(index, apn) == 0; ++index)
+        enabled += apn[FindColumn(*FindList("ApnConfigTable")->layout, "ApnEnable")->offset] == '1';
+    EXPECT_EQ(enabled, std::stoull(Object("lteBearsCountGet")));
 }
 
 TEST_F(FactoryRows, DevicesAndTrafficAgreeWithEachOther)

@@ -151,6 +151,31 @@ TEST_F(ListState, CommittedIsKeptAndUncommittedIsLost)
     EXPECT_EQ(Urls(), "") << "an emptied list stays empty";
 }
 
+TEST_F(ListState, RowsCountedFromZeroComeBack)
+{
+    const TableOps& apns = *Table("ApnConfigTable").ops;
+    std::vector<char> row(Table("ApnConfigTable").row_size);
+    ASSERT_EQ(apns.get(0, row.data()), 0);
+    strcpy(row.data() + FindColumn(*FindList("ApnConfigTable")->layout, "ApnName")->offset, "internet-one");
+    ASSERT_EQ(apns.set(0, row.data()), 0);
+    ASSERT_EQ(update_config(), 0);
+    LoadState();
+    std::vector<char> got(row.size());
+    ASSERT_EQ(apns.get(0, got.data()), 0);
+    EXPECT_EQ(got, row);
+    EXPECT_EQ(FindList("ApnConfigTable")->rows.Rows().size(), 4u);
+
+    Write("tables", "[ApnConfigTable]\nend\n");
+    for (int load = 0; load < 2; ++load)
+    {
+        LoadState();
+        EXPECT_EQ(FindList("ApnConfigTable")->rows.Rows().size(), 0u) << "emptied by hand";
+        AddUrl("a.example.net");
+        ASSERT_EQ(update_config(), 0);
+    }
+    EXPECT_EQ(Asides(), 0u);
+}
+
 TEST_F(ListState, AnEmptiedListDoesNotFillWithFactoryRowsAgain)
 {
     const TableOps& leases = *Table("DhcpStaticAddressTable").ops;

@@ -2,6 +2,7 @@
 #include "platform/host/lists.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstring>
@@ -10,6 +11,9 @@
 
 #include "dictionary/row_field.h"
 #include "platform/host/low_text.h"
+#include "platform/host/row_text.h"
+#include "platform/kob_platform.h"
+#include "platform/nvram.h"
 #include "tests/platform/host_state.h"
 #include "tests/process_setup.h"
 
@@ -21,6 +25,7 @@ namespace
 {
 using Lists = HostState;
 using Block = std::vector<char>;
+using namespace std::string_view_literals;
 
 std::map<std::string, std::vector<Block>> EverySingleRow()
 {
@@ -57,6 +62,12 @@ Block BlockOf(const TableDef& table, int32_t index, char fill)
     return row;
 }
 
+// The rows of APNs have the number of their APN less 1, those of other tables count from 1.
+int32_t BeforeFirst(const TableDef& table)
+{
+    return table.name == "ApnConfigTable"sv || table.name == "ApnStatusTable"sv ? -1 : 0;
+}
+
 // Whether the operation answers `result`, or is not there.
 template <typename Operation, typename... Arguments>
 bool Answers(Operation operation, int result, Arguments... arguments)
@@ -82,13 +93,14 @@ TEST_F(Lists, EveryTableWorksOnItsOwnListAlone)
         List* list = ListBehind(table);
         if (list == nullptr) continue;
         ++tables;
+        if (list->table == "ApnConfigTable"sv) continue;  // its list does not keep all of a row, see below
         SCOPED_TRACE(table.name);
         EXPECT_EQ(list->rows.RowSize(), table.row_size);
         EXPECT_EQ(Walk(table), EverySingleRow()[list->table]) << "next";
-        int32_t index = list->rows.Rows().empty() ? 0 : IndexOf(list->rows.Rows().front());
+        int32_t index = list->rows.Rows().empty() ? -1 : IndexOf(list->rows.Rows().front());
         const int added = table.ops->add == nullptr ? 0 : table.ops->add(&index);
         EXPECT_EQ(added, added == kTableFull && list->rows.Rows().size() == table.max_rows ? kTableFull : 0);
-        if (index == 0) continue;  // nothing in it, and nothing can be
+        if (index == -1) continue;  // nothing in it, and nothing can be
 
         auto others = EverySingleRow();
         const Block row = BlockOf(table, index, static_cast<char>('A' + tables % 26));
@@ -124,7 +136,7 @@ TEST_F(Lists, MaximumAndAbsentRowsOfEveryTable)
         }
         Block row(table.row_size, 'x');
         const Block before = row;
-        for (const int32_t absent : {0, -1, -2, 1000000, INT32_MAX, INT32_MIN})
+        for (const int32_t absent : {BeforeFirst(table), -1, -2, 1000000, INT32_MAX, INT32_MIN})
         {
             EXPECT_TRUE(Answers(table.ops->get, kIndexNotFound, absent, row.data()));
             EXPECT_TRUE(Answers(table.ops->set, kIndexNotFound, absent, row.data()));
@@ -134,6 +146,67 @@ TEST_F(Lists, MaximumAndAbsentRowsOfEveryTable)
         }
         EXPECT_EQ(row, before) << "the caller's block";
     }
+}
+
+TEST_F(Lists, RowsOfApnsHaveTheNumberOfTheirApnLessOne)
+{
+    for (const char* name : {"ApnConfigTable", "ApnStatusTable"})
+    {
+        const std::vector<Block> rows = Walk(Table(name));
+        ASSERT_EQ(rows.size(), 4u) << name;
+        for (int32_t i = 0; i < 4; ++i) EXPECT_EQ(RowIndex(rows[static_cast<size_t>(i)].data()), i) << name;
+    }
+}
+
+TEST_F(Lists, WhetherAnApnIsEnabledIsTheSameInItsRowAndInNvram)
+{
+    const TableDef& table = Table("ApnConfigTable");
+    const auto in_rows = [&]
+    {
+        std::string enabled;
+        Block row(table.row_size);
+        for (int32_t apn = 1; apn <= 4; ++apn)
+        {
+            EXPECT_EQ(table.ops->get(apn - 1, row.data()), 0);
+            EXPECT_EQ(row, Walk(table)[static_cast<size_t>(apn) - 1]) << "get and next";
+            enabled += Column(table, row, "ApnEnable") + " ";
+        }
+        return enabled;
+    };
+    EXPECT_EQ(in_rows(), "1 1 0 0 ");
+    ASSERT_EQ(nvram_set("apn3_enable", "1"), 0);
+    EXPECT_EQ(in_rows(), "1 1 1 0 ") << "what another process set";
+
+    Block row = Walk(table)[1];
+    const ColumnDef& enable = *FindColumn(*FindList("ApnConfigTable")->layout, "ApnEnable");
+    const ColumnDef& name = *FindColumn(*FindList("ApnConfigTable")->layout, "ApnName");
+    ASSERT_EQ(TableFieldFromString(row.data(), enable, "0"), 0);
+    ASSERT_EQ(TableFieldFromString(row.data(), name, "voice"), 0);
+    ASSERT_EQ(table.ops->set(1, row.data()), 0);
+    char value[8];
+    ASSERT_EQ(nv_get("apn2_enable", value, sizeof value), 0);
+    EXPECT_STREQ(value, "0");
+    EXPECT_EQ(in_rows(), "1 0 1 0 ");
+
+    ASSERT_EQ(update_config(), 0);
+    ASSERT_EQ(nvram_set("apn2_enable", "1"), 0);
+    LoadState();
+    EXPECT_EQ(in_rows(), "1 1 1 0 ") << "nvram is what counts after a restart too";
+    EXPECT_EQ(Column(table, Walk(table)[1], "ApnName"), "voice");
+}
+
+TEST_F(Lists, ARowWhoseNvramCannotBeWrittenIsNotSet)
+{
+    const TableDef& table = Table("ApnConfigTable");
+    const std::vector<Block> before = Walk(table);
+    Block row = before[0];
+    for (const auto& [column, text] : {std::pair("ApnEnable", "0"), std::pair("ApnName", "other")})
+        ASSERT_EQ(TableFieldFromString(row.data(), *FindColumn(*FindList("ApnConfigTable")->layout, column), text), 0);
+    const OutputCapture output;
+    ASSERT_EQ(mkdir(Path("nvram").c_str(), 0700), 0);
+    EXPECT_EQ(table.ops->set(0, row.data()), 17);
+    ASSERT_EQ(rmdir(Path("nvram").c_str()), 0);
+    EXPECT_EQ(Walk(table), before);
 }
 
 TEST_F(Lists, TwoNamesForOneList)
