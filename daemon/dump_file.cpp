@@ -29,6 +29,15 @@ int OpenPlainFile(const char* name)
     errno = EEXIST;
     return -1;
 }
+
+FILE* OpenStream(int file, const char* name)
+{
+    FILE* stream = fdopen(file, "w");
+    if (stream != nullptr) return stream;
+    close(file);
+    unlink(name);
+    return nullptr;
+}
 }  // namespace
 
 FILE* DumpFileOpen(char* name)
@@ -37,7 +46,7 @@ FILE* DumpFileOpen(char* name)
     {
         snprintf(name, kDumpFileName, "/tmp/kobd-%d", rand() % kDumpNumbers);
         const int file = OpenPlainFile(name);
-        if (file >= 0) return fdopen(file, "w");
+        if (file >= 0) return OpenStream(file, name);
         if (errno == ENOSPC || errno == EROFS || errno == EACCES) return nullptr;
     }
     return nullptr;

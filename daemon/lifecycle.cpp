@@ -1,7 +1,7 @@
 // Start-up and shutdown: what happens in which order, and how a signal ends the process.
 #include "daemon/lifecycle.h"
 
-#include <semaphore.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,16 +19,26 @@ int exit_flag = 0;
 
 namespace
 {
-constexpr int kWaitStepSeconds = 5;
+constexpr timespec kWaitStep = {5, 0};
+constexpr int kEndSignals[] = {SIGUSR1, SIGUSR2, SIGTERM, SIGQUIT, SIGINT, SIGBUS};
 
 volatile sig_atomic_t received_signal = 0;
-sem_t wake_main;  // posted by the signal handler; sem_post is safe there
+pthread_t main_thread;  // the one that takes the signals, from KobdSignalSetup on
+
+sigset_t EndSignals()
+{
+    sigset_t set;
+    sigemptyset(&set);
+    for (const int number : kEndSignals) sigaddset(&set, number);
+    return set;
+}
 }  // namespace
 
+// Runs where a thread of the platform does not block the signal.
 void sig_handler(int signal)
 {
     received_signal = signal;
-    sem_post(&wake_main);
+    if (!pthread_equal(pthread_self(), main_thread)) pthread_kill(main_thread, signal);  // ends its wait
 }
 
 namespace kobd
@@ -90,13 +100,18 @@ void RaiseMessageLimits()
     RunShell("sysctl -w kernel.msgmnb=16384");
 }
 
+// The main thread blocks the signals and takes them where it waits. Blocked ones are kept while the
+// C library's system() ignores SIGINT and SIGQUIT for the whole process, which it does as long as a
+// cellular list is being saved.
 void KobdSignalSetup()
 {
-    sem_init(&wake_main, 0, 0);
+    main_thread = pthread_self();
+    const sigset_t taken = EndSignals();
+    pthread_sigmask(SIG_BLOCK, &taken, nullptr);
     struct sigaction action = {};
     action.sa_handler = sig_handler;
     sigemptyset(&action.sa_mask);
-    for (const int number : {SIGUSR1, SIGUSR2, SIGTERM, SIGQUIT, SIGINT, SIGBUS}) sigaction(number, &action, nullptr);
+    for (const int number : kEndSignals) sigaction(number, &action, nullptr);
     signal(SIGPIPE, SIG_IGN);
     signal(SIGHUP, SIG_IGN);
 }
@@ -121,12 +136,11 @@ void KobdExit()
 
 void WaitForExit()
 {
+    const sigset_t taken = EndSignals();
     while (exit_flag == 0 && received_signal == 0)
     {
-        timespec until{};
-        clock_gettime(CLOCK_REALTIME, &until);
-        until.tv_sec += kWaitStepSeconds;
-        sem_timedwait(&wake_main, &until);
+        const int number = sigtimedwait(&taken, nullptr, &kWaitStep);
+        if (number > 0) received_signal = number;
     }
     if (received_signal != 0) LogSignal(received_signal);
     exit_flag = 1;

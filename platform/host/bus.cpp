@@ -37,7 +37,7 @@ struct Bus
 {
     const MsgHandler* handlers = nullptr;
     uint32_t module = 0;
-    int queue = -1;
+    std::atomic<int> queue = -1;  // the receive thread makes a new one when somebody removed it
     int claim = -1;
     std::atomic<bool> stopping = false;
     pthread_t receiver{};
@@ -204,6 +204,7 @@ void MessageDestroy()
     sem_post(&bus.stop_reclaimer);
     pthread_join(bus.receiver, nullptr);
     pthread_join(bus.reclaimer, nullptr);
+    msgctl(bus.queue, IPC_RMID, nullptr);  // one that the receive thread made in the meantime
     ReleaseModule(bus.claim);
     bus.claim = -1;
     bus.queue = -1;

@@ -288,5 +288,24 @@ TEST_P(CellularSystem, ASlowUciOnlyTakesLonger)
     EXPECT_EQ(Value(2), "slow");
     EXPECT_EQ(Value(1), "v1");
 }
+
+// The C library's system() has the whole process ignore an interrupt while a command runs.
+TEST_P(CellularSystem, AnInterruptDuringASaveEndsTheDaemon)
+{
+    PutScriptOnPath("sleep 0.05\n" + ExecUci());
+    Start();
+    const pid_t daemon = daemon_.Process();
+    std::thread sender(
+        [daemon]
+        {
+            usleep(250000);  // in the middle of the commands
+            kill(daemon, SIGINT);
+        });
+    EXPECT_EQ(Set(1, "kept"), 0) << "the request in hand is finished";
+    sender.join();
+    const auto logged = [] { return ReadFile("/tmp/kobd.log").find("recv signal:2\n") != std::string::npos; };
+    for (int i = 0; i < 30 && !logged(); ++i) usleep(100000);
+    EXPECT_TRUE(logged());
+}
 }  // namespace
 }  // namespace kobd::test
