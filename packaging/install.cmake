@@ -76,7 +76,6 @@ install(PROGRAMS ${KOBD_MADE}/kobd.init DESTINATION ${KOBD_INIT_FOLDER} RENAME k
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kobd)
 set(CPACK_PACKAGE_CONTACT "kobd maintainers <root@localhost>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Configuration and status daemon of an LTE/5G router")
 set(CPACK_SET_DESTDIR ON)  # the init script has an absolute place
 set(CPACK_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
@@ -90,6 +89,7 @@ set(CPACK_DEBIAN_RUNTIME_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS procps)  # sysctl, for the kernel's message limits
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "bash-completion, man-db")
+# Each its own first line: without a summary for all, the description is taken as it is.
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "Configuration and status daemon of an LTE/5G router\n\
 Serves named objects and tables over a message bus and keeps them in readable\nfiles; with kobctl, its command line.")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
