@@ -43,11 +43,13 @@ kobd/lib/upgrade/keep.d/kobd"
 library="libkobd-client/usr/lib/libkobd_bus.so
 libkobd-client/usr/lib/libkobd_client.so.0
 libkobd-client/usr/lib/libkobd_client.so.0.1.0"
-contents "" "kobctl/usr/bin/kobctl
+for with_host in "" "message;nvram;kobd_host;kobd_bus"; do
+    contents "$with_host" "kobctl/usr/bin/kobctl
 $daemon
 kobd/usr/lib/libkobd_host.so
 kobd/usr/sbin/kobd
 $library"
+done
 contents "message;nvram" "kobctl/usr/bin/kobctl
 $daemon
 kobd/usr/sbin/kobd
