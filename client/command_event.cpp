@@ -1,13 +1,10 @@
 // kobctl event NAME [TEXT]: sends the daemon a network event, as the router's other modules do.
-#include <cstdio>
-#include <cstring>
 #include <string>
-#include <string_view>
 
 #include "client/commands.h"
 #include "client/events.h"
+#include "client/library/kobd_client.h"
 #include "daemon/result.h"
-#include "platform/bus_client.h"
 
 namespace kobd::client
 {
@@ -23,19 +20,14 @@ int CommandEvent(const Options& options, const Words& words)
     }
     // The daemon reads the text to its zero byte.
     const size_t length = words.size() > 1 ? words[1].size() + 1 : 0;
-    if (length > kPayloadMax)
-        return Fail(options, kBufferLimit, "this text does not fit one message of 8192 bytes; nothing was sent");
-    alignas(MessageHeader) static char bytes[kMessageMax];
-    auto* message = reinterpret_cast<MessageHeader*>(bytes);
-    message->destination = kModuleKobd;
-    message->message_class = kClassEvent;
-    message->id = event->id;
-    message->length = static_cast<uint16_t>(length);
-    if (length > 0) memcpy(message + 1, words[1].c_str(), length);
-    BusClient client;
-    int code = BusClientOpen(&client);
-    if (code == 0) code = BusClientSend(&client, message, options.timeout_ms);
-    BusClientClose(&client);
-    return code == 0 ? 0 : FailRequest(options, code, true, event->name);
+    kobd_client* client = nullptr;
+    int code = kobd_client_open(&client);
+    if (code != KOBD_SUCCESS) return FailRequest(options, code, true, event->name);
+    kobd_client_set_timeout(client, options.timeout_ms);
+    code = kobd_send_event(client, KOBD_MODULE_DAEMON, event->id, length != 0 ? words[1].c_str() : nullptr, length);
+    kobd_client_close(client);
+    if (code == KOBD_BUFFER_LIMIT)
+        return Fail(options, code, "this text does not fit one message of 8192 bytes; nothing was sent");
+    return code == KOBD_SUCCESS ? 0 : FailRequest(options, code, true, event->name);
 }
 }  // namespace kobd::client

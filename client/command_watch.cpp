@@ -10,9 +10,7 @@
 
 #include "client/commands.h"
 #include "client/events.h"
-#include "client/request.h"
-#include "daemon/result.h"
-#include "daemon/tlv.h"
+#include "client/library/kobd_client.h"
 
 namespace kobd::client
 {
@@ -20,7 +18,7 @@ namespace
 {
 constexpr long kLookNs = 10000000;  // between looks at queues that were empty
 
-constexpr std::array<uint32_t, 3> kModules = {kModuleNotify, kModuleServices, kModuleForward};
+constexpr std::array<uint32_t, 3> kModules = {KOBD_MODULE_NOTIFY, KOBD_MODULE_SERVICES, KOBD_MODULE_FORWARD};
 
 volatile sig_atomic_t stop = 0;
 
@@ -34,7 +32,7 @@ std::string ModuleText(uint32_t module)
 const char* Meaning(uint32_t module, uint16_t id)
 {
     if (const EventEntry* event = FindEvent(id)) return event->name;
-    if (module == kModuleServices) return id == 799 ? "connection changed" : "event";
+    if (module == KOBD_MODULE_SERVICES) return id == 799 ? "connection changed" : "event";
     switch (id)
     {
         case 2: return "object changed";
@@ -56,53 +54,54 @@ std::string OnTerminal(std::string text)
 }
 
 // The payload of a network event that was passed on: a text without items.
-std::string DescribeText(const MessageHeader* message, bool json)
+std::string DescribeText(kobd_bytes payload, bool json)
 {
-    std::string text(reinterpret_cast<const char*>(message + 1), message->length);
+    std::string text(static_cast<const char*>(payload.next), payload.left);
     text.resize(strnlen(text.c_str(), text.size()));
     if (text.empty()) return "";
     return json ? ",\"text\":" + JsonString(text) : " text=" + OnTerminal(text);
 }
 
 // The items of a message in words, or as the members of a JSON object.
-std::string Describe(const MessageHeader* message, bool json)
+std::string Describe(uint16_t id, kobd_bytes payload, bool json)
 {
     static const char* const kWords[] = {"result", "object", "value", "table", "index", "column", "parent"};
     std::string out;
-    if (FindEvent(message->id) != nullptr) return DescribeText(message, json);
-    TlvReader reader({reinterpret_cast<const char*>(message + 1), message->length});
-    while (const auto item = reader.Next())
+    if (FindEvent(id) != nullptr) return DescribeText(payload, json);
+    kobd_item item{};
+    int more = 0;
+    while ((more = kobd_bytes_next(&payload, &item)) == 1)
     {
-        const std::string word = item->tag < std::size(kWords) ? kWords[item->tag] : "tag" + std::to_string(item->tag);
-        const bool number = item->tag == kTagResult || item->tag == kTagRowIndex;
-        const std::string text =
-            number ? std::to_string(item->Int().value_or(-1)) : std::string(item->Text().value_or("?"));
+        const std::string word = item.tag < std::size(kWords) ? kWords[item.tag] : "tag" + std::to_string(item.tag);
+        const bool number = item.tag == KOBD_TAG_RESULT || item.tag == KOBD_TAG_ROW_INDEX;
+        const std::string text = number ? std::to_string(item.length == sizeof item.number ? item.number : -1)
+                                        : std::string(item.text != nullptr ? item.text : "?");
         if (json)
             out += "," + JsonString(word) + ":" + (number ? text : JsonString(text));
         else
             out += " " + word + "=" + OnTerminal(text);
     }
-    return out + (reader.Broken() && !json ? " (cut)" : "");
+    return out + (more < 0 && !json ? " (cut)" : "");
 }
 
-void Print(const Options& options, uint32_t module, const MessageHeader* message)
+void Print(const Options& options, uint32_t module, uint16_t id, kobd_bytes payload)
 {
     char stamp[32];
     const time_t now = time(nullptr);
     tm local{};
     localtime_r(&now, &local);
     strftime(stamp, sizeof stamp, "%H:%M:%S", &local);
-    const std::string items = Describe(message, options.json);
-    const char* meaning = Meaning(module, message->id);
+    const std::string items = Describe(id, payload, options.json);
+    const char* meaning = Meaning(module, id);
     if (options.json)
         printf("{\"time\":\"%s\",\"module\":\"%s\",\"id\":%d,\"event\":\"%s\"%s}\n", stamp, ModuleText(module).c_str(),
-               message->id, meaning, items.c_str());
+               id, meaning, items.c_str());
     else
-        printf("%s %s %s (id %d)%s\n", stamp, ModuleText(module).c_str(), meaning, message->id, items.c_str());
+        printf("%s %s %s (id %d)%s\n", stamp, ModuleText(module).c_str(), meaning, id, items.c_str());
     fflush(stdout);
 }
 
-using Modules = std::array<BusClient, kModules.size()>;
+using Modules = std::array<kobd_watch*, kModules.size()>;  // nullptr: not joined
 
 // Joins the modules that are free and says which are not. How many were joined.
 int Join(Modules* modules)
@@ -110,7 +109,7 @@ int Join(Modules* modules)
     int joined = 0;
     for (size_t i = 0; i < kModules.size(); ++i)
     {
-        if (BusClientJoin(&(*modules)[i], kModules[i]) == 0)
+        if (kobd_watch_open(&(*modules)[i], kModules[i]) == KOBD_SUCCESS)
             ++joined;
         else
             fprintf(stderr, "kobctl: not watching module %s, another program has it\n",
@@ -120,22 +119,21 @@ int Join(Modules* modules)
 }
 
 // Prints what has arrived, a message a module, `left` at most. How many; -1 when a queue was removed.
-int PrintArrived(const Options& options, Modules* modules, int left)
+int PrintArrived(const Options& options, const Modules& modules, int left)
 {
-    alignas(MessageHeader) static char bytes[kMessageMax];
-    auto* message = reinterpret_cast<MessageHeader*>(bytes);
     int printed = 0;
-    for (BusClient& module : *modules)
+    for (size_t i = 0; i < modules.size(); ++i)
     {
-        if (module.module == 0 || printed == left) continue;
-        const int code = BusClientReceive(&module, message, 0);
-        if (code == kReplyTimeout) continue;
-        if (code != 0)
+        if (modules[i] == nullptr || printed == left) continue;
+        uint16_t id = 0;
+        const int code = kobd_watch_next(modules[i], 0, &id);
+        if (code == KOBD_TIMEOUT) continue;
+        if (code != KOBD_SUCCESS)
         {
-            Fail(options, code, "the queue of module " + ModuleText(module.module) + " was removed");
+            Fail(options, code, "the queue of module " + ModuleText(kModules[i]) + " was removed");
             return -1;
         }
-        Print(options, module.module, message);
+        Print(options, kModules[i], id, kobd_watch_payload(modules[i]));
         ++printed;
     }
     return printed;
@@ -146,18 +144,18 @@ int CommandWatch(const Options& options, const Words&)
 {
     signal(SIGINT, [](int) { stop = 1; });
     signal(SIGTERM, [](int) { stop = 1; });
-    Modules modules;
+    Modules modules{};
     if (Join(&modules) == 0)
-        return Fail(options, kInitializeFailed, "other programs have all modules that the daemon sends to");
+        return Fail(options, KOBD_INITIALIZE_FAILED, "other programs have all modules that the daemon sends to");
     int printed = 0;
     for (int seen = 0; printed >= 0 && stop == 0 && !ferror(stdout); seen += printed)
     {
         if (options.count != 0 && seen >= options.count) break;
-        printed = PrintArrived(options, &modules, options.count == 0 ? INT_MAX : options.count - seen);
+        printed = PrintArrived(options, modules, options.count == 0 ? INT_MAX : options.count - seen);
         const timespec pause = {0, kLookNs};
         if (printed == 0) nanosleep(&pause, nullptr);
     }
-    for (BusClient& module : modules) BusClientClose(&module);
+    for (kobd_watch* module : modules) kobd_watch_close(module);
     return printed < 0 ? 1 : 0;
 }
 }  // namespace kobd::client

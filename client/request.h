@@ -1,4 +1,4 @@
-// Requests to the daemon and their decoded replies.
+// Requests to the daemon and their decoded replies, over the client library.
 #pragma once
 
 #include <cstdint>
@@ -8,25 +8,25 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/bus_client.h"
+#include "client/library/kobd_client.h"
 
 namespace kobd::client
 {
 enum RequestId : uint16_t
 {
-    kRequestSet = 1,
-    kRequestGet = 2,
-    kRequestSetSilent = 3,
-    kRequestUpdate = 4,
-    kRequestTableMaxRow = 5,
-    kRequestTableAdd = 7,
-    kRequestTableDel = 8,
-    kRequestTableGet = 9,
-    kRequestTableSet = 10,
-    kRequestTableSetSilent = 11,
-    kRequestTableDump = 12,
-    kRequestShow = 13,
-    kRequestSubTableAdd = 15,
+    kRequestSet = KOBD_SET,
+    kRequestGet = KOBD_GET,
+    kRequestSetSilent = KOBD_SET_SILENT,
+    kRequestUpdate = KOBD_UPDATE,
+    kRequestTableMaxRow = KOBD_TABLE_MAX_ROW,
+    kRequestTableAdd = KOBD_TABLE_ADD,
+    kRequestTableDel = KOBD_TABLE_DEL,
+    kRequestTableGet = KOBD_TABLE_GET,
+    kRequestTableSet = KOBD_TABLE_SET,
+    kRequestTableSetSilent = KOBD_TABLE_SET_SILENT,
+    kRequestTableDump = KOBD_TABLE_DUMP,
+    kRequestShow = KOBD_SHOW,
+    kRequestSubTableAdd = KOBD_SUB_TABLE_ADD,
 };
 
 // One item of a request or of what came back. A request writes the number where there is one. An
@@ -51,7 +51,7 @@ std::optional<Items> ReadItems(std::span<const char> bytes);
 
 struct Response
 {
-    int code = 0;            // result of the daemon, or of the bus when `from_bus`
+    int code = 0;            // result of the daemon, or of the library when `from_bus`
     bool from_bus = false;   // no reply arrived
     bool too_large = false;  // the request does not fit one message; nothing was sent
     Items items = {};        // what follows the result

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 
@@ -23,20 +24,10 @@ struct Message
     alignas(MessageHeader) std::array<char, kMessageMax> bytes{};
 
     MessageHeader* Header() { return reinterpret_cast<MessageHeader*>(bytes.data()); }
-    std::span<char> Room() { return std::span(bytes).subspan(sizeof(MessageHeader)); }
-    std::span<const char> Payload() { return Room().first(Header()->length); }
+    const MessageHeader* Header() const { return reinterpret_cast<const MessageHeader*>(bytes.data()); }
+    char* Room() { return bytes.data() + sizeof(MessageHeader); }
+    kobd_bytes Payload() const { return {bytes.data() + sizeof(MessageHeader), Header()->length}; }
 };
-
-// The next item as the C face shows it; false at the end and at items that run past the payload.
-bool ReadItem(TlvReader& reader, kobd_item* out)
-{
-    const auto item = reader.Next();
-    if (!item) return false;
-    const auto text = item->Text();
-    *out = {item->tag, static_cast<uint16_t>(item->value.size()), item->value.data(), text ? text->data() : nullptr,
-            item->Int().value_or(0)};
-    return true;
-}
 
 void Address(MessageHeader* header, uint32_t module, MessageClass message_class, uint16_t id, size_t length)
 {
@@ -46,12 +37,45 @@ void Address(MessageHeader* header, uint32_t module, MessageClass message_class,
     header->id = id;
     header->length = static_cast<uint16_t>(length);
 }
+
+// Whether the payload is a result and sound items after it, so that nobody who reads on meets a
+// broken one.
+bool IsReply(kobd_bytes payload, kobd_item* result)
+{
+    if (kobd_bytes_next(&payload, result) != 1 || result->tag != kTagResult || result->length != sizeof(int32_t))
+        return false;
+    kobd_item item{};
+    int more = 0;
+    while ((more = kobd_bytes_next(&payload, &item)) == 1)
+        if (item.text == nullptr && item.length != sizeof(int32_t)) return false;
+    return more == 0;
+}
 }  // namespace
 
 struct kobd_items
 {
-    std::array<char, kPayloadMax> bytes;
-    TlvWriter writer{bytes};
+    char* bytes = nullptr;  // from malloc
+    size_t used = 0;
+    size_t size = 0;
+
+    kobd_items() = default;
+    kobd_items(const kobd_items&) = delete;
+    kobd_items& operator=(const kobd_items&) = delete;
+    ~kobd_items() { free(bytes); }
+
+    // Makes room for `more` bytes behind the used ones; false without memory.
+    bool Grow(size_t more)
+    {
+        if (size - used >= more) return true;
+        const size_t wanted = std::max(2 * size, used + more);
+        auto* grown = static_cast<char*>(realloc(bytes, wanted));
+        if (grown == nullptr) return false;
+        bytes = grown;
+        size = wanted;
+        return true;
+    }
+
+    std::span<char> Room() { return {bytes + used, size - used}; }
 };
 
 struct kobd_client
@@ -61,14 +85,14 @@ struct kobd_client
     bool answered = false;
     Message request;
     Message reply;
-    TlvReader reader{{}};
+    kobd_bytes left = {};  // of the reply
 };
 
 struct kobd_watch
 {
     BusClient bus;
     Message message;
-    TlvReader reader{{}};
+    kobd_bytes left = {};  // of the message
     std::atomic<bool> stopped = false;
 };
 
@@ -80,12 +104,40 @@ void kobd_items_free(kobd_items* items) { delete items; }
 
 int kobd_items_add_text(kobd_items* items, uint16_t tag, const char* text)
 {
-    return items->writer.Text(tag, text) ? kSuccess : kBufferLimit;
+    const std::string_view value = text;
+    if (!items->Grow(kItemHeader + value.size() + 1)) return kMallocFailed;
+    TlvWriter writer(items->Room());
+    if (!writer.Text(tag, value)) return kBufferLimit;
+    items->used += writer.Size();
+    return kSuccess;
 }
 
 int kobd_items_add_number(kobd_items* items, uint16_t tag, int32_t number)
 {
-    return items->writer.Int(tag, number) ? kSuccess : kBufferLimit;
+    if (!items->Grow(kIntItem)) return kMallocFailed;
+    TlvWriter writer(items->Room());
+    if (!writer.Int(tag, number)) return kBufferLimit;
+    items->used += writer.Size();
+    return kSuccess;
+}
+
+const void* kobd_items_bytes(const kobd_items* items, size_t* size)
+{
+    *size = items->used;
+    return items->bytes;
+}
+
+int kobd_bytes_next(kobd_bytes* bytes, kobd_item* out)
+{
+    TlvReader reader({static_cast<const char*>(bytes->next), bytes->left});
+    const auto item = reader.Next();
+    if (!item) return reader.Broken() ? -1 : 0;
+    const auto text = item->Text();
+    *out = {item->tag, static_cast<uint16_t>(item->value.size()), item->value.data(), text ? text->data() : nullptr,
+            item->Int().value_or(0)};
+    bytes->next = item->value.data() + item->value.size();
+    bytes->left -= kItemHeader + item->value.size();
+    return 1;
 }
 
 int kobd_client_open(kobd_client** client)
@@ -110,29 +162,31 @@ void kobd_client_set_timeout(kobd_client* client, int milliseconds) { client->ti
 
 int kobd_call(kobd_client* client, enum kobd_request request, const kobd_items* items)
 {
-    const size_t length = items != nullptr ? items->writer.Size() : 0;
-    if (length != 0) memcpy(client->request.Room().data(), items->bytes.data(), length);
-    Address(client->request.Header(), kModuleKobd, kClassRequest, static_cast<uint16_t>(request), length);
-    client->reader = TlvReader({});
-    const int code = BusClientCall(&client->bus, client->request.Header(), client->reply.Header(), client->timeout_ms);
-    client->answered = code == kSuccess;
-    if (code != kSuccess) return code;
-    kobd_reply_rewind(client);
-    TlvReader first(client->reply.Payload());
-    const auto result = first.Next();
-    if (result && result->tag == kTagResult && result->Int()) return *result->Int();
+    const size_t length = items != nullptr ? items->used : 0;
+    client->left = {};
     client->answered = false;
-    return kInvalidArgument;
+    if (length > kPayloadMax) return kBufferLimit;
+    if (length != 0) memcpy(client->request.Room(), items->bytes, length);
+    Address(client->request.Header(), kModuleKobd, kClassRequest, static_cast<uint16_t>(request), length);
+    const int code = BusClientCall(&client->bus, client->request.Header(), client->reply.Header(), client->timeout_ms);
+    if (code != kSuccess) return code;
+    kobd_item result{};
+    if (!IsReply(client->reply.Payload(), &result)) return kSystemError;
+    client->answered = true;
+    kobd_reply_rewind(client);
+    return result.number;
 }
 
 int kobd_answered(const kobd_client* client) { return client->answered ? 1 : 0; }
 
-int kobd_reply_next(kobd_client* client, kobd_item* item) { return ReadItem(client->reader, item) ? 1 : 0; }
+int kobd_reply_next(kobd_client* client, kobd_item* item) { return kobd_bytes_next(&client->left, item); }
 
 void kobd_reply_rewind(kobd_client* client)
 {
-    client->reader = TlvReader(client->reply.Payload());
-    client->reader.Next();  // the result, which kobd_call has returned
+    if (!client->answered) return;
+    kobd_item result{};
+    client->left = client->reply.Payload();
+    kobd_bytes_next(&client->left, &result);  // kobd_call has returned it
 }
 
 int kobd_get(kobd_client* client, const char* name, char* value, size_t size)
@@ -166,7 +220,7 @@ int kobd_set(kobd_client* client, const char* const* names, const char* const* v
 int kobd_send_event(kobd_client* client, uint32_t module, uint16_t id, const void* payload, size_t length)
 {
     if (length > kPayloadMax) return kBufferLimit;
-    if (length != 0) memcpy(client->request.Room().data(), payload, length);
+    if (length != 0) memcpy(client->request.Room(), payload, length);
     Address(client->request.Header(), module, kClassEvent, id, length);
     return BusClientSend(&client->bus, client->request.Header(), client->timeout_ms);
 }
@@ -198,13 +252,15 @@ int kobd_watch_next(kobd_watch* watch, int milliseconds, uint16_t* id)
                                           endless ? kStopLookMs : std::clamp(left, 0, kStopLookMs));
         if (code == kReplyTimeout && (endless || left > kStopLookMs)) continue;
         if (code != kSuccess) return code;
-        watch->reader = TlvReader(watch->message.Payload());
+        watch->left = watch->message.Payload();
         *id = watch->message.Header()->id;
         return kSuccess;
     }
     return kNotRunning;
 }
 
-int kobd_watch_item(kobd_watch* watch, kobd_item* item) { return ReadItem(watch->reader, item) ? 1 : 0; }
+int kobd_watch_item(kobd_watch* watch, kobd_item* item) { return kobd_bytes_next(&watch->left, item) == 1 ? 1 : 0; }
+
+kobd_bytes kobd_watch_payload(const kobd_watch* watch) { return watch->message.Payload(); }
 
 void kobd_watch_stop(kobd_watch* watch) { watch->stopped = true; }

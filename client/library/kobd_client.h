@@ -26,15 +26,17 @@ extern "C" {
 /* Result codes that the library itself gives; others come from the daemon. */
 #define KOBD_SUCCESS 0
 #define KOBD_NOT_FOUND 1          /* there is no such object or table */
-#define KOBD_INVALID 2            /* refused, or a message that is none */
+#define KOBD_INVALID 2            /* refused */
 #define KOBD_NOT_RUNNING 3        /* nobody has the daemon's module */
+#define KOBD_SYSTEM_ERROR 4       /* the reply is none: no result, or items that cannot be read */
 #define KOBD_SEND_FAILED 5        /* the daemon's queue stayed full until the deadline */
 #define KOBD_NO_MEMORY 7
 #define KOBD_TIMEOUT 8            /* no reply, or nothing to see, before the deadline */
 #define KOBD_INITIALIZE_FAILED 9  /* no queue of our own, or the module is taken */
 #define KOBD_BUFFER_LIMIT 11      /* the request, the reply or the caller's buffer is too small */
 
-#define KOBD_VALUE_MAX 2048 /* bytes of the longest object value with its zero byte */
+#define KOBD_VALUE_MAX 2048   /* bytes of the longest object value with its zero byte */
+#define KOBD_PAYLOAD_MAX 8148 /* bytes of the largest payload: a message of 8192 less its header of 44 */
 
 /* The text of a result code; never NULL. */
 const char* kobd_result_text(int code);
@@ -59,12 +61,27 @@ typedef struct kobd_item {
     int32_t number;    /* the value as integer, 0 when its length is not 4 */
 } kobd_item;
 
-/* A payload under construction. add functions: 0, or 11 when it would no longer fit one message. */
+/* Items one after the other: the payload of a request, or what a change file holds. add functions:
+ * 0; 7 without memory; 11 when the text is longer than an item can be (65534 bytes). A request is
+ * limited to KOBD_PAYLOAD_MAX bytes, a file is not. */
 typedef struct kobd_items kobd_items;
 kobd_items* kobd_items_new(void); /* NULL without memory; free with kobd_items_free */
 void kobd_items_free(kobd_items* items);
 int kobd_items_add_text(kobd_items* items, uint16_t tag, const char* text);
 int kobd_items_add_number(kobd_items* items, uint16_t tag, int32_t number);
+
+/* The bytes of the items, size of them; valid until the next add or free. */
+const void* kobd_items_bytes(const kobd_items* items, size_t* size);
+
+/* Bytes that hold items, as a dump file does or a message to a watch; set both fields to begin. */
+typedef struct kobd_bytes {
+    const void* next;
+    size_t left;
+} kobd_bytes;
+
+/* 1 and the next item; 0 at the end; -1 at an item that runs past the end, and again from then on.
+ * The item points into the bytes. */
+int kobd_bytes_next(kobd_bytes* bytes, kobd_item* item);
 
 /* -- requests --------------------------------------------------------------------------------- */
 
@@ -93,11 +110,12 @@ void kobd_client_close(kobd_client* client);
 void kobd_client_set_timeout(kobd_client* client, int milliseconds);
 
 /* One request and its reply. items may be NULL. Returns 0 when the daemon answered with result 0;
- * otherwise the daemon's result, or 3, 5 or 8 when there was no answer. The items of the reply,
- * result item left out, stay readable until the next call on this client. */
+ * otherwise the daemon's result, or without an answer 3, 4, 5 or 8, or 11 when the items do not fit
+ * one message and nothing was sent. The items of the reply, result item left out, stay readable
+ * until the next call on this client. */
 int kobd_call(kobd_client* client, enum kobd_request request, const kobd_items* items);
 
-/* 1 when the last call was answered, whatever the result; 0 when its code came from the bus. */
+/* 1 when the last call was answered, whatever the result; 0 when its code came from the library. */
 int kobd_answered(const kobd_client* client);
 
 /* Items of the last reply: 1 and the next one, 0 at the end. kobd_reply_rewind begins again. */
@@ -113,6 +131,7 @@ int kobd_set(kobd_client* client, const char* const* names, const char* const* v
 
 /* -- watching --------------------------------------------------------------------------------- */
 
+#define KOBD_MODULE_DAEMON 0x5A510001u   /* kobd itself */
 #define KOBD_MODULE_NOTIFY 0x5A510003u   /* is told of changes */
 #define KOBD_MODULE_SERVICES 0x5A510006u /* is told of connection events */
 #define KOBD_MODULE_FORWARD 0x5A510009u  /* gets forwarded events */
@@ -130,10 +149,14 @@ int kobd_watch_next(kobd_watch* watch, int milliseconds, uint16_t* id);
 /* Items of the message that the last kobd_watch_next gave: 1 and the next one, 0 at the end. */
 int kobd_watch_item(kobd_watch* watch, kobd_item* item);
 
+/* The whole payload of that message, for events whose payload is a text without items. */
+kobd_bytes kobd_watch_payload(const kobd_watch* watch);
+
 /* Ends a kobd_watch_next in progress and all later ones; from any thread or signal handler. */
 void kobd_watch_stop(kobd_watch* watch);
 
-/* Sends an event of class 3 with a text payload of length bytes to module. */
+/* Sends an event (class 3) with a payload of length bytes to module; nobody answers it. 0; 3 nobody
+ * has the module; 5 its queue stayed full; 11 the payload is longer than KOBD_PAYLOAD_MAX. */
 int kobd_send_event(kobd_client* client, uint32_t module, uint16_t id, const void* payload, size_t length);
 
 #ifdef __cplusplus

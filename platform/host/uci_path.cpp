@@ -44,9 +44,10 @@ void ProvideUci()
     const std::string path = inherited != nullptr ? inherited : std::string(kUsualPath);
     if (OnPath(path)) return;
     const std::string beside = ProgramFolder();
-    for (const std::string& folder : {beside, std::string(KOBD_UCI_FOLDER)})
+    if (beside.empty()) return;
+    for (const std::string& folder : {beside, beside + "/" KOBD_UCI_FOLDER})
     {
-        if (folder.empty() || !HasUci(folder)) continue;
+        if (!HasUci(folder)) continue;
         setenv("PATH", (path + ":" + folder).c_str(), 1);
         return;
     }

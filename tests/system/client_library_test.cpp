@@ -76,7 +76,42 @@ TEST_F(ClientLibrary, DecodesRepliesOfSeveralItems)
         EXPECT_EQ(texts, "1:webLanguage 2:en 1:IMEI 2:001010123456780 ") << "a rewound reply reads the same";
         kobd_reply_rewind(client_);
     }
-    EXPECT_EQ(kobd_items_add_text(items, KOBD_TAG_VALUE, std::string(9000, 'a').c_str()), KOBD_BUFFER_LIMIT);
+    ASSERT_EQ(kobd_items_add_text(items, KOBD_TAG_VALUE, std::string(9000, 'a').c_str()), KOBD_SUCCESS);
+    EXPECT_EQ(kobd_call(client_, KOBD_GET, items), KOBD_BUFFER_LIMIT) << "more than one message holds";
+    EXPECT_EQ(kobd_answered(client_), 0);
+    kobd_item item{};
+    EXPECT_EQ(kobd_reply_next(client_, &item), 0) << "the reply to another call is gone";
+    kobd_items_free(items);
+}
+
+TEST(ClientLibraryItems, AreWrittenAndReadAsBytes)
+{
+    kobd_items* items = kobd_items_new();
+    ASSERT_NE(items, nullptr);
+    EXPECT_EQ(kobd_items_add_text(items, KOBD_TAG_VALUE, std::string(65535, 'a').c_str()), KOBD_BUFFER_LIMIT);
+    size_t size = 1;
+    kobd_items_bytes(items, &size);
+    EXPECT_EQ(size, 0u) << "what does not fit leaves nothing behind";
+    EXPECT_EQ(kobd_items_add_number(items, KOBD_TAG_ROW_INDEX, -7), KOBD_SUCCESS);
+    EXPECT_EQ(kobd_items_add_text(items, KOBD_TAG_VALUE, std::string(65534, 'a').c_str()), KOBD_SUCCESS);
+    const void* bytes = kobd_items_bytes(items, &size);
+    ASSERT_EQ(size, 8u + 4 + 65535);
+
+    kobd_item item{};
+    kobd_bytes whole = {bytes, size};
+    ASSERT_EQ(kobd_bytes_next(&whole, &item), 1);
+    EXPECT_EQ(item.tag, KOBD_TAG_ROW_INDEX);
+    EXPECT_EQ(item.number, -7);
+    EXPECT_EQ(item.text, nullptr) << "no zero byte ends it";
+    ASSERT_EQ(kobd_bytes_next(&whole, &item), 1);
+    EXPECT_EQ(strlen(item.text), 65534u);
+    EXPECT_EQ(kobd_bytes_next(&whole, &item), 0);
+    for (const size_t cut : {1u, 3u, 7u})
+    {
+        kobd_bytes part = {bytes, cut};
+        EXPECT_EQ(kobd_bytes_next(&part, &item), -1) << cut;
+        EXPECT_EQ(kobd_bytes_next(&part, &item), -1) << "and stays there";
+    }
     kobd_items_free(items);
 }
 

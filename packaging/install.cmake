@@ -1,0 +1,104 @@
+# What `cmake --install` and the Debian package put where. Included by the top folder's CMakeLists.
+# Nothing installed knows an absolute folder of its own but the service files, so a tree can be moved.
+include(CMakePackageConfigHelpers)
+set(KOBD_PACKAGING ${CMAKE_SOURCE_DIR}/packaging)
+set(KOBD_MADE ${CMAKE_BINARY_DIR}/packaging)
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME runtime)
+
+# Programs find the libraries from where they stand, and the libraries each other.
+file(RELATIVE_PATH KOBD_LIBRARIES_FROM_PROGRAMS /p/${CMAKE_INSTALL_SBINDIR} /p/${CMAKE_INSTALL_LIBDIR})
+set_target_properties(kobd kobctl PROPERTIES INSTALL_RPATH "$ORIGIN/${KOBD_LIBRARIES_FROM_PROGRAMS}")
+set_target_properties(kobd_bus kobd_host kobd_client PROPERTIES INSTALL_RPATH "$ORIGIN")
+install(TARGETS kobd RUNTIME DESTINATION ${CMAKE_INSTALL_SBINDIR})
+install(TARGETS kobctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS uci RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/kobd)
+if(KOBD_STATIC)
+  # A static client library is nothing without the archives below it.
+  install(TARGETS kobd_client kobd_bus kobd_tlv EXPORT kobd_client ARCHIVE COMPONENT development)
+else()
+  install(TARGETS kobd_client kobd_bus EXPORT kobd_client LIBRARY NAMELINK_COMPONENT development)
+  install(TARGETS kobd_host LIBRARY)
+endif()
+
+# -- for those who write a client
+install(FILES client/library/kobd_client.h TYPE INCLUDE COMPONENT development)
+set(KOBD_PACKAGE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/kobd_client)
+install(EXPORT kobd_client FILE kobd_client-config.cmake NAMESPACE kobd:: DESTINATION ${KOBD_PACKAGE_FOLDER}
+  COMPONENT development)
+write_basic_package_version_file(${KOBD_MADE}/kobd_client-config-version.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${KOBD_MADE}/kobd_client-config-version.cmake DESTINATION ${KOBD_PACKAGE_FOLDER} COMPONENT development)
+file(RELATIVE_PATH KOBD_PREFIX_FROM_PKGCONFIG /p/${CMAKE_INSTALL_LIBDIR}/pkgconfig /p)
+string(REGEX REPLACE "/$" "" KOBD_PREFIX_FROM_PKGCONFIG ${KOBD_PREFIX_FROM_PKGCONFIG})
+if(KOBD_STATIC)
+  set(KOBD_PKGCONFIG_LIBRARIES "-lkobd_client -lkobd_tlv -lkobd_bus -lstdc++")
+else()
+  set(KOBD_PKGCONFIG_LIBRARIES "-lkobd_client")
+endif()
+configure_file(${KOBD_PACKAGING}/kobd_client.pc.in ${KOBD_MADE}/kobd_client.pc @ONLY)
+install(FILES ${KOBD_MADE}/kobd_client.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+# -- pages: some written, some made from the pages of docs/ so that both say the same
+foreach(page kobctl.1 kobd.8 kobd-state.5)
+  configure_file(${KOBD_PACKAGING}/man/${page}.in ${KOBD_MADE}/${page} @ONLY)
+endforeach()
+function(kobd_page_from_docs document what)
+  set(page ${KOBD_MADE}/kobd-${document}.5)
+  set(command ${CMAKE_SOURCE_DIR}/scripts/markdown-to-man)
+  set(source ${CMAKE_SOURCE_DIR}/docs/${document}.md)
+  add_custom_command(OUTPUT ${page} DEPENDS ${command} ${source} VERBATIM
+    COMMAND sh -c "exec \"$0\" \"$@\" <${source} >${page}" ${command} kobd-${document} 5 ${what} ${PROJECT_VERSION})
+  set_property(GLOBAL APPEND PROPERTY KOBD_MADE_PAGES ${page})
+endfunction()
+kobd_page_from_docs(protocol "the messages of kobd and the bus that carries them")
+kobd_page_from_docs(uci "the cellular tables of kobd and the uci of the host platform")
+get_property(KOBD_MADE_PAGES GLOBAL PROPERTY KOBD_MADE_PAGES)
+add_custom_target(kobd_pages ALL DEPENDS ${KOBD_MADE_PAGES})
+install(FILES ${KOBD_MADE}/kobctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES ${KOBD_MADE}/kobd.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8)
+install(FILES ${KOBD_MADE}/kobd-state.5 ${KOBD_MADE_PAGES} DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
+install(FILES completion/kobctl.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME kobctl)
+install(FILES README.md CHANGELOG.md docs/architecture.md docs/porting.md docs/protocol.md docs/security.md docs/uci.md
+  TYPE DOC)
+
+# -- service of hosts with systemd or with init scripts; OpenWrt's package brings its own
+configure_file(${KOBD_PACKAGING}/debian/kobd.service.in ${KOBD_MADE}/kobd.service @ONLY)
+configure_file(${KOBD_PACKAGING}/debian/kobd.init.in ${KOBD_MADE}/kobd.init @ONLY)
+install(FILES ${KOBD_MADE}/kobd.service DESTINATION lib/systemd/system)
+# Below /etc only for a system's own packages, which have the prefix /usr; else nothing leaves the prefix.
+if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+  set(KOBD_INIT_FOLDER ${CMAKE_INSTALL_FULL_SYSCONFDIR}/init.d)
+else()
+  set(KOBD_INIT_FOLDER ${CMAKE_INSTALL_SYSCONFDIR}/init.d)
+endif()
+install(PROGRAMS ${KOBD_MADE}/kobd.init DESTINATION ${KOBD_INIT_FOLDER} RENAME kobd)
+
+# -- Debian packages: kobd with everything a router needs, libkobd-dev for those who write a client
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME kobd)
+set(CPACK_PACKAGE_CONTACT "kobd maintainers <root@localhost>")
+set(CPACK_SET_DESTDIR ON)  # the init script has an absolute place
+set(CPACK_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_ALL runtime development)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR})
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME kobd)
+set(CPACK_DEBIAN_RUNTIME_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION net)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS procps)  # sysctl, for the kernel's message limits
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "bash-completion, man-db")
+# Each its own first line: without a summary for all, the description is taken as it is.
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "Configuration and status daemon of an LTE/5G router\n\
+Serves named objects and tables over a message bus and keeps them in readable\nfiles; with kobctl, its command line.")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+  ${KOBD_PACKAGING}/debian/postinst ${KOBD_PACKAGING}/debian/prerm ${KOBD_PACKAGING}/debian/postrm)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libkobd-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "kobd (= ${PROJECT_VERSION})")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Client library of kobd, for those who write a client\n\
+Header, link name, and files for pkg-config and CMake.")
+include(CPack)

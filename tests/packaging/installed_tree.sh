@@ -1,0 +1,87 @@
+#!/bin/sh
+# The installed tree in a folder it was not configured for: everything in its place, programs that
+# find their libraries and the uci, a client built against it by pkg-config and by CMake, completion.
+. "$(dirname "$0")/check.sh"
+here=$(dirname "$(realpath "$0")")
+
+DESTDIR=$work/root cmake --install "$build_folder" --prefix /opt/kobd >/dev/null || fail "cmake --install"
+prefix=$work/root/opt/kobd
+expect "all in the prefix" "opt" "$(ls "$work/root")"
+for file in sbin/kobd bin/kobctl libexec/kobd/uci include/kobd_client.h share/bash-completion/completions/kobctl \
+    share/man/man1/kobctl.1 share/man/man8/kobd.8 share/man/man5/kobd-protocol.5 share/man/man5/kobd-state.5 \
+    share/man/man5/kobd-uci.5 lib/systemd/system/kobd.service etc/init.d/kobd; do
+    [ -s "$prefix/$file" ] || fail "$file is not installed"
+done
+library=$(find "$prefix" -name libkobd_client.so.0)
+for name in $(nm -D --defined-only "$library" | awk 'NF == 3 && $2 != "A" {sub(/@.*/, "", $3); print $3}'); do
+    case $name in kobd_*) ;; *) fail "libkobd_client.so shows $name, which kobd_client.h does not declare" ;; esac
+done
+sed -n 's/^[a-z].*[ *]\(kobd_[a-z_]*\)(.*/\1/p' "$prefix/include/kobd_client.h" | while read -r name; do
+    nm -D --defined-only "$library" | grep -q " $name@" || echo "$name"
+done >"$work/undefined"
+expect "declared, not defined" "" "$(cat "$work/undefined")"
+
+sh -n "$prefix/etc/init.d/kobd" || fail "the init script is broken"
+if grep -rq '@[A-Z_]*@' "$prefix/etc" "$prefix/lib/systemd"; then fail "a service file shows what was to be replaced"; fi
+
+# Clients, built from the moved tree alone.
+compiler=$(sed -n 's/^CMAKE_C_COMPILER:[A-Z]*=//p' "$build_folder/CMakeCache.txt")
+packages=$(dirname "$(find "$prefix" -name kobd_client.pc)")
+if command -v pkg-config >/dev/null; then
+    # shellcheck disable=SC2046 # flags are words
+    "$compiler" "$here/client.c" -o "$work/by-pkg-config" \
+        $(PKG_CONFIG_PATH=$packages pkg-config --cflags --libs kobd_client) || fail "no client by pkg-config"
+else
+    echo "no pkg-config here: kobd_client.pc was not tried"
+fi
+mkdir "$work/client"
+cat >"$work/client/CMakeLists.txt" <<END
+cmake_minimum_required(VERSION 3.25)
+project(client C)
+find_package(kobd_client 0.1 REQUIRED)
+add_executable(by-cmake $here/client.c)
+target_link_libraries(by-cmake PRIVATE kobd::client)
+END
+if ! { cmake -S "$work/client" -B "$work/client/build" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_C_COMPILER="$compiler" &&
+    cmake --build "$work/client/build"; } >"$work/log" 2>&1; then
+    fail "no client by CMake: $(cat "$work/log")"
+fi
+
+# The daemon, in namespaces of its own. $work is in /tmp, which is another there.
+unshare --ipc --mount true 2>/dev/null || skip "needs IPC and mount namespaces of its own to start the daemon"
+cat >"$work/session" <<'END'
+mount --make-rprivate / && mkdir /tmp/outside && mount --bind "$1" /mnt && mount -t tmpfs none /tmp || exit 1
+cd /mnt || exit 1
+export KOBD_STATE_DIR=/tmp/state PATH=/usr/bin:/bin LD_LIBRARY_PATH=$2
+root/opt/kobd/sbin/kobd -F >/tmp/out 2>&1 &
+daemon=$!
+tries=0
+until root/opt/kobd/bin/kobctl --timeout 1 get webHttpPort >/dev/null 2>&1 || [ $((tries += 1)) = 50 ]; do sleep 0.1; done
+command -v uci && echo 'a uci on PATH hides what is tested'
+root/opt/kobd/bin/kobctl get webHttpPort
+for client in by-pkg-config client/build/by-cmake; do [ ! -x $client ] || ./$client; done
+# a row of a cellular table is kept with uci
+root/opt/kobd/bin/kobctl table add CellularInterfaceTable Enable=1
+ls /tmp/state/uci
+bash -c 'kobctl() { /mnt/root/opt/kobd/bin/kobctl "$@"; }
+    . /mnt/root/opt/kobd/share/bash-completion/completions/kobctl
+    COMP_WORDS=(kobctl get webHttpPo) COMP_CWORD=2; _kobctl; echo "${COMPREPLY[*]}"
+    COMP_WORDS=(kobctl table dump OnlineD) COMP_CWORD=3; _kobctl; echo "${COMPREPLY[*]}"'
+kill "$daemon"
+wait "$daemon"
+echo "ended with $?"
+END
+sed -i 's/ && mkdir \/tmp\/outside//' "$work/session"
+clients="80, Invalid argument"
+[ -x "$work/by-pkg-config" ] && clients="$clients
+$clients"
+expect "a session" "80
+$clients
+1
+tr069_cellular.staged
+tr069_interface
+webHttpPort
+OnlineDeviceTable OnlineDeviceTable_24G OnlineDeviceTable_24G_guest OnlineDeviceTable_5G OnlineDeviceTable_5G_guest
+ended with 0" "$(unshare --ipc --mount sh "$work/session" "$work" "$(dirname "$library" | sed "s|^$work|/mnt|")" 2>"$work/errors")"
+expect "errors of the session" "" "$(cat "$work/errors")"
+finish

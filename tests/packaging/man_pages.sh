@@ -1,0 +1,32 @@
+#!/bin/sh
+# The pages format without a warning, and kobctl's page and completion name every command.
+. "$(dirname "$0")/check.sh"
+
+pages=$build_folder/packaging
+sed -n 's/^    {"\([a-z-]*\)", .*Command[A-Z].*/\1/p' "$source_folder/client/main.cpp" >"$work/commands"
+while read -r command; do
+    escaped=$(printf '%s' "$command" | sed 's/-/\\\\-/g')
+    grep -Eq "^\.(B|BI|BR) \"?$escaped( |\"|\$)" "$pages/kobctl.1" || fail "kobctl.1 does not tell of $command"
+    [ "$command" = complete-names ] && continue  # for the completion itself
+    grep -q "[\" ]${command}[\" ]" "$source_folder/completion/kobctl.bash" || fail "the completion does not know $command"
+done <"$work/commands"
+[ "$(wc -l <"$work/commands")" -ge 10 ] || fail "found only these commands in client/main.cpp: $(cat "$work/commands")"
+grep -o 'word == "--[a-z]*"' "$source_folder/client/main.cpp" | sed 's/.*"--//; s/"//' | sort -u >"$work/options"
+while read -r option; do
+    grep -q "\\\\-\\\\-$option" "$pages/kobctl.1" || fail "kobctl.1 does not tell of --$option"
+done <"$work/options"
+[ -s "$work/options" ] || fail "found no option in client/main.cpp"
+
+if ! command -v man >/dev/null || ! command -v groff >/dev/null; then
+    [ "$failures" = 0 ] && skip "no man or groff here, the pages were not formatted"
+    finish
+fi
+for page in kobctl.1 kobd.8 kobd-state.5 kobd-protocol.5 kobd-uci.5; do
+    for width in 80 132; do
+        text=$(MANWIDTH=$width LC_ALL=C.UTF-8 man --warnings -l "$pages/$page" 2>"$work/warnings")
+        expect "warnings of $page, $width columns" "" "$(cat "$work/warnings")"
+        case $text in *'@'[A-Z]*'@'* | *'\f'* | *'](docs'*) fail "$page shows what was to be replaced" ;; esac
+    done
+done
+[ "$(MANWIDTH=80 man -l "$pages/kobd-protocol.5" | grep -c "0x00[0-9A-F]*1 ")" -ge 14 ] || fail "messages are missing in kobd-protocol.5"
+finish

@@ -1,0 +1,71 @@
+#!/bin/sh
+# The OpenWrt Makefile over a stand-in for the build system's own files: every package installs from
+# what `cmake --install` gives, and each file it names is there.
+. "$(dirname "$0")/check.sh"
+command -v make >/dev/null || skip "no make"
+
+install_folder=$work/pkg-install
+DESTDIR=$install_folder cmake --install "$build_folder" --prefix /usr >/dev/null || fail "cmake --install"
+[ -e "$install_folder/usr/lib/libkobd_client.so" ] || skip "this build has no shared libraries in usr/lib"
+
+mkdir -p "$work/include"
+cat >"$work/rules.mk" <<END
+INCLUDE_DIR:=$work/include
+BUILD_DIR:=$work/build
+PKG_INSTALL_DIR:=$install_folder
+INSTALL_DIR:=install -d -m0755
+INSTALL_BIN:=install -m0755
+CP:=cp -fpR
+END
+# What the build system's BuildPackage does with a package, as far as files are concerned.
+cat >"$work/include/package.mk" <<'END'
+define BuildPackage
+$(if $(Package/$(1)/install),,$(error $(1) has no install))
+install-$(1):
+	$(call Package/$(1)/install,$(OUT)/$(1))
+endef
+version:
+	@echo $(PKG_VERSION)
+END
+: >"$work/include/cmake.mk"
+
+run_make() { make -s -C "$source_folder/packaging/openwrt/kobd" TOPDIR="$work" OUT="$work/out" "$@" 2>&1; }
+
+# contents LIBRARIES WANTED: the files of all packages
+contents() {
+    rm -rf "$work/out"
+    errors=$(run_make KOBD_PLATFORM_LIBRARIES="$1" install-kobd install-kobctl install-libkobd-client)
+    expect "make says nothing" "" "$errors"
+    expect "files with platform libraries '$1'" "$2" "$(cd "$work/out" && find . ! -type d | LC_ALL=C sort | sed 's|^\./||')"
+}
+daemon="kobd/etc/init.d/kobd
+kobd/lib/upgrade/keep.d/kobd"
+library="libkobd-client/usr/lib/libkobd_bus.so
+libkobd-client/usr/lib/libkobd_client.so.0
+libkobd-client/usr/lib/libkobd_client.so.0.1.0"
+for with_host in "" "message;nvram;kobd_host;kobd_bus"; do
+    contents "$with_host" "kobctl/usr/bin/kobctl
+$daemon
+kobd/usr/lib/libkobd_host.so
+kobd/usr/sbin/kobd
+$library"
+done
+contents "message;nvram" "kobctl/usr/bin/kobctl
+$daemon
+kobd/usr/sbin/kobd
+$library"
+expect "what an upgrade keeps" "/etc/kobd/" "$(cat "$work/out/kobd/lib/upgrade/keep.d/kobd")"
+expect "version, as the project's" \
+    "$(sed -n 's/^project(kobd VERSION \([0-9.]*\).*/\1/p' "$source_folder/CMakeLists.txt")" \
+    "$(run_make version)"
+cmp -s "$work/out/kobd/etc/init.d/kobd" "$source_folder/packaging/openwrt/kobd/files/kobd.init" ||
+    fail "another init script was installed"
+[ -x "$work/out/kobd/etc/init.d/kobd" ] || fail "the init script cannot be run"
+# A library that a program loads and no package brings would be missed on the router alone.
+for program in kobd/usr/sbin/kobd kobctl/usr/bin/kobctl; do
+    for library in $(readelf -d "$work/out/$program" | sed -n 's/.*NEEDED.*\[\(libkobd[^]]*\)\]/\1/p'); do
+        case $library in libkobd_host.so) continue ;; esac  # only without platform libraries, checked above
+        [ -e "$work/out/libkobd-client/usr/lib/$library" ] || fail "$program loads $library, which no package has"
+    done
+done
+finish
