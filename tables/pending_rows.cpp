@@ -1,7 +1,8 @@
-// Lists of pending rows.
+// Lists of pending rows, and an index over all of them: a change file may name tens of thousands of
+// rows, and walking a list for each would hold up every other client for seconds.
 #include "tables/pending_rows.h"
 
-#include <cstdlib>
+#include <array>
 #include <cstring>
 #include <new>
 
@@ -13,19 +14,34 @@ namespace kobd
 {
 namespace
 {
+constexpr size_t kSlots = 8192;  // power of two, so that kRowsMax rows leave a third of them empty
+static_assert(kRowsMax < kSlots * 3 / 4);
+
+struct Slot
+{
+    const TableDef* table = nullptr;  // nullptr: empty
+    PendingRow* row = nullptr;
+};
+std::array<Slot, kSlots> slots;
+
 size_t pending_count = 0;  // nodes in all lists together
+
+// The slot of that row, or the empty slot where it belongs.
+Slot& SlotOf(const TableDef& table, int32_t index)
+{
+    // Knuth's multiplicative hash; a table is told from its neighbours by its place.
+    const uint32_t place = static_cast<uint32_t>(&table - kTables.data());
+    size_t slot = ((static_cast<uint32_t>(index) + place * 0x10001u) * 2654435761u) >> 19;
+    static_assert(kSlots == size_t{1} << (32 - 19));
+    while (slots[slot].table != nullptr && (slots[slot].table != &table || RowIndex(slots[slot].row->Row()) != index))
+        slot = (slot + 1) % kSlots;
+    return slots[slot];
+}
 
 // The node whose links these are: they lie at its start.
 PendingRow* NodeOf(const TableDef& table, PendingRowLinks* links)
 {
     return links != table.pending ? reinterpret_cast<PendingRow*>(links) : nullptr;
-}
-
-PendingRow* Find(const TableDef& table, int32_t index)
-{
-    for (PendingRow* pending = FirstPendingRow(table); pending != nullptr; pending = NextPendingRow(table, pending))
-        if (RowIndex(pending->Row()) == index) return pending;
-    return nullptr;
 }
 
 void Append(const TableDef& table, PendingRow* pending)
@@ -43,12 +59,23 @@ void Unlink(PendingRow* pending)
     pending->links.next->previous = pending->links.previous;
     --pending_count;
 }
+
+// A node with a row of zeros; nullptr without memory.
+PendingRow* NewPendingRow(const TableDef& table)
+{
+    const size_t bytes = sizeof(PendingRow) + table.row_size;
+    void* block = ::operator new(bytes, std::nothrow);
+    if (block == nullptr) return nullptr;
+    memset(block, 0, bytes);
+    return new (block) PendingRow;
+}
 }  // namespace
 
 int PendingRowOf(const TableDef& table, int32_t index, PendingRow** pending)
 {
-    *pending = Find(table, index);
-    if (*pending != nullptr) return kSuccess;
+    Slot& slot = SlotOf(table, index);
+    *pending = slot.row;
+    if (slot.table != nullptr) return kSuccess;
     if (pending_count == kRowsMax)
     {
         // Some of these rows cannot exist; a file full of them would hold up every other client and
@@ -56,12 +83,12 @@ int PendingRowOf(const TableDef& table, int32_t index, PendingRow** pending)
         LOG_ALWAYS("TableTlvToRows", "the file names more than %zu rows", kRowsMax);
         return kInvalidArgument;
     }
-    void* block = calloc(1, sizeof(PendingRow) + table.row_size);
-    if (block == nullptr) return kMallocFailed;
-    *pending = new (block) PendingRow;
+    *pending = NewPendingRow(table);
+    if (*pending == nullptr) return kMallocFailed;
     if (table.ops->get != nullptr) table.ops->get(index, (*pending)->Row());
     memcpy((*pending)->Row(), &index, sizeof index);
     Append(table, *pending);
+    slot = {&table, *pending};
     return kSuccess;
 }
 
@@ -71,13 +98,14 @@ PendingRow* NextPendingRow(const TableDef& table, PendingRow* pending) { return 
 
 void TableRowsRelease()
 {
+    if (pending_count != 0) slots.fill({});
     for (const TableDef& table : kTables)
     {
         if (pending_count == 0) return;
         while (PendingRow* pending = FirstPendingRow(table))
         {
             Unlink(pending);
-            free(pending);
+            ::operator delete(pending);
         }
     }
 }

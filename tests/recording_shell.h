@@ -3,7 +3,9 @@
 // them: sections and options by name, as uci would.
 #pragma once
 
+#include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,7 +18,9 @@ struct RecordingShell
     std::vector<std::pair<std::string, std::string>> sections;
     std::map<std::string, std::string> options;  // "tr069_cellular.cfg1.Enable"; what is set by a command too
     std::map<std::string, std::string> outputs;  // by command: printed instead of what the router knows
-    bool fails = false;                          // nothing is printed, nothing is stored
+    // Asked first, when set: any router at all. Nothing: what is above answers.
+    std::function<std::optional<std::string>(const std::string& command)> answer;
+    bool fails = false;  // nothing is printed, nothing is stored
 
     // Values of an option are kept as the shell would hand them over, quotes taken off.
     std::string Run(const std::string& command);

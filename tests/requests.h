@@ -4,20 +4,17 @@
 
 #include <cstring>
 #include <memory>
-#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/message.h"
 #include "tests/items.h"
+#include "tests/mutated.h"
 #include "tests/recording_platform.h"
 
 namespace kobd::test
 {
-// The payload with one to four random changes: bytes, bits, insertions, cuts. Not for an empty one.
-std::string Mutated(std::string payload, std::mt19937& random);
-
 class ExactMessage
 {
 public:

@@ -1,0 +1,20 @@
+// Ends the program at a broken promise.
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+
+#include "fuzz/target.h"
+
+namespace kobd::fuzz
+{
+void Broken(const char* file, int line, const char* format, ...)
+{
+    fprintf(stderr, "%s:%d: broken promise: ", file, line);
+    va_list arguments;
+    va_start(arguments, format);
+    vfprintf(stderr, format, arguments);
+    va_end(arguments);
+    fputc('\n', stderr);
+    abort();
+}
+}  // namespace kobd::fuzz
