@@ -11,6 +11,7 @@
 #include "client/commands.h"
 #include "client/events.h"
 #include "client/request.h"
+#include "client/watch_filter.h"
 #include "daemon/result.h"
 #include "daemon/tlv.h"
 
@@ -53,9 +54,7 @@ std::string DescribeText(const MessageHeader* message, bool json)
     std::string text(reinterpret_cast<const char*>(message + 1), message->length);
     text.resize(strnlen(text.c_str(), text.size()));
     if (json) return text.empty() ? "" : ",\"text\":" + JsonString(text);
-    for (char& c : text)
-        if (static_cast<unsigned char>(c) < ' ') c = '?';  // no other module writes to this terminal
-    return text.empty() ? "" : " text=" + text;
+    return text.empty() ? "" : " text=" + Escaped(text);
 }
 
 // The items of a message in words, or as the members of a JSON object.
@@ -74,7 +73,7 @@ std::string Describe(const MessageHeader* message, bool json)
         if (json)
             out += "," + JsonString(word) + ":" + (number ? text : JsonString(text));
         else
-            out += " " + word + "=" + text;
+            out += " " + word + "=" + Escaped(text);
     }
     return out + (reader.Broken() && !json ? " (cut)" : "");
 }
@@ -113,8 +112,9 @@ int Join(Modules* modules)
     return joined;
 }
 
-// Prints what has arrived, a message a module, `left` at most. How many; -1 when a queue was removed.
-int PrintArrived(const Options& options, Modules* modules, int left)
+// Prints what has arrived and is asked for, a message a module, `left` at most. How many; -1 when a
+// queue was removed.
+int PrintArrived(const Options& options, const Words& patterns, Modules* modules, int left)
 {
     alignas(MessageHeader) static char bytes[kMessageMax];
     auto* message = reinterpret_cast<MessageHeader*>(bytes);
@@ -129,6 +129,7 @@ int PrintArrived(const Options& options, Modules* modules, int left)
             Fail(options, code, "the queue of module " + ModuleText(module.module) + " was removed");
             return -1;
         }
+        if (!IsAskedFor(patterns, message)) continue;
         Print(options, module.module, message);
         ++printed;
     }
@@ -136,18 +137,19 @@ int PrintArrived(const Options& options, Modules* modules, int left)
 }
 }  // namespace
 
-int CommandWatch(const Options& options, const Words&)
+int CommandWatch(const Options& options, const Words& patterns)
 {
+    if (const std::string wrong = WrongPattern(patterns); !wrong.empty()) return Fail(options, kNotFound, wrong);
     signal(SIGINT, [](int) { stop = 1; });
     signal(SIGTERM, [](int) { stop = 1; });
     Modules modules;
     if (Join(&modules) == 0)
         return Fail(options, kInitializeFailed, "other programs have all modules that the daemon sends to");
     int printed = 0;
-    for (int seen = 0; printed >= 0 && stop == 0 && !ferror(stdout); seen += printed)
+    for (int seen = 0; printed >= 0 && stop == 0 && !OutputClosed(); seen += printed)
     {
         if (options.count != 0 && seen >= options.count) break;
-        printed = PrintArrived(options, &modules, options.count == 0 ? INT_MAX : options.count - seen);
+        printed = PrintArrived(options, patterns, &modules, options.count == 0 ? INT_MAX : options.count - seen);
         const timespec pause = {0, kLookNs};
         if (printed == 0) nanosleep(&pause, nullptr);
     }
