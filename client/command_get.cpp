@@ -35,9 +35,9 @@ void Print(const Options& options, const Words& names, const std::map<std::strin
         if (options.json)
             printf("%s%s:%s", separator, JsonString(name).c_str(), JsonString(found->second).c_str());
         else if (names.size() == 1)
-            printf("%s\n", found->second.c_str());
+            printf("%s\n", Shown(found->second).c_str());
         else
-            printf("%s=%s\n", name.c_str(), found->second.c_str());
+            printf("%s=%s\n", name.c_str(), Shown(found->second).c_str());
         separator = ",";
     }
     if (options.json) printf("}\n");

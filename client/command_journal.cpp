@@ -30,7 +30,7 @@ void PrintLines(const Options& options, const std::string& path, std::streamoff*
     file.seekg(*place);
     for (std::string line; std::getline(file, line) && !file.eof();)
     {
-        printf("%s\n", options.json ? JsonString(line).c_str() : line.c_str());
+        printf("%s\n", (options.json ? JsonString(line) : Shown(line)).c_str());
         *place = file.tellg();
         if (++*printed == options.count) break;
     }
@@ -48,7 +48,7 @@ int CommandJournal(const Options& options, const Words&)
     std::streamoff place = 0;
     int printed = 0;
     PrintLines(options, path, &place, &printed);
-    while (options.follow && stop == 0 && !ferror(stdout) && (options.count == 0 || printed < options.count))
+    while (options.follow && stop == 0 && !OutputClosed() && (options.count == 0 || printed < options.count))
     {
         const timespec pause = {0, kLookNs};
         nanosleep(&pause, nullptr);

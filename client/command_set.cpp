@@ -1,10 +1,12 @@
-// kobctl set NAME=VALUE... [--silent], and commit.
+// kobctl set NAME=VALUE... [--silent] [--confirm SECONDS], and commit.
 #include <cstdio>
 
+#include "client/assignment.h"
 #include "client/commands.h"
 #include "client/diagnose.h"
 #include "client/dictionary.h"
 #include "client/log_window.h"
+#include "client/pending_set.h"
 #include "client/request.h"
 #include "daemon/result.h"
 #include "daemon/tlv.h"
@@ -13,12 +15,6 @@ namespace kobd::client
 {
 namespace
 {
-struct Assignment
-{
-    std::string name;
-    std::string value;
-};
-
 // The pair that was refused with the reasons of the log and of the dictionary, or all pairs with
 // the checks they had to pass.
 std::string Reason(const std::vector<Assignment>& pairs, const std::vector<LogLine>& log)
@@ -37,31 +33,57 @@ std::string Reason(const std::vector<Assignment>& pairs, const std::vector<LogLi
     }
     return passed;
 }
-}  // namespace
 
-int CommandSet(const Options& options, const Words& assignments)
+Response Send(const Options& options, const std::vector<Assignment>& pairs)
 {
-    std::vector<Assignment> pairs;
-    Items items;
-    for (const std::string& word : assignments)
-    {
-        const size_t equals = word.find('=');
-        if (equals == std::string::npos || equals == 0)
-        {
-            Fail(options, kInvalidArgument, "set takes NAME=VALUE, not '" + word + "'");
-            return 2;
-        }
-        pairs.push_back({word.substr(0, equals), word.substr(equals + 1)});
-        items.emplace_back(kTagObjectName, pairs.back().name);
-        items.emplace_back(kTagValue, pairs.back().value);
-    }
-    const LogWindow log;
-    const Response response = Call(options.silent ? kRequestSetSilent : kRequestSet, items, options.timeout_ms);
+    return Call(options.silent ? kRequestSetSilent : kRequestSet, SetItems(pairs), options.timeout_ms);
+}
+
+// The exit status, after an error line where the set was not done.
+int Report(const Options& options, const std::vector<Assignment>& pairs, const Response& response, const LogWindow& log)
+{
     if (response.code == 0) return 0;
     if (response.too_large)
         return Fail(options, kBufferLimit, "these values do not fit one request of 8192 bytes; nothing was set");
     if (response.from_bus) return FailRequest(options, response.code, true, "set");
     return FailRequest(options, response.code, false, Reason(pairs, log.Lines()));
+}
+
+// A set whose values go back by themselves: the old ones are on the disk before the new ones are sent.
+int SetUntilConfirmed(const Options& options, const std::vector<Assignment>& pairs)
+{
+    PendingSet pending;
+    if (const int status = pending.Begin(options, pairs)) return status;
+    const LogWindow log;
+    const Response response = Send(options, pairs);
+    const int status = Report(options, pairs, response, log);
+    const bool unknown = response.from_bus && response.code == kReplyTimeout;
+    if (status == 0 && options.json) return printf("{\"confirm_within\":%d}\n", options.confirm_s) < 0 ? 1 : 0;
+    if (status == 0 || unknown)
+    {
+        fprintf(status == 0 ? stdout : stderr, "%sthe old values return in %d seconds unless kobctl confirm follows\n",
+                status == 0 ? "" : "kobctl: ", options.confirm_s);
+        return status;
+    }
+    // Refused, perhaps after a part of it: the router itself may refuse what the checks let pass.
+    const std::string error = pending.IsUnchanged(options) && pending.Withdraw() ? "" : pending.TakeBack(options);
+    if (!error.empty()) fprintf(stderr, "kobctl: %s\n", error.c_str());
+    return status;
+}
+}  // namespace
+
+int CommandSet(const Options& options, const Words& words)
+{
+    std::vector<Assignment> pairs;
+    if (!ReadAssignments(options, "set", words, &pairs)) return 2;
+    if (options.confirm_s > 0 && options.silent)
+    {
+        Fail(options, kInvalidArgument, "set takes --silent or --confirm, not both");
+        return 2;
+    }
+    if (options.confirm_s > 0) return SetUntilConfirmed(options, pairs);
+    const LogWindow log;
+    return Report(options, pairs, Send(options, pairs), log);
 }
 
 int CommandCommit(const Options& options, const Words&)

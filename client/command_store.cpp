@@ -39,9 +39,9 @@ int Get(const Options& options, const Store& store, const Words& words)
         if (options.json)
             printf("%s%s:%s", separator, JsonString(key).c_str(), JsonString(value).c_str());
         else if (words.size() == 2)
-            printf("%s\n", value);
+            printf("%s\n", Shown(value).c_str());
         else
-            printf("%s=%s\n", key.c_str(), value);
+            printf("%s=%s\n", key.c_str(), Shown(value).c_str());
         separator = ",";
     }
     if (options.json) printf("}\n");

@@ -10,10 +10,6 @@
 
 namespace kobd::client
 {
-namespace
-{
-// Has the daemon apply the changes from a change file that is gone when this returns. 0, or the code
-// of the refusal and in `why` the start of an error line.
 int SendChanges(const Options& options, const std::vector<RowChange>& changes, std::string* why)
 {
     ChangeFile file;
@@ -30,6 +26,8 @@ int SendChanges(const Options& options, const std::vector<RowChange>& changes, s
     return response.code;
 }
 
+namespace
+{
 // The rows of one batch are written one after the other: a row that is not there would stop the
 // daemon halfway, so it is found out first. 0 or the exit status after an error line.
 int FailWhenRowIsMissing(const Options& options, const std::vector<RowChange>& changes)

@@ -11,6 +11,8 @@
 #include "client/commands.h"
 #include "client/events.h"
 #include "client/library/kobd_client.h"
+#include "client/output.h"
+#include "client/watch_filter.h"
 
 namespace kobd::client
 {
@@ -45,21 +47,12 @@ const char* Meaning(uint32_t module, uint16_t id)
     }
 }
 
-// Other modules and their clients chose these bytes: none of them steers this terminal.
-std::string OnTerminal(std::string text)
-{
-    for (char& c : text)
-        if (static_cast<unsigned char>(c) < ' ' || c == 0x7F) c = '?';
-    return text;
-}
-
-// The payload of a network event that was passed on: a text without items.
 std::string DescribeText(kobd_bytes payload, bool json)
 {
     std::string text(static_cast<const char*>(payload.next), payload.left);
     text.resize(strnlen(text.c_str(), text.size()));
     if (text.empty()) return "";
-    return json ? ",\"text\":" + JsonString(text) : " text=" + OnTerminal(text);
+    return json ? ",\"text\":" + JsonString(text) : " text=" + Escaped(text);
 }
 
 // The items of a message in words, or as the members of a JSON object.
@@ -79,7 +72,7 @@ std::string Describe(uint16_t id, kobd_bytes payload, bool json)
         if (json)
             out += "," + JsonString(word) + ":" + (number ? text : JsonString(text));
         else
-            out += " " + word + "=" + OnTerminal(text);
+            out += " " + word + "=" + Escaped(text);
     }
     return out + (more < 0 && !json ? " (cut)" : "");
 }
@@ -118,8 +111,9 @@ int Join(Modules* modules)
     return joined;
 }
 
-// Prints what has arrived, a message a module, `left` at most. How many; -1 when a queue was removed.
-int PrintArrived(const Options& options, const Modules& modules, int left)
+// Prints what has arrived and is asked for, a message a module, `left` at most. How many; -1 when a
+// queue was removed.
+int PrintArrived(const Options& options, const Words& patterns, const Modules& modules, int left)
 {
     int printed = 0;
     for (size_t i = 0; i < modules.size(); ++i)
@@ -133,6 +127,7 @@ int PrintArrived(const Options& options, const Modules& modules, int left)
             Fail(options, code, "the queue of module " + ModuleText(kModules[i]) + " was removed");
             return -1;
         }
+        if (!IsAskedFor(patterns, id, kobd_watch_payload(modules[i]))) continue;
         Print(options, kModules[i], id, kobd_watch_payload(modules[i]));
         ++printed;
     }
@@ -140,18 +135,19 @@ int PrintArrived(const Options& options, const Modules& modules, int left)
 }
 }  // namespace
 
-int CommandWatch(const Options& options, const Words&)
+int CommandWatch(const Options& options, const Words& patterns)
 {
+    if (const std::string wrong = WrongPattern(patterns); !wrong.empty()) return Fail(options, KOBD_NOT_FOUND, wrong);
     signal(SIGINT, [](int) { stop = 1; });
     signal(SIGTERM, [](int) { stop = 1; });
     Modules modules{};
     if (Join(&modules) == 0)
         return Fail(options, KOBD_INITIALIZE_FAILED, "other programs have all modules that the daemon sends to");
     int printed = 0;
-    for (int seen = 0; printed >= 0 && stop == 0 && !ferror(stdout); seen += printed)
+    for (int seen = 0; printed >= 0 && stop == 0 && !OutputClosed(); seen += printed)
     {
         if (options.count != 0 && seen >= options.count) break;
-        printed = PrintArrived(options, modules, options.count == 0 ? INT_MAX : options.count - seen);
+        printed = PrintArrived(options, patterns, modules, options.count == 0 ? INT_MAX : options.count - seen);
         const timespec pause = {0, kLookNs};
         if (printed == 0) nanosleep(&pause, nullptr);
     }

@@ -23,6 +23,7 @@ bool IsDumpName(std::string_view path)
     return !path.empty() && path.size() <= kDumpDigits &&
            path.find_first_not_of("0123456789") == std::string_view::npos;
 }
+}  // namespace
 
 bool ReadAll(int file, std::string* bytes)
 {
@@ -35,7 +36,6 @@ bool ReadAll(int file, std::string* bytes)
         bytes->append(part, static_cast<size_t>(count));
     }
 }
-}  // namespace
 
 std::string TakeDumpFile(const std::string& path, std::string* bytes)
 {

@@ -18,34 +18,7 @@ namespace
 constexpr size_t kPlainWidth = 80;
 constexpr size_t kGap = 2;
 
-// Whether the character may steer the terminal: a control, in one byte or in two, or no character.
-bool IsControl(std::string_view character)
-{
-    const auto byte = [&](size_t i) { return static_cast<unsigned char>(character[i]); };
-    if (CharacterLength(character) == 0 || byte(0) < 0x20 || byte(0) == 0x7F) return true;
-    return byte(0) == 0xC2 && byte(1) < 0xA0;
-}
-
-// What a device on the network calls itself ends up here: no byte of it may steer the terminal.
-std::string Visible(std::string_view text)
-{
-    if (text.empty()) return "-";
-    std::string out;
-    while (!text.empty())
-    {
-        const size_t length = std::max<size_t>(1, CharacterLength(text));
-        const std::string_view character = text.substr(0, length);
-        const bool control = IsControl(character);
-        for (const char byte : character)
-        {
-            char escape[8];
-            snprintf(escape, sizeof escape, "\\x%02x", static_cast<unsigned>(static_cast<unsigned char>(byte)));
-            out += control ? std::string(escape) : std::string(1, byte);
-        }
-        text.remove_prefix(length);
-    }
-    return out;
-}
+std::string Visible(std::string_view text) { return text.empty() ? "-" : Escaped(text); }
 
 // Places on the screen: bytes that begin a UTF-8 character.
 size_t Width(const std::string& text)

@@ -24,9 +24,24 @@ bool ParseLine(const std::string& text, LogLine* line)
     if (text.size() < kStamp || text[4] != '/' || bracket == std::string::npos || bracket < kStamp ||
         colon == std::string::npos)
         return false;
+    line->time = text.substr(0, kStamp - 1);
     line->function = text.substr(kStamp, bracket - kStamp);
     line->message = text.substr(colon + strlen("]: "));
     return true;
+}
+
+// The lines from `start` on, or from the start of the file when it is not `file` any more.
+std::vector<LogLine> LinesFrom(ino_t file, off_t start)
+{
+    std::vector<LogLine> lines;
+    struct stat status;
+    std::ifstream log(kLogFile, std::ios::binary);
+    if (!log || stat(kLogFile, &status) != 0) return lines;
+    log.seekg(std::max(status.st_ino == file ? start : 0, status.st_size - kMostBytes));
+    LogLine line;
+    for (std::string text; std::getline(log, text);)
+        if (ParseLine(text, &line)) lines.push_back(line);
+    return lines;
 }
 }  // namespace
 
@@ -38,19 +53,9 @@ LogWindow::LogWindow()
     size_ = status.st_size;
 }
 
-std::vector<LogLine> LogWindow::Lines() const
-{
-    std::vector<LogLine> lines;
-    struct stat status;
-    std::ifstream log(kLogFile, std::ios::binary);
-    if (!log || stat(kLogFile, &status) != 0) return lines;
-    const off_t start = status.st_ino == file_ ? size_ : 0;
-    log.seekg(std::max(start, status.st_size - kMostBytes));
-    LogLine line;
-    for (std::string text; std::getline(log, text);)
-        if (ParseLine(text, &line)) lines.push_back(line);
-    return lines;
-}
+std::vector<LogLine> LogWindow::Lines() const { return LinesFrom(file_, size_); }
+
+std::vector<LogLine> LastLogLines() { return LinesFrom(0, 0); }
 
 std::string WhyRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
 {

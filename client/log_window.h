@@ -10,6 +10,7 @@ namespace kobd::client
 {
 struct LogLine
 {
+    std::string time;  // "2026/01/31  12:00:00"
     std::string function;
     std::string message;  // without line ends at its end
 };
@@ -26,6 +27,9 @@ private:
     ino_t file_ = 0;  // another one after a rotation, which is then read from its start
     off_t size_ = 0;
 };
+
+// The last lines of the log, of at most 1 MB; empty when it cannot be read.
+std::vector<LogLine> LastLogLines();
 
 // The message of the check that refused `name` with `value`, and the check's name in brackets; the
 // empty text when no line tells.

@@ -29,6 +29,10 @@ int AddValue(const Options& options, const std::string& word, RowChange* change)
 // The changes as the items of a change file.
 Items ChangeItems(const std::vector<RowChange>& changes);
 
+// Has the daemon apply the changes from a change file that is gone when this returns. 0, or the code
+// of the refusal and in `why` the start of an error line.
+int SendChanges(const Options& options, const std::vector<RowChange>& changes, std::string* why);
+
 // Why the daemon refused the changes, as the start of an error line. `log` is what it wrote
 // meanwhile: the check of a row says there what it did not like.
 std::string WhyChangesRefused(const Options& options, int code, const std::vector<RowChange>& changes,

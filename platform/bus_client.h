@@ -13,8 +13,21 @@ struct BusClient
     uint32_t sequence = 0;
 };
 
+// What can be seen of a module from outside.
+struct BusModule
+{
+    bool claimed = false;   // a living process has it
+    bool queue = false;     // it has a queue
+    uint64_t messages = 0;  // waiting in the queue
+    uint64_t capacity = 0;  // bytes the queue holds
+};
+
 extern "C"
 {
+    // Looks at a module's queue without joining. 0, also when there is no queue; or an errno, such as
+    // EACCES when the queue is another user's.
+    int BusModuleLook(uint32_t module, BusModule* look);
+
     // Opens a connection with a private reply queue. 0 or 9. Close with BusClientClose.
     int BusClientOpen(BusClient* client);
 

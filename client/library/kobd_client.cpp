@@ -225,6 +225,14 @@ int kobd_send_event(kobd_client* client, uint32_t module, uint16_t id, const voi
     return BusClientSend(&client->bus, client->request.Header(), client->timeout_ms);
 }
 
+int kobd_module_look(uint32_t module, kobd_module* look)
+{
+    BusModule seen;
+    const int error = BusModuleLook(module, &seen);
+    *look = {seen.claimed ? 1 : 0, seen.queue ? 1 : 0, seen.messages, seen.capacity};
+    return error;
+}
+
 int kobd_watch_open(kobd_watch** watch, uint32_t module)
 {
     *watch = new (std::nothrow) kobd_watch;

@@ -159,6 +159,20 @@ void kobd_watch_stop(kobd_watch* watch);
  * has the module; 5 its queue stayed full; 11 the payload is longer than KOBD_PAYLOAD_MAX. */
 int kobd_send_event(kobd_client* client, uint32_t module, uint16_t id, const void* payload, size_t length);
 
+/* -- looking ---------------------------------------------------------------------------------- */
+
+#define KOBD_MODULE_DAEMON 0x5A510001u /* the daemon itself */
+
+typedef struct kobd_module {
+    int claimed;       /* 1 while a living process has the module */
+    int has_queue;     /* 1 when it has a queue */
+    uint64_t messages; /* waiting in the queue */
+    uint64_t capacity; /* bytes the queue holds */
+} kobd_module;
+
+/* Looks at a module without joining it. 0, also when it has no queue; else an errno. */
+int kobd_module_look(uint32_t module, kobd_module* look);
+
 #ifdef __cplusplus
 }
 #endif

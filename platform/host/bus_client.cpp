@@ -51,6 +51,20 @@ ssize_t ReceiveUntil(int queue, QueueMessage* message, int64_t deadline)
 }
 }  // namespace
 
+int BusModuleLook(uint32_t module, BusModule* look)
+{
+    *look = {};
+    look->claimed = ModuleIsClaimed(module);
+    const int queue = ModuleQueue(module, false);
+    if (queue < 0) return errno == ENOENT ? 0 : errno;
+    look->queue = true;
+    msqid_ds state = {};
+    if (msgctl(queue, IPC_STAT, &state) != 0) return errno;
+    look->messages = state.msg_qnum;
+    look->capacity = state.msg_qbytes;
+    return 0;
+}
+
 int BusClientOpen(BusClient* client)
 {
     *client = {};

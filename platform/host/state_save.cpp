@@ -26,6 +26,12 @@ bool SyncFolder(const std::string& folder)
     return synced;
 }
 
+std::string FolderOf(const std::string& path)
+{
+    const size_t slash = path.rfind('/');
+    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
 bool MoveIntoPlace(const std::string& path)
 {
     if (rename((path + kTemporary).c_str(), path.c_str()) == 0) return true;
@@ -54,8 +60,12 @@ bool RemoveNote(const std::string& folder) { return unlink((folder + kNoteFile).
 
 bool SaveSettings(const std::string& path, const Settings& settings)
 {
-    return WriteTemporary(path + kTemporary, settings) && MoveIntoPlace(path) &&
-           SyncFolder(path.substr(0, path.rfind('/')));
+    return WriteTemporary(path + kTemporary, settings) && MoveIntoPlace(path) && SyncFolder(FolderOf(path));
+}
+
+bool SaveText(const std::string& path, std::string_view text)
+{
+    return WriteText(path + kTemporary, text) && MoveIntoPlace(path) && SyncFolder(FolderOf(path));
 }
 
 bool SaveTogether(const std::string& folder, const std::vector<StateFile>& files)

@@ -11,6 +11,9 @@ namespace kobd::host
 // when that failed.
 bool WriteTemporary(const std::string& path, const Settings& settings);
 
+// As WriteTemporary for any text.
+bool WriteText(const std::string& path, std::string_view text);
+
 // Removes a file and leaves errno, which says what went wrong before.
 void RemoveKeepingError(const std::string& path);
 }  // namespace kobd::host

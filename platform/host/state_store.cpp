@@ -52,46 +52,6 @@ std::string ChooseFolder()
     return folder;
 }
 
-std::string Escape(std::string_view text)
-{
-    std::string out;
-    for (const char c : text)
-    {
-        if (c == '\\')
-            out += "\\\\";
-        else if (c == '\n')
-            out += "\\n";
-        else if (c == '\r')
-            out += "\\r";
-        else
-            out += c;
-    }
-    return out;
-}
-
-// False when a backslash is followed by anything but what Escape writes.
-bool Unescape(std::string_view text, std::string* out)
-{
-    for (size_t i = 0; i < text.size(); ++i)
-    {
-        if (text[i] != '\\')
-        {
-            *out += text[i];
-            continue;
-        }
-        if (++i == text.size()) return false;
-        if (text[i] == 'n')
-            *out += '\n';
-        else if (text[i] == 'r')
-            *out += '\r';
-        else if (text[i] == '\\')
-            *out += '\\';
-        else
-            return false;
-    }
-    return true;
-}
-
 bool WriteAll(int file, std::string_view bytes)
 {
     while (!bytes.empty())
@@ -151,6 +111,45 @@ const std::string& StateFolder()
     return folder;
 }
 
+std::string Escape(std::string_view text)
+{
+    std::string out;
+    for (const char c : text)
+    {
+        if (c == '\\')
+            out += "\\\\";
+        else if (c == '\n')
+            out += "\\n";
+        else if (c == '\r')
+            out += "\\r";
+        else
+            out += c;
+    }
+    return out;
+}
+
+bool Unescape(std::string_view text, std::string* out)
+{
+    for (size_t i = 0; i < text.size(); ++i)
+    {
+        if (text[i] != '\\')
+        {
+            *out += text[i];
+            continue;
+        }
+        if (++i == text.size()) return false;
+        if (text[i] == 'n')
+            *out += '\n';
+        else if (text[i] == 'r')
+            *out += '\r';
+        else if (text[i] == '\\')
+            *out += '\\';
+        else
+            return false;
+    }
+    return true;
+}
+
 bool IsHeading(std::string_view name) { return name.size() > 2 && name.front() == '[' && name.back() == ']'; }
 
 LoadResult LoadSettings(const std::string& path, Settings* settings)
@@ -173,8 +172,14 @@ bool WriteTemporary(const std::string& path, const Settings& settings)
     for (const auto& [name, value] : settings)
         text += IsHeading(name) ? name + "\n" : name + "=" + Escape(value) + "\n";
     text += std::string(kEnd) + "\n";
+    return WriteText(path, text);
+}
 
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, kFileMode);
+bool WriteText(const std::string& path, std::string_view text)
+{
+    // A file that lies there already may be of another mode, a link, or somebody else's.
+    unlink(path.c_str());
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode);
     if (file < 0) return false;
     const bool written = WriteAll(file, text) && fsync(file) == 0;
     const int error = errno;

@@ -26,6 +26,11 @@ using Settings = std::vector<std::pair<std::string, std::string>>;
 
 bool IsHeading(std::string_view name);
 
+// A value as it stands in a line, and back. False when a backslash is followed by anything but what
+// Escape writes.
+std::string Escape(std::string_view text);
+bool Unescape(std::string_view text, std::string* out);
+
 enum class LoadResult
 {
     kLoaded,
@@ -41,6 +46,9 @@ LoadResult LoadSettings(const std::string& path, Settings* settings);
 // there is the old or the new file, whole. False with errno when it could not be written; the old
 // file then stays.
 bool SaveSettings(const std::string& path, const Settings& settings);
+
+// As SaveSettings for a file of any text.
+bool SaveText(const std::string& path, std::string_view text);
 
 // One state file of several that are saved together.
 struct StateFile

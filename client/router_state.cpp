@@ -1,0 +1,50 @@
+// Reading all that can be set.
+#include "client/router_state.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "client/request.h"
+#include "client/table_commands.h"
+#include "daemon/result.h"
+#include "daemon/tlv.h"
+
+namespace kobd::client
+{
+bool IsExported(const ObjectEntry& object)
+{
+    return object.access == Access::kReadWrite && FindObject(object.name) == &object;
+}
+
+bool IsExported(const TableEntry& table)
+{
+    return table.Has(kSet) && table.Has(kNext) && table.list_of == std::string_view(table.name);
+}
+
+bool IsExported(const ColumnDef& column) { return column.alias_of == nullptr && column.type != VT_STRING_PTR; }
+
+int ReadRouter(const Options& options, const char* command, RouterState* state)
+{
+    std::vector<Items> parts;
+    for (const ObjectEntry& object : Objects())
+        if (IsExported(object)) parts.push_back({Item(kTagObjectName, object.name)});
+    Items answers;
+    const Response response = CallInParts(kRequestGet, parts, options.timeout_ms, &answers);
+    if (response.code != 0) return FailRequest(options, response.code, response.from_bus, command);
+    for (size_t i = 0; i + 1 < answers.size(); i += 2) state->values[answers[i].text] = answers[i + 1].text;
+
+    std::vector<const TableEntry*> tables;
+    for (const TableEntry& table : Tables())
+        if (IsExported(table)) tables.push_back(&table);
+    std::string error;
+    const Response dumped = DumpRows(options, tables, &state->rows, &error);
+    if (dumped.code != 0) return FailRequest(options, dumped.code, dumped.from_bus, command);
+    return error.empty() ? 0 : Fail(options, kSystemError, std::string(command) + ": " + error);
+}
+
+std::string ValueOf(const TableRow& row, const std::string& column)
+{
+    const auto found = std::find(row.columns.begin(), row.columns.end(), column);
+    return found == row.columns.end() ? "" : row.values[static_cast<size_t>(found - row.columns.begin())];
+}
+}  // namespace kobd::client
