@@ -26,8 +26,7 @@ constexpr bool Agree(const RowLayout& layout, const CellularFamily& family)
     const auto before_name = [&family](const CellularField& field)
     { return field.offset + kCellularText <= SectionNameOffset(family); };
     return std::equal(columns.begin(), columns.end(), family.fields.begin(), family.fields.end(), same) &&
-           layout.row_size == family.row_size &&
-           std::all_of(family.fields.begin(), family.fields.end(), before_name);
+           layout.row_size == family.row_size && std::all_of(family.fields.begin(), family.fields.end(), before_name);
 }
 static_assert(Agree(kCellularInterface, kInterfaceFamily));
 static_assert(Agree(kCellularUSIM, kUsimFamily));

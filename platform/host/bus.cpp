@@ -190,9 +190,11 @@ int MessageSend(MessageHeader* message)
 
 int MessageSendReply(MessageHeader* message)
 {
-    const int queue = LoadBusHeader(message).reply_queue - 1;
+    const int32_t named = LoadBusHeader(message).reply_queue;  // any number, from anybody
+    if (named <= 0) return 5;
+    const int queue = named - 1;
     // A request that names our own queue would have us answer ourselves for ever.
-    if (queue < 0 || queue == bus.queue) return 5;
+    if (queue == bus.queue) return 5;
     return QueueSend(queue, message, SendBudget()) == 0 ? 0 : 5;
 }
 

@@ -74,10 +74,10 @@ struct Message
 };
 
 // Puts `size` bytes into the daemon's queue as a client in another language might.
-int SendRaw(Message& message, size_t size, int reply_queue)
+int SendRaw(Message& message, size_t size, int64_t reply_queue)
 {
     BusHeader header = LoadBusHeader(message.Header());
-    header.reply_queue = reply_queue + 1;
+    header.reply_queue = static_cast<int32_t>(reply_queue + 1);
     StoreBusHeader(message.Header(), header);
     struct
     {
@@ -210,6 +210,21 @@ TEST_F(Bus, ReplyNeverGoesIntoTheDaemonsOwnQueue)
     EXPECT_EQ(handled, 2) << "the loop request once, the mute one once";
     EXPECT_EQ(reply_code, 5);
     ExpectServing("after a request that names the daemon's own queue");
+}
+
+TEST_F(Bus, AnyNumberOfAReplyQueueIsSurvived)
+{
+    for (const int64_t queue : {int64_t{INT32_MIN} - 1, int64_t{INT32_MIN}, int64_t{-2}, int64_t{INT32_MAX} - 1})
+    {
+        handled = 0;
+        Message request(kEcho, "nobody");
+        ASSERT_EQ(SendRaw(request, sizeof(MessageHeader) + 6, queue), 0);
+        Message sync(kMute);
+        EXPECT_EQ(Call(sync, 50), 8) << queue;
+        EXPECT_EQ(handled, 2) << queue;
+        EXPECT_EQ(reply_code, 5) << queue;
+    }
+    ExpectServing("after requests that name no queue");
 }
 
 TEST_F(Bus, FullQueueOfAModuleCostsOneBoundUntilItReads)
