@@ -69,6 +69,9 @@ $ kobctl table set --json FwIpFilterTable 2 IP_LIST=b=c FwPortFilterTable 1 Prot
 {"error":"FwPortFilterTable has no row 1, it is empty; nothing was set: Table index not found (13)","code":13}
 ! kobctl: FwPortFilterTable has no row 1, it is empty; nothing was set: Table index not found (13)
 [1]
+$ kobctl table set FwPortForwardTable 1 DestPort=80
+! kobctl: FwPortForwardTable has no row 1, it is empty; nothing was set: Table index not found (13)
+[1]
 $ kobctl table set --silent --json FwIpFilterTable 2 IP_LIST=b=c
 {"set":[{"table":"FwIpFilterTable","index":2}]}
 $ kobctl table dump FwIpFilterTable FwPortFilterTable FwIpFilterTable
