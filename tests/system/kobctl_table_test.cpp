@@ -88,6 +88,19 @@ $ kobctl table del FwIpFilterTable 1 3
 $ kobctl table dump --json FwIpFilterTable FwPortFilterTable
 {"FwIpFilterTable":[{"index":2,"DestIPAddress":"10.0.0.2","IP_LIST":"b=c"}],"FwPortFilterTable":[]}
 )session"},
+    {"AnApnIsEnabledInItsRowAndInNvramAlike",
+     R"session($ kobctl set tr069BindApnIndex=3
+! kobctl: tr069BindApnIndex=3: enable the apn first (validTr069BindApnIndex); it takes an integer from 1 to 4; the number of a configured and enabled APN: Invalid argument (2)
+[1]
+$ kobctl table set ApnConfigTable 2 ApnEnable=1
+$ kobctl nvram get apn3_enable
+1
+$ kobctl set tr069BindApnIndex=3 lteDefaultGateway=3
+$ kobctl nvram set apn2_enable=0
+$ kobctl set tr069BindApnIndex=2
+! kobctl: tr069BindApnIndex=2: enable the apn first (validTr069BindApnIndex); it takes an integer from 1 to 4; the number of a configured and enabled APN: Invalid argument (2)
+[1]
+)session"},
     {"ValuesAreCheckedAgainstTheirColumns",
      R"session($ kobctl table set node_632Table 1 Active=2
 ! kobctl: node_632Table 1: Active=2: it takes 0 or 1: Invalid argument (2)
