@@ -29,7 +29,8 @@ int SendChanges(const Options& options, const std::vector<RowChange>& changes, s
 namespace
 {
 // The rows of one batch are written one after the other: a row that is not there would stop the
-// daemon halfway, so it is found out first. 0 or the exit status after an error line.
+// daemon halfway, so it is found out first. So it is where rows are checked: the daemon would check an
+// empty row and find fault with that. 0 or the exit status after an error line.
 int FailWhenRowIsMissing(const Options& options, const std::vector<RowChange>& changes)
 {
     std::vector<const TableEntry*> tables;
@@ -92,7 +93,7 @@ int TableSet(const Options& options, const Words& words)
 {
     std::vector<RowChange> changes;
     if (const int status = ReadChanges(options, words, &changes)) return status;
-    if (changes.size() > 1)
+    if (changes.size() > 1 || changes.front().row.first->Has(kValidate))
         if (const int status = FailWhenRowIsMissing(options, changes)) return status;
     std::string why;
     if (const int code = SendChanges(options, changes, &why)) return FailRequest(options, code, false, why);

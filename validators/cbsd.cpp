@@ -27,7 +27,8 @@ int RefuseAsNoDecimal(const char* function)
 bool IsUnsignedDecimal(const char* text)
 {
     text += strspn(text, "0123456789");
-    return *text == 0 || (*text == '.' && string_is_digits(text + 1));
+    // What the platform says of no digits at all is its own affair; a point may stand at the end.
+    return *text == 0 || (*text == '.' && (text[1] == 0 || string_is_digits(text + 1)));
 }
 
 size_t PlacesOf(const char* decimal)

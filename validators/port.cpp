@@ -1,4 +1,5 @@
 // Ports, protocols, keys, and texts with blanks around them.
+#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <string_view>
@@ -44,7 +45,7 @@ int validPortRange(const char* text)
         LOG_ALWAYS(kFunction, "port(%s) first char must not be \"0\" \n", text);
         return kobd::kInvalidArgument;
     }
-    const uint32_t port = kobd::ReadDigits(text).value_or(INT_MAX);
+    const uint32_t port = std::min<uint32_t>(kobd::ReadDigits(text).value_or(INT_MAX), INT_MAX);
     if (IsPort(port)) return kobd::kSuccess;
     LOG_ALWAYS(kFunction, "port(%d) must be 1-65535 \n", static_cast<int>(port));
     return kobd::kInvalidArgument;

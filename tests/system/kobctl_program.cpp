@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -37,6 +38,7 @@ std::string ReadFile(const char* path)
     dup2(open(kOutput, O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
     dup2(open(kErrors, O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
     unsetenv("COLUMNS");
+    setenv("KOBD_STATE_DIR", "/tmp/state", 1);  // the stores of the daemon under test, no one else's
     execvp(arguments[0], const_cast<char* const*>(arguments.data()));
     _exit(127);
 }

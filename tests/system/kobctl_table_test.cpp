@@ -69,6 +69,9 @@ $ kobctl table set --json FwIpFilterTable 2 IP_LIST=b=c FwPortFilterTable 1 Prot
 {"error":"FwPortFilterTable has no row 1, it is empty; nothing was set: Table index not found (13)","code":13}
 ! kobctl: FwPortFilterTable has no row 1, it is empty; nothing was set: Table index not found (13)
 [1]
+$ kobctl table set FwPortForwardTable 1 DestPort=80
+! kobctl: FwPortForwardTable has no row 1, it is empty; nothing was set: Table index not found (13)
+[1]
 $ kobctl table set --silent --json FwIpFilterTable 2 IP_LIST=b=c
 {"set":[{"table":"FwIpFilterTable","index":2}]}
 $ kobctl table dump FwIpFilterTable FwPortFilterTable FwIpFilterTable
@@ -84,6 +87,19 @@ $ kobctl table get FwIpFilterTable 3 1 --json
 $ kobctl table del FwIpFilterTable 1 3
 $ kobctl table dump --json FwIpFilterTable FwPortFilterTable
 {"FwIpFilterTable":[{"index":2,"DestIPAddress":"10.0.0.2","IP_LIST":"b=c"}],"FwPortFilterTable":[]}
+)session"},
+    {"AnApnIsEnabledInItsRowAndInNvramAlike",
+     R"session($ kobctl set tr069BindApnIndex=3
+! kobctl: tr069BindApnIndex=3: enable the apn first (validTr069BindApnIndex); it takes an integer from 1 to 4; the number of a configured and enabled APN: Invalid argument (2)
+[1]
+$ kobctl table set ApnConfigTable 2 ApnEnable=1
+$ kobctl nvram get apn3_enable
+1
+$ kobctl set tr069BindApnIndex=3 lteDefaultGateway=3
+$ kobctl nvram set apn2_enable=0
+$ kobctl set tr069BindApnIndex=2
+! kobctl: tr069BindApnIndex=2: enable the apn first (validTr069BindApnIndex); it takes an integer from 1 to 4; the number of a configured and enabled APN: Invalid argument (2)
+[1]
 )session"},
     {"ValuesAreCheckedAgainstTheirColumns",
      R"session($ kobctl table set node_632Table 1 Active=2

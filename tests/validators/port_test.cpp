@@ -23,6 +23,7 @@ TEST(ValidPortRange, SaysWhatIsWrong)
         {CHECK(validPortRange), "65535", "0"},
         {CHECK(validPortRange), "80", "0"},
         {CHECK(validPortRange), "65536", "2|port(65536) must be 1-65535 \n"},
+        {CHECK(validPortRange), "3000000000", "2|port(2147483647) must be 1-65535 \n"},
         {CHECK(validPortRange), "4294967376", "2|port(2147483647) must be 1-65535 \n"},
         {CHECK(validPortRange), "18446744073709551696", "2|port(2147483647) must be 1-65535 \n"},
         {CHECK(validPortRange), std::string(300, '1'), "2|port(2147483647) must be 1-65535 \n"},
