@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "client/commands.h"
+#include "client/diagnose.h"
 #include "client/router_state.h"
 #include "client/settings_file.h"
 #include "daemon/result.h"
@@ -25,7 +26,9 @@ int AppendValues(const RouterState& state, SettingsFile* file)
         const auto found = state.values.find(object.name);
         if (found != state.values.end())
         {
-            file->values.push_back({0, object.name, found->second});
+            // A router may hold what its own limits refuse, as an empty text from the factory.
+            const bool settable = WhatIsWrong(object.name, found->second).empty();
+            file->values.push_back({0, (settable ? "" : "# ") + std::string(object.name), found->second});
             continue;
         }
         fprintf(stderr, "kobctl: export: %s could not be read by the router and is left out\n", object.name);

@@ -21,7 +21,7 @@ std::string WhyMissing(const std::string& name)
         return name + " cannot be read: " + ResultText(kMethodUnavailable) + " (16), it is write-only";
     if (object != nullptr) return name + " could not be read by the router, see the log";
     if (FindTable(name) != nullptr) return name + " is a table, not an object";
-    return name + ": " + ResultText(kNotFound) + " (1)" + DidYouMean(Nearest(name));
+    return "there is no object " + name + DidYouMean(Nearest(name)) + ": " + ResultText(kNotFound) + " (1)";
 }
 
 void Print(const Options& options, const Words& names, const std::map<std::string, std::string>& values)

@@ -81,8 +81,8 @@ int CommandDescribe(const Options& options, const Words& names)
             DescribeTable(options, *table, separator);
         else
         {
-            fprintf(stderr, "kobctl: %s: %s (1)%s\n", name.c_str(), ResultText(kNotFound),
-                    DidYouMean(Nearest(name)).c_str());
+            fprintf(stderr, "kobctl: there is no object or table %s%s: %s (1)\n", name.c_str(),
+                    DidYouMean(Nearest(name)).c_str(), ResultText(kNotFound));
             status = 1;
             continue;
         }

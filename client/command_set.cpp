@@ -23,8 +23,10 @@ std::string Reason(const std::vector<Assignment>& pairs, const std::vector<LogLi
     for (const auto& [name, value] : pairs)
     {
         const std::string why = WhyRefused(log, name, value);
-        const std::string wrong = WhatIsWrong(name, value);
         if (!why.empty()) return name + "=" + value + ": " + why + "; it takes " + Accepts(*FindObject(name));
+        const std::string wrong = WhatIsWrong(name, value);
+        if (wrong.empty() && WasRefused(log, name, value))
+            return name + "=" + value + ": it takes " + Accepts(*FindObject(name));
         if (!wrong.empty()) return wrong;
         if (!passed.empty()) passed += ", ";
         passed += name + "=" + value;

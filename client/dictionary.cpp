@@ -18,18 +18,20 @@ namespace
 #define QUOTE(text) QUOTE_EXPANDED(text)
 #define QUOTE_EXPANDED(text) #text
 #define FIRST(first, ...) first
-#define ENTRY(name, type, access, ...) \
-    {name, type, access __VA_OPT__(, FIRST(__VA_ARGS__, unused), SECOND_QUOTED(__VA_ARGS__))},
-#define OBJECT(name, type, getter, setter, ...) ENTRY(name, type, Access::kReadWrite __VA_OPT__(, ) __VA_ARGS__)
-#define RO(name, type, getter, ...) ENTRY(name, type, Access::kReadOnly __VA_OPT__(, ) __VA_ARGS__)
-#define WO(name, type, setter, ...) ENTRY(name, type, Access::kWriteOnly __VA_OPT__(, ) __VA_ARGS__)
-#define ACTION(name, type, setter, ...) ENTRY(name, type, Access::kAction __VA_OPT__(, ) __VA_ARGS__)
+#define ENTRY(name, type, access, accessors, ...) \
+    {name, type, access, accessors __VA_OPT__(, FIRST(__VA_ARGS__, unused), SECOND_QUOTED(__VA_ARGS__))},
+#define OBJECT(name, type, getter, setter, ...) \
+    ENTRY(name, type, Access::kReadWrite, #getter #setter __VA_OPT__(, ) __VA_ARGS__)
+#define RO(name, type, getter, ...) ENTRY(name, type, Access::kReadOnly, #getter __VA_OPT__(, ) __VA_ARGS__)
+#define WO(name, type, setter, ...) ENTRY(name, type, Access::kWriteOnly, #setter __VA_OPT__(, ) __VA_ARGS__)
+#define ACTION(name, type, setter, ...) ENTRY(name, type, Access::kAction, #setter __VA_OPT__(, ) __VA_ARGS__)
 
 struct Row
 {
     const char* name;
     ValueType type;
     Access access;
+    std::string_view accessors;  // as the row writes them
     const char* limitation = nullptr;
     const char* validator = nullptr;
 };
@@ -56,7 +58,8 @@ std::vector<ObjectEntry> MakeObjects()
     for (const Row& row : kRows)
     {
         const bool none = row.validator == nullptr || strcmp(row.validator, "NO_VALIDATOR") == 0;
-        objects.push_back({row.name, row.type, row.access, row.limitation, none ? nullptr : row.validator});
+        objects.push_back({row.name, row.type, row.access, row.limitation, none ? nullptr : row.validator,
+                           row.accessors.find("SHARED(") != std::string_view::npos});
     }
     return objects;
 }

@@ -26,6 +26,7 @@ struct ObjectEntry
     Access access;
     const char* limitation;  // nullptr: none
     const char* validator;   // name of the check, nullptr: none
+    bool shared;             // read or set through the accessor of an object before it
 };
 
 std::span<const ObjectEntry> Objects();

@@ -29,7 +29,7 @@ std::string WhyNotSet(const FileValue& value)
 {
     const std::string wrong = WhatIsWrong(value.name, value.value);
     if (!wrong.empty()) return wrong;
-    if (!IsExported(*FindObject(value.name))) return value.name + " cannot be read, so an import does not set it";
+    if (!IsExported(*FindObject(value.name))) return value.name + " is in no export; kobctl set sets it";
     const auto bytes = ItemBytes(SetItems({{value.name, value.value}}));
     return bytes && bytes->size() <= kPayloadMax ? "" : value.name + " does not fit one request of 8192 bytes";
 }

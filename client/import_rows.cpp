@@ -10,6 +10,8 @@ namespace kobd::client
 {
 namespace
 {
+using Changes = std::vector<RowChange>;
+
 std::string CodeText(int code) { return std::string(ResultText(code)) + " (" + std::to_string(code) + ")"; }
 
 std::string DeleteRows(const Options& options, const TableEntry& table, const std::vector<int32_t>& indexes)
@@ -23,7 +25,7 @@ std::string DeleteRows(const Options& options, const TableEntry& table, const st
     return "";
 }
 
-std::string Fill(const Options& options, const std::vector<RowChange>& changes)
+std::string Fill(const Options& options, const Changes& changes)
 {
     if (changes.empty()) return "";
     std::string why;
@@ -41,38 +43,51 @@ ColumnValues Missing(const TableRow& row, const ColumnValues& wanted)
     return missing;
 }
 
-// Adds empty rows, as many as `rows`. `changes` becomes what they are to be given, `added` all that
-// were added. What went wrong, or the empty text.
-std::string AddEmpty(const Options& options, const TableEntry& table, const std::vector<ColumnValues>& rows,
-                     std::vector<int32_t>* added, std::vector<RowChange>* changes)
+// Adds a row. `there` becomes the row as it then reads; it has no columns where the list makes the row
+// only when it is set. What went wrong, or the empty text.
+std::string AddOne(const Options& options, const TableEntry& table, TableRow* there)
 {
-    for (size_t i = 0; i < rows.size(); ++i)
-    {
-        const Response response = Call(kRequestTableAdd, {Item(kTagTableName, table.name)}, options.timeout_ms);
-        if (response.code != 0) return "no row added: " + CodeText(response.code);
-        if (response.items.empty() || !response.items[0].number) return "the reply to add holds no index";
-        added->push_back(*response.items[0].number);
-    }
+    const Response response = Call(kRequestTableAdd, {Item(kTagTableName, table.name)}, options.timeout_ms);
+    if (response.code != 0) return "no row added: " + CodeText(response.code);
+    if (response.items.empty() || !response.items[0].number) return "the reply to add holds no index";
+    *there = {table.name, *response.items[0].number, {}, {}};
     std::vector<TableRow> present;
     std::string error;
-    if (const int code = DumpRows(options, {&table}, &present, &error).code; code != 0) error = CodeText(code);
-    for (size_t i = 0; i < rows.size() && error.empty(); ++i)
-        for (const TableRow& row : present)
-            if (row.index == (*added)[i])
-                if (ColumnValues missing = Missing(row, rows[i]); !missing.empty())
-                    changes->push_back({{&table, row.index}, std::move(missing)});
+    if (const int code = DumpRows(options, {&table}, &present, &error).code; code != 0) return CodeText(code);
+    for (const TableRow& row : present)
+        if (row.index == there->index) *there = row;
     return error;
 }
 
-// Adds the rows and fills them in one request, so that all are checked before the first holds
-// anything. After a refusal they are deleted again.
+// Adds the rows; `added` are the indexes of those that are there afterwards. They are filled in one
+// request, so that all are checked before the first holds anything, or each by itself.
+std::string AddEach(const Options& options, const TableEntry& table, const std::vector<ColumnValues>& rows,
+                    bool together, std::vector<int32_t>* added)
+{
+    Changes changes;
+    std::string why;
+    for (const ColumnValues& wanted : rows)
+    {
+        TableRow there;
+        if (const std::string error = AddOne(options, table, &there); !error.empty()) return why + error;
+        RowChange change = {{&table, there.index}, Missing(there, wanted)};
+        const bool made_by_set = there.columns.empty();
+        if (made_by_set) change.values = wanted;
+        if (together && !made_by_set && !change.values.empty()) changes.push_back(change);
+        const std::string error =
+            together && !made_by_set ? "" : Fill(options, change.values.empty() ? Changes{} : Changes{change});
+        if (error.empty() || !made_by_set) added->push_back(there.index);
+        if (!error.empty()) why += (why.empty() ? "" : "; ") + error;
+        if (!error.empty() && together) return why;
+    }
+    return changes.empty() ? why : why + Fill(options, changes);
+}
+
+// Adds the rows, or none of them.
 std::string AddRows(const Options& options, const TableEntry& table, const std::vector<ColumnValues>& rows)
 {
-    if (rows.empty()) return "";
     std::vector<int32_t> added;
-    std::vector<RowChange> changes;
-    std::string why = AddEmpty(options, table, rows, &added, &changes);
-    if (why.empty()) why = Fill(options, changes);
+    const std::string why = AddEach(options, table, rows, true, &added);
     if (why.empty()) return "";
     const std::string left = DeleteRows(options, table, added);
     return left.empty() ? why : why + "; " + left;
@@ -90,15 +105,12 @@ std::string PutBack(const Options& options, const TablePlan& plan)
             if (IsExported(column)) rows.back().emplace_back(column.name, ValueOf(row, column.name));
     }
     std::vector<int32_t> added;
-    std::vector<RowChange> changes;
-    std::string why = AddEmpty(options, *plan.table, rows, &added, &changes);
-    for (const RowChange& change : changes) why += Fill(options, {change});
-    return why;
+    return AddEach(options, *plan.table, rows, false, &added);
 }
 
 std::string ReplaceInPlace(const Options& options, const TablePlan& plan)
 {
-    std::vector<RowChange> changes;
+    Changes changes;
     for (size_t i = 0; i < plan.wanted.size(); ++i)
         if (ColumnValues missing = Missing(plan.old[i], plan.wanted[i]); !missing.empty())
             changes.push_back({{plan.table, plan.old[i].index}, std::move(missing)});

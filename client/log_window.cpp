@@ -16,6 +16,10 @@ namespace
 constexpr size_t kStamp = sizeof("2026/01/31  12:00:00 ") - 1;  // what stands before the function's name
 constexpr off_t kMostBytes = 1024 * 1024;                       // a request writes far less
 
+constexpr const char* kVerdictFunction = "ObjsParameterCheck";
+
+std::string Verdict(const std::string& name, const std::string& value) { return name + "(" + value + ") verify error"; }
+
 // "2026/01/31  12:00:00 function[12]: message" into its parts; false for anything else.
 bool ParseLine(const std::string& text, LogLine* line)
 {
@@ -57,15 +61,23 @@ std::vector<LogLine> LogWindow::Lines() const { return LinesFrom(file_, size_); 
 
 std::vector<LogLine> LastLogLines() { return LinesFrom(0, 0); }
 
+bool WasRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
+{
+    const auto is_verdict = [verdict = Verdict(name, value)](const LogLine& line)
+    { return line.function == kVerdictFunction && line.message == verdict; };
+    return std::any_of(lines.begin(), lines.end(), is_verdict);
+}
+
 std::string WhyRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
 {
-    const std::string verdict = name + "(" + value + ") verify error";
+    const std::string verdict = Verdict(name, value);
     for (size_t end = lines.size(); end > 0; --end)
     {
-        if (lines[end - 1].function != "ObjsParameterCheck" || lines[end - 1].message != verdict) continue;
-        if (end < 2 || lines[end - 2].function == "ObjsParameterCheck") return "";
+        if (lines[end - 1].function != kVerdictFunction || lines[end - 1].message != verdict) continue;
+        if (end < 2 || lines[end - 2].function == kVerdictFunction) return "";
         const LogLine& reason = lines[end - 2];  // the line just before the verdict is the check's last
-        return reason.message.empty() ? "" : reason.message + " (" + reason.function + ")";
+        const bool praise = reason.message.find("] is valid ") != std::string::npos;  // of a part that passed
+        return reason.message.empty() || praise ? "" : reason.message + " (" + reason.function + ")";
     }
     return "";
 }

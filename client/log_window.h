@@ -31,6 +31,9 @@ private:
 // The last lines of the log, of at most 1 MB; empty when it cannot be read.
 std::vector<LogLine> LastLogLines();
 
+// Whether the lines say that `name` with `value` was refused.
+bool WasRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value);
+
 // The message of the check that refused `name` with `value`, and the check's name in brackets; the
 // empty text when no line tells.
 std::string WhyRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value);

@@ -13,7 +13,7 @@ namespace kobd::client
 {
 bool IsExported(const ObjectEntry& object)
 {
-    return object.access == Access::kReadWrite && FindObject(object.name) == &object;
+    return object.access == Access::kReadWrite && !object.shared && FindObject(object.name) == &object;
 }
 
 bool IsExported(const TableEntry& table)

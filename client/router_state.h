@@ -19,8 +19,9 @@ struct RouterState
     std::vector<TableRow> rows = {};  // table after table, in their order
 };
 
-// Whether export and import know the object: it can be read and set, and is the one that requests by
-// its name reach.
+// Whether export and import know the object: it can be read and set, requests by its name reach it,
+// and both accessors are its own. One that shares an accessor reads or changes another object's value:
+// what was read of lteLockband5g, for one, is the LTE lock.
 bool IsExported(const ObjectEntry& object);
 
 // Whether they know the table: its rows can be set, and it is not another name of another's rows.

@@ -30,13 +30,14 @@ _kobctl_table() {
 
 _kobctl() {
     if [ "$COMP_CWORD" = 1 ]; then
-        _kobctl_complete "get set list describe show commit watch event journal nvram config table help"
+        _kobctl_complete "get set check confirm commit table list describe show export import batch watch \
+            event journal nvram config doctor help"
         return
     fi
     case ${COMP_WORDS[1]} in
         get) _kobctl_complete "$(kobctl complete-names)" ;;
         describe) _kobctl_complete "$(kobctl complete-names; kobctl complete-names tables)" ;;
-        set)
+        check | set)
             _kobctl_complete "$(kobctl complete-names | sed 's/$/=/')"
             compopt -o nospace
             ;;
@@ -45,6 +46,13 @@ _kobctl() {
                 EthernetUp EthernetDown EthernetIPAdd EthernetIPDel"
             ;;
         journal) _kobctl_complete "--follow" ;;
+        watch) _kobctl_complete "$(kobctl complete-names; kobctl complete-names tables)" ;;
+        export | import | batch) mapfile -t COMPREPLY < <(compgen -f -- "${COMP_WORDS[COMP_CWORD]}") ;;
+        confirm) _kobctl_complete "--resume" ;;
+        help)
+            _kobctl_complete "get set check confirm commit table list describe show export import batch watch \
+                event journal nvram config doctor"
+            ;;
         nvram | config) [ "$COMP_CWORD" = 2 ] && _kobctl_complete "get set" ;;
         table) _kobctl_table ;;
     esac

@@ -13,7 +13,7 @@
 #include "tests/namespaces.h"
 #include "tests/process_setup.h"
 #include "tests/system/daemon_process.h"
-#include "tests/system/kobctl.h"
+#include "tests/system/kobctl_program.h"
 
 namespace kobd::test
 {
@@ -53,21 +53,21 @@ protected:
 
     static void Event(const std::string& arguments)
     {
-        const KobctlRun run = Kobctl("event " + arguments);
+        const Ran run = RunLine("event " + arguments);
         ASSERT_EQ(run.status, 0) << run.errors;
         Settle();
     }
 
     static std::string Nvram(const std::string& key)
     {
-        std::string value = Kobctl("nvram get " + key).output;
+        std::string value = RunLine("nvram get " + key).output;
         return value.substr(0, value.find('\n'));
     }
 
     // Journal lines since the last call.
     std::string NewJournal()
     {
-        std::string text = Kobctl("journal").output;
+        std::string text = RunLine("journal").output;
         std::string fresh = text.substr(journal_read_);
         journal_read_ = text.size();
         return fresh;
@@ -104,9 +104,9 @@ TEST_F(EventSystem, EthernetTakesOverAndGivesBack)
     EXPECT_EQ(Received(1), "799 3 ");
     EXPECT_EQ(NewJournal(), "") << "Ethernet has the connection";
 
-    ASSERT_EQ(Kobctl("nvram set main_status=disconnected").status, 0);
+    ASSERT_EQ(RunLine("nvram set main_status=disconnected").status, 0);
     Event("EthernetDown");
-    EXPECT_EQ(Kobctl("nvram get connected_time eth_status").output, "connected_time=0\neth_status=0\n");
+    EXPECT_EQ(RunLine("nvram get connected_time eth_status").output, "connected_time=0\neth_status=0\n");
     EXPECT_EQ(Received(1), "799 3 ");
     EXPECT_EQ(NewJournal(), "setDualwanNetSelectMode_lte auto_select\nvoipD2Vapp 3\n");
 
@@ -121,7 +121,7 @@ TEST_F(EventSystem, AnAddressChangeGoesToWhoeverUsesTheInterfaceNow)
     Event("ApnIPChange 1");
     EXPECT_EQ(Received(0), "771 3 1" + std::string(1, '\0'));
     EXPECT_EQ(Received(2), "771 3 1" + std::string(1, '\0'));
-    ASSERT_EQ(Kobctl("nvram set wan_interface_snmp=RMNET_data3 wan_interface_tr069=none").status, 0);
+    ASSERT_EQ(RunLine("nvram set wan_interface_snmp=RMNET_data3 wan_interface_tr069=none").status, 0);
     NewJournal();
     Event("ApnIPChange 4");
     EXPECT_EQ(Received(0), "nothing");
@@ -132,14 +132,14 @@ TEST_F(EventSystem, AnAddressChangeGoesToWhoeverUsesTheInterfaceNow)
 
 TEST_F(EventSystem, ObjectsShowWhatLiesInNvram)
 {
-    ASSERT_EQ(Kobctl("nvram set suppband='1 3' main_status=connecting wan_interface_voip=eth1").status, 0);
-    EXPECT_EQ(Kobctl("get lteSuppband lteMainStatusGet networkWanInterfaceCurrentVoip").output,
+    ASSERT_EQ(RunLine("nvram set suppband='1 3' main_status=connecting wan_interface_voip=eth1").status, 0);
+    EXPECT_EQ(RunLine("get lteSuppband lteMainStatusGet networkWanInterfaceCurrentVoip").output,
               "lteSuppband=1 3\nlteMainStatusGet=connecting\nnetworkWanInterfaceCurrentVoip=eth1\n");
     Event("EthernetUp");
-    EXPECT_EQ(Kobctl("get ethernetLinkStatus").output, "1\n");
+    EXPECT_EQ(RunLine("get ethernetLinkStatus").output, "1\n");
     daemon_.End(SIGKILL);
     ASSERT_TRUE(daemon_.Start());
-    EXPECT_EQ(Kobctl("get lteSuppband").output, "1 3\n") << "durable without a commit";
+    EXPECT_EQ(RunLine("get lteSuppband").output, "1 3\n") << "durable without a commit";
     EXPECT_EQ(Nvram("eth_status"), "1");
 }
 
@@ -195,7 +195,7 @@ TEST_F(EventSystem, KobctlRefusesWrongWordsAndChangesNothing)
     };
     for (const auto& c : kCases)
     {
-        const KobctlRun run = Kobctl(c.arguments);
+        const Ran run = RunLine(c.arguments);
         EXPECT_EQ(run.status, c.status) << c.arguments;
         EXPECT_NE(run.errors.find(c.says), std::string::npos) << c.arguments << ": " << run.errors;
     }
@@ -205,15 +205,15 @@ TEST_F(EventSystem, KobctlRefusesWrongWordsAndChangesNothing)
 TEST_F(EventSystem, StoresAreServedWithoutADaemon)
 {
     daemon_.End(SIGTERM);
-    EXPECT_EQ(Kobctl("config set cellular.roaming.enable=1 mine='a\"b=c'").status, 0);
-    EXPECT_EQ(Kobctl("config get mine cellular.roaming.enable cellular.roaming.status --json").output,
+    EXPECT_EQ(RunLine("config set cellular.roaming.enable=1 mine='a\"b=c'").status, 0);
+    EXPECT_EQ(RunLine("config get mine cellular.roaming.enable cellular.roaming.status --json").output,
               "{\"mine\":\"a\\\"b=c\",\"cellular.roaming.enable\":\"1\",\"cellular.roaming.status\":\"Home\"}\n");
-    EXPECT_EQ(Kobctl("nvram get mine").status, 1) << "two stores";
+    EXPECT_EQ(RunLine("nvram get mine").status, 1) << "two stores";
     std::ofstream("/tmp/state/nvram") << "cut";
-    const KobctlRun run = Kobctl("nvram get suppband5g");
+    const Ran run = RunLine("nvram get suppband5g");
     EXPECT_EQ(run.output, "1 3 28 78\n");
     EXPECT_NE(run.errors.find("/tmp/state/nvram is damaged, kept as /tmp/state/nvram.damaged-"), std::string::npos);
-    EXPECT_EQ(Kobctl("event NetworkUp").status, 1) << "nobody to send it to";
+    EXPECT_EQ(RunLine("event NetworkUp").status, 1) << "nobody to send it to";
 }
 
 TEST_F(EventSystem, WatchShowsEveryFreeModule)
@@ -223,14 +223,14 @@ TEST_F(EventSystem, WatchShowsEveryFreeModule)
                      " /tmp/.programs/kobctl event EthernetUp; KOBD_STATE_DIR=/tmp/state " KOBD_EMULATOR
                      " /tmp/.programs/kobctl event ApnIPChange 1) >/dev/null &"),
               0);
-    const KobctlRun run = Kobctl("watch --count 2");
+    const Ran run = RunLine("watch --count 2");
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.errors, "kobctl: not watching module 0x5A510009, another program has it\n");
     EXPECT_NE(run.output.find(" 0x5A510006 connection changed (id 799)\n"), std::string::npos) << run.output;
     EXPECT_NE(run.output.find(" 0x5A510003 EvtApnIPChange (id 771) text=1\n"), std::string::npos) << run.output;
 
     for (size_t i : {0, 1}) ASSERT_EQ(BusClientJoin(&modules_[i], kAll[i]), 0);
-    EXPECT_EQ(Kobctl("watch --count 1").status, 1) << "all are taken";
+    EXPECT_EQ(RunLine("watch --count 1").status, 1) << "all are taken";
 }
 
 TEST_F(EventSystem, WatchPrintsNothingThatSteersTheTerminal)
@@ -249,11 +249,11 @@ TEST_F(EventSystem, JournalFollowsWhatIsWritten)
     // The daemon answers before its last hook has written its line.
     while (FileText("/tmp/state/journal").find("pemixAlg_init") == std::string::npos) usleep(1000);
     std::ofstream("/tmp/state/journal") << "old\nbeing writ";
-    EXPECT_EQ(Kobctl("journal").output, "old\n");
+    EXPECT_EQ(RunLine("journal").output, "old\n");
     ASSERT_EQ(system("(sleep 1; printf 'ten\\nnew\\n' >>/tmp/state/journal) &"), 0);
-    EXPECT_EQ(Kobctl("journal --follow --count 2 --json").output, "\"old\"\n\"being written\"\n");
+    EXPECT_EQ(RunLine("journal --follow --count 2 --json").output, "\"old\"\n\"being written\"\n");
     unlink("/tmp/state/journal");
-    EXPECT_EQ(Kobctl("journal").status, 1);
+    EXPECT_EQ(RunLine("journal").status, 1);
 }
 }  // namespace
 }  // namespace kobd::test

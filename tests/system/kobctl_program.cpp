@@ -26,7 +26,7 @@ std::string ReadFile(const char* path)
     return text.str();
 }
 
-[[noreturn]] void ExecKobctl(const std::vector<std::string>& words)
+[[noreturn]] void ExecKobctl(int output, const std::vector<std::string>& words)
 {
     const std::string program = kPrograms + "kobctl";
     const char* emulator = KOBD_EMULATOR;  // empty where kobctl runs by itself
@@ -35,7 +35,7 @@ std::string ReadFile(const char* path)
     arguments.push_back(program.c_str());
     for (const std::string& word : words) arguments.push_back(word.c_str());
     arguments.push_back(nullptr);
-    dup2(open(kOutput, O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
+    dup2(output, STDOUT_FILENO);
     dup2(open(kErrors, O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
     unsetenv("COLUMNS");
     setenv("KOBD_STATE_DIR", "/tmp/state", 1);  // the stores of the daemon under test, no one else's
@@ -64,10 +64,18 @@ std::vector<std::string> Split(const std::string& line)
 }
 }  // namespace
 
-pid_t StartKobctl(const std::vector<std::string>& words)
+pid_t StartKobctlOn(int output, const std::vector<std::string>& words)
 {
     const pid_t process = fork();
-    if (process == 0) ExecKobctl(words);
+    if (process == 0) ExecKobctl(output, words);
+    return process;
+}
+
+pid_t StartKobctl(const std::vector<std::string>& words)
+{
+    const int output = open(kOutput, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    const pid_t process = StartKobctlOn(output, words);
+    close(output);
     return process;
 }
 
@@ -79,6 +87,8 @@ Ran ReadKobctl(pid_t process)
 }
 
 Ran RunKobctl(const std::vector<std::string>& words) { return ReadKobctl(StartKobctl(words)); }
+
+Ran RunLine(const std::string& line) { return RunKobctl(Split(line)); }
 
 std::string Replay(const std::string& transcript)
 {

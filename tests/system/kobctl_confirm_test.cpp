@@ -1,0 +1,190 @@
+// kobctl set --confirm: the old values come back, whatever dies in between.
+#include <gtest/gtest.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "tests/namespaces.h"
+#include "tests/system/daemon_process.h"
+#include "tests/system/kobctl_program.h"
+
+namespace kobd::test
+{
+namespace
+{
+constexpr char kPending[] = "/tmp/state/confirm";
+
+class KobctlConfirm : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        SKIP_WITHOUT_NAMESPACES();
+        ASSERT_EQ(system("rm -rf /tmp/state /tmp/kob*"), 0);
+        ASSERT_TRUE(daemon_.Start());
+        ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);  // the waiting kobctl becomes a child of ours
+    }
+
+    // No waiting kobctl outlives its test.
+    void TearDown() override
+    {
+        KillWaiting();
+        prctl(PR_SET_CHILD_SUBREAPER, 0);
+    }
+
+    // Ends the kobctl that waits, as a crash would. How many there were.
+    int KillWaiting() const
+    {
+        int killed = 0;
+        for (const auto& entry : std::filesystem::directory_iterator("/proc"))
+        {
+            const pid_t process = static_cast<pid_t>(atol(entry.path().filename().c_str()));
+            std::ifstream stat(entry.path() / "stat");
+            std::string text;
+            std::getline(stat, text);
+            const size_t name_end = text.rfind(')');
+            if (process <= 0 || process == daemon_.Process() || name_end == std::string::npos) continue;
+            char state = 0;
+            pid_t parent = 0;
+            std::istringstream(text.substr(name_end + 1)) >> state >> parent;
+            if (parent != getpid()) continue;
+            kill(process, SIGKILL);
+            killed += waitpid(process, nullptr, 0) == process && state != 'Z';
+        }
+        return killed;
+    }
+
+    static std::string Port()
+    {
+        const Answer answer = Request(kGet, {{1, "webHttpPort"}});
+        return answer.texts.size() == 2 ? answer.texts[1] : "nothing";
+    }
+
+    static bool PortBecomes(const std::string& value, int seconds = 10)
+    {
+        for (int i = 0; i < seconds * 10 && Port() != value; ++i) usleep(100000);
+        return Port() == value;
+    }
+
+    static bool IsPending() { return access(kPending, F_OK) == 0; }
+
+    DaemonProcess daemon_{"/tmp/state"};
+};
+
+TEST_F(KobctlConfirm, OldValuesReturnUnlessConfirmed)
+{
+    EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=81 webHttpEnable=0").output,
+              "the old values return in 60 seconds unless kobctl confirm follows\n");
+    struct stat status;
+    ASSERT_EQ(stat(kPending, &status), 0);
+    EXPECT_EQ(status.st_mode & 0777u, 0600u);
+    EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=82").errors,
+              "kobctl: another set waits for kobctl confirm (webHttpPort, webHttpEnable); nothing was set\n");
+    EXPECT_EQ(RunLine("confirm").output, "kept: webHttpPort, webHttpEnable\n");
+    EXPECT_EQ(Port(), "81");
+    EXPECT_FALSE(IsPending());
+    EXPECT_EQ(RunLine("confirm").errors, "kobctl: there is nothing to confirm\n");
+
+    EXPECT_EQ(RunLine("set --confirm 1 webHttpPort=82 webHttpEnable=1").status, 0);
+    EXPECT_EQ(Port(), "82");
+    EXPECT_TRUE(PortBecomes("81")) << Port();
+    daemon_.End(SIGKILL);
+    ASSERT_TRUE(daemon_.Start());
+    EXPECT_EQ(RunLine("get webHttpPort webHttpEnable").output, "webHttpPort=81\nwebHttpEnable=0\n") << "durable";
+    EXPECT_FALSE(IsPending());
+}
+
+TEST_F(KobctlConfirm, TheNextCallGoesOnForAKilledOne)
+{
+    EXPECT_EQ(RunLine("set --confirm 1 webHttpPort=81").status, 0);
+    EXPECT_EQ(KillWaiting(), 1);
+    sleep(2);
+    EXPECT_EQ(Port(), "81") << "nobody waits";
+    const Ran ran = RunLine("get webHttpPort");
+    EXPECT_EQ(ran.output, "80\n");
+    EXPECT_EQ(ran.errors, "kobctl: not confirmed in time, the old values are back: webHttpPort\n");
+    EXPECT_FALSE(IsPending());
+
+    EXPECT_EQ(RunLine("set --confirm 1 webHttpPort=82").status, 0);
+    EXPECT_EQ(KillWaiting(), 1);
+    sleep(2);
+    const Ran late = RunLine("confirm");
+    EXPECT_EQ(late.status, 1);
+    EXPECT_EQ(late.errors, "kobctl: too late to confirm webHttpPort: the old values are back\n");
+    EXPECT_EQ(Port(), "80");
+}
+
+TEST_F(KobctlConfirm, AfterARestartOfTheMachineTheServiceStartTakesBack)
+{
+    EXPECT_EQ(RunLine("set --confirm 600 webHttpPort=81").status, 0);
+    EXPECT_EQ(KillWaiting(), 1);
+    ASSERT_EQ(system("sed -i 's/^boot=.*/boot=another/' /tmp/state/confirm"), 0);
+    daemon_.End(SIGKILL);
+    EXPECT_EQ(RunLine("confirm --resume").status, 0) << "before the daemon answers";
+    sleep(2);
+    EXPECT_TRUE(IsPending()) << "kept until somebody answers";
+    ASSERT_TRUE(daemon_.Start());
+    EXPECT_TRUE(PortBecomes("80"));
+    EXPECT_EQ(RunLine("confirm --resume").status, 0) << "nothing to do is no failure";
+}
+
+TEST_F(KobctlConfirm, ARestartOfTheDaemonAloneChangesNothing)
+{
+    EXPECT_EQ(RunLine("set --confirm 4 webHttpPort=81").status, 0);
+    daemon_.End(SIGKILL);
+    ASSERT_TRUE(daemon_.Start());
+    EXPECT_EQ(Port(), "81");
+    EXPECT_TRUE(PortBecomes("80"));
+}
+
+TEST_F(KobctlConfirm, OldValuesThatAreRefusedAreKept)
+{
+    EXPECT_EQ(RunLine("set --confirm 1 webHttpPort=81").status, 0);
+    EXPECT_EQ(KillWaiting(), 1);
+    ASSERT_EQ(system("sed -i 's/^webHttpPort=80/webHttpPort=0/' /tmp/state/confirm"), 0);
+    sleep(1);
+    const Ran ran = RunLine("get webHttpPort");
+    EXPECT_EQ(ran.errors,
+              "kobctl: the daemon refused the old values of webHttpPort: Invalid argument; they are kept in "
+              "/tmp/state/confirm.refused\n");
+    EXPECT_FALSE(IsPending());
+    EXPECT_EQ(RunLine("doctor").status, 1) << "it says so until it is removed";
+}
+
+TEST_F(KobctlConfirm, WhatCannotBeTakenBackIsRefused)
+{
+    const char* session = R"session($ kobctl set --confirm 60 systemReboot=1
+! kobctl: set --confirm: systemReboot is an action: it cannot be taken back; nothing was set
+[1]
+$ kobctl set --confirm 60 webHttpPort=81 webHttpEnable=2
+! kobctl: set --confirm: webHttpEnable=2: it takes 0 or 1; nothing was set
+[1]
+$ kobctl set --confirm 60 webHttpPort=81 webHttpPrt=2
+! kobctl: set --confirm: there is no object webHttpPrt, did you mean webHttpPort?; nothing was set
+[1]
+$ kobctl set --confirm 60 --silent webHttpPort=81
+! kobctl: set takes --silent or --confirm, not both
+[2]
+$ kobctl set --confirm 0 webHttpPort=81
+! kobctl: --confirm takes seconds from 1 to 604800, not '0'; see kobctl help
+[2]
+$ kobctl set --confirm 60 webHttpPort=81 networkLanSettingIp=192.168.1.0
+! kobctl: networkLanSettingIp=192.168.1.0: it takes an IPv4 address that is no network address under networkLanSettingMask and not in 10.254.254.x: Invalid argument (2)
+[1]
+$ kobctl get webHttpPort
+80
+$ kobctl confirm
+! kobctl: there is nothing to confirm
+[1]
+)session";
+    EXPECT_EQ(Replay(session), session);
+}
+}  // namespace
+}  // namespace kobd::test

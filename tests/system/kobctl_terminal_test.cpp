@@ -1,0 +1,160 @@
+// kobctl on a terminal and in pipes: help, colours, control characters, readers that go away; and
+// kobctl doctor.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include "tests/namespaces.h"
+#include "tests/system/daemon_process.h"
+#include "tests/system/kobctl_program.h"
+
+namespace kobd::test
+{
+namespace
+{
+class KobctlTerminal : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        SKIP_WITHOUT_NAMESPACES();
+        ASSERT_EQ(system("rm -rf /tmp/state /tmp/kob*"), 0);
+        ASSERT_TRUE(daemon_.Start());
+    }
+
+    // What a person sees on a terminal.
+    static std::string OnTerminal(const std::vector<std::string>& words)
+    {
+        const int screen = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+        if (screen < 0 || grantpt(screen) != 0 || unlockpt(screen) != 0) return "no terminal here";
+        const int terminal = open(ptsname(screen), O_RDWR | O_NOCTTY | O_CLOEXEC);
+        if (terminal < 0) return "no terminal here";
+        const pid_t process = StartKobctlOn(terminal, words);
+        close(terminal);
+        std::string text;
+        char part[4096];
+        for (ssize_t count = 0; (count = read(screen, part, sizeof part)) > 0;)
+            text.append(part, static_cast<size_t>(count));
+        waitpid(process, nullptr, 0);
+        close(screen);
+        return text;
+    }
+
+    DaemonProcess daemon_{"/tmp/state"};
+};
+
+TEST_F(KobctlTerminal, EveryHelpFitsAScreen)
+{
+    std::vector<std::string> commands = {""};
+    for (const char* one : {"get", "set", "check", "confirm", "commit", "table", "list", "describe", "show", "export",
+                            "import", "batch", "watch", "event", "journal", "nvram", "config", "doctor"})
+        commands.emplace_back(one);
+    const std::string overview = RunLine("help").output;
+    for (const std::string& command : commands)
+    {
+        const Ran ran = RunLine("help " + command);
+        EXPECT_EQ(ran.status, 0) << command;
+        EXPECT_NE(overview.find(command), std::string::npos) << command << " is not in the overview";
+        std::istringstream lines(ran.output);
+        int count = 0;
+        for (std::string line; std::getline(lines, line); ++count)
+            EXPECT_LE(line.size(), 80u) << command << ": " << line;
+        EXPECT_LE(count, 24) << command;
+        if (command.empty()) continue;
+        EXPECT_NE(ran.output.find("\n  kobctl " + command), std::string::npos) << command << " has no example";
+        EXPECT_EQ(RunLine(command + " --help").output, ran.output);
+    }
+    EXPECT_EQ(RunLine("help wach").errors, "kobctl: there is no command wach, did you mean watch?\n");
+    EXPECT_EQ(RunLine("sett a=b").errors, "kobctl: unknown command 'sett', did you mean set?; see kobctl help\n");
+    EXPECT_EQ(RunLine("get --count 3 IMEI").errors, "kobctl: get takes no --count; see kobctl help get\n");
+}
+
+TEST_F(KobctlTerminal, AReaderThatGoesAwayEndsItQuietly)
+{
+    std::ofstream("/tmp/state/journal") << std::string(100000, 'a') << "\n";
+    for (const char* line :
+         {"list", "describe webHttpPort", "show", "get webHttpPort IMEI", "table list", "table dump ledsTable",
+          "export", "journal", "journal --follow", "watch", "doctor", "help", "check webHttpPort=1",
+          "nvram get suppband", "table describe FwUrlFilterTable", "list --json", "batch /tmp/state/batch"})
+    {
+        std::ofstream("/tmp/state/batch") << "list\nshow\n";
+        int ends[2];
+        ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+        close(ends[0]);
+        std::vector<std::string> words;
+        std::istringstream parts(line);
+        for (std::string word; parts >> word;) words.push_back(word);
+        const pid_t process = StartKobctlOn(ends[1], words);
+        close(ends[1]);
+        const Ran ran = ReadKobctl(process);
+        EXPECT_TRUE(ran.status == -SIGPIPE || ran.status == 0) << line << " ends with " << ran.status;
+        EXPECT_EQ(ran.errors, "") << line;
+    }
+}
+
+TEST_F(KobctlTerminal, NothingFromTheNetworkSteersATerminal)
+{
+    ASSERT_EQ(RunKobctl({"nvram", "set", "mine=a\x1b[2Jb"}).status, 0);
+    EXPECT_EQ(OnTerminal({"nvram", "get", "mine"}), "a\\x1b[2Jb\r\n");
+    EXPECT_EQ(RunLine("nvram get mine").output, "a\x1b[2Jb\n") << "a program gets it as it is";
+    ASSERT_EQ(RunKobctl({"set", "webLoginName=x\x07y"}).status, RunLine("check webLoginName=x").status);
+    ASSERT_EQ(RunKobctl({"nvram", "set", "suppband=1\x1b]0;t\x07"}).status, 0);
+    EXPECT_EQ(OnTerminal({"get", "lteSuppband"}), "1\\x1b]0;t\\x07\r\n");
+}
+
+TEST_F(KobctlTerminal, ColoursAreForTerminalsThatWantThem)
+{
+    setenv("TERM", "xterm", 1);
+    unsetenv("NO_COLOR");
+    EXPECT_EQ(OnTerminal({"check", "webHttpPort=0"}).substr(0, 16), "\x1b[31mrefused\x1b[0m");
+    EXPECT_EQ(RunLine("check webHttpPort=0").output.substr(0, 9), "refused  ");
+    setenv("NO_COLOR", "1", 1);
+    EXPECT_EQ(OnTerminal({"check", "webHttpPort=0"}).substr(0, 9), "refused  ");
+    unsetenv("NO_COLOR");
+    setenv("TERM", "dumb", 1);
+    EXPECT_EQ(OnTerminal({"check", "webHttpPort=0"}).substr(0, 9), "refused  ");
+}
+
+TEST_F(KobctlTerminal, TheDoctorSaysWhatIsWrong)
+{
+    const Ran well = RunLine("doctor");
+    EXPECT_EQ(well.status, 0) << well.output;
+    EXPECT_EQ(well.output.find("WRONG"), std::string::npos) << well.output;
+    EXPECT_NE(well.output.find("ok    daemon   answers in "), std::string::npos) << well.output;
+    EXPECT_NE(well.output.find("ok    state    /tmp/state\n"), std::string::npos) << well.output;
+
+    RunLine("set webHttpPort=0");
+    std::ofstream("/tmp/kobddebug") << "";
+    BusClient module;
+    ASSERT_EQ(BusClientJoin(&module, kModuleNotify), 0);
+    for (int i = 0; i < 10; ++i) RunLine("set webHttpEnable=1");
+    const Ran stuck = RunLine("doctor");
+    EXPECT_EQ(stuck.status, 1);
+    EXPECT_NE(stuck.output.find("WRONG queue    0x5A510003 (announcements): 20 messages waiting"), std::string::npos)
+        << stuck.output;
+    EXPECT_NE(stuck.output.find(" webHttpPort(0) verify error\n"), std::string::npos) << stuck.output;
+    EXPECT_NE(stuck.output.find("debug lines are on"), std::string::npos) << stuck.output;
+    BusClientClose(&module);
+
+    kill(daemon_.Process(), SIGSTOP);
+    usleep(200000);  // every thread has to notice
+    const Ran silent = RunLine("doctor --timeout 0.2");
+    kill(daemon_.Process(), SIGCONT);
+    EXPECT_EQ(silent.status, 1);
+    EXPECT_NE(silent.output.find("WRONG daemon   does not answer"), std::string::npos) << silent.output;
+
+    daemon_.End(SIGTERM);
+    const Ran gone = RunLine("doctor --json");
+    EXPECT_EQ(gone.status, 1);
+    EXPECT_TRUE(
+        gone.output.starts_with("[{\"finding\":\"WRONG\",\"subject\":\"daemon\",\"text\":\"kobd is not running"))
+        << gone.output;
+}
+}  // namespace
+}  // namespace kobd::test
