@@ -30,7 +30,7 @@ install(FILES ${KOBD_MADE}/kobd_client-config-version.cmake DESTINATION ${KOBD_P
 file(RELATIVE_PATH KOBD_PREFIX_FROM_PKGCONFIG /p/${CMAKE_INSTALL_LIBDIR}/pkgconfig /p)
 string(REGEX REPLACE "/$" "" KOBD_PREFIX_FROM_PKGCONFIG ${KOBD_PREFIX_FROM_PKGCONFIG})
 if(KOBD_STATIC)
-  set(KOBD_PKGCONFIG_LIBRARIES "-lkobd_client -lkobd_tlv -lkobd_bus -lstdc++")
+  set(KOBD_PKGCONFIG_LIBRARIES "-lkobd_client -lkobd_tlv -lkobd_bus -l${KOBD_CXX_LIBRARY}")
 else()
   set(KOBD_PKGCONFIG_LIBRARIES "-lkobd_client")
 endif()

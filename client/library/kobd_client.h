@@ -13,6 +13,8 @@
  * Every function that returns int gives 0 or a result code; kobd_result_text has its text. A client
  * is used by one thread at a time; different clients are independent. Texts are zero-terminated
  * bytes, usually UTF-8. Nothing blocks longer than its deadline. */
+/* Laid out as C, for those who read it. */
+/* clang-format off */
 #ifndef KOBD_CLIENT_H
 #define KOBD_CLIENT_H
 
