@@ -1,6 +1,6 @@
 // Staged values and the view of them that validators have.
-#include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "daemon/result.h"
 #include "dictionary/name_index.h"
@@ -17,7 +17,7 @@ StagedValue* first_staged = nullptr;
 
 int StageValue(const ObjDef& object, std::string_view value)
 {
-    char* copy = static_cast<char*>(malloc(value.size() + 1));
+    char* copy = static_cast<char*>(::operator new(value.size() + 1, std::nothrow));
     if (copy == nullptr) return kMallocFailed;
     memcpy(copy, value.data(), value.size());
     copy[value.size()] = 0;
@@ -28,7 +28,7 @@ int StageValue(const ObjDef& object, std::string_view value)
         staged->next = first_staged;
         first_staged = staged;
     }
-    free(staged->text);
+    ::operator delete(staged->text);
     staged->text = copy;
     return kSuccess;
 }
@@ -39,7 +39,7 @@ void StagedValuesFree()
     {
         StagedValue* staged = first_staged;
         first_staged = staged->next;
-        free(staged->text);
+        ::operator delete(staged->text);
         *staged = {};
     }
 }

@@ -15,6 +15,16 @@
 
 #include "platform/host/bus_queues.h"
 
+// The daemon exports its log; the other programs that use the bus have none and do not receive here.
+extern "C" int kobd_log_print(const char* function, int line, const char* format, ...)
+    __attribute__((weak, format(printf, 3, 4)));
+
+#define REPORT(...)                                                                  \
+    do                                                                               \
+    {                                                                                \
+        if (kobd_log_print != nullptr) kobd_log_print("Bus", __LINE__, __VA_ARGS__); \
+    } while (false)
+
 using namespace kobd;
 using namespace kobd::host;
 
@@ -22,6 +32,7 @@ namespace
 {
 constexpr int kSendBudgetMs = 100;  // all sends of one request together may wait this long
 constexpr int kReclaimSeconds = 2;
+constexpr long kRetryNs = 100000000;  // between attempts to have a queue again
 constexpr int32_t kInvalidArgument = 2;
 constexpr int kSendFailed = 5;
 constexpr uint16_t kTagResult = 0;
@@ -101,6 +112,27 @@ void Dispatch(QueueMessage& message, size_t received)
     in_handler = false;
 }
 
+void Pause()
+{
+    const timespec pause = {0, kRetryNs};
+    nanosleep(&pause, nullptr);
+}
+
+// The queue cannot be read: most likely somebody removed it. Takes a new one, however long the system has none to
+// give; a daemon that gave up would run on and serve nothing.
+void TakeQueueAgain()
+{
+    REPORT("the queue of module 0x%08X is lost with what was in it: %s", bus.module, strerror(errno));
+    bool told = false;
+    while (!bus.stopping && (bus.queue = ModuleQueue(bus.module, true)) < 0)
+    {
+        if (!told) REPORT("cannot have a queue again yet: %s", strerror(errno));
+        told = true;
+        Pause();
+    }
+    if (!bus.stopping) REPORT("serving on a new queue of module 0x%08X", bus.module);
+}
+
 void* Receive(void*)
 {
     static QueueMessage message;
@@ -109,15 +141,10 @@ void* Receive(void*)
         const ssize_t received = msgrcv(bus.queue, &message, sizeof message.bytes, 0, MSG_NOERROR);
         if (received >= 0)
             Dispatch(message, static_cast<size_t>(received));
-        else if (errno == EIDRM || errno == EINVAL)
-        {
-            // Removed under us: take a new queue, or end when leaving the bus.
-            if (bus.stopping) break;
-            bus.queue = ModuleQueue(bus.module, true);
-            if (bus.queue < 0) break;
-        }
-        else if (errno != EINTR && errno != EAGAIN && errno != ENOMEM)
-            break;
+        else if (errno == EAGAIN || errno == ENOMEM)
+            Pause();
+        else if (errno != EINTR && !bus.stopping)
+            TakeQueueAgain();
     }
     return nullptr;
 }
@@ -194,8 +221,12 @@ int MessageSendReply(MessageHeader* message)
     if (named <= 0) return 5;
     const int queue = named - 1;
     // A request that names our own queue would have us answer ourselves for ever.
-    if (queue == bus.queue) return 5;
-    return QueueSend(queue, message, SendBudget()) == 0 ? 0 : 5;
+    if (queue == bus.queue) return kSendFailed;
+    const int code = QueueSend(queue, message, SendBudget());
+    if (code == kSendFailed)  // a client that is gone is nothing to tell of
+        REPORT("reply of %d bytes to process %u dropped, its queue takes no more", message->length,
+               LoadBusHeader(message).sender);
+    return code == 0 ? 0 : kSendFailed;
 }
 
 void MessageDestroy()

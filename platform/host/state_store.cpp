@@ -17,6 +17,7 @@ namespace
 {
 constexpr mode_t kFolderMode = 0700;
 constexpr mode_t kFileMode = 0600;
+constexpr off_t kJournalBytes = 1024 * 1024;  // about ten thousand lines; one more file of that size is kept
 constexpr std::string_view kHeading = "# Settings that differ from the factory's. Edit while the daemon is stopped.\n";
 constexpr std::string_view kEnd = "end";
 
@@ -211,6 +212,8 @@ void Journal(std::string_view line)
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kFileMode);
     if (file < 0) return;
     WriteAll(file, Escape(line) + "\n");
+    const bool large = lseek(file, 0, SEEK_END) > kJournalBytes;
     close(file);
+    if (large) rename(path.c_str(), (path + ".1").c_str());
 }
 }  // namespace kobd::host

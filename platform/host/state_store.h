@@ -69,6 +69,7 @@ bool FinishSave(const std::string& folder);
 // Moves a damaged file aside so that nobody writes over it. Its new name, empty when that failed.
 std::string KeepAside(const std::string& path);
 
-// One line to the journal of the host platform: what a router would have done.
+// One line to the journal of the host platform: what a router would have done. A journal of more
+// than 1 MiB is moved to "journal.1" in the place of an earlier one, so that both stay bounded.
 void Journal(std::string_view line);
 }  // namespace kobd::host

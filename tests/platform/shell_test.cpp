@@ -3,6 +3,8 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -141,5 +143,29 @@ TEST(Shell, LeaksNoDescriptors)
     const int next_free = open("/dev/null", O_RDONLY | O_CLOEXEC);
     close(next_free);
     EXPECT_EQ(next_free, first_free);
+}
+
+// The limit binds no privileged process, so that a child gives its privileges up first.
+TEST(Shell, SaysWhenNoProcessCanBeStarted)
+{
+    if (geteuid() != 0) GTEST_SKIP() << "needs root to become somebody else";
+    constexpr uid_t kNobody = 65534;
+    const pid_t child = fork();
+    if (child == 0)
+    {
+        const rlimit none = {0, 0};
+        if (setrlimit(RLIMIT_NPROC, &none) != 0 || setuid(kNobody) != 0) _exit(2);
+        const pid_t other = fork();
+        if (other == 0) _exit(0);
+        if (other > 0) _exit(3);  // the limit does not bind here
+        const Printed all = All("echo x");
+        const Printed line = Line("echo x");
+        _exit(all.status == -1 && all.text.empty() && line.status == -1 && line.text.empty() ? 0 : 1);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    if (WEXITSTATUS(status) >= 2) GTEST_SKIP() << "processes cannot be limited here";
+    EXPECT_EQ(WEXITSTATUS(status), 0) << "-1 and the empty text";
 }
 }  // namespace kobd::test

@@ -159,4 +159,18 @@ TEST_F(StateStore, SecondDamagedFileOfASecondDoesNotReplaceTheFirst)
     EXPECT_NE(first, second);
     EXPECT_EQ(FileText(first), "first");
 }
+
+TEST(StateJournal, IsMovedAsideWhenItIsLargeAndBothStayBounded)
+{
+    setenv("KOBD_STATE_DIR", ("/tmp/kobd_host_state_" + std::to_string(getpid())).c_str(), 0);
+    const std::string journal = StateFolder() + "/journal";
+    const std::string line(100000, 'x');
+    for (int number = 0; number < 35; ++number) Journal(std::to_string(number) + line);
+    const auto kept = std::filesystem::file_size(journal) + std::filesystem::file_size(journal + ".1");
+    EXPECT_GT(kept, 1u << 20) << "what happened last is there";
+    EXPECT_LT(kept, (2u << 20) + line.size());
+    EXPECT_EQ(FileText(journal).substr(0, 2), "33") << "a line is whole in one of the two";
+    std::filesystem::remove_all(StateFolder());
+    std::filesystem::create_directory(StateFolder());
+}
 }  // namespace kobd::test
