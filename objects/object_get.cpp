@@ -12,19 +12,19 @@ namespace
 {
 constexpr const char* kFunction = "ReqObjGet";
 
-// Reads one object into the reply. An object that cannot be read leaves its log line only; false
-// when the reply has no room left.
-bool PushObject(Reply& reply, const char* name)
+// Reads one object into the reply; a zero byte ends the name. An object that cannot be read leaves its log line only;
+// false when the reply has no room left.
+bool PushObject(Reply& reply, std::string_view name)
 {
     const ObjDef* object = NameLookup(name).object;
     if (object == nullptr)
     {
-        LOG_ALWAYS(kFunction, "%s-KOB_NOT_FOUND", name);
+        LOG_ALWAYS(kFunction, "%s-KOB_NOT_FOUND", name.data());
         return true;
     }
     if (object->get == nullptr)
     {
-        LOG_ALWAYS(kFunction, "%s-KOB_METHOD_UNAVAILABLE", name);
+        LOG_ALWAYS(kFunction, "%s-KOB_METHOD_UNAVAILABLE", name.data());
         return true;
     }
     LOG_DEBUG(reply.Debug(), kFunction, "obj->name[%s]", object->name);
@@ -32,7 +32,7 @@ bool PushObject(Reply& reply, const char* name)
     value[0] = 0;
     if (object->get(value) != kSuccess)
     {
-        LOG_ALWAYS(kFunction, "%s-KOB_GET_ERROR", name);
+        LOG_ALWAYS(kFunction, "%s-KOB_GET_ERROR", name.data());
         return true;
     }
     return reply.PushText(kTagObjectName, name) && reply.PushText(kTagValue, value);
@@ -48,7 +48,7 @@ int ReqObjGet(MessageHeader* request)
     {
         const auto name = item->Text();  // whatever its tag
         if (!name) return reply.Refuse(kInvalidArgument);
-        if (!PushObject(reply, name->data())) return reply.Refuse(kBufferLimit);
+        if (!PushObject(reply, *name)) return reply.Refuse(kBufferLimit);
     }
     return reader.Broken() ? reply.Refuse(kInvalidArgument) : reply.Send();
 }

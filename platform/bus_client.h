@@ -11,6 +11,10 @@ struct BusClient
     uint32_t module = 0;  // 0 for a plain client
     int claim = -1;       // semaphore that holds the module, -1 for a plain client
     uint32_t sequence = 0;
+    int process = 0;             // that opened it; a child opens a connection of its own
+    uint32_t destination = 0;    // module of the last message, with its claim and queue
+    int destination_claim = -1;  // semaphore
+    int destination_queue = -1;
 };
 
 // What can be seen of a module from outside.

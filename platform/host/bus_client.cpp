@@ -10,6 +10,7 @@
 #include <ctime>
 
 #include "platform/host/bus_queues.h"
+#include "platform/host/wake_at.h"
 
 using namespace kobd;
 using namespace kobd::host;
@@ -19,9 +20,8 @@ namespace
 constexpr int kNotRunning = 3;
 constexpr int kTimeout = 8;
 constexpr int kFailed = 9;
-constexpr int kSlots = 512;  // private queues a process may have at once
-constexpr int64_t kPollNs = 200000;
-constexpr int kSpins = 64;  // empty looks at the queue before sleeping between looks
+constexpr int kSlots = 512;       // private queues a process may have at once
+constexpr long kPollNs = 200000;  // between looks at the queue, where nothing would end a wait for it
 
 struct QueueMessage
 {
@@ -34,19 +34,54 @@ std::atomic<int> next_slot = 0;
 // Waits for a message until `deadline`; bytes received, or -1 with errno ETIME, EIDRM ...
 ssize_t ReceiveUntil(int queue, QueueMessage* message, int64_t deadline)
 {
-    for (int look = 0;; ++look)
+    const WakeAt wake(queue, deadline);
+    for (bool over = false;;)
     {
-        const ssize_t received = msgrcv(queue, message, sizeof message->bytes, 0, IPC_NOWAIT | MSG_NOERROR);
-        if (received >= 0) return received;
-        if (errno != ENOMSG && errno != EINTR && errno != EAGAIN) return -1;
-        if (NowMs() >= deadline)
+        const int flags = MSG_NOERROR | (over || !wake.Armed() ? IPC_NOWAIT : 0);
+        const ssize_t received = msgrcv(queue, message, sizeof message->bytes, 0, flags);
+        if (received > 0) return received;
+        // Nothing, or a wake: this wait's or an earlier one's.
+        if (received < 0 && errno != ENOMSG && errno != EINTR && errno != EAGAIN) return -1;
+        if (received < 0 && over)
         {
             errno = ETIME;
             return -1;
         }
-        if (look < kSpins) continue;
+        over = NowMs() >= deadline;
         const timespec pause = {0, kPollNs};
-        nanosleep(&pause, nullptr);
+        if (!over && !wake.Armed()) nanosleep(&pause, nullptr);
+    }
+}
+
+// The queue of the module, -1 when nobody has it. A client asks the same module again and again, so
+// its claim and queue are remembered; only whether the claim still holds is looked at every time.
+int FindDestination(BusClient* client, uint32_t module)
+{
+    if (client->destination == module && ClaimHolds(client->destination_claim)) return client->destination_queue;
+    client->destination = module;
+    client->destination_claim = ModuleClaim(module);
+    client->destination_queue = ClaimHolds(client->destination_claim) ? ModuleQueue(module, false) : -1;
+    return client->destination_queue;
+}
+
+int SendTo(BusClient* client, const MessageHeader* message, int* timeout_ms)
+{
+    const int queue = FindDestination(client, message->destination);
+    return queue < 0 ? kNotRunning : QueueSend(queue, message, timeout_ms);
+}
+
+// The next sound message until `deadline`. 0, 8 or 9.
+int ReceiveMessage(BusClient* client, MessageHeader* message, int64_t deadline)
+{
+    static thread_local QueueMessage in;
+    for (;;)
+    {
+        const ssize_t received = ReceiveUntil(client->queue, &in, deadline);
+        if (received < 0) return errno == ETIME ? kTimeout : kFailed;
+        const size_t size = static_cast<size_t>(received);
+        if (size < sizeof(MessageHeader)) continue;
+        memcpy(message, in.bytes, size);
+        if (message->length <= size - sizeof(MessageHeader)) return 0;
     }
 }
 }  // namespace
@@ -68,11 +103,12 @@ int BusModuleLook(uint32_t module, BusModule* look)
 int BusClientOpen(BusClient* client)
 {
     *client = {};
+    client->process = getpid();
     ReclaimQueues();
     for (int attempt = 0; attempt < kSlots; ++attempt)
     {
         client->slot = next_slot++ % kSlots;
-        const key_t key = ClientKey(getpid(), client->slot);
+        const key_t key = ClientKey(client->process, client->slot);
         client->queue = msgget(key, IPC_CREAT | IPC_EXCL | 0600);
         if (client->queue >= 0) return 0;
         if (errno != EEXIST) return kFailed;
@@ -83,6 +119,7 @@ int BusClientOpen(BusClient* client)
 int BusClientJoin(BusClient* client, uint32_t module)
 {
     *client = {};
+    client->process = getpid();
     client->claim = ClaimModule(module);
     if (client->claim < 0) return kFailed;
     client->module = module;
@@ -103,12 +140,14 @@ int BusClientSend(BusClient* client, MessageHeader* message, int timeout_ms)
 {
     BusHeader header = LoadBusHeader(message);
     header.sequence = ++client->sequence;
-    header.sender = static_cast<uint32_t>(getpid());
+    header.sender = static_cast<uint32_t>(client->process);
     header.reply_queue = message->message_class == kClassRequest && client->module == 0 ? client->queue + 1 : 0;
     StoreBusHeader(message, header);
-    const int queue = ModuleIsClaimed(message->destination) ? ModuleQueue(message->destination, false) : -1;
-    if (queue < 0) return kNotRunning;
-    return QueueSend(queue, message, &timeout_ms);
+    const int code = SendTo(client, message, &timeout_ms);
+    if (code != kNotRunning || client->destination_queue < 0) return code;
+    // The module may have left and come back with another queue since the last message.
+    client->destination_queue = client->destination_claim = -1;
+    return SendTo(client, message, &timeout_ms);
 }
 
 int BusClientCall(BusClient* client, MessageHeader* request, MessageHeader* reply, int timeout_ms)
@@ -117,24 +156,12 @@ int BusClientCall(BusClient* client, MessageHeader* request, MessageHeader* repl
     if (const int code = BusClientSend(client, request, timeout_ms)) return code;
     for (;;)
     {
-        const int left = static_cast<int>(deadline - NowMs());
-        const int code = BusClientReceive(client, reply, left > 0 ? left : 0);
-        if (code != 0) return code;
+        if (const int code = ReceiveMessage(client, reply, deadline)) return code;
         if (LoadBusHeader(reply).sequence == client->sequence) return 0;  // else a late reply
     }
 }
 
 int BusClientReceive(BusClient* client, MessageHeader* message, int timeout_ms)
 {
-    static thread_local QueueMessage in;
-    const int64_t deadline = NowMs() + timeout_ms;
-    for (;;)
-    {
-        const ssize_t received = ReceiveUntil(client->queue, &in, deadline);
-        if (received < 0) return errno == ETIME ? kTimeout : kFailed;
-        const size_t size = static_cast<size_t>(received);
-        if (size < sizeof(MessageHeader)) continue;
-        memcpy(message, in.bytes, size);
-        if (message->length <= size - sizeof(MessageHeader)) return 0;
-    }
+    return ReceiveMessage(client, message, NowMs() + timeout_ms);
 }

@@ -37,7 +37,10 @@ key_t ClientKey(pid_t process, int slot);
 // Takes the module for this process until it dies. The semaphore, or -1 when somebody has it.
 int ClaimModule(uint32_t module);
 void ReleaseModule(int claim);
-bool ModuleIsClaimed(uint32_t module);
+
+// The semaphore of the module's claim, -1 when nobody ever had it; whether somebody has it now.
+int ModuleClaim(uint32_t module);
+bool ClaimHolds(int claim);
 
 // The module's queue, or -1 when there is none. Creates it when `create`.
 int ModuleQueue(uint32_t module, bool create);

@@ -1,11 +1,13 @@
 // Running values: factory values by object, changed ones over them.
 #include "platform/host/object_values.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "dictionary/value_type.h"
 #include "platform/host/list_values.h"
@@ -81,7 +83,8 @@ struct Values
     std::array<const ListValue*, kRowCount> of_list;  // what it tells of a list, else nullptr
     std::array<std::string, kRowCount> key;
     std::unordered_map<std::string_view, size_t> by_key;
-    Settings unknown;  // settings of a newer build, kept as they are
+    std::vector<size_t> touched;  // rows, ascending, whose value has ever been another than the factory's
+    Settings unknown;             // settings of a newer build, kept as they are
     bool dirty = false;
 };
 Values values;
@@ -123,6 +126,13 @@ void NameRows()
     values.running = values.factory;
 }
 
+// Remembers that this row may be in the state file, so that a commit looks at these rows alone.
+void Touch(size_t number)
+{
+    const auto place = std::lower_bound(values.touched.begin(), values.touched.end(), number);
+    if (place == values.touched.end() || *place != number) values.touched.insert(place, number);
+}
+
 int GiveText(const std::string& text, char* value)
 {
     if (text.size() >= kValueBuffer) return kInvokeFailed;
@@ -143,7 +153,10 @@ void ObjectValuesLoad(const std::string& path)
         if (found == values.by_key.end())
             values.unknown.push_back(setting);
         else
+        {
             values.running[found->second] = setting.second;
+            Touch(found->second);
+        }
     }
 }
 
@@ -152,7 +165,7 @@ bool ObjectValuesChanged() { return values.dirty; }
 Settings ObjectValuesState()
 {
     Settings settings;
-    for (size_t number = 0; number < kRowCount; ++number)
+    for (const size_t number : values.touched)
         if (values.running[number] != values.factory[number])
             settings.emplace_back(values.key[number], values.running[number]);
     settings.insert(settings.end(), values.unknown.begin(), values.unknown.end());
@@ -175,10 +188,12 @@ int ObjectValueGet(size_t number, char* value)
 int ObjectValueSet(size_t number, const char* value)
 {
     if (const char* key = values.nvram_key[number]) return nvram_set(key, value) == 0 ? 0 : kInvokeFailed;
-    std::string& text = values.running[values.home[number]];
+    const size_t home = values.home[number];
+    std::string& text = values.running[home];
     if (strlen(value) >= kValueBuffer) return kInvokeFailed;  // it could never be read again
     if (text == value) return 0;
     text = value;
+    Touch(home);
     values.dirty = true;
     return 0;
 }

@@ -302,13 +302,13 @@ TEST_F(BusQueues, ModuleOfAKilledProcessIsFreeAndItsClientQueueGoes)
     msqid_ds status;
     ReclaimQueues();
     EXPECT_EQ(msgctl(queue, IPC_STAT, &status), 0) << "a living client's queue stays";
-    EXPECT_TRUE(ModuleIsClaimed(kModuleServices));
+    EXPECT_TRUE(ClaimHolds(ModuleClaim(kModuleServices)));
     BusClient other;
     EXPECT_EQ(BusClientJoin(&other, kModuleServices), 9);
 
     ASSERT_EQ(kill(child, SIGKILL), 0);
     ASSERT_EQ(waitpid(child, nullptr, 0), child);
-    EXPECT_FALSE(ModuleIsClaimed(kModuleServices));
+    EXPECT_FALSE(ClaimHolds(ModuleClaim(kModuleServices)));
     ReclaimQueues();
     EXPECT_NE(msgctl(queue, IPC_STAT, &status), 0) << "a killed client's queue is removed";
     EXPECT_EQ(BusClientJoin(&other, kModuleServices), 0);

@@ -1,0 +1,17 @@
+// The parts of the measurement, in the order in which the table shows them. Each starts daemons of
+// its own and ends them; each expects the namespaces of tests/namespaces.h.
+#pragma once
+
+#include <string>
+
+namespace kobd::bench
+{
+// disk_folder: a state folder on a disk, where fsync costs something; /tmp is memory there.
+void RoundTrips(const std::string& disk_folder);
+
+// From the start of the process to the first answer.
+void StartUp();
+
+// More names, rows and clients.
+void Growth();
+}  // namespace kobd::bench
