@@ -89,7 +89,7 @@ int ReceiveMessage(BusClient* client, MessageHeader* message, int64_t deadline)
 int BusModuleLook(uint32_t module, BusModule* look)
 {
     *look = {};
-    look->claimed = ModuleIsClaimed(module);
+    look->claimed = ClaimHolds(ModuleClaim(module));
     const int queue = ModuleQueue(module, false);
     if (queue < 0) return errno == ENOENT ? 0 : errno;
     look->queue = true;
