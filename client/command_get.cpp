@@ -1,14 +1,12 @@
 // kobctl get NAME...
 #include <cstdio>
-#include <map>
 
 #include "client/commands.h"
 #include "client/dictionary.h"
 #include "client/nearest.h"
-#include "client/request.h"
+#include "client/read_values.h"
 #include "client/tables.h"
 #include "daemon/result.h"
-#include "daemon/tlv.h"
 
 namespace kobd::client
 {
@@ -24,7 +22,7 @@ std::string WhyMissing(const std::string& name)
     return "there is no object " + name + DidYouMean(Nearest(name)) + ": " + ResultText(kNotFound) + " (1)";
 }
 
-void Print(const Options& options, const Words& names, const std::map<std::string, std::string>& values)
+void Print(const Options& options, const Words& names, const Values& values)
 {
     const char* separator = "";
     if (options.json) printf("{");
@@ -46,13 +44,9 @@ void Print(const Options& options, const Words& names, const std::map<std::strin
 
 int CommandGet(const Options& options, const Words& names)
 {
-    std::vector<Items> parts;
-    for (const std::string& name : names) parts.push_back({Item(kTagObjectName, name)});
-    Items answers;
-    const Response response = CallInParts(kRequestGet, parts, options.timeout_ms, &answers);
+    Values values;
+    const Response response = ReadValues(options, names, &values);
     if (response.code != 0) return FailRequest(options, response.code, response.from_bus, "get");
-    std::map<std::string, std::string> values;
-    for (size_t i = 0; i + 1 < answers.size(); i += 2) values[answers[i].text] = answers[i + 1].text;
     Print(options, names, values);
     int status = 0;
     for (const std::string& name : names)

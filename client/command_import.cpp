@@ -15,7 +15,7 @@ namespace kobd::client
 {
 namespace
 {
-using Values = std::vector<const FileValue*>;
+using FileValues = std::vector<const FileValue*>;
 
 // One run of the import: what it sent, what was set and what was refused.
 class Import
@@ -26,9 +26,9 @@ public:
     // Sends the values, as many together as fit one request. Where a request is refused, its halves:
     // so that checks across values see as much as possible at once, and the wrong one is found. What
     // stays refused is returned.
-    Values SendValues(const Values& values)
+    FileValues SendValues(const FileValues& values)
     {
-        Values refused;
+        FileValues refused;
         refusals_.clear();
         for (size_t from = 0; from < values.size() && lost_.empty();)
         {
@@ -71,14 +71,14 @@ public:
 private:
     static ptrdiff_t At(size_t place) { return static_cast<ptrdiff_t>(place); }
 
-    static Items ItemsOf(const Values& values)
+    static Items ItemsOf(const FileValues& values)
     {
         std::vector<Assignment> pairs;
         for (const FileValue* value : values) pairs.push_back({value->name, value->value});
         return SetItems(pairs);
     }
 
-    static bool Fits(const Values& values)
+    static bool Fits(const FileValues& values)
     {
         const auto bytes = ItemBytes(ItemsOf(values));
         return bytes && bytes->size() <= kPayloadMax;
@@ -91,7 +91,7 @@ private:
                Accepts(*FindObject(value.name));
     }
 
-    void SendOrHalve(const Values& values, Values* refused)
+    void SendOrHalve(const FileValues& values, FileValues* refused)
     {
         if (!lost_.empty()) return;
         const LogWindow log;
@@ -106,8 +106,7 @@ private:
         else if (values.size() == 1)
         {
             const FileValue& value = *values[0];
-            refusals_.push_back({value.line, RefusalOf(value, log) + ": " + ResultText(response.code) + " (" +
-                                                 std::to_string(response.code) + ")"});
+            refusals_.push_back({value.line, RefusalOf(value, log) + ": " + CodeText(response.code)});
             refused->push_back(&value);
         }
         else
@@ -157,11 +156,11 @@ int CommandImport(const Options& options, const Words& words)
     ImportPlan plan = errors.empty() ? PlanImport(file, router, &errors) : ImportPlan{};
     if (!errors.empty()) return RefuseFile(options, input.name, std::move(errors));
 
-    // Values with a check of their own look at each other, so they go first and together; a check that
+    // FileValues with a check of their own look at each other, so they go first and together; a check that
     // looks at rows, or at a value without a check, passes when it is made once more after those.
     std::stable_partition(plan.values.begin(), plan.values.end(), HasOwnCheck);
     Import import(options, input.name);
-    Values refused = import.SendValues(plan.values);
+    FileValues refused = import.SendValues(plan.values);
     for (const TablePlan& table : plan.tables) import.SendTable(table);
     for (size_t before = SIZE_MAX; !refused.empty() && refused.size() < before;)
     {

@@ -12,8 +12,6 @@ namespace
 {
 using Changes = std::vector<RowChange>;
 
-std::string CodeText(int code) { return std::string(ResultText(code)) + " (" + std::to_string(code) + ")"; }
-
 std::string DeleteRows(const Options& options, const TableEntry& table, const std::vector<int32_t>& indexes)
 {
     for (const int32_t index : indexes)

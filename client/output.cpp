@@ -108,6 +108,8 @@ bool MatchesName(const std::string& pattern, const std::string& name)
     return fnmatch(pattern.c_str(), name.c_str(), 0) == 0;
 }
 
+std::string CodeText(int code) { return std::string(ResultText(code)) + " (" + std::to_string(code) + ")"; }
+
 int Fail(const Options& options, int code, const std::string& what)
 {
     if (options.json) printf("{\"error\":%s,\"code\":%d}\n", JsonString(what).c_str(), code);
@@ -117,7 +119,7 @@ int Fail(const Options& options, int code, const std::string& what)
 
 int FailRequest(const Options& options, int code, bool from_bus, const std::string& what)
 {
-    const std::string text = std::string(ResultText(code)) + " (" + std::to_string(code) + ")";
+    const std::string text = CodeText(code);
     if (from_bus && code == kNotRunning) return Fail(options, code, "kobd is not running on this bus: " + text);
     if (from_bus && code == kReplyTimeout)
         return Fail(options, code, what + ": no answer within " + std::to_string(options.timeout_ms) + " ms: " + text);

@@ -48,6 +48,9 @@ std::string JsonString(std::string_view text);
 // Whether a name matches the pattern of a list command; one without wildcards matches anywhere.
 bool MatchesName(const std::string& pattern, const std::string& name);
 
+// "Invalid argument (2)".
+std::string CodeText(int code);
+
 // One error line on standard error, or with --json an object; returns exit status 1.
 int Fail(const Options& options, int code, const std::string& what);
 

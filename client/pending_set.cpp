@@ -13,12 +13,11 @@
 #include <cstring>
 #include <ctime>
 #include <fstream>
-#include <map>
 
 #include "client/diagnose.h"
 #include "client/dictionary.h"
+#include "client/read_values.h"
 #include "daemon/result.h"
-#include "daemon/tlv.h"
 #include "platform/host/state_store.h"
 #include "platform/message.h"
 
@@ -60,16 +59,11 @@ std::string WhyNot(const Assignment& pair)
     return "";
 }
 
-using Values = std::map<std::string, std::string>;
-
-Response ReadValues(const Options& options, const std::vector<Assignment>& pairs, Values* values)
+Words NamesOf(const std::vector<Assignment>& pairs)
 {
-    std::vector<Items> parts;
-    for (const Assignment& pair : pairs) parts.push_back({Item(kTagObjectName, pair.name)});
-    Items answers;
-    const Response response = CallInParts(kRequestGet, parts, options.timeout_ms, &answers);
-    for (size_t i = 0; i + 1 < answers.size(); i += 2) (*values)[answers[i].text] = answers[i + 1].text;
-    return response;
+    Words names;
+    for (const Assignment& pair : pairs) names.push_back(pair.name);
+    return names;
 }
 
 // Reads the present values of what `pairs` name. 0, or the exit status after an error line.
@@ -80,7 +74,7 @@ int ReadPresent(const Options& options, const std::vector<Assignment>& pairs, st
     for (const Assignment& pair : pairs)
         if (const std::string why = WhyNot(pair); !why.empty()) return refuse(kInvalidArgument, why);
     Values values;
-    const Response response = ReadValues(options, pairs, &values);
+    const Response response = ReadValues(options, NamesOf(pairs), &values);
     if (response.code != 0) return FailRequest(options, response.code, response.from_bus, "set --confirm");
     for (const Assignment& pair : pairs)
     {
@@ -93,6 +87,21 @@ int ReadPresent(const Options& options, const std::vector<Assignment>& pairs, st
     return 0;
 }
 
+// One waiting process is enough. Who finds another gives it a moment, since that one may be about to
+// end; else it sees for itself what is pending now.
+bool BecomeTheOneThatWaits()
+{
+    constexpr int kTries = 20;
+    constexpr useconds_t kPauseUs = 100000;
+    const int file = open((host::StateFolder() + "/confirm.waiting").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    for (int i = 0; file >= 0 && i < kTries; ++i)
+    {
+        if (flock(file, LOCK_EX | LOCK_NB) == 0) return true;  // held until the process ends
+        usleep(kPauseUs);
+    }
+    return false;
+}
+
 [[noreturn]] void WaitAndRestore()
 {
     setsid();
@@ -101,6 +110,7 @@ int ReadPresent(const Options& options, const std::vector<Assignment>& pairs, st
     for (int file = 0; file < 3; ++file) dup2(nothing, file);
     if (chdir("/") != 0) _exit(1);
     for (const int number : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) signal(number, SIG_DFL);
+    if (!BecomeTheOneThatWaits()) _exit(0);
     for (;;)
     {
         {
@@ -185,7 +195,7 @@ std::string PendingSet::Names() const
 bool PendingSet::IsUnchanged(const Options& options) const
 {
     Values values;
-    if (ReadValues(options, old_values_, &values).code != 0) return false;
+    if (ReadValues(options, NamesOf(old_values_), &values).code != 0) return false;
     return std::all_of(old_values_.begin(), old_values_.end(),
                        [&](const Assignment& old) { return values[old.name] == old.value; });
 }

@@ -4,10 +4,8 @@
 #include <algorithm>
 #include <string_view>
 
-#include "client/request.h"
 #include "client/table_commands.h"
 #include "daemon/result.h"
-#include "daemon/tlv.h"
 
 namespace kobd::client
 {
@@ -25,13 +23,11 @@ bool IsExported(const ColumnDef& column) { return column.alias_of == nullptr && 
 
 int ReadRouter(const Options& options, const char* command, RouterState* state)
 {
-    std::vector<Items> parts;
+    Words names;
     for (const ObjectEntry& object : Objects())
-        if (IsExported(object)) parts.push_back({Item(kTagObjectName, object.name)});
-    Items answers;
-    const Response response = CallInParts(kRequestGet, parts, options.timeout_ms, &answers);
+        if (IsExported(object)) names.emplace_back(object.name);
+    const Response response = ReadValues(options, names, &state->values);
     if (response.code != 0) return FailRequest(options, response.code, response.from_bus, command);
-    for (size_t i = 0; i + 1 < answers.size(); i += 2) state->values[answers[i].text] = answers[i + 1].text;
 
     std::vector<const TableEntry*> tables;
     for (const TableEntry& table : Tables())

@@ -2,12 +2,12 @@
 // tables that can be set. Read for export, and by import to find what differs.
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
 #include "client/dictionary.h"
 #include "client/output.h"
+#include "client/read_values.h"
 #include "client/table_rows.h"
 #include "client/tables.h"
 
@@ -15,7 +15,7 @@ namespace kobd::client
 {
 struct RouterState
 {
-    std::map<std::string, std::string> values = {};
+    Values values = {};
     std::vector<TableRow> rows = {};  // table after table, in their order
 };
 

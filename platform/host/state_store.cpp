@@ -179,7 +179,7 @@ bool WriteTemporary(const std::string& path, const Settings& settings)
 bool WriteText(const std::string& path, std::string_view text)
 {
     // A file that lies there already may be of another mode, a link, or somebody else's.
-    unlink(path.c_str());
+    if (unlink(path.c_str()) != 0 && errno != ENOENT) return false;
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode);
     if (file < 0) return false;
     const bool written = WriteAll(file, text) && fsync(file) == 0;
