@@ -238,9 +238,10 @@ TEST_F(EventSystem, WatchPrintsNothingThatSteersTheTerminal)
     ASSERT_EQ(system("(sleep 1; " KOBD_EMULATOR " /tmp/.programs/kobctl table add FwUrlFilterTable URL=a.example"
                      " --parent \"$(printf 'Device.\\033[2J')\") >/tmp/kobctl.added 2>&1 &"),
               0);
-    const KobctlRun run = Kobctl("watch --count 1");
-    EXPECT_NE(run.output.find(" row added under a parent (id 801) table=FwUrlFilterTable index=1 parent=Device.?[2J\n"),
-              std::string::npos)
+    const Ran run = RunLine("watch --count 1");
+    EXPECT_NE(
+        run.output.find(" row added under a parent (id 801) table=FwUrlFilterTable index=1 parent=Device.\\x1b[2J\n"),
+        std::string::npos)
         << run.output;
 }
 

@@ -180,7 +180,7 @@ TEST_F(KobctlCheck, WordsOfABatchHoldWhatTheyQuote)
 TEST_F(KobctlCheck, WatchShowsWhatIsAskedFor)
 {
     const pid_t watch = StartKobctl({"watch", "--count", "3", "webHttpPort", "Fw*Table", "IPChange"});
-    for (int i = 0; i < 100 && !host::ModuleIsClaimed(kModuleForward); ++i) usleep(100000);
+    for (int i = 0; i < 100 && !host::ClaimHolds(host::ModuleClaim(kModuleForward)); ++i) usleep(100000);
     EXPECT_EQ(Request(kSet, {{1, "webHttpEnable"}, {2, "0"}, {1, "webHttpPort"}, {2, "81"}}).result, 0);
     EXPECT_EQ(Request(kTableAdd, {{3, "node_632Table"}}).result, 0);
     EXPECT_EQ(Request(kTableAdd, {{3, "FwUrlFilterTable"}}).result, 0);
