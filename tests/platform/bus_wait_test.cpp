@@ -37,7 +37,9 @@ int Call(BusClient* client)
 {
     Room request;
     Room reply;
-    *request.Header() = {.destination = kModuleKobd, .message_class = kClassRequest, .id = kEcho, .length = 0};
+    request.Header()->destination = kModuleKobd;
+    request.Header()->message_class = kClassRequest;
+    request.Header()->id = kEcho;
     return BusClientCall(client, request.Header(), reply.Header(), 5000);
 }
 
