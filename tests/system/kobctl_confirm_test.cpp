@@ -28,8 +28,9 @@ protected:
     {
         SKIP_WITHOUT_NAMESPACES();
         ASSERT_EQ(system("rm -rf /tmp/state /tmp/kob*"), 0);
+        // The waiting kobctl becomes a child of ours; the processor's emulator cannot do that.
+        if (prctl(PR_SET_CHILD_SUBREAPER, 1) != 0) GTEST_SKIP() << "no subreapers here";
         ASSERT_TRUE(daemon_.Start());
-        ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);  // the waiting kobctl becomes a child of ours
     }
 
     // No waiting kobctl outlives its test.

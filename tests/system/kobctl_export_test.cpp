@@ -14,6 +14,7 @@
 #include "tests/system/daemon_process.h"
 #include "tests/system/kobctl_program.h"
 #include "tests/system/object_samples.h"
+#include "tests/uci_on_path.h"
 
 namespace kobd::test
 {
@@ -38,6 +39,7 @@ protected:
     {
         SKIP_WITHOUT_NAMESPACES();
         ASSERT_EQ(system("rm -rf /tmp/state /tmp/kob* /tmp/*.conf"), 0);
+        if (*KOBD_EMULATOR != 0) PutUciOnPath();  // the cellular lists are kept with it
         ASSERT_TRUE(daemon_.Start());
     }
 
