@@ -25,16 +25,18 @@ constexpr const char* kTablesFile = "tables";
 int Commit()
 {
     std::vector<StateFile> files;
-    if (ObjectValuesChanged()) files.push_back({kObjectsFile, ObjectValuesState()});
-    if (ListsChanged()) files.push_back({kTablesFile, ListsState()});
+    const bool objects = ObjectValuesChanged();
+    const bool tables = ListsChanged();
+    if (objects) files.push_back({kObjectsFile, ObjectValuesState()});
+    if (tables) files.push_back({kTablesFile, ListsState()});
     if (!SaveTogether(StateFolder(), files))
     {
         kobd_log_print("update_config", __LINE__, "cannot write the state in %s: %s", StateFolder().c_str(),
                        strerror(errno));
         return kUpdateFailed;
     }
-    ObjectValuesKept();
-    ListsKept();
+    if (objects) ObjectValuesKept();
+    if (tables) ListsKept();
     return 0;
 }
 }  // namespace

@@ -17,6 +17,10 @@ namespace
 constexpr const char* kTemporary = ".new";
 constexpr const char* kNoteFile = "/commit";
 
+// A note may lie in the folder: nobody has looked yet, or it could not be removed. Only this process
+// writes notes, so that once it is known to be gone no commit has to look again.
+bool note_may_lie_there = true;
+
 bool SyncFolder(const std::string& folder)
 {
     const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -32,10 +36,10 @@ std::string FolderOf(const std::string& path)
     return slash == std::string::npos ? "." : path.substr(0, slash + 1);
 }
 
-bool MoveIntoPlace(const std::string& path)
+bool MoveIntoPlace(const std::string& temporary, const std::string& path)
 {
-    if (rename((path + kTemporary).c_str(), path.c_str()) == 0) return true;
-    RemoveKeepingError(path + kTemporary);
+    if (rename(temporary.c_str(), path.c_str()) == 0) return true;
+    RemoveKeepingError(temporary);
     return false;
 }
 
@@ -55,32 +59,42 @@ bool WriteNote(const std::string& folder, const std::vector<StateFile>& files)
 
 // The note must be gone from the disk before anybody writes temporary files again: a note that
 // outlives its commit would move half-written files into place.
-bool RemoveNote(const std::string& folder) { return unlink((folder + kNoteFile).c_str()) == 0 && SyncFolder(folder); }
+bool RemoveNote(const std::string& folder)
+{
+    note_may_lie_there = unlink((folder + kNoteFile).c_str()) != 0 || !SyncFolder(folder);
+    return !note_may_lie_there;
+}
 }  // namespace
 
 bool SaveSettings(const std::string& path, const Settings& settings)
 {
-    return WriteTemporary(path + kTemporary, settings) && MoveIntoPlace(path) && SyncFolder(FolderOf(path));
+    const std::string temporary = path + kTemporary;
+    return WriteTemporary(temporary, settings) && MoveIntoPlace(temporary, path) && SyncFolder(FolderOf(path));
 }
 
 bool SaveText(const std::string& path, std::string_view text)
 {
-    return WriteText(path + kTemporary, text) && MoveIntoPlace(path) && SyncFolder(FolderOf(path));
+    const std::string temporary = path + kTemporary;
+    return WriteText(temporary, text) && MoveIntoPlace(temporary, path) && SyncFolder(FolderOf(path));
 }
 
 bool SaveTogether(const std::string& folder, const std::vector<StateFile>& files)
 {
     if (files.empty()) return true;
-    // A note still there is one that could not be removed.
-    if (access((folder + kNoteFile).c_str(), F_OK) == 0 && !FinishSave(folder)) return false;
+    if (note_may_lie_there && !FinishSave(folder)) return false;
     if (files.size() == 1) return SaveSettings(folder + "/" + files[0].name, files[0].settings);
+    note_may_lie_there = true;  // also when writing it fails: it may have got its name before that
     if (!WriteAllTemporary(folder, files) || !WriteNote(folder, files))
     {
         for (const StateFile& file : files) RemoveKeepingError(folder + "/" + file.name + kTemporary);
         return false;
     }
     bool moved = true;
-    for (const StateFile& file : files) moved = MoveIntoPlace(folder + "/" + file.name) && moved;
+    for (const StateFile& file : files)
+    {
+        const std::string path = folder + "/" + file.name;
+        moved = MoveIntoPlace(path + kTemporary, path) && moved;
+    }
     const int error = errno;
     const bool finished = SyncFolder(folder) && RemoveNote(folder);
     if (!moved) errno = error;
@@ -91,7 +105,11 @@ bool FinishSave(const std::string& folder)
 {
     Settings note;
     const LoadResult result = LoadSettings(folder + kNoteFile, &note);
-    if (result == LoadResult::kMissing) return true;
+    if (result == LoadResult::kMissing)
+    {
+        note_may_lie_there = false;
+        return true;
+    }
     if (result == LoadResult::kUnreadable) return false;
     for (const auto& [name, nothing] : note)
     {

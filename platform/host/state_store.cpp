@@ -65,6 +65,15 @@ bool WriteAll(int file, std::string_view bytes)
     return true;
 }
 
+// A file that lies there already is replaced: it may be of another mode, a link, or somebody else's.
+int CreateFresh(const std::string& path)
+{
+    constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+    const int file = open(path.c_str(), kFlags, kFileMode);
+    if (file >= 0 || errno != EEXIST || unlink(path.c_str()) != 0) return file;
+    return open(path.c_str(), kFlags, kFileMode);
+}
+
 bool ReadAll(int file, std::string* text)
 {
     char block[8192];
@@ -75,6 +84,21 @@ bool ReadAll(int file, std::string* text)
         if (got < 0) return false;
         if (got == 0) return true;
         text->append(block, static_cast<size_t>(got));
+    }
+}
+
+void AppendEscaped(std::string_view text, std::string* out)
+{
+    for (const char c : text)
+    {
+        if (c == '\\')
+            *out += "\\\\";
+        else if (c == '\n')
+            *out += "\\n";
+        else if (c == '\r')
+            *out += "\\r";
+        else
+            *out += c;
     }
 }
 
@@ -115,17 +139,7 @@ const std::string& StateFolder()
 std::string Escape(std::string_view text)
 {
     std::string out;
-    for (const char c : text)
-    {
-        if (c == '\\')
-            out += "\\\\";
-        else if (c == '\n')
-            out += "\\n";
-        else if (c == '\r')
-            out += "\\r";
-        else
-            out += c;
-    }
+    AppendEscaped(text, &out);
     return out;
 }
 
@@ -171,16 +185,22 @@ bool WriteTemporary(const std::string& path, const Settings& settings)
 {
     std::string text(kHeading);
     for (const auto& [name, value] : settings)
-        text += IsHeading(name) ? name + "\n" : name + "=" + Escape(value) + "\n";
-    text += std::string(kEnd) + "\n";
+    {
+        text += name;
+        if (!IsHeading(name))
+        {
+            text += '=';
+            AppendEscaped(value, &text);
+        }
+        text += '\n';
+    }
+    text.append(kEnd).append("\n");
     return WriteText(path, text);
 }
 
 bool WriteText(const std::string& path, std::string_view text)
 {
-    // A file that lies there already may be of another mode, a link, or somebody else's.
-    if (unlink(path.c_str()) != 0 && errno != ENOENT) return false;
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode);
+    const int file = CreateFresh(path);
     if (file < 0) return false;
     const bool written = WriteAll(file, text) && fsync(file) == 0;
     const int error = errno;
