@@ -5,10 +5,13 @@ set(KOBD_PACKAGING ${CMAKE_SOURCE_DIR}/packaging)
 set(KOBD_MADE ${CMAKE_BINARY_DIR}/packaging)
 set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME runtime)
 
-# Programs find the libraries from where they stand, and the libraries each other.
+# Programs find the libraries from where they stand, and the libraries each other. The build folder,
+# where all lie side by side, has the same paths: one that an install replaces is filled up with colons,
+# and nothing between two colons means the folder that the user happens to be in.
 file(RELATIVE_PATH KOBD_LIBRARIES_FROM_PROGRAMS /p/${CMAKE_INSTALL_SBINDIR} /p/${CMAKE_INSTALL_LIBDIR})
-set_target_properties(kobd kobctl PROPERTIES INSTALL_RPATH "$ORIGIN/${KOBD_LIBRARIES_FROM_PROGRAMS}")
+set_target_properties(kobd kobctl PROPERTIES INSTALL_RPATH "$ORIGIN/${KOBD_LIBRARIES_FROM_PROGRAMS};$ORIGIN")
 set_target_properties(kobd_bus kobd_host kobd_client PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(kobd kobctl kobd_bus kobd_host kobd_client uci PROPERTIES BUILD_WITH_INSTALL_RPATH ON)
 install(TARGETS kobd RUNTIME DESTINATION ${CMAKE_INSTALL_SBINDIR})
 install(TARGETS kobctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS uci RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/kobd)
