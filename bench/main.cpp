@@ -15,6 +15,7 @@ int main()
     kobd::bench::RoundTrips(disk_folder);
     kobd::bench::StartUp();
     kobd::bench::Growth();
+    kobd::bench::Lookups();
     std::filesystem::remove_all(disk_folder);
     return 0;
 }

@@ -14,4 +14,7 @@ void StartUp();
 
 // More names, rows and clients.
 void Growth();
+
+// Nanoseconds a lookup, over all names.
+void Lookups();
 }  // namespace kobd::bench
