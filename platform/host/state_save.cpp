@@ -57,6 +57,10 @@ bool WriteNote(const std::string& folder, const std::vector<StateFile>& files)
     return SaveSettings(folder + kNoteFile, note);
 }
 
+// A note that is damaged may name anything; what it cannot have meant must not keep the daemon from
+// ever committing again.
+bool IsFileName(std::string_view name) { return name.find_first_of(std::string_view("/\0", 2)) == name.npos; }
+
 // The note must be gone from the disk before anybody writes temporary files again: a note that
 // outlives its commit would move half-written files into place.
 bool RemoveNote(const std::string& folder)
@@ -114,7 +118,7 @@ bool FinishSave(const std::string& folder)
     for (const auto& [name, nothing] : note)
     {
         const std::string path = folder + "/" + name;
-        if (name.find('/') != std::string::npos || access((path + kTemporary).c_str(), F_OK) != 0) continue;
+        if (!IsFileName(name) || access((path + kTemporary).c_str(), F_OK) != 0) continue;
         if (rename((path + kTemporary).c_str(), path.c_str()) != 0) return false;
     }
     return SyncFolder(folder) && RemoveNote(folder);
