@@ -1,0 +1,131 @@
+// The real daemon when its files fail it at one system call: state, dump files, change files and
+// the log. What was durable stays whole, the log says what failed, and later commits catch up.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "daemon/tlv.h"
+#include "tests/items.h"
+#include "tests/namespaces.h"
+#include "tests/process_setup.h"
+#include "tests/system/daemon_process.h"
+#include "tests/system/injected_fault.h"
+
+namespace kobd::test
+{
+namespace
+{
+namespace fs = std::filesystem;
+
+constexpr char kState[] = "/tmp/state";
+constexpr char kCrashed[] = "/tmp/crashed";  // what a crash at the fault would have left
+constexpr char kLog[] = "/tmp/kobd.log";
+constexpr char kRows[] = "FwIpFilterTable";
+
+struct FileFault
+{
+    Call call;
+    const char* path;
+    int error;
+    int skip;
+    const char* why;
+};
+
+// Changes an object and a list and commits them together.
+void ChangeBoth(const std::string& port)
+{
+    EXPECT_EQ(SetObject("webHttpPort", port, kSetSilent), 0);
+    EXPECT_EQ(Request(kTableAdd, {{kTagTableName, kRows}}).result, 0) << "a commit's result decides no answer";
+}
+
+// "PORT/ROWS", as ChangeBoth leaves them.
+std::string Both() { return GetObject("webHttpPort") + "/" + GetObject("IpFilterNumberOfEntries"); }
+
+bool LogHas(const std::string& text) { return FileText(kLog).find(text) != std::string::npos; }
+
+class FileFaults : public testing::Test
+{
+protected:
+    void SetUp() override { SKIP_WITHOUT_FAULTS(); }
+
+    // A daemon on fresh state whose first change is durable.
+    void StartAfresh()
+    {
+        if (daemon_.Process() > 0) daemon_.End(SIGKILL);
+        ASSERT_EQ(system("rm -rf /tmp/state /tmp/crashed /tmp/kobd* && mkdir /tmp/state"), 0);
+        ASSERT_TRUE(daemon_.Start());
+        ChangeBoth("8081");
+        ASSERT_EQ(Both(), "8081/1");
+    }
+    void KillAndStart()
+    {
+        daemon_.End(SIGKILL);
+        ASSERT_TRUE(daemon_.Start());
+    }
+
+    InjectedFault fault_;
+    DaemonProcess daemon_{kState};
+};
+
+TEST_F(FileFaults, ShortAndInterruptedWritesLoseNothing)
+{
+    for (const auto& [error, times] : {std::pair{kShort, INT_MAX}, std::pair{EINTR, 1}})
+        for (const char* path : {"*/objects.new", "*/tables.new", "*/commit.new"})
+        {
+            SCOPED_TRACE(path);
+            StartAfresh();
+            fault_.Arm(Call::kWrite, path, error, times);
+            ChangeBoth("8082");
+            EXPECT_GT(fault_.Struck(), 0);
+            fault_.Disarm();
+            EXPECT_FALSE(LogHas("cannot write")) << FileText(kLog);
+            KillAndStart();
+            EXPECT_EQ(Both(), "8082/2");
+        }
+}
+
+TEST_F(FileFaults, StateReadInPiecesIsWhole)
+{
+    StartAfresh();
+    for (const auto& [error, times] : {std::pair{kShort, INT_MAX}, std::pair{EINTR, 3}})
+        for (const char* path : {"*/objects", "*/tables"})
+        {
+            fault_.Arm(Call::kRead, path, error, times);
+            KillAndStart();
+            EXPECT_GT(fault_.Struck(), 0) << path;
+            EXPECT_EQ(Both(), "8081/1") << path;
+        }
+}
+
+TEST_F(FileFaults, ALogThatFailsCostsItsLinesAlone)
+{
+    StartAfresh();
+    const auto refuse = [] { return SetObject("webHttpPort", "99999"); };  // is told in the log
+    for (const auto& [call, error] :
+         {std::pair{Call::kWrite, EIO}, std::pair{Call::kWrite, ENOSPC}, std::pair{Call::kOpen, EMFILE}})
+    {
+        fault_.Arm(call, kLog, error);
+        const std::string before = FileText(kLog);
+        EXPECT_EQ(refuse(), 2);
+        EXPECT_GT(fault_.Struck(), 0);
+        EXPECT_EQ(FileText(kLog), before);
+        fault_.Disarm();
+        EXPECT_EQ(refuse(), 2);
+        EXPECT_NE(FileText(kLog), before) << "the next line is there again";
+    }
+    const std::string line = FileText(kLog).substr(FileText(kLog).rfind("]: "));
+    for (const auto& [error, times] : {std::pair{kShort, INT_MAX}, std::pair{EINTR, 1}})
+    {
+        ASSERT_EQ(unlink(kLog), 0);
+        fault_.Arm(Call::kWrite, kLog, error, times);
+        EXPECT_EQ(refuse(), 2);
+        EXPECT_GT(fault_.Struck(), 0);
+        EXPECT_TRUE(FileText(kLog).ends_with(line)) << FileText(kLog);
+    }
+}
+}  // namespace
+}  // namespace kobd::test
