@@ -47,6 +47,14 @@ std::string Both() { return GetObject("webHttpPort") + "/" + GetObject("IpFilter
 
 bool LogHas(const std::string& text) { return FileText(kLog).find(text) != std::string::npos; }
 
+int FilesLike(const std::string& folder, const std::string& part)
+{
+    int count = 0;
+    for (const auto& file : fs::directory_iterator(folder))
+        if (file.path().filename().string().find(part) != std::string::npos) ++count;
+    return count;
+}
+
 class FileFaults : public testing::Test
 {
 protected:
@@ -70,6 +78,53 @@ protected:
     InjectedFault fault_;
     DaemonProcess daemon_{kState};
 };
+
+const FileFault kCommitFaults[] = {
+    {Call::kOpen, "*/objects.new", EMFILE, 0, "no descriptor for the first file"},
+    {Call::kWrite, "*/objects.new", EIO, 0, "first file"},
+    {Call::kWrite, "*/tables.new", EDQUOT, 0, "second file"},
+    {Call::kWrite, "*/commit.new", ENOSPC, 0, "the note"},
+    {Call::kFsync, "*/objects.new", EIO, 0, "what was written is not on the disk"},
+    {Call::kFsync, "*/tables.new", EINTR, 0, "interrupted"},
+    {Call::kFsync, "*/commit.new", EDQUOT, 0, "the note is not on the disk"},
+    {Call::kRename, "*/commit.new", EIO, 0, "the note gets no name"},
+    {Call::kFsync, kState, EIO, 0, "the note's name is not on the disk"},
+    {Call::kOpen, kState, EMFILE, 0, "no descriptor for the folder"},
+    {Call::kRename, "*/objects.new", EIO, 0, "first file is not moved, second is"},
+    {Call::kRename, "*/tables.new", ENOSPC, 0, "second file is not moved, first is"},
+    {Call::kFsync, kState, ENOSPC, 1, "the moves are not on the disk"},
+    {Call::kFsync, kState, EIO, 2, "the note's removal is not on the disk"},
+};
+
+TEST_F(FileFaults, ACommitThatFailsIsToldLeavesWholeStateAndIsCaughtUpWith)
+{
+    for (const FileFault& c : kCommitFaults)
+    {
+        SCOPED_TRACE(c.why);
+        StartAfresh();
+        fault_.Arm(c.call, c.path, c.error, INT_MAX, c.skip);
+        ChangeBoth("8082");
+        EXPECT_GT(fault_.Struck(), 0);
+        EXPECT_TRUE(LogHas("cannot write the state in /tmp/state: " + std::string(strerror(c.error))))
+            << FileText(kLog);
+        EXPECT_EQ(Both(), "8082/2") << "it serves from memory";
+        fs::copy(kState, kCrashed, fs::copy_options::recursive);
+
+        EXPECT_EQ(Request(kUpdate, {}).result, 0) << "and fails again";
+        fault_.Disarm();
+        EXPECT_EQ(Request(kUpdate, {}).result, 0);
+        KillAndStart();
+        EXPECT_EQ(Both(), "8082/2") << "the next commit wrote what the failed one could not";
+        EXPECT_EQ(FilesLike(kState, ".new") + FilesLike(kState, "commit"), 0);
+
+        daemon_.End(SIGKILL);
+        DaemonProcess crashed(kCrashed);
+        ASSERT_TRUE(crashed.Start());
+        const std::string found = Both();
+        EXPECT_TRUE(found == "8081/1" || found == "8082/2") << "half a commit: " << found;
+        EXPECT_EQ(FilesLike(kCrashed, "damaged"), 0);
+    }
+}
 
 TEST_F(FileFaults, ShortAndInterruptedWritesLoseNothing)
 {
