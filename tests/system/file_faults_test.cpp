@@ -156,6 +156,43 @@ TEST_F(FileFaults, StateReadInPiecesIsWhole)
         }
 }
 
+const FileFault kLoadFaults[] = {
+    {Call::kOpen, "*/objects", EMFILE, 0, "objects"},
+    {Call::kRead, "*/objects", EIO, 0, "objects"},
+    {Call::kRead, "*/tables", EIO, 0, "tables"},
+};
+
+TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStartOrKeptAside)
+{
+    for (const FileFault& c : kLoadFaults)
+    {
+        SCOPED_TRACE(std::string(c.path) + strerror(c.error));
+        StartAfresh();
+        const std::string file = std::string("/tmp/state/") + c.why;
+        const std::string before = FileText(file);
+        fault_.Arm(c.call, c.path, c.error);
+        KillAndStart();
+        EXPECT_TRUE(LogHas("cannot read " + file + " (" + strerror(c.error) + "), factory values serve"));
+        EXPECT_NE(Both(), "8081/1");
+        fault_.Disarm();
+        KillAndStart();
+        EXPECT_EQ(Both(), "8081/1") << "a start that could not read it took nothing away";
+
+        fault_.Arm(c.call, c.path, c.error);
+        KillAndStart();
+        fault_.Disarm();
+        ChangeBoth("8083");
+        EXPECT_EQ(GetObject("webHttpPort"), "8083");
+        ASSERT_EQ(FilesLike(kState, std::string(c.why) + ".damaged-"), 1) << "a commit replaced it";
+        for (const auto& entry : fs::directory_iterator(kState))
+            if (entry.path().string().find(".damaged-") != std::string::npos)
+            {
+                EXPECT_EQ(FileText(entry.path()), before);
+                EXPECT_TRUE(LogHas("kept as " + entry.path().string())) << FileText(kLog);
+            }
+    }
+}
+
 TEST_F(FileFaults, ALogThatFailsCostsItsLinesAlone)
 {
     StartAfresh();
