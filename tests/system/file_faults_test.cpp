@@ -193,6 +193,69 @@ TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStartOrKeptAside)
     }
 }
 
+TEST_F(FileFaults, ADumpIsWholeOrRefusedAndRemoved)
+{
+    StartAfresh();
+    const auto dump = [](uint16_t id)
+    {
+        return Request(id, id == kShow
+                               ? std::vector<std::pair<uint16_t, std::string>>{}
+                               : std::vector<std::pair<uint16_t, std::string>>{{kTagTableName, "IPv4RoutingTable"}});
+    };
+    for (const uint16_t id : {kShow, kTableDump})
+    {
+        SCOPED_TRACE(id);
+        const Answer whole = dump(id);
+        ASSERT_EQ(whole.texts.size(), 1u);
+        const std::string text = FileText(whole.texts[0]);
+        ASSERT_EQ(unlink(whole.texts[0].c_str()), 0);
+        for (const auto& [call, error, answer] :
+             {std::tuple{Call::kWrite, kShort, 0}, std::tuple{Call::kWrite, EIO, 4},
+              std::tuple{Call::kWrite, EDQUOT, 4}, std::tuple{Call::kOpen, EMFILE, 4},
+              std::tuple{Call::kOpen, ENOSPC, 4}})
+        {
+            SCOPED_TRACE(strerror(error));
+            fault_.Arm(call, "/tmp/kobd-*", error);
+            const Answer got = dump(id);
+            EXPECT_GT(fault_.Struck(), 0);
+            fault_.Disarm();
+            EXPECT_EQ(got.result, answer);
+            if (answer == 0)
+            {
+                EXPECT_EQ(FileText(got.texts.at(0)), text);
+                unlink(got.texts.at(0).c_str());
+            }
+            else
+                EXPECT_TRUE(LogHas("cannot write /tmp/kobd-") && LogHas(std::string(": ") + strerror(error)))
+                    << FileText(kLog);
+            EXPECT_EQ(FilesLike("/tmp", "kobd-"), 0) << "no part of a dump stays";
+            unlink(kLog);
+        }
+    }
+}
+
+TEST_F(FileFaults, AChangeFileThatIsNotReadWholeChangesNothing)
+{
+    StartAfresh();
+    const std::string change = Row(kRows, 1) + Column("DestIPAddress", "192.0.2.7");
+    std::ofstream("/tmp/change", std::ios::binary) << change;
+    const std::string before = FileText("/tmp/state/tables");
+    for (const auto& [call, error] : {std::pair{Call::kRead, kShort}, std::pair{Call::kRead, EINTR},
+                                      std::pair{Call::kRead, EIO}, std::pair{Call::kOpen, EMFILE}})
+    {
+        fault_.Arm(call, "/tmp/change", error);
+        EXPECT_EQ(Request(kTableSet, {{kTagValue, "/tmp/change"}}).result, 4) << strerror(error);
+        EXPECT_EQ(fault_.Struck(), 1);
+        fault_.Disarm();
+        EXPECT_TRUE(LogHas("cannot read the change file /tmp/change")) << FileText(kLog);
+        ASSERT_EQ(unlink(kLog), 0);
+        EXPECT_EQ(Request(kUpdate, {}).result, 0);
+        EXPECT_EQ(FileText("/tmp/state/tables"), before) << strerror(error);
+    }
+    EXPECT_EQ(Request(kTableSet, {{kTagValue, "/tmp/change"}}).result, 0);
+    EXPECT_NE(FileText("/tmp/state/tables"), before);
+}
+
 TEST_F(FileFaults, ALogThatFailsCostsItsLinesAlone)
 {
     StartAfresh();
