@@ -28,6 +28,12 @@ struct QueueMessage
     long type;
     char bytes[kMessageMax];
 };
+
+bool QueueIsThere(int queue)
+{
+    msqid_ds status;
+    return msgctl(queue, IPC_STAT, &status) == 0 || errno == EACCES;
+}
 }  // namespace
 
 BusHeader LoadBusHeader(const MessageHeader* message)
@@ -82,7 +88,7 @@ int QueueSend(int queue, const MessageHeader* message, int* budget_ms)
     while (msgsnd(queue, &out, size, IPC_NOWAIT) != 0)
     {
         if (errno == EINTR) continue;
-        if (errno != EAGAIN) return errno == EIDRM || errno == EINVAL ? 3 : 5;
+        if (errno != EAGAIN) return QueueIsThere(queue) ? 5 : 3;  // EINVAL is no queue, or more than msgmax
         if (!waited) start = NowMs();
         waited = true;
         if (NowMs() - start >= *budget_ms)
