@@ -65,6 +65,14 @@ MessageHeader UpdateRequest()
     return request;
 }
 
+int EndOf(pid_t daemon)
+{
+    int status = -1;
+    kill(daemon, SIGTERM);
+    waitpid(daemon, &status, 0);
+    return status;
+}
+
 class Faults : public testing::Test
 {
 protected:
@@ -91,11 +99,32 @@ TEST_F(Faults, ARemovedQueueIsTakenAgainOnceTheSystemHasOne)
     QueueLimit queues("msgmni");
     LIMIT_OR_SKIP(queues, "0");
     ASSERT_EQ(msgctl(host::ModuleQueue(kModuleKobd, false), IPC_RMID, nullptr), 0);
-    EXPECT_TRUE(LogSays("cannot have a queue again yet")) << FileText(kLog);
+    EXPECT_TRUE(LogSays("cannot have a queue yet")) << FileText(kLog);
     queues.Lift();
     EXPECT_TRUE(LogSays("serving on a new queue"));
     EXPECT_EQ(SetObject("webHttpPort", "8080"), 0);
     EXPECT_EQ(GetObject("webHttpPort"), "8080");
+}
+
+TEST_F(Faults, ADaemonThatStartsWithoutAQueueServesOnceTheSystemHasOne)
+{
+    BusClient early;
+    ASSERT_EQ(BusClientOpen(&early), 0);
+    QueueLimit queues("msgmni");
+    LIMIT_OR_SKIP(queues, "0");
+    msgctl(host::ModuleQueue(kModuleKobd, false), IPC_RMID, nullptr);  // an earlier daemon's
+    EXPECT_EQ(EndOf(SpawnWithoutQueue()), 0) << "it can be ended while it has none";
+    const pid_t daemon = SpawnWithoutQueue();
+    alignas(MessageHeader) char reply[kMessageMax];
+    MessageHeader request = UpdateRequest();
+    EXPECT_EQ(BusClientCall(&early, &request, reinterpret_cast<MessageHeader*>(reply), 300), 3);
+    EXPECT_EQ(Request(kUpdate, {}, 300).bus, 9) << "no queue for a client either";
+    queues.Lift();
+    EXPECT_TRUE(LogSays("serving on a new queue")) << FileText(kLog);
+    EXPECT_EQ(BusClientCall(&early, &request, reinterpret_cast<MessageHeader*>(reply), 5000), 0);
+    EXPECT_EQ(SetObject("webHttpPort", "8083"), 0);
+    BusClientClose(&early);
+    EXPECT_EQ(EndOf(daemon), 0);
 }
 
 TEST_F(Faults, AMessageLargerThanTheKernelTakesIsNotADaemonThatIsGone)
