@@ -155,11 +155,19 @@ void* Receive(void*)
     return nullptr;
 }
 
+void KeepQueueWide(bool* told)
+{
+    const bool wide = WidenQueue(bus.queue);
+    if (!wide && !*told) REPORT("the queue of module 0x%08X is too small: %s", bus.module, strerror(errno));
+    *told = !wide;
+}
+
 void* Reclaim(void*)
 {
-    for (;;)
+    for (bool told = false;;)
     {
         ReclaimQueues();
+        KeepQueueWide(&told);
         timespec until{};
         clock_gettime(CLOCK_REALTIME, &until);
         until.tv_sec += kReclaimSeconds;

@@ -105,6 +105,14 @@ int QueueSend(int queue, const MessageHeader* message, int* budget_ms)
     return 0;
 }
 
+bool WidenQueue(int queue)
+{
+    msqid_ds status;
+    if (msgctl(queue, IPC_STAT, &status) != 0 || status.msg_qbytes >= kQueueBytes) return true;
+    status.msg_qbytes = kQueueBytes;
+    return msgctl(queue, IPC_SET, &status) == 0;
+}
+
 void ReclaimQueues()
 {
     msginfo limits{};

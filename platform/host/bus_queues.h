@@ -49,6 +49,12 @@ int ModuleQueue(uint32_t module, bool create);
 // or the kernel takes no message of that size.
 int QueueSend(int queue, const MessageHeader* message, int* budget_ms);
 
+inline constexpr unsigned long kQueueBytes = 16384;  // room for a largest request and what comes with it
+
+// Gives our own queue that room when it was made while the kernel allowed less, which nothing else
+// would ever change. False with errno when the kernel still allows no more.
+bool WidenQueue(int queue);
+
 // Removes the private queues of processes that are gone.
 void ReclaimQueues();
 

@@ -127,6 +127,25 @@ TEST_F(Faults, ADaemonThatStartsWithoutAQueueServesOnceTheSystemHasOne)
     EXPECT_EQ(EndOf(daemon), 0);
 }
 
+TEST_F(Faults, AQueueThatIsTooSmallRefusesInTimeAndIsWidenedOnceAllowed)
+{
+    SKIP_WITHOUT_FAULTS();
+    InjectedFault fault;
+    ASSERT_TRUE(daemon_.Start());
+    QueueLimit room("msgmnb");
+    LIMIT_OR_SKIP(room, "60");
+    fault.Arm(Call::kSetQueue, "*", EPERM);  // some root may exceed the limit
+    ASSERT_EQ(msgctl(host::ModuleQueue(kModuleKobd, false), IPC_RMID, nullptr), 0);
+    EXPECT_TRUE(LogSays("is too small: Operation not permitted")) << FileText(kLog);
+    const int64_t start = host::NowMs();
+    EXPECT_EQ(Request(kSet, {{kTagObjectName, "webHttpPort"}, {kTagValue, "8084"}}, 300).bus, 5);
+    EXPECT_LT(host::NowMs() - start, 2000);
+    room.Lift();
+    fault.Disarm();
+    EXPECT_EQ(SetObject("webHttpPort", "8085"), 0) << "within its five seconds";
+    EXPECT_EQ(GetObject("webHttpPort"), "8085");
+}
+
 TEST_F(Faults, AMessageLargerThanTheKernelTakesIsNotADaemonThatIsGone)
 {
     ASSERT_TRUE(daemon_.Start());
