@@ -91,9 +91,11 @@ void SeedRandom()
 
 void Daemonise()
 {
+    // Before the parent ends: with it the session may end, and its terminal hang up, while the child
+    // is still of that session.
+    signal(SIGHUP, SIG_IGN);
     EndParent();
     setsid();
-    signal(SIGHUP, SIG_IGN);
     EndParent();
     if (chdir("/") != 0) return;  // cannot fail for a folder that always exists
     umask(0);
