@@ -7,6 +7,10 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
+
+#include "daemon/log.h"
+#include "daemon/result.h"
 
 namespace kobd
 {
@@ -15,6 +19,11 @@ namespace
 constexpr int kDumpNumbers = 10000000;  // names have up to seven digits
 constexpr int kAttempts = 16;           // fresh numbers before giving up
 constexpr mode_t kDumpMode = 0600;
+
+void Report(const char* function, const char* name, int error)
+{
+    LOG_ALWAYS(function, "cannot write %s: %s", name, strerror(error));
+}
 
 // A regular file of ours, emptied; -1 with errno when the name cannot be used.
 int OpenPlainFile(const char* name)
@@ -34,13 +43,14 @@ FILE* OpenStream(int file, const char* name)
 {
     FILE* stream = fdopen(file, "w");
     if (stream != nullptr) return stream;
+    const int error = errno;
     close(file);
     unlink(name);
+    errno = error;
     return nullptr;
 }
-}  // namespace
 
-FILE* DumpFileOpen(char* name)
+FILE* Open(char* name)
 {
     for (int attempt = 0; attempt < kAttempts; ++attempt)
     {
@@ -50,5 +60,28 @@ FILE* DumpFileOpen(char* name)
         if (errno == ENOSPC || errno == EROFS || errno == EACCES) return nullptr;
     }
     return nullptr;
+}
+}  // namespace
+
+FILE* DumpFileOpen(const char* function, char* name)
+{
+    FILE* file = Open(name);
+    if (file == nullptr) Report(function, name, errno);
+    return file;
+}
+
+int DumpFileClose(const char* function, FILE* file, const char* name, int code)
+{
+    int error = errno;
+    const bool closed = fclose(file) == 0;
+    if (code == kSuccess && closed) return kSuccess;
+    if (code == kSuccess)
+    {
+        error = errno;
+        code = kSystemError;
+    }
+    unlink(name);
+    if (code == kSystemError) Report(function, name, error);
+    return code;
 }
 }  // namespace kobd

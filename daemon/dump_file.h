@@ -1,4 +1,5 @@
-// Dump files: "/tmp/kobd-%d" with a random number, written by show and by table dump.
+// Dump files: "/tmp/kobd-%d" with a random number, written by show and by table dump. What fails is
+// logged under the name of `function`.
 #pragma once
 
 #include <cstdio>
@@ -9,6 +10,11 @@ inline constexpr int kDumpFileName = 128;  // bytes of a dump file's name with i
 
 // Opens a dump file of mode 0600 for writing and puts its name into `name` (kDumpFileName bytes).
 // A name that is a link or not a plain file is passed over for a fresh number. nullptr when none
-// could be opened. The caller closes it, and removes it when writing fails.
-FILE* DumpFileOpen(char* name);
+// could be opened.
+FILE* DumpFileOpen(const char* function, char* name);
+
+// Closes a dump file, and removes it when it is not whole.
+//   code: result of writing it, with errno where that is 4
+// The code; 4 when what was written before fails now.
+[[nodiscard]] int DumpFileClose(const char* function, FILE* file, const char* name, int code);
 }  // namespace kobd

@@ -5,9 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 
 #include "daemon/handler_table.h"
@@ -60,9 +62,12 @@ uint32_t Mix(uint32_t a, uint32_t b, uint32_t c)
     return c;
 }
 
+// A fork that failed ends the process with the parent's status: there is no child that could run on.
 void EndParent()
 {
-    if (fork() != 0) _exit(0);  // the parent, or a fork that failed
+    const pid_t child = fork();
+    if (child < 0) kobd_log_print("Daemonise", __LINE__, "cannot go into the background: fork: %s", strerror(errno));
+    if (child != 0) _exit(0);
 }
 
 // The shell's result decides nothing: without the right to change limits the daemon runs on with
@@ -86,9 +91,11 @@ void SeedRandom()
 
 void Daemonise()
 {
+    // Before the parent ends: with it the session may end, and its terminal hang up, while the child
+    // is still of that session.
+    signal(SIGHUP, SIG_IGN);
     EndParent();
     setsid();
-    signal(SIGHUP, SIG_IGN);
     EndParent();
     if (chdir("/") != 0) return;  // cannot fail for a folder that always exists
     umask(0);

@@ -1,7 +1,5 @@
 // Show: writes every name of the dictionary to a dump file. The payload is not looked at.
 //   reply: dump file name (tag 2); the file is the client's to remove
-#include <unistd.h>
-
 #include <cstdio>
 
 #include "daemon/dump_file.h"
@@ -13,6 +11,8 @@ namespace kobd
 {
 namespace
 {
+constexpr const char* kFunction = "ReqKobShow";
+
 bool WriteNames(FILE* file)
 {
     for (const ObjDef& object : kObjects)
@@ -26,16 +26,12 @@ bool WriteNames(FILE* file)
 int ReqShow(MessageHeader* request)
 {
     char name[kDumpFileName];
-    FILE* file = DumpFileOpen(name);
-    Reply reply(request, "ReqKobShow");
+    FILE* file = DumpFileOpen(kFunction, name);
+    Reply reply(request, kFunction);
     if (file == nullptr) return reply.Refuse(kSystemError);
+    const int written = WriteNames(file) ? kSuccess : kSystemError;
+    if (const int code = DumpFileClose(kFunction, file, name, written)) return reply.Refuse(code);
     reply.PushText(kTagValue, name);
-    const bool written = WriteNames(file);
-    if (fclose(file) != 0 || !written)
-    {
-        unlink(name);
-        return reply.Refuse(kSystemError);
-    }
     return reply.Send();
 }
 }  // namespace kobd

@@ -43,7 +43,8 @@ extern "C"
 
     // Sends the request to its destination and waits for its reply.
     //   reply: kMessageMax bytes; timeout_ms: for sending and waiting together
-    // 0; 3 nobody has the module; 5 the queue stayed full; 8 no reply in time.
+    // 0; 3 nobody has the module; 5 the queue stayed full, or the kernel takes no message of that size;
+    // 8 no reply in time.
     int BusClientCall(BusClient* client, MessageHeader* request, MessageHeader* reply, int timeout_ms);
 
     // Sends without waiting for an answer. 0, 3 or 5.

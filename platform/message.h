@@ -64,6 +64,7 @@ extern "C"
 
     // Joins the bus as `module` and starts receiving on the library's own thread; handlers run
     // there one at a time. 0, or 9 when the bus cannot be joined (another process has the module).
+    // Where the system has no queue left, receiving starts once it has one.
     int MessageInitialize(uint32_t module);
 
     // Sends to the module in the destination field. 0; 3 when nobody has that module; 5 when its

@@ -5,24 +5,36 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
 #include <new>
 #include <utility>
 
+#include "daemon/log.h"
 #include "daemon/result.h"
 
 namespace kobd
 {
 namespace
 {
-int ReadOpen(int descriptor, ChangeFile* file)
+int Refuse(const char* path, const char* why)
+{
+    LOG_ALWAYS("ChangeFileRead", "cannot read the change file %s: %s", path, why);
+    return kSystemError;
+}
+
+int ReadOpen(int descriptor, const char* path, ChangeFile* file)
 {
     struct stat status;
-    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return kSystemError;
+    if (fstat(descriptor, &status) != 0) return Refuse(path, strerror(errno));
+    if (!S_ISREG(status.st_mode)) return Refuse(path, "no regular file");
     if (!std::in_range<size_t>(status.st_size)) return kMallocFailed;
     file->size = static_cast<size_t>(status.st_size);
     file->bytes.reset(new (std::nothrow) char[file->size]);
     if (file->bytes == nullptr) return kMallocFailed;
-    return std::cmp_equal(read(descriptor, file->bytes.get(), file->size), file->size) ? kSuccess : kSystemError;
+    const ssize_t count = read(descriptor, file->bytes.get(), file->size);
+    if (count < 0) return Refuse(path, strerror(errno));
+    return std::cmp_equal(count, file->size) ? kSuccess : Refuse(path, "it was read in part only");
 }
 }  // namespace
 
@@ -30,8 +42,8 @@ int ChangeFileRead(const char* path, ChangeFile* file)
 {
     // Without blocking, or a pipe that nobody writes to would stop the daemon at the open.
     const int descriptor = open(path, O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    if (descriptor < 0) return kSystemError;
-    const int code = ReadOpen(descriptor, file);
+    if (descriptor < 0) return Refuse(path, strerror(errno));
+    const int code = ReadOpen(descriptor, path, file);
     close(descriptor);
     return code;
 }

@@ -1,8 +1,6 @@
 // Table dump: writes every row of the named tables to a file of the daemon's own naming.
 //   items: table names (text), one a table; their tags are not looked at
 //   reply: dump file name (tag 2); the file is the client's to remove
-#include <unistd.h>
-
 #include <array>
 #include <cstdio>
 #include <cstring>
@@ -119,18 +117,13 @@ int ReqTableDump(MessageHeader* request)
     Reply reply(request, kFunction);
     if (!HasItems(request)) return reply.Refuse(kInvalidArgument);
     char name[kDumpFileName];
-    FILE* file = DumpFileOpen(name);
+    FILE* file = DumpFileOpen(kFunction, name);
     if (file == nullptr) return reply.Refuse(kSystemError);
     static char buffer[kFileBuffer];
     setvbuf(file, buffer, _IOFBF, sizeof buffer);
-    const int code = WriteTables(file, request, reply);
-    const bool closed = fclose(file) == 0;
-    if (code == kSuccess && closed)
-    {
-        reply.PushText(kTagValue, name);
-        return reply.Send();
-    }
-    unlink(name);
-    return reply.Refuse(code != kSuccess ? code : kSystemError);
+    const int written = WriteTables(file, request, reply);
+    if (const int code = DumpFileClose(kFunction, file, name, written)) return reply.Refuse(code);
+    reply.PushText(kTagValue, name);
+    return reply.Send();
 }
 }  // namespace kobd

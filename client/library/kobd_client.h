@@ -31,7 +31,7 @@ extern "C" {
 #define KOBD_INVALID 2            /* refused */
 #define KOBD_NOT_RUNNING 3        /* nobody has the daemon's module */
 #define KOBD_SYSTEM_ERROR 4       /* the reply is none: no result, or items that cannot be read */
-#define KOBD_SEND_FAILED 5        /* the daemon's queue stayed full until the deadline */
+#define KOBD_SEND_FAILED 5        /* the daemon's queue stayed full until the deadline, or takes no such size */
 #define KOBD_NO_MEMORY 7
 #define KOBD_TIMEOUT 8            /* no reply, or nothing to see, before the deadline */
 #define KOBD_INITIALIZE_FAILED 9  /* no queue of our own, or the module is taken */

@@ -118,24 +118,30 @@ void Pause()
     nanosleep(&pause, nullptr);
 }
 
-// The queue cannot be read: most likely somebody removed it. Takes a new one, however long the system has none to
-// give; a daemon that gave up would run on and serve nothing.
-void TakeQueueAgain()
+// Takes a queue, however long the system has none to give; a daemon that gave up would run on and serve nothing.
+void TakeQueue()
 {
-    REPORT("the queue of module 0x%08X is lost with what was in it: %s", bus.module, strerror(errno));
     bool told = false;
     while (!bus.stopping && (bus.queue = ModuleQueue(bus.module, true)) < 0)
     {
-        if (!told) REPORT("cannot have a queue again yet: %s", strerror(errno));
+        if (!told) REPORT("cannot have a queue yet: %s", strerror(errno));
         told = true;
         Pause();
     }
     if (!bus.stopping) REPORT("serving on a new queue of module 0x%08X", bus.module);
 }
 
+// The queue cannot be read: most likely somebody removed it.
+void TakeQueueAgain()
+{
+    REPORT("the queue of module 0x%08X is lost with what was in it: %s", bus.module, strerror(errno));
+    TakeQueue();
+}
+
 void* Receive(void*)
 {
     static QueueMessage message;
+    if (bus.queue < 0) TakeQueue();
     while (!bus.stopping)
     {
         const ssize_t received = msgrcv(bus.queue, &message, sizeof message.bytes, 0, MSG_NOERROR);
@@ -149,11 +155,19 @@ void* Receive(void*)
     return nullptr;
 }
 
+void KeepQueueWide(bool* told)
+{
+    const bool wide = WidenQueue(bus.queue);
+    if (!wide && !*told) REPORT("the queue of module 0x%08X is too small: %s", bus.module, strerror(errno));
+    *told = !wide;
+}
+
 void* Reclaim(void*)
 {
-    for (;;)
+    for (bool told = false;;)
     {
         ReclaimQueues();
+        KeepQueueWide(&told);
         timespec until{};
         clock_gettime(CLOCK_REALTIME, &until);
         until.tv_sec += kReclaimSeconds;
@@ -191,9 +205,10 @@ int MessageInitialize(uint32_t module)
     bus.claim = ClaimModule(module);
     if (bus.claim < 0) return kFailed;
     bus.module = module;
-    bus.queue = ModuleQueue(module, true);
     bus.stopping = false;
-    if (bus.queue >= 0 && StartThreads()) return 0;
+    bus.queue = ModuleQueue(module, true);
+    const bool later = bus.queue < 0 && (errno == ENOSPC || errno == ENOMEM);  // the receive thread takes it
+    if ((bus.queue >= 0 || later) && StartThreads()) return 0;
     ReleaseModule(bus.claim);
     bus.claim = -1;
     return kFailed;

@@ -54,10 +54,12 @@ ssize_t ReceiveUntil(int queue, QueueMessage* message, int64_t deadline)
 }
 
 // The queue of the module, -1 when nobody has it. A client asks the same module again and again, so
-// its claim and queue are remembered; only whether the claim still holds is looked at every time.
+// its claim and queue are remembered; only whether the claim still holds is looked at every time. That
+// it has no queue is not remembered: it takes one as soon as the system has one to give.
 int FindDestination(BusClient* client, uint32_t module)
 {
-    if (client->destination == module && ClaimHolds(client->destination_claim)) return client->destination_queue;
+    if (client->destination == module && client->destination_queue >= 0 && ClaimHolds(client->destination_claim))
+        return client->destination_queue;
     client->destination = module;
     client->destination_claim = ModuleClaim(module);
     client->destination_queue = ClaimHolds(client->destination_claim) ? ModuleQueue(module, false) : -1;

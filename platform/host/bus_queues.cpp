@@ -28,6 +28,12 @@ struct QueueMessage
     long type;
     char bytes[kMessageMax];
 };
+
+bool QueueIsThere(int queue)
+{
+    msqid_ds status;
+    return msgctl(queue, IPC_STAT, &status) == 0 || errno == EACCES;
+}
 }  // namespace
 
 BusHeader LoadBusHeader(const MessageHeader* message)
@@ -82,7 +88,7 @@ int QueueSend(int queue, const MessageHeader* message, int* budget_ms)
     while (msgsnd(queue, &out, size, IPC_NOWAIT) != 0)
     {
         if (errno == EINTR) continue;
-        if (errno != EAGAIN) return errno == EIDRM || errno == EINVAL ? 3 : 5;
+        if (errno != EAGAIN) return QueueIsThere(queue) ? 5 : 3;  // EINVAL is no queue, or more than msgmax
         if (!waited) start = NowMs();
         waited = true;
         if (NowMs() - start >= *budget_ms)
@@ -97,6 +103,14 @@ int QueueSend(int queue, const MessageHeader* message, int* budget_ms)
     const int64_t spent = NowMs() - start;
     *budget_ms -= static_cast<int>(spent < *budget_ms ? spent : *budget_ms);
     return 0;
+}
+
+bool WidenQueue(int queue)
+{
+    msqid_ds status;
+    if (msgctl(queue, IPC_STAT, &status) != 0 || status.msg_qbytes >= kQueueBytes) return true;
+    status.msg_qbytes = kQueueBytes;
+    return msgctl(queue, IPC_SET, &status) == 0;
 }
 
 void ReclaimQueues()

@@ -4,11 +4,13 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <vector>
 
 #include "platform/host/list_state.h"
+#include "platform/host/load_report.h"
 #include "platform/host/object_values.h"
 #include "platform/host/state_store.h"
 #include "platform/kob_platform.h"
@@ -22,6 +24,12 @@ constexpr int kUpdateFailed = 14;
 constexpr const char* kObjectsFile = "objects";
 constexpr const char* kTablesFile = "tables";
 
+bool KeepUnreadableOf(const std::vector<StateFile>& files)
+{
+    return std::all_of(files.begin(), files.end(),
+                       [](const StateFile& file) { return KeepUnreadable(StateFolder() + "/" + file.name); });
+}
+
 int Commit()
 {
     std::vector<StateFile> files;
@@ -29,7 +37,7 @@ int Commit()
     const bool tables = ListsChanged();
     if (objects) files.push_back({kObjectsFile, ObjectValuesState()});
     if (tables) files.push_back({kTablesFile, ListsState()});
-    if (!SaveTogether(StateFolder(), files))
+    if (!KeepUnreadableOf(files) || !SaveTogether(StateFolder(), files))
     {
         kobd_log_print("update_config", __LINE__, "cannot write the state in %s: %s", StateFolder().c_str(),
                        strerror(errno));

@@ -93,16 +93,13 @@ bool SaveTogether(const std::string& folder, const std::vector<StateFile>& files
         for (const StateFile& file : files) RemoveKeepingError(folder + "/" + file.name + kTemporary);
         return false;
     }
-    bool moved = true;
+    // A file that cannot be moved now is moved by whoever finds the note next.
     for (const StateFile& file : files)
     {
         const std::string path = folder + "/" + file.name;
-        moved = MoveIntoPlace(path + kTemporary, path) && moved;
+        if (rename((path + kTemporary).c_str(), path.c_str()) != 0) return false;
     }
-    const int error = errno;
-    const bool finished = SyncFolder(folder) && RemoveNote(folder);
-    if (!moved) errno = error;
-    return moved && finished;
+    return SyncFolder(folder) && RemoveNote(folder);
 }
 
 bool FinishSave(const std::string& folder)

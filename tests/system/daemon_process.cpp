@@ -78,6 +78,17 @@ Answer Request(uint16_t id, const std::vector<std::pair<uint16_t, std::string>>&
     return RequestItems(id, bytes, timeout_ms);
 }
 
+int SetObject(const std::string& name, const std::string& value, uint16_t how)
+{
+    return Request(how, {{kTagObjectName, name}, {kTagValue, value}}).result;
+}
+
+std::string GetObject(const std::string& name)
+{
+    const Answer answer = Request(kGet, {{kTagObjectName, name}});
+    return answer.texts.size() == 2 ? answer.texts[1] : "nothing";
+}
+
 Answer RequestItems(uint16_t id, const std::string& items, int timeout_ms)
 {
     alignas(MessageHeader) char request[kMessageMax] = {};

@@ -47,6 +47,10 @@ Answer RequestItems(uint16_t id, const std::string& items, int timeout_ms = 5000
 // One request of texts.
 Answer Request(uint16_t id, const std::vector<std::pair<uint16_t, std::string>>& items, int timeout_ms = 5000);
 
+// One object alone. The result, -1 without a reply; the value, "nothing" without one.
+int SetObject(const std::string& name, const std::string& value, uint16_t how = 1);
+std::string GetObject(const std::string& name);
+
 inline constexpr uint16_t kSet = 1;
 inline constexpr uint16_t kGet = 2;
 inline constexpr uint16_t kSetSilent = 3;

@@ -1,7 +1,9 @@
 // How the real daemon starts: detached or not, on which state, and when it does not start at all.
 #include <gtest/gtest.h>
+#include <pty.h>
 #include <sys/ipc.h>
 #include <sys/sem.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -12,6 +14,7 @@
 #include "daemon/tlv.h"
 #include "tests/namespaces.h"
 #include "tests/system/daemon_process.h"
+#include "tests/system/injected_fault.h"
 
 namespace kobd::test
 {
@@ -27,11 +30,12 @@ std::string Read(const std::string& path)
 }
 
 // Starts the daemon from /tmp as a shell does; the exit status that the shell sees.
-int Start(const std::string& state, const std::string& options)
+int Start(const std::string& state, const std::string& options,
+          const std::string& streams = " >/tmp/kobd.out 2>&1 </dev/null")
 {
-    return system(("cd /tmp && KOBD_STATE_DIR=" + state + " " KOBD_EMULATOR " " + kPrograms + "kobd " + options +
-                   " >/tmp/kobd.out 2>&1 </dev/null")
-                      .c_str());
+    return system(
+        ("cd /tmp && KOBD_STATE_DIR=" + state + " exec " KOBD_EMULATOR " " + kPrograms + "kobd " + options + streams)
+            .c_str());
 }
 
 // The process that has the daemon's module; 0 when nobody has it.
@@ -39,6 +43,33 @@ pid_t Holder()
 {
     const int claim = semget(static_cast<key_t>(kModuleKobd), 1, 0600);
     return claim >= 0 && semctl(claim, 0, GETVAL) > 0 ? semctl(claim, 0, GETPID) : 0;
+}
+
+pid_t AwaitHolder()
+{
+    for (int i = 0; i < 100 && Holder() == 0; ++i) usleep(100000);
+    return Holder();
+}
+
+void EndHolder(pid_t daemon)
+{
+    kill(daemon, SIGTERM);
+    for (int i = 0; i < 100 && Holder() != 0; ++i) usleep(100000);
+    EXPECT_EQ(Holder(), 0);
+    EXPECT_NE(Read("/tmp/kobd.log").find("Get sig 15, exit..."), std::string::npos);
+}
+
+// Daemons in our IPC namespace, whether they serve or not.
+int Daemons()
+{
+    int count = 0;
+    std::error_code gone;
+    const fs::path own = fs::read_symlink("/proc/self/ns/ipc");
+    for (const auto& process : fs::directory_iterator("/proc"))
+        if (Read(process.path().string() + "/comm") == "kobd\n" &&
+            fs::read_symlink(process.path() / "ns/ipc", gone) == own)
+            ++count;
+    return count;
 }
 
 class StartUp : public testing::Test
@@ -54,8 +85,7 @@ protected:
 TEST_F(StartUp, DetachedItLeavesTerminalAndFolderButNotItsState)
 {
     ASSERT_EQ(Start("state", ""), 0) << "the parent is done";
-    pid_t daemon = 0;
-    for (int i = 0; i < 100 && (daemon = Holder()) == 0; ++i) usleep(100000);
+    const pid_t daemon = AwaitHolder();
     ASSERT_GT(daemon, 0);
     const std::string process = "/proc/" + std::to_string(daemon);
     EXPECT_EQ(fs::read_symlink(process + "/cwd"), "/");
@@ -66,10 +96,53 @@ TEST_F(StartUp, DetachedItLeavesTerminalAndFolderButNotItsState)
     EXPECT_EQ(Request(kSet, {{kTagObjectName, "webHttpPort"}, {kTagValue, "4321"}}).result, 0);
     EXPECT_NE(Read("/tmp/state/objects").find("webHttpPort=4321\n"), std::string::npos);
 
-    kill(daemon, SIGTERM);
-    for (int i = 0; i < 100 && Holder() != 0; ++i) usleep(100000);
-    EXPECT_EQ(Holder(), 0);
-    EXPECT_NE(Read("/tmp/kobd.log").find("Get sig 15, exit..."), std::string::npos);
+    EndHolder(daemon);
+}
+
+TEST_F(StartUp, DetachedItOutlivesTheTerminalThatItWritesTo)
+{
+    int screen = -1;
+    const pid_t parent = forkpty(&screen, nullptr, nullptr, nullptr);
+    if (parent < 0) GTEST_SKIP() << "no terminal here";
+    if (parent == 0) _exit(Start("state", "", "") == 0 ? 0 : 1);
+    int status = -1;
+    ASSERT_EQ(waitpid(parent, &status, 0), parent);
+    ASSERT_EQ(status, 0);
+    const pid_t daemon = AwaitHolder();
+    ASSERT_GT(daemon, 0);
+    const std::string process = "/proc/" + std::to_string(daemon);
+    std::istringstream stat(Read(process + "/stat"));
+    std::string terminal;  // the seventh word: process, name, state, parent, group, session, terminal
+    for (int word = 0; word < 7; ++word) stat >> terminal;
+    EXPECT_EQ(terminal, "0") << "none controls it";
+    for (const char* stream : {"/fd/0", "/fd/1", "/fd/2"})
+        EXPECT_TRUE(fs::read_symlink(process + stream).string().starts_with("/dev/pts/")) << stream << " stays";
+
+    close(screen);
+    EXPECT_EQ(SetObject("webHttpPort", "99999"), 2) << "told on a terminal that is gone, and in the log";
+    EXPECT_NE(Read("/tmp/kobd.log").find("webHttpPort"), std::string::npos);
+    EXPECT_EQ(SetObject("webHttpPort", "4322"), 0);
+    EndHolder(daemon);
+}
+
+TEST_F(StartUp, AForkThatFailsIsToldAndLeavesNoDaemon)
+{
+    SKIP_WITHOUT_FAULTS();
+    for (const int forks : {0, 1})  // that go well before
+    {
+        InjectedFault fault;
+        unlink("/tmp/kobd.log");
+        fault.Arm(Call::kFork, "*", EAGAIN, INT_MAX, forks);
+        EXPECT_EQ(Start("state", ""), 0) << "the parent's status";
+        for (int i = 0; i < 100 && Daemons() != 0; ++i) usleep(100000);
+        EXPECT_EQ(Daemons(), 0);
+        EXPECT_EQ(fault.Struck(), 1);
+        EXPECT_EQ(Holder(), 0);
+        EXPECT_FALSE(fs::exists("/tmp/state"));
+        const std::string told = "cannot go into the background: fork: Resource temporarily unavailable";
+        EXPECT_NE(Read("/tmp/kobd.log").find(told), std::string::npos);
+        EXPECT_NE(Read("/tmp/kobd.out").find(told), std::string::npos);
+    }
 }
 
 TEST_F(StartUp, AnUnknownOptionEndsItBeforeAnythingIsDone)

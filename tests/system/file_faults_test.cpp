@@ -1,0 +1,286 @@
+// The real daemon when its files fail it at one system call: state, dump files, change files and
+// the log. What was durable stays whole, the log says what failed, and later commits catch up.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "daemon/tlv.h"
+#include "tests/items.h"
+#include "tests/namespaces.h"
+#include "tests/process_setup.h"
+#include "tests/system/daemon_process.h"
+#include "tests/system/injected_fault.h"
+
+namespace kobd::test
+{
+namespace
+{
+namespace fs = std::filesystem;
+
+constexpr char kState[] = "/tmp/state";
+constexpr char kCrashed[] = "/tmp/crashed";  // what a crash at the fault would have left
+constexpr char kLog[] = "/tmp/kobd.log";
+constexpr char kRows[] = "FwIpFilterTable";
+
+struct FileFault
+{
+    Call call;
+    const char* path;
+    int error;
+    int skip;
+    const char* why;
+};
+
+// Changes an object and a list and commits them together.
+void ChangeBoth(const std::string& port)
+{
+    EXPECT_EQ(SetObject("webHttpPort", port, kSetSilent), 0);
+    EXPECT_EQ(Request(kTableAdd, {{kTagTableName, kRows}}).result, 0) << "a commit's result decides no answer";
+}
+
+// "PORT/ROWS", as ChangeBoth leaves them.
+std::string Both() { return GetObject("webHttpPort") + "/" + GetObject("IpFilterNumberOfEntries"); }
+
+bool LogHas(const std::string& text) { return FileText(kLog).find(text) != std::string::npos; }
+
+int FilesLike(const std::string& folder, const std::string& part)
+{
+    int count = 0;
+    for (const auto& file : fs::directory_iterator(folder))
+        if (file.path().filename().string().find(part) != std::string::npos) ++count;
+    return count;
+}
+
+class FileFaults : public testing::Test
+{
+protected:
+    void SetUp() override { SKIP_WITHOUT_FAULTS(); }
+
+    // A daemon on fresh state whose first change is durable.
+    void StartAfresh()
+    {
+        if (daemon_.Process() > 0) daemon_.End(SIGKILL);
+        ASSERT_EQ(system("rm -rf /tmp/state /tmp/crashed /tmp/kobd* && mkdir /tmp/state"), 0);
+        ASSERT_TRUE(daemon_.Start());
+        ChangeBoth("8081");
+        ASSERT_EQ(Both(), "8081/1");
+    }
+    void KillAndStart()
+    {
+        daemon_.End(SIGKILL);
+        ASSERT_TRUE(daemon_.Start());
+    }
+
+    InjectedFault fault_;
+    DaemonProcess daemon_{kState};
+};
+
+const FileFault kCommitFaults[] = {
+    {Call::kOpen, "*/objects.new", EMFILE, 0, "no descriptor for the first file"},
+    {Call::kWrite, "*/objects.new", EIO, 0, "first file"},
+    {Call::kWrite, "*/tables.new", EDQUOT, 0, "second file"},
+    {Call::kWrite, "*/commit.new", ENOSPC, 0, "the note"},
+    {Call::kFsync, "*/objects.new", EIO, 0, "what was written is not on the disk"},
+    {Call::kFsync, "*/tables.new", EINTR, 0, "interrupted"},
+    {Call::kFsync, "*/commit.new", EDQUOT, 0, "the note is not on the disk"},
+    {Call::kRename, "*/commit.new", EIO, 0, "the note gets no name"},
+    {Call::kFsync, kState, EIO, 0, "the note's name is not on the disk"},
+    {Call::kOpen, kState, EMFILE, 0, "no descriptor for the folder"},
+    {Call::kRename, "*/objects.new", EIO, 0, "first file is not moved, second is"},
+    {Call::kRename, "*/tables.new", ENOSPC, 0, "second file is not moved, first is"},
+    {Call::kFsync, kState, ENOSPC, 1, "the moves are not on the disk"},
+    {Call::kFsync, kState, EIO, 2, "the note's removal is not on the disk"},
+};
+
+TEST_F(FileFaults, ACommitThatFailsIsToldLeavesWholeStateAndIsCaughtUpWith)
+{
+    for (const FileFault& c : kCommitFaults)
+    {
+        SCOPED_TRACE(c.why);
+        StartAfresh();
+        fault_.Arm(c.call, c.path, c.error, INT_MAX, c.skip);
+        ChangeBoth("8082");
+        EXPECT_GT(fault_.Struck(), 0);
+        EXPECT_TRUE(LogHas("cannot write the state in /tmp/state: " + std::string(strerror(c.error))))
+            << FileText(kLog);
+        EXPECT_EQ(Both(), "8082/2") << "it serves from memory";
+        fs::copy(kState, kCrashed, fs::copy_options::recursive);
+
+        EXPECT_EQ(Request(kUpdate, {}).result, 0) << "and fails again";
+        fault_.Disarm();
+        EXPECT_EQ(Request(kUpdate, {}).result, 0);
+        KillAndStart();
+        EXPECT_EQ(Both(), "8082/2") << "the next commit wrote what the failed one could not";
+        EXPECT_EQ(FilesLike(kState, ".new") + FilesLike(kState, "commit"), 0);
+
+        daemon_.End(SIGKILL);
+        DaemonProcess crashed(kCrashed);
+        ASSERT_TRUE(crashed.Start());
+        const std::string found = Both();
+        EXPECT_TRUE(found == "8081/1" || found == "8082/2") << "half a commit: " << found;
+        EXPECT_EQ(FilesLike(kCrashed, "damaged"), 0);
+    }
+}
+
+TEST_F(FileFaults, ShortAndInterruptedWritesLoseNothing)
+{
+    for (const auto& [error, times] : {std::pair{kShort, INT_MAX}, std::pair{EINTR, 1}})
+        for (const char* path : {"*/objects.new", "*/tables.new", "*/commit.new"})
+        {
+            SCOPED_TRACE(path);
+            StartAfresh();
+            fault_.Arm(Call::kWrite, path, error, times);
+            ChangeBoth("8082");
+            EXPECT_GT(fault_.Struck(), 0);
+            fault_.Disarm();
+            EXPECT_FALSE(LogHas("cannot write")) << FileText(kLog);
+            KillAndStart();
+            EXPECT_EQ(Both(), "8082/2");
+        }
+}
+
+TEST_F(FileFaults, StateReadInPiecesIsWhole)
+{
+    StartAfresh();
+    for (const auto& [error, times] : {std::pair{kShort, INT_MAX}, std::pair{EINTR, 3}})
+        for (const char* path : {"*/objects", "*/tables"})
+        {
+            fault_.Arm(Call::kRead, path, error, times);
+            KillAndStart();
+            EXPECT_GT(fault_.Struck(), 0) << path;
+            EXPECT_EQ(Both(), "8081/1") << path;
+        }
+}
+
+const FileFault kLoadFaults[] = {
+    {Call::kOpen, "*/objects", EMFILE, 0, "objects"},
+    {Call::kRead, "*/objects", EIO, 0, "objects"},
+    {Call::kRead, "*/tables", EIO, 0, "tables"},
+};
+
+TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStartOrKeptAside)
+{
+    for (const FileFault& c : kLoadFaults)
+    {
+        SCOPED_TRACE(std::string(c.path) + strerror(c.error));
+        StartAfresh();
+        const std::string file = std::string("/tmp/state/") + c.why;
+        const std::string before = FileText(file);
+        fault_.Arm(c.call, c.path, c.error);
+        KillAndStart();
+        EXPECT_TRUE(LogHas("cannot read " + file + " (" + strerror(c.error) + "), factory values serve"));
+        EXPECT_NE(Both(), "8081/1");
+        fault_.Disarm();
+        KillAndStart();
+        EXPECT_EQ(Both(), "8081/1") << "a start that could not read it took nothing away";
+
+        fault_.Arm(c.call, c.path, c.error);
+        KillAndStart();
+        fault_.Disarm();
+        ChangeBoth("8083");
+        EXPECT_EQ(GetObject("webHttpPort"), "8083");
+        ASSERT_EQ(FilesLike(kState, std::string(c.why) + ".damaged-"), 1) << "a commit replaced it";
+        for (const auto& entry : fs::directory_iterator(kState))
+            if (entry.path().string().find(".damaged-") != std::string::npos)
+            {
+                EXPECT_EQ(FileText(entry.path()), before);
+                EXPECT_TRUE(LogHas("kept as " + entry.path().string())) << FileText(kLog);
+            }
+    }
+}
+
+TEST_F(FileFaults, ADumpIsWholeOrRefusedAndRemoved)
+{
+    StartAfresh();
+    const auto dump = [](uint16_t id)
+    {
+        return Request(id, id == kShow
+                               ? std::vector<std::pair<uint16_t, std::string>>{}
+                               : std::vector<std::pair<uint16_t, std::string>>{{kTagTableName, "IPv4RoutingTable"}});
+    };
+    for (const uint16_t id : {kShow, kTableDump})
+    {
+        SCOPED_TRACE(id);
+        const Answer whole = dump(id);
+        ASSERT_EQ(whole.texts.size(), 1u);
+        const std::string text = FileText(whole.texts[0]);
+        ASSERT_EQ(unlink(whole.texts[0].c_str()), 0);
+        for (const auto& [call, error, answer] :
+             {std::tuple{Call::kWrite, kShort, 0}, std::tuple{Call::kWrite, EIO, 4},
+              std::tuple{Call::kWrite, EDQUOT, 4}, std::tuple{Call::kOpen, EMFILE, 4},
+              std::tuple{Call::kOpen, ENOSPC, 4}})
+        {
+            SCOPED_TRACE(strerror(error));
+            fault_.Arm(call, "/tmp/kobd-*", error);
+            const Answer got = dump(id);
+            EXPECT_GT(fault_.Struck(), 0);
+            fault_.Disarm();
+            EXPECT_EQ(got.result, answer);
+            if (answer == 0)
+            {
+                EXPECT_EQ(FileText(got.texts.at(0)), text);
+                unlink(got.texts.at(0).c_str());
+            }
+            else
+                EXPECT_TRUE(LogHas("cannot write /tmp/kobd-") && LogHas(std::string(": ") + strerror(error)))
+                    << FileText(kLog);
+            EXPECT_EQ(FilesLike("/tmp", "kobd-"), 0) << "no part of a dump stays";
+            unlink(kLog);
+        }
+    }
+}
+
+TEST_F(FileFaults, AChangeFileThatIsNotReadWholeChangesNothing)
+{
+    StartAfresh();
+    const std::string change = Row(kRows, 1) + Column("DestIPAddress", "192.0.2.7");
+    std::ofstream("/tmp/change", std::ios::binary) << change;
+    const std::string before = FileText("/tmp/state/tables");
+    for (const auto& [call, error] : {std::pair{Call::kRead, kShort}, std::pair{Call::kRead, EINTR},
+                                      std::pair{Call::kRead, EIO}, std::pair{Call::kOpen, EMFILE}})
+    {
+        fault_.Arm(call, "/tmp/change", error);
+        EXPECT_EQ(Request(kTableSet, {{kTagValue, "/tmp/change"}}).result, 4) << strerror(error);
+        EXPECT_EQ(fault_.Struck(), 1);
+        fault_.Disarm();
+        EXPECT_TRUE(LogHas("cannot read the change file /tmp/change")) << FileText(kLog);
+        ASSERT_EQ(unlink(kLog), 0);
+        EXPECT_EQ(Request(kUpdate, {}).result, 0);
+        EXPECT_EQ(FileText("/tmp/state/tables"), before) << strerror(error);
+    }
+    EXPECT_EQ(Request(kTableSet, {{kTagValue, "/tmp/change"}}).result, 0);
+    EXPECT_NE(FileText("/tmp/state/tables"), before);
+}
+
+TEST_F(FileFaults, ALogThatFailsCostsItsLinesAlone)
+{
+    StartAfresh();
+    const auto refuse = [] { return SetObject("webHttpPort", "99999"); };  // is told in the log
+    for (const auto& [call, error] :
+         {std::pair{Call::kWrite, EIO}, std::pair{Call::kWrite, ENOSPC}, std::pair{Call::kOpen, EMFILE}})
+    {
+        fault_.Arm(call, kLog, error);
+        const std::string before = FileText(kLog);
+        EXPECT_EQ(refuse(), 2);
+        EXPECT_GT(fault_.Struck(), 0);
+        EXPECT_EQ(FileText(kLog), before);
+        fault_.Disarm();
+        EXPECT_EQ(refuse(), 2);
+        EXPECT_NE(FileText(kLog), before) << "the next line is there again";
+    }
+    const std::string line = FileText(kLog).substr(FileText(kLog).rfind("]: "));
+    for (const auto& [error, times] : {std::pair{kShort, INT_MAX}, std::pair{EINTR, 1}})
+    {
+        ASSERT_EQ(unlink(kLog), 0);
+        fault_.Arm(Call::kWrite, kLog, error, times);
+        EXPECT_EQ(refuse(), 2);
+        EXPECT_GT(fault_.Struck(), 0);
+        EXPECT_TRUE(FileText(kLog).ends_with(line)) << FileText(kLog);
+    }
+}
+}  // namespace
+}  // namespace kobd::test
