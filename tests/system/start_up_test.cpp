@@ -6,11 +6,10 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "daemon/tlv.h"
 #include "tests/namespaces.h"
+#include "tests/process_setup.h"
 #include "tests/system/daemon_process.h"
 
 namespace kobd::test
@@ -18,13 +17,6 @@ namespace kobd::test
 namespace
 {
 namespace fs = std::filesystem;
-
-std::string Read(const std::string& path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
 
 // Starts the daemon from /tmp as a shell does; the exit status that the shell sees.
 int Start(const std::string& state, const std::string& options)
@@ -61,15 +53,15 @@ TEST_F(StartUp, DetachedItLeavesTerminalAndFolderButNotItsState)
     EXPECT_EQ(fs::read_symlink(process + "/cwd"), "/");
     EXPECT_NE(getsid(daemon), getsid(0));
     EXPECT_NE(getsid(daemon), daemon) << "no leader of its session: it cannot get a terminal again";
-    EXPECT_NE(Read(process + "/status").find("Umask:\t0000"), std::string::npos);
+    EXPECT_NE(FileText(process + "/status").find("Umask:\t0000"), std::string::npos);
 
     EXPECT_EQ(Request(kSet, {{kTagObjectName, "webHttpPort"}, {kTagValue, "4321"}}).result, 0);
-    EXPECT_NE(Read("/tmp/state/objects").find("webHttpPort=4321\n"), std::string::npos);
+    EXPECT_NE(FileText("/tmp/state/objects").find("webHttpPort=4321\n"), std::string::npos);
 
     kill(daemon, SIGTERM);
     for (int i = 0; i < 100 && Holder() != 0; ++i) usleep(100000);
     EXPECT_EQ(Holder(), 0);
-    EXPECT_NE(Read("/tmp/kobd.log").find("Get sig 15, exit..."), std::string::npos);
+    EXPECT_NE(FileText("/tmp/kobd.log").find("Get sig 15, exit..."), std::string::npos);
 }
 
 TEST_F(StartUp, AnUnknownOptionEndsItBeforeAnythingIsDone)
@@ -80,7 +72,7 @@ TEST_F(StartUp, AnUnknownOptionEndsItBeforeAnythingIsDone)
         EXPECT_EQ(Holder(), 0) << options;
         EXPECT_FALSE(fs::exists("/tmp/kobd.log")) << options;
         EXPECT_FALSE(fs::exists("/tmp/state")) << options;
-        EXPECT_EQ(Read("/tmp/kobd.out").find("kernel.msg"), std::string::npos) << options;
+        EXPECT_EQ(FileText("/tmp/kobd.out").find("kernel.msg"), std::string::npos) << options;
     }
 }
 
@@ -88,7 +80,7 @@ TEST_F(StartUp, AStateFolderThatCannotBeWrittenIsReportedAtOnce)
 {
     DaemonProcess daemon("/proc/nowhere");
     ASSERT_TRUE(daemon.Start()) << "it serves what the factory gave it";
-    EXPECT_NE(Read("/tmp/kobd.log").find("cannot write in the state folder /proc/nowhere: "), std::string::npos);
+    EXPECT_NE(FileText("/tmp/kobd.log").find("cannot write in the state folder /proc/nowhere: "), std::string::npos);
 }
 }  // namespace
 }  // namespace kobd::test
