@@ -5,8 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <filesystem>
-
 #include "cellular/cellular_lists.h"
 #include "tables/handlers.h"
 #include "tests/recording_shell.h"
@@ -19,14 +17,6 @@ using namespace std::string_literals;
 namespace
 {
 constexpr char kIp[] = "FwIpFilterTable";
-
-size_t DumpFiles()
-{
-    size_t count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator("/tmp"))
-        count += entry.path().string().starts_with("/tmp/kobd-");
-    return count;
-}
 
 // What the dump of these tables holds; the file is removed.
 std::string Dumped(const std::string& payload)
@@ -106,7 +96,7 @@ TEST_F(TableRequests, DumpThatFailsLeavesNoFile)
         const Answer answer = Ask(ReqTableDump, c.payload);
         EXPECT_EQ(answer.returned, c.result) << c.why;
         EXPECT_EQ(answer.payload, 8u) << c.why;
-        EXPECT_EQ(DumpFiles(), 0u) << c.why;
+        EXPECT_EQ(FilesLike("/tmp/kobd-"), 0u) << c.why;
     }
 }
 
@@ -119,7 +109,7 @@ TEST_F(TableRequests, DumpToAFullDiskIsRefusedAndRemoved)
     {
         ASSERT_EQ(mount("none", "/tmp", "tmpfs", 0, size), 0);
         const Answer answer = Ask(ReqTableDump, size == "size=4k"s ? leds : several);
-        const size_t files = DumpFiles();
+        const size_t files = FilesLike("/tmp/kobd-");
         umount("/tmp");
         EXPECT_EQ(answer.result, 4) << size;
         EXPECT_EQ(answer.payload, 8u) << size;
