@@ -46,6 +46,15 @@ TEST_F(ObjectSet, AppliesAnnouncesCommitsAnswers)
     EXPECT_EQ(platform.calls, (Lines{"set webHttpPortSet 8080", "set systemLanguageSet EN", "reply 0"}));
 }
 
+// Nothing reads back what they were given.
+TEST_F(ObjectSet, ActionsReachTheirOwnSetter)
+{
+    Ask(ReqObjSetSilent, Pair("lteEnterpin", "1234") + Pair("lteModifypin", "1234,5678") +
+                             Pair("lteEnterpuk", "12345678,1234") + Pair("systemSyslogLocalPull", "messages"));
+    EXPECT_EQ(platform.Calls("set"), (Lines{"set setEnterpin_lte 1234", "set setModifypin_lte 1234,5678",
+                                            "set setEnterpuk_lte 12345678,1234", "set syslogLocalPullSet messages"}));
+}
+
 TEST_F(ObjectSet, RefusedRequestChangesNothing)
 {
     const std::string good = Pair("webHttpPort", "8080");
