@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "daemon/tlv.h"
 
@@ -39,5 +40,20 @@ inline std::string Row(std::string_view table, int32_t index)
 inline std::string Column(std::string_view name, std::string_view value)
 {
     return TextItem(kTagColumnName, name) + TextItem(kTagValue, value);
+}
+
+// Takes a reply apart: its result, and the texts of the items behind it; row indexes in decimal.
+inline void TakeReply(std::string_view payload, int* result, std::vector<std::string>* texts)
+{
+    TlvReader reader(payload);
+    while (const auto item = reader.Next())
+    {
+        if (item->tag == kTagResult)
+            *result = item->Int().value_or(-1);
+        else if (item->tag == kTagRowIndex)
+            texts->push_back(std::to_string(item->Int().value_or(-1)));
+        else
+            texts->emplace_back(item->Text().value_or("no text"));
+    }
 }
 }  // namespace kobd::test

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -43,6 +44,14 @@ std::string FileText(const std::string& path)
     std::ostringstream text;
     text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
+}
+
+size_t FilesLike(const std::string& path)
+{
+    size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(path).parent_path()))
+        count += entry.path().string().starts_with(path);
+    return count;
 }
 
 bool LooksLike(const std::string& text, const std::string& pattern)

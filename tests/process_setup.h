@@ -23,6 +23,9 @@ private:
 
 std::string FileText(const std::string& path);
 
+// How many files have a path that begins so.
+size_t FilesLike(const std::string& path);
+
 // Whether `text` is `pattern`, in which every 9 stands for any digit.
 bool LooksLike(const std::string& text, const std::string& pattern);
 }  // namespace kobd::test

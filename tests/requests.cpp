@@ -18,16 +18,7 @@ Answer Ask(int (*handler)(MessageHeader*), std::string_view payload)
     answer.returned = handler(message.Header());
     if (platform.reply.size() < sizeof(MessageHeader)) return answer;
     answer.payload = platform.reply.size() - sizeof(MessageHeader);
-    TlvReader reader(std::string_view(platform.reply).substr(sizeof(MessageHeader)));
-    while (const auto item = reader.Next())
-    {
-        if (item->tag == kTagResult)
-            answer.result = item->Int().value_or(-1);
-        else if (item->tag == kTagRowIndex)
-            answer.texts.push_back(std::to_string(item->Int().value_or(-1)));
-        else
-            answer.texts.emplace_back(item->Text().value_or("no text"));
-    }
+    TakeReply(std::string_view(platform.reply).substr(sizeof(MessageHeader)), &answer.result, &answer.texts);
     return answer;
 }
 }  // namespace kobd::test

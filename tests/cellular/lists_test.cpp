@@ -216,29 +216,6 @@ TEST_P(CellularLists, ASetWithoutMemoryChangesNothing)
     EXPECT_EQ(AddedIndex(), 3);
 }
 
-TEST_P(CellularLists, AFailingUciReadsAsEmpty)
-{
-    Load(2);
-    shell.fails = true;
-    const OutputCapture output;
-    EXPECT_EQ(Set(1, "changed"), 0);
-    EXPECT_EQ(Rows(), "1=changed 2=2") << "the list in memory goes on";
-    GetParam().init();
-    EXPECT_EQ(Rows(), "");
-}
-
-// The interface family writes its index where no load reads it: its rows are numbered anew.
-TEST_P(CellularLists, AfterADeleteAUserSeesRowsOfTheInterfaceFamilyRenumbered)
-{
-    Load(0);
-    for (const char* name : {"a", "b", "c"}) ASSERT_EQ(Set(AddedIndex(), name), 0);
-    ASSERT_EQ(Rows(), "1=a 2=b 3=c");
-    ASSERT_EQ(GetParam().del(1), 0);
-    const bool interface = std::string_view(GetParam().word) == "cellularinterface";
-    EXPECT_EQ(Rows(), interface ? "1=b 2=c" : "2=b 3=c");
-    EXPECT_EQ(AddedIndex(), interface ? 3 : 4);
-}
-
 TEST_P(CellularLists, FamiliesAreIndependent)
 {
     Load(2);

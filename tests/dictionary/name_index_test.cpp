@@ -53,14 +53,4 @@ TEST(Dictionary, LivesFromJoiningToLeavingTheBus)
     EXPECT_EQ(NameLookup("webHttpPort").object, nullptr);
     EXPECT_EQ(platform.calls, (std::vector<std::string>{"register", "join 5a510001", "leave"}));
 }
-
-TEST(Dictionary, BusThatCannotBeJoinedIsLogged)
-{
-    ResetPlatform();
-    platform.failures["MessageInitialize"] = 9;
-    OutputCapture output;
-    EXPECT_EQ(DictionaryInit(kHandlers.data()), 0);
-    EXPECT_NE(output.Text().find("cannot join the bus as module 0x5A510001 (9)"), std::string::npos);
-    DictionaryExit();
-}
 }  // namespace kobd::test

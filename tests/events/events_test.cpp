@@ -78,6 +78,8 @@ TEST_F(Events, EveryEventInEveryState)
                         "set setDualwanNetSelectMode_lte auto_select",
                         "voipD2Vapp 3"};
     const Calls link = {"nvram eth_status 1", kEvent799};
+    const Calls cellular_down = {"nvram lte_status 0",   kEvent799,      "ChangeConnectTime_net 0",
+                                 "killFtpUpgradeDaemon", "voipD2Vapp 3", "volteD2Vapp 2"};
     const Case kCases[] = {
         {"first address", EvtEthernetIPAdd, 0, address, 1},
         {"renewed address", EvtEthernetIPAdd, 1, address, 1},
@@ -89,12 +91,7 @@ TEST_F(Events, EveryEventInEveryState)
         {"link down without one", EvtEthernetDown, 0, down, 0},
         {"cellular up", EvtNetworkUp, 0, {"nvram lte_status 1", kEvent799, "ChangeConnectTime_net 1"}, 0},
         {"cellular up behind Ethernet", EvtNetworkUp, 1, {"nvram lte_status 1", kEvent799}, 1},
-        {"cellular down",
-         EvtNetworkDown,
-         0,
-         {"nvram lte_status 0", kEvent799, "ChangeConnectTime_net 0", "killFtpUpgradeDaemon", "voipD2Vapp 3",
-          "volteD2Vapp 2"},
-         0},
+        {"cellular down", EvtNetworkDown, 0, cellular_down, 0},
         {"cellular down behind Ethernet", EvtNetworkDown, 1, {"nvram lte_status 0", kEvent799}, 1},
         {"APN changed", EvtApnChange, 0, services, 0},
         {"APN changed behind Ethernet", EvtApnChange, 1, {}, 1},
@@ -156,26 +153,23 @@ TEST_F(Events, ForwardedMessagesKeepClassPayloadAndTheBytesOfTheBus)
 
 TEST_F(Events, ApnAddressChangeReachesWhoUsesTheInterface)
 {
+    const Calls all = {"notify 771 2", "voipD2Vapp 2", "volteD2Vapp 1", "send 5a510009 771 2"};
+    const Calls third = {"notify 771 3", "voipD2Vapp 2", "send 5a510009 771 3"};
     const struct
     {
-        const char* why;
         std::string payload;
         const char *tr069, *voip, *snmp;
         Calls calls;
+        const char* why;
     } kCases[] = {
-        {"all three use it",
-         "2",
-         "wan2",
-         "wan2",
-         "wan2",
-         {"notify 771 2", "voipD2Vapp 2", "volteD2Vapp 1", "send 5a510009 771 2"}},
-        {"case does not count", "3", "WAN3", "Wan3", "wAN3", {"notify 771 3", "voipD2Vapp 2", "send 5a510009 771 3"}},
-        {"the agent alone", "1", "wan1", "wan2", "wan2", {"notify 771 1"}},
-        {"voice alone", "1", "wan2", "wan1", "wan2", {"voipD2Vapp 2"}},
-        {"SNMP alone", "4", "wan2", "", "wan4", {"send 5a510009 771 4"}},
-        {"the IMS profile, used by none", "2", "wan1", "wan3", "", {"volteD2Vapp 1"}},
-        {"beginning of a name", "1", "wan", "wan10", "wan1 ", {}},
-        {"zero byte at the end", std::string("1\0", 2), "wan1", "", "", {"notify 771 1"}},
+        {"2", "wan2", "wan2", "wan2", all, "all three use it"},
+        {"3", "WAN3", "Wan3", "wAN3", third, "case does not count"},
+        {"1", "wan1", "wan2", "wan2", {"notify 771 1"}, "the agent alone"},
+        {"1", "wan2", "wan1", "wan2", {"voipD2Vapp 2"}, "voice alone"},
+        {"4", "wan2", "", "wan4", {"send 5a510009 771 4"}, "SNMP alone"},
+        {"2", "wan1", "wan3", "", {"volteD2Vapp 1"}, "the IMS profile, used by none"},
+        {"1", "wan", "wan10", "wan1 ", {}, "beginning of a name"},
+        {std::string("1\0", 2), "wan1", "", "", {"notify 771 1"}, "zero byte at the end"},
     };
     for (const auto& c : kCases)
     {
@@ -192,40 +186,32 @@ TEST_F(Events, ApnIndexIsReadFromAnyPayload)
     platform.values = {{"tr069", "wan1"}};
     const struct
     {
-        std::string payload;
         int index;
         const char* why;
+        std::vector<std::string> payloads;
     } kCases[] = {
-        {"", 0, "no payload"},
-        {"1", 1, "no zero byte ends it"},
-        {std::string("1\0002", 3), 1, "the zero byte ends the text"},
-        {std::string("\0001", 2), 0, "nothing before the zero byte"},
-        {" \t\n+1x", 1, "as atoi reads"},
-        {std::string(8000, ' ') + "1", 1, "behind more blanks than any buffer holds"},
-        {"0001", 1, "leading zeros"},
-        {"5", 5, "one above"},
-        {"0", 0, "one below"},
-        {"-1", -1, "negative"},
-        {"abc", 0, "no number"},
-        {"2147483648", 2147483647, "does not fit 32 bits"},
-        {"4294967297", 2147483647, "would wrap to 1"},
-        {"-99999999999999999999", -2147483647 - 1, "does not fit 64 bits"},
-        {TextItem(kTagValue, "1"), 0, "an item: its tag is no digit"},
-        {std::string(8148, '9'), 2147483647, "the largest payload"},
+        {1, "no zero byte ends it, or one ends the text", {"1", std::string("1\0002", 3)}},
+        {1, "as atoi reads", {" \t\n+1x", "0001", std::string(8000, ' ') + "1"}},
+        {0, "no number", {"", std::string("\0001", 2), "0", "abc", TextItem(kTagValue, "1")}},
+        {5, "one above", {"5"}},
+        {-1, "negative", {"-1"}},
+        {2147483647, "does not fit 32 bits", {"2147483648", "4294967297", std::string(8148, '9')}},
+        {-2147483647 - 1, "does not fit 64 bits", {"-99999999999999999999"}},
     };
     for (const auto& c : kCases)
-    {
-        std::string log;
-        Calls calls;
+        for (const std::string& payload : c.payloads)
         {
-            const OutputCapture output;
-            calls = Receive(EvtApnIPChange, c.payload);
-            log = output.Text();
+            std::string log;
+            Calls calls;
+            {
+                const OutputCapture output;
+                calls = Receive(EvtApnIPChange, payload);
+                log = output.Text();
+            }
+            EXPECT_TRUE(log.ends_with("]: EvtApnIPChange index " + std::to_string(c.index) + " \n")) << c.why << log;
+            EXPECT_NE(log.find(" EvtApnIPChange["), std::string::npos);
+            EXPECT_EQ(calls.size(), c.index == 1 ? 1u : 0u) << c.why;
         }
-        EXPECT_TRUE(log.ends_with("]: EvtApnIPChange index " + std::to_string(c.index) + " \n")) << c.why << log;
-        EXPECT_NE(log.find(" EvtApnIPChange["), std::string::npos);
-        EXPECT_EQ(calls.size(), c.index == 1 ? 1u : 0u) << c.why;
-    }
 }
 
 TEST_F(Events, AForwardThatFindsAFullQueueIsLogged)

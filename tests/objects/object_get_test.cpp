@@ -9,6 +9,7 @@
 namespace kobd::test
 {
 using namespace std::string_literals;
+using Lines = std::vector<std::string>;
 
 namespace
 {
@@ -28,48 +29,37 @@ protected:
 TEST_F(ObjectGet, RepliesByRequest)
 {
     platform.failures["webHttpsPortGet"] = 17;
+    const Lines both = {"webLanguage", "en", "IMEI", "352099001761481"};
+    const Lines turned = {"IMEI", "352099001761481", "webLanguage", "en"};
+    const Lines twice = {"webLanguage", "en", "webLanguage", "en"};
+    const Lines port = {"webHttpPort", "80"};
     const struct
     {
         std::string payload;
         int result;
-        std::vector<std::string> texts;
-        std::string line;  // in the log
         const char* why;
+        Lines texts = {};
+        std::string line = "";  // in the log
     } kCases[] = {
-        {Name("webLanguage") + Name("IMEI"),
-         0,
-         {"webLanguage", "en", "IMEI", "352099001761481"},
-         "",
-         "in request order"},
-        {Name("IMEI") + Name("webLanguage"),
-         0,
-         {"IMEI", "352099001761481", "webLanguage", "en"},
-         "",
-         "the other order"},
-        {Name("IMEI") + Name("IMEI"),
-         0,
-         {"IMEI", "352099001761481", "IMEI", "352099001761481"},
-         "",
-         "the same name twice"},
-        {TextItem(9, "webHttpPort"), 0, {"webHttpPort", "80"}, "", "the tag of a name is not looked at"},
-        {Name("noSuch"), 0, {}, "noSuch-KOB_NOT_FOUND", "unknown name"},
-        {Name(""), 0, {}, "-KOB_NOT_FOUND", "empty name"},
-        {Name("FlowTable"), 0, {}, "FlowTable-KOB_NOT_FOUND", "a table is no object"},
-        {Name("smsRecord"), 0, {}, "smsRecord-KOB_METHOD_UNAVAILABLE", "write-only"},
-        {Name("webHttpsPort"), 0, {}, "webHttpsPort-KOB_GET_ERROR", "its accessor fails"},
-        {Name("noSuch") + Name("webHttpsPort") + Name("webHttpPort"),
-         0,
-         {"webHttpPort", "80"},
-         "webHttpsPort-KOB_GET_ERROR",
-         "what cannot be read does not keep the others back"},
-        {Name("systemReboot"), 0, {"systemReboot", "0"}, "", "an action reads as 0"},
-        {Name("webHttpEnable"), 0, {"webHttpEnable", ""}, "", "accessor that writes nothing: the empty text"},
-        {Name("100%s%n"), 0, {}, "100%s%n-KOB_NOT_FOUND", "a name is data, never a format"},
-        {"", 2, {}, "", "no item"},
-        {"\x01\x00\x00\x00"s, 2, {}, "", "a lone item header"},
-        {RawItem(1, "webHttpPort"), 2, {}, "", "no zero byte ends the name"},
-        {Name("webHttpPort") + "\x01\x00"s, 2, {}, "", "half an item header at the end"},
-        {Name("webHttpPort") + "\x01\x00\x09\x00IMEI\0"s, 2, {}, "", "length past the end"},
+        {Name("webLanguage") + Name("IMEI"), 0, "in request order", both},
+        {Name("IMEI") + Name("webLanguage"), 0, "the other order", turned},
+        {Name("webLanguage") + Name("webLanguage"), 0, "the same name twice", twice},
+        {TextItem(9, "webHttpPort"), 0, "the tag of a name is not looked at", port},
+        {Name("noSuch"), 0, "unknown name", {}, "noSuch-KOB_NOT_FOUND"},
+        {Name(""), 0, "empty name", {}, "-KOB_NOT_FOUND"},
+        {Name("FlowTable"), 0, "a table is no object", {}, "FlowTable-KOB_NOT_FOUND"},
+        {Name("smsRecord"), 0, "write-only", {}, "smsRecord-KOB_METHOD_UNAVAILABLE"},
+        {Name("webHttpsPort"), 0, "its accessor fails", {}, "webHttpsPort-KOB_GET_ERROR"},
+        {Name("noSuch") + Name("webHttpsPort") + Name("webHttpPort"), 0, "the others are given all the same", port,
+         "webHttpsPort-KOB_GET_ERROR"},
+        {Name("systemReboot"), 0, "an action reads as 0", {"systemReboot", "0"}},
+        {Name("webHttpEnable"), 0, "accessor that writes nothing: the empty text", {"webHttpEnable", ""}},
+        {Name("100%s%n"), 0, "a name is data, never a format", {}, "100%s%n-KOB_NOT_FOUND"},
+        {"", 2, "no item"},
+        {"\x01\x00\x00\x00"s, 2, "a lone item header"},
+        {RawItem(1, "webHttpPort"), 2, "no zero byte ends the name"},
+        {Name("webHttpPort") + "\x01\x00"s, 2, "half an item header at the end"},
+        {Name("webHttpPort") + "\x01\x00\x09\x00IMEI\0"s, 2, "length past the end"},
     };
     for (const auto& c : kCases)
     {

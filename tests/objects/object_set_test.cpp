@@ -46,47 +46,52 @@ TEST_F(ObjectSet, AppliesAnnouncesCommitsAnswers)
     EXPECT_EQ(platform.calls, (Lines{"set webHttpPortSet 8080", "set systemLanguageSet EN", "reply 0"}));
 }
 
+// Nothing reads back what they were given.
+TEST_F(ObjectSet, ActionsReachTheirOwnSetter)
+{
+    Ask(ReqObjSetSilent, Pair("lteEnterpin", "1234") + Pair("lteModifypin", "1234,5678") +
+                             Pair("lteEnterpuk", "12345678,1234") + Pair("systemSyslogLocalPull", "messages"));
+    EXPECT_EQ(platform.Calls("set"), (Lines{"set setEnterpin_lte 1234", "set setModifypin_lte 1234,5678",
+                                            "set setEnterpuk_lte 12345678,1234", "set syslogLocalPullSet messages"}));
+}
+
 TEST_F(ObjectSet, RefusedRequestChangesNothing)
 {
     const std::string good = Pair("webHttpPort", "8080");
     const struct
     {
-        std::string payload;
         int result;
         const char* why;
+        std::vector<std::string> payloads;
     } kCases[] = {
-        {"", 2, "no item"},
-        {"\x01\x00\x00\x00"s, 2, "a lone item header"},
-        {Name("webHttpPort"), 2, "a name without a value"},
-        {TextItem(2, "8080") + Name("webHttpPort"), 2, "value before name"},
-        {good + TextItem(2, "81"), 2, "a value where a name belongs"},
-        {good + Name("webHttpsPort"), 2, "last name without a value"},
-        {good + Name("webHttpsPort") + Name("webHttpsPort"), 2, "a name where a value belongs"},
-        {TextItem(3, "webHttpPort") + TextItem(2, "1"), 2, "a table's tag"},
-        {good + Pair("noSuch", "1"), 1, "unknown name"},
-        {good + Pair("webhttpport", "1"), 1, "wrong case"},
-        {good + Pair("", "1"), 1, "empty name"},
-        {good + Pair("FlowTable", "1"), 2, "a table"},
-        {good + Pair("IMEI", "1"), 10, "read-only"},
-        {good + Pair("webHttpsPort", "65536"), 2, "outside its limitation"},
-        {Pair("webHttpPort", "x") + good, 2, "also when a later pair gives a good value"},
-        {good + Name("webHttpsPort") + RawItem(2, "81"), 2, "value without its zero byte"},
-        {good + RawItem(1, "webHttpsPort") + TextItem(2, "81"), 2, "name without its zero byte"},
-        {good + RawItem(2, ""), 2, "item without a byte"},
-        {good + "\x01"s, 2, "a byte too many"},
-        {good + Name("webHttpsPort") + "\x02\x00\xFF\xFF"s + "81\0"s, 2, "length past the end"},
+        {2, "no item, a lone item header", {"", "\x01\x00\x00\x00"s}},
+        {2, "a name without a value", {Name("webHttpPort"), good + Name("webHttpsPort")}},
+        {2, "value before name", {TextItem(2, "8080") + Name("webHttpPort")}},
+        {2, "a value where a name belongs", {good + TextItem(2, "81")}},
+        {2, "a name where a value belongs", {good + Name("webHttpsPort") + Name("webHttpsPort")}},
+        {2, "a table's tag", {TextItem(3, "webHttpPort") + TextItem(2, "1")}},
+        {1, "no such name", {good + Pair("noSuch", "1"), good + Pair("webhttpport", "1"), good + Pair("", "1")}},
+        {2, "a table", {good + Pair("FlowTable", "1")}},
+        {10, "read-only", {good + Pair("IMEI", "1")}},
+        {2, "outside its limitation", {good + Pair("webHttpsPort", "65536")}},
+        {2, "also when a later pair gives a good value", {Pair("webHttpPort", "x") + good}},
+        {2, "value without its zero byte", {good + Name("webHttpsPort") + RawItem(2, "81"), good + RawItem(2, "")}},
+        {2, "name without its zero byte", {good + RawItem(1, "webHttpsPort") + TextItem(2, "81")}},
+        {2, "a byte too many", {good + "\x01"s}},
+        {2, "length past the end", {good + Name("webHttpsPort") + "\x02\x00\xFF\xFF"s + "81\0"s}},
     };
     for (const auto& c : kCases)
-    {
-        ResetPlatform();
-        EXPECT_EQ(Ask(ReqObjSet, c.payload).returned, c.result) << c.why;
-        EXPECT_EQ(platform.calls, (Lines{"notify 4", "reply " + std::to_string(c.result)})) << c.why;
-        ResetPlatform();
-        EXPECT_EQ(Ask(ReqObjSetSilent, c.payload).returned, c.result) << c.why;
-        EXPECT_EQ(platform.calls, Lines{"reply " + std::to_string(c.result)}) << c.why;
-        platform.values["WebHttpPortGet"] = "80";
-        EXPECT_EQ(Snapshot("webHttpPort"), "80") << "nothing stays staged: " << c.why;
-    }
+        for (const std::string& payload : c.payloads)
+        {
+            ResetPlatform();
+            EXPECT_EQ(Ask(ReqObjSet, payload).returned, c.result) << c.why;
+            EXPECT_EQ(platform.calls, (Lines{"notify 4", "reply " + std::to_string(c.result)})) << c.why;
+            ResetPlatform();
+            EXPECT_EQ(Ask(ReqObjSetSilent, payload).returned, c.result) << c.why;
+            EXPECT_EQ(platform.calls, Lines{"reply " + std::to_string(c.result)}) << c.why;
+            platform.values["WebHttpPortGet"] = "80";
+            EXPECT_EQ(Snapshot("webHttpPort"), "80") << "nothing stays staged: " << c.why;
+        }
 }
 
 TEST_F(ObjectSet, FailingAccessorEndsTheRequest)

@@ -21,11 +21,7 @@ using FactoryRows = HostState;
 
 std::string Field(const List& list, const Row& row, std::string_view column)
 {
-    static char buffer[kFieldTextMax];
-    for (const ColumnDef& one : list.layout->columns)
-        if (one.name == column) return std::string(FieldText(row.block.data(), one, buffer));
-    ADD_FAILURE() << list.table << " has no column " << column;
-    return {};
+    return ColumnText(list.layout->columns, row.block.data(), column);
 }
 
 // The column's texts of all rows of the table.

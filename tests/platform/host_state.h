@@ -5,9 +5,11 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <span>
 #include <string>
 
 #include "dictionary/records.h"
+#include "dictionary/row_field.h"
 #include "platform/host/commit.h"
 #include "platform/host/lists.h"
 #include "platform/host/state_store.h"
@@ -40,5 +42,14 @@ inline const TableDef& Table(std::string_view name)
     for (const TableDef& table : kTables)
         if (table.name == name) return table;
     abort();
+}
+// The text of the row's column of this name.
+inline std::string ColumnText(std::span<const ColumnDef> columns, const char* row, std::string_view name)
+{
+    static char buffer[kFieldTextMax];
+    for (const ColumnDef& column : columns)
+        if (column.name == name) return std::string(FieldText(row, column, buffer));
+    ADD_FAILURE() << "no column " << name;
+    return {};
 }
 }  // namespace kobd::test

@@ -1,4 +1,4 @@
-// Where a uci is found, and what the cellular lists make of a machine without one.
+// Where a uci is found.
 #include "platform/host/uci_path.h"
 
 #include <gtest/gtest.h>
@@ -6,9 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "tests/cellular/family_functions.h"
 #include "tests/namespaces.h"
-#include "tests/process_setup.h"
 #include "tests/uci_on_path.h"
 
 namespace kobd::test
@@ -39,24 +37,5 @@ TEST_F(UciPath, AUciThatIsThereIsNotHidden)
     EXPECT_EQ(Provided("/usr/bin:" + kUciFolder), "/usr/bin:" + kUciFolder);
     EXPECT_EQ(Provided(kUciFolder), kUciFolder);
     EXPECT_EQ(Provided("/usr/bin:/bin"), "/usr/bin:/bin") << "nothing is added where there is none to add";
-}
-
-TEST_F(UciPath, WithoutAnyTheListsLiveInMemory)
-{
-    Provided("/usr/bin:/bin");
-    for (const FamilyFunctions& family : kFamilies)
-    {
-        SCOPED_TRACE(family.word);
-        const OutputCapture output;
-        TestRow row(family);
-        row.SetText(1, "kept");
-        family.init();
-        EXPECT_EQ(family.next(-1, row.Bytes()), 13);
-        EXPECT_EQ(family.set(1, row.Bytes()), 0);
-        EXPECT_EQ(family.get(1, row.Bytes()), 0);
-        EXPECT_EQ(row.Text(1), "kept");
-        EXPECT_NE(output.Text().find("nothing is written"), std::string::npos);
-        EXPECT_EQ(family.del(1), 0);
-    }
 }
 }  // namespace kobd::test

@@ -8,12 +8,13 @@
 #include <cstdlib>
 #include <fstream>
 #include <map>
-#include <sstream>
 #include <thread>
 
 #include "daemon/tlv.h"
 #include "kobd_client.h"
+#include "tests/items.h"
 #include "tests/namespaces.h"
+#include "tests/process_setup.h"
 #include "tests/system/daemon_process.h"
 #include "tests/uci_on_path.h"
 
@@ -41,13 +42,6 @@ constexpr Table kCellularTables[] = {
 };
 
 void PrintTo(const Table& table, std::ostream* out) { *out << table.name; }
-
-std::string ReadFile(const std::string& path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
 
 class CellularSystem : public testing::TestWithParam<Table>
 {
@@ -113,7 +107,7 @@ protected:
     {
         kobd_item item{};
         if (Call(KOBD_TABLE_DUMP, GetParam().name, -1) != 0 || kobd_reply_next(client_, &item) != 1) return -1;
-        const std::string dump = ReadFile(item.text);
+        const std::string dump = FileText(item.text);
         unlink(item.text);
         int rows = 0;
         TlvReader reader(dump);
@@ -142,20 +136,11 @@ protected:
         return row.contains(GetParam().field) ? row[GetParam().field] : "no row";
     }
 
-    static void WriteChange(int32_t index, const std::map<std::string, std::string>& values)
-    {
-        std::array<char, 8192> bytes{};
-        TlvWriter writer(bytes);
-        bool fits = writer.Text(kTagTableName, GetParam().name) && writer.Int(kTagRowIndex, index);
-        for (const auto& [column, value] : values)
-            fits = fits && writer.Text(kTagColumnName, column) && writer.Text(kTagValue, value);
-        ASSERT_TRUE(fits);
-        std::ofstream(kChangeFile, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(writer.Size()));
-    }
-
     int Change(int32_t index, const std::map<std::string, std::string>& values)
     {
-        WriteChange(index, values);
+        std::string change = test::Row(GetParam().name, index);
+        for (const auto& [column, value] : values) change += Column(column, value);
+        std::ofstream(kChangeFile, std::ios::binary) << change;
         kobd_items* items = kobd_items_new();
         kobd_items_add_text(items, KOBD_TAG_VALUE, kChangeFile);
         const int code = kobd_call(client_, KOBD_TABLE_SET, items);
@@ -273,7 +258,7 @@ TEST_P(CellularSystem, AUciThatFailsLeavesTheRowsInMemory)
     EXPECT_EQ(Rows(), 0);
     EXPECT_EQ(Set(1, "kept"), 0);
     EXPECT_EQ(Value(1), "kept");
-    EXPECT_NE(ReadFile("/tmp/kobd.log").find("no configuration section \"\", nothing is written"), std::string::npos);
+    EXPECT_NE(FileText("/tmp/kobd.log").find("no configuration section \"\", nothing is written"), std::string::npos);
     EXPECT_EQ(Call(KOBD_TABLE_DEL, GetParam().name, 1), 0);
     EXPECT_EQ(Rows(), 0);
 }
@@ -303,7 +288,7 @@ TEST_P(CellularSystem, AnInterruptDuringASaveEndsTheDaemon)
         });
     EXPECT_EQ(Set(1, "kept"), 0) << "the request in hand is finished";
     sender.join();
-    const auto logged = [] { return ReadFile("/tmp/kobd.log").find("recv signal:2\n") != std::string::npos; };
+    const auto logged = [] { return FileText("/tmp/kobd.log").find("recv signal:2\n") != std::string::npos; };
     for (int i = 0; i < 30 && !logged(); ++i) usleep(100000);
     EXPECT_TRUE(logged());
 }

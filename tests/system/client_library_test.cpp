@@ -1,5 +1,4 @@
 // The client library against the real daemon: replies, codes, deadlines and watching.
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,8 +10,7 @@
 #include <thread>
 
 #include "kobd_client.h"
-#include "tests/namespaces.h"
-#include "tests/system/daemon_process.h"
+#include "tests/system/daemon_test.h"
 
 extern "C" int SetAndReadInC(const char* port, char* value, size_t size);
 
@@ -20,19 +18,17 @@ namespace kobd::test
 {
 namespace
 {
-class ClientLibrary : public testing::Test
+class ClientLibrary : public DaemonTest
 {
 protected:
     void SetUp() override
     {
-        SKIP_WITHOUT_NAMESPACES();
-        ASSERT_EQ(system("rm -rf /tmp/state /tmp/kobd*"), 0);
-        ASSERT_TRUE(daemon_.Start());
+        DaemonTest::SetUp();
+        if (IsSkipped() || HasFatalFailure()) return;
         ASSERT_EQ(kobd_client_open(&client_), 0);
     }
     void TearDown() override { kobd_client_close(client_); }
 
-    DaemonProcess daemon_{"/tmp/state"};
     kobd_client* client_ = nullptr;
 };
 

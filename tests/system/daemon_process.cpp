@@ -10,7 +10,6 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "daemon/tlv.h"
 #include "tests/items.h"
 #include "tests/namespaces.h"
 
@@ -111,16 +110,7 @@ Answer RequestItems(uint16_t id, const std::string& items, int timeout_ms)
     if (answer.bus != 0) return answer;
 
     const std::string_view payload(reply + sizeof(MessageHeader), answered->length);
-    TlvReader reader(payload);
-    while (const auto item = reader.Next())
-    {
-        if (item->tag == kTagResult)
-            answer.result = item->Int().value_or(-1);
-        else if (item->tag == kTagRowIndex)
-            answer.texts.push_back(std::to_string(item->Int().value_or(-1)));
-        else
-            answer.texts.emplace_back(item->Text().value_or("no text"));
-    }
+    TakeReply(payload, &answer.result, &answer.texts);
     if (payload.size() > kIntItem) answer.items = payload.substr(kIntItem);
     return answer;
 }

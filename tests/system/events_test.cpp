@@ -1,6 +1,5 @@
 // Network events through the real daemon: what other modules receive, what another process reads in
 // nvram, what the services were told; and the kobctl commands for all of that.
-#include <gtest/gtest.h>
 #include <sys/sysinfo.h>
 #include <unistd.h>
 
@@ -8,26 +7,17 @@
 #include <csignal>
 #include <cstring>
 #include <fstream>
-#include <sstream>
 
-#include "tests/namespaces.h"
-#include "tests/process_setup.h"
-#include "tests/system/daemon_process.h"
+#include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 
 namespace kobd::test
 {
 namespace
 {
-class EventSystem : public testing::Test
+class EventSystem : public DaemonTest
 {
 protected:
-    void SetUp() override
-    {
-        SKIP_WITHOUT_NAMESPACES();
-        ASSERT_EQ(system("rm -rf /tmp/state /tmp/kobd*"), 0);
-        ASSERT_TRUE(daemon_.Start());
-    }
     void TearDown() override
     {
         for (BusClient& module : modules_) BusClientClose(&module);
@@ -74,7 +64,6 @@ protected:
     }
 
     static constexpr uint32_t kAll[] = {kModuleNotify, kModuleServices, kModuleForward};
-    DaemonProcess daemon_{"/tmp/state"};
     BusClient modules_[std::size(kAll)];
     size_t journal_read_ = 0;
 };
@@ -137,8 +126,7 @@ TEST_F(EventSystem, ObjectsShowWhatLiesInNvram)
               "lteSuppband=1 3\nlteMainStatusGet=connecting\nnetworkWanInterfaceCurrentVoip=eth1\n");
     Event("EthernetUp");
     EXPECT_EQ(RunLine("get ethernetLinkStatus").output, "1\n");
-    daemon_.End(SIGKILL);
-    ASSERT_TRUE(daemon_.Start());
+    Restart();
     EXPECT_EQ(RunLine("get lteSuppband").output, "1 3\n") << "durable without a commit";
     EXPECT_EQ(Nvram("eth_status"), "1");
 }
@@ -166,7 +154,7 @@ TEST_F(EventSystem, AThousandEventsBesideAModuleThatNeverReads)
            static_cast<long>(std::chrono::duration_cast<std::chrono::milliseconds>(spent).count()));
     EXPECT_LT(spent, std::chrono::seconds(20)) << "100 ms for each dropped event would be over a minute";
     EXPECT_EQ(Nvram("lte_status"), "0") << "the last one";
-    EXPECT_EQ(system("grep -q 'event 799 dropped, the queue of module 0x5A510006 is full' /tmp/kobd.log"), 0);
+    EXPECT_TRUE(LogSays("event 799 dropped, the queue of module 0x5A510006 is full"));
     int received = 0;
     while (Received(1) == "799 3 ") ++received;
     EXPECT_GE(received, 100) << "what fitted is still there";

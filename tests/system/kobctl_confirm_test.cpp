@@ -1,5 +1,4 @@
 // kobctl set --confirm: the old values come back, whatever dies in between.
-#include <gtest/gtest.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -11,8 +10,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "tests/namespaces.h"
-#include "tests/system/daemon_process.h"
+#include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 
 namespace kobd::test
@@ -21,16 +19,14 @@ namespace
 {
 constexpr char kPending[] = "/tmp/state/confirm";
 
-class KobctlConfirm : public testing::Test
+class KobctlConfirm : public DaemonTest
 {
 protected:
     void SetUp() override
     {
-        SKIP_WITHOUT_NAMESPACES();
-        ASSERT_EQ(system("rm -rf /tmp/state /tmp/kob*"), 0);
         // The waiting kobctl becomes a child of ours; the processor's emulator cannot do that.
         if (prctl(PR_SET_CHILD_SUBREAPER, 1) != 0) GTEST_SKIP() << "no subreapers here";
-        ASSERT_TRUE(daemon_.Start());
+        DaemonTest::SetUp();
     }
 
     // No waiting kobctl outlives its test.
@@ -62,11 +58,7 @@ protected:
         return killed;
     }
 
-    static std::string Port()
-    {
-        const Answer answer = Request(kGet, {{1, "webHttpPort"}});
-        return answer.texts.size() == 2 ? answer.texts[1] : "nothing";
-    }
+    static std::string Port() { return Get("webHttpPort"); }
 
     static bool PortBecomes(const std::string& value, int seconds = 10)
     {
@@ -75,8 +67,6 @@ protected:
     }
 
     static bool IsPending() { return access(kPending, F_OK) == 0; }
-
-    DaemonProcess daemon_{"/tmp/state"};
 };
 
 TEST_F(KobctlConfirm, OldValuesReturnUnlessConfirmed)
@@ -96,8 +86,7 @@ TEST_F(KobctlConfirm, OldValuesReturnUnlessConfirmed)
     EXPECT_EQ(RunLine("set --confirm 1 webHttpPort=82 webHttpEnable=1").status, 0);
     EXPECT_EQ(Port(), "82");
     EXPECT_TRUE(PortBecomes("81")) << Port();
-    daemon_.End(SIGKILL);
-    ASSERT_TRUE(daemon_.Start());
+    Restart();
     EXPECT_EQ(RunLine("get webHttpPort webHttpEnable").output, "webHttpPort=81\nwebHttpEnable=0\n") << "durable";
     EXPECT_FALSE(IsPending());
 }
@@ -139,8 +128,7 @@ TEST_F(KobctlConfirm, AfterARestartOfTheMachineTheServiceStartTakesBack)
 TEST_F(KobctlConfirm, ARestartOfTheDaemonAloneChangesNothing)
 {
     EXPECT_EQ(RunLine("set --confirm 4 webHttpPort=81").status, 0);
-    daemon_.End(SIGKILL);
-    ASSERT_TRUE(daemon_.Start());
+    Restart();
     EXPECT_EQ(Port(), "81");
     EXPECT_TRUE(PortBecomes("80"));
 }

@@ -1,5 +1,4 @@
 // kobctl export and import: a router that was wiped is as before, and a wrong file changes nothing.
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <csignal>
@@ -9,9 +8,7 @@
 
 #include "client/dictionary.h"
 #include "client/tables.h"
-#include "daemon/tlv.h"
-#include "tests/namespaces.h"
-#include "tests/system/daemon_process.h"
+#include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 #include "tests/system/object_samples.h"
 #include "tests/uci_on_path.h"
@@ -32,15 +29,14 @@ const struct
     {"FwUrlFilterTable", {"URL=b.example"}},
 };
 
-class KobctlExport : public testing::Test
+class KobctlExport : public DaemonTest
 {
 protected:
     void SetUp() override
     {
         SKIP_WITHOUT_NAMESPACES();
-        ASSERT_EQ(system("rm -rf /tmp/state /tmp/kob* /tmp/*.conf"), 0);
         if (*KOBD_EMULATOR != 0) PutUciOnPath();  // the cellular lists are kept with it
-        ASSERT_TRUE(daemon_.Start());
+        DaemonTest::SetUp();
     }
 
     void Wipe()
@@ -68,8 +64,6 @@ protected:
         const size_t at = text.find("\n" + start);
         return at == std::string::npos ? "" : text.substr(at + 1, text.find('\n', at + 1) - at - 1);
     }
-
-    DaemonProcess daemon_{"/tmp/state"};
 };
 
 std::string SampleOf(const ColumnDef& column, int row)
@@ -143,8 +137,7 @@ TEST_F(KobctlExport, AWipedRouterIsAsBefore)
     EXPECT_EQ(ran.status, 0) << ran.errors;
     EXPECT_EQ(Export(), changed);
     EXPECT_EQ(RunLine("import /tmp/changed.conf").output, "0 values and the rows of 0 tables set, 0 lines refused\n");
-    daemon_.End(SIGKILL);
-    ASSERT_TRUE(daemon_.Start());
+    Restart();
     EXPECT_EQ(Export(), changed) << "durable";
     const Ran back = Import(factory);
     const std::string now = Export();

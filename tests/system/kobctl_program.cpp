@@ -6,10 +6,10 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
 
 #include "tests/namespaces.h"
+#include "tests/process_setup.h"
 
 namespace kobd::test
 {
@@ -18,13 +18,6 @@ namespace
 constexpr char kOutput[] = "/tmp/output";
 constexpr char kErrors[] = "/tmp/errors";
 constexpr char kPrompt[] = "$ kobctl ";
-
-std::string ReadFile(const char* path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
 
 [[noreturn]] void ExecKobctl(int output, const std::vector<std::string>& words)
 {
@@ -83,7 +76,7 @@ Ran ReadKobctl(pid_t process)
 {
     int status = 0;
     waitpid(process, &status, 0);
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), ReadFile(kOutput), ReadFile(kErrors)};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), FileText(kOutput), FileText(kErrors)};
 }
 
 Ran RunKobctl(const std::vector<std::string>& words) { return ReadKobctl(StartKobctl(words)); }

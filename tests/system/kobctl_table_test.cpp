@@ -1,45 +1,22 @@
 // kobctl's table commands against the real daemon, as whole sessions.
-#include <glob.h>
-#include <gtest/gtest.h>
 
 #include <cstdlib>
 
-#include "daemon/tlv.h"
-#include "tests/namespaces.h"
-#include "tests/system/daemon_process.h"
+#include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 
 namespace kobd::test
 {
 namespace
 {
-constexpr uint16_t kTableAdd = 7;
-
-size_t FilesLike(const char* pattern)
-{
-    glob_t found = {};
-    const size_t count = glob(pattern, 0, nullptr, &found) == 0 ? found.gl_pathc : 0;
-    globfree(&found);
-    return count;
-}
-
-class KobctlTable : public testing::Test
+class KobctlTable : public DaemonTest
 {
 protected:
-    void SetUp() override
-    {
-        SKIP_WITHOUT_NAMESPACES();
-        ASSERT_EQ(system("rm -rf /tmp/state /tmp/kob*"), 0);
-        ASSERT_TRUE(daemon_.Start());
-    }
-
     void TearDown() override
     {
-        EXPECT_EQ(FilesLike("/tmp/kobd-*"), 0u) << "dump files are removed";
-        EXPECT_EQ(FilesLike("/tmp/kobctl-*"), 0u) << "change files are removed";
+        EXPECT_EQ(FilesLike("/tmp/kobd-"), 0u) << "dump files are removed";
+        EXPECT_EQ(FilesLike("/tmp/kobctl-"), 0u) << "change files are removed";
     }
-
-    DaemonProcess daemon_{"/tmp/state"};
 };
 
 struct Session
@@ -369,8 +346,7 @@ TEST_F(KobctlTable, ABatchWithARefusedRowChangesNothing)
 {
     ASSERT_EQ(Request(kTableAdd, {{kTagTableName, "FwIpFilterTable"}}).result, 0);
     ASSERT_EQ(Request(kTableAdd, {{kTagTableName, "FwUrlFilterTable"}}).result, 0);
-    const Ran set =
-        RunKobctl({"table", "set", "FwIpFilterTable", "1", "IP_LIST=a", "FwUrlFilterTable", "1", "URL=192.168.1.1"});
+    const Ran set = RunLine("table set FwIpFilterTable 1 IP_LIST=a FwUrlFilterTable 1 URL=192.168.1.1");
     EXPECT_EQ(set.status, 1);
     EXPECT_TRUE(set.errors.starts_with("kobctl: FwUrlFilterTable 1 URL=192.168.1.1: ")) << set.errors;
     EXPECT_EQ(RunKobctl({"table", "dump", "--json", "FwIpFilterTable"}).output,
@@ -380,20 +356,13 @@ TEST_F(KobctlTable, ABatchWithARefusedRowChangesNothing)
 TEST_F(KobctlTable, WithoutADaemonEveryCommandSaysSo)
 {
     daemon_.End(SIGKILL);
-    const std::vector<std::string> commands[] = {
-        {"dump", "FwIpFilterTable"},
-        {"get", "FwIpFilterTable", "1"},
-        {"max", "FwIpFilterTable"},
-        {"set", "FwIpFilterTable", "1", "IP_LIST=a"},
-        {"add", "FwIpFilterTable", "IP_LIST=a"},
-        {"del", "FwIpFilterTable", "1"},
-    };
-    for (std::vector<std::string> words : commands)
+    for (const char* command :
+         {"dump FwIpFilterTable", "get FwIpFilterTable 1", "max FwIpFilterTable", "set FwIpFilterTable 1 IP_LIST=a",
+          "add FwIpFilterTable IP_LIST=a", "del FwIpFilterTable 1"})
     {
-        words.insert(words.begin(), "table");
-        const Ran ran = RunKobctl(words);
-        EXPECT_EQ(ran.status, 1) << words[1];
-        EXPECT_NE(ran.errors.find("Message not running (3)"), std::string::npos) << words[1] << ": " << ran.errors;
+        const Ran ran = RunLine(std::string("table ") + command);
+        EXPECT_EQ(ran.status, 1) << command;
+        EXPECT_NE(ran.errors.find("Message not running (3)"), std::string::npos) << command << ": " << ran.errors;
     }
 }
 }  // namespace

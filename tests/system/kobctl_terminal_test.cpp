@@ -1,7 +1,6 @@
 // kobctl on a terminal and in pipes: help, colours, control characters, readers that go away; and
 // kobctl doctor.
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -10,24 +9,16 @@
 #include <fstream>
 #include <sstream>
 
-#include "tests/namespaces.h"
-#include "tests/system/daemon_process.h"
+#include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 
 namespace kobd::test
 {
 namespace
 {
-class KobctlTerminal : public testing::Test
+class KobctlTerminal : public DaemonTest
 {
 protected:
-    void SetUp() override
-    {
-        SKIP_WITHOUT_NAMESPACES();
-        ASSERT_EQ(system("rm -rf /tmp/state /tmp/kob*"), 0);
-        ASSERT_TRUE(daemon_.Start());
-    }
-
     // What a person sees on a terminal.
     static std::string OnTerminal(const std::vector<std::string>& words)
     {
@@ -45,8 +36,6 @@ protected:
         close(screen);
         return text;
     }
-
-    DaemonProcess daemon_{"/tmp/state"};
 };
 
 TEST_F(KobctlTerminal, EveryHelpFitsAScreen)

@@ -8,11 +8,10 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "daemon/tlv.h"
 #include "tests/namespaces.h"
+#include "tests/process_setup.h"
 #include "tests/system/daemon_process.h"
 #include "tests/system/injected_fault.h"
 
@@ -21,13 +20,6 @@ namespace kobd::test
 namespace
 {
 namespace fs = std::filesystem;
-
-std::string Read(const std::string& path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
 
 // Starts the daemon from /tmp as a shell does; the exit status that the shell sees.
 int Start(const std::string& state, const std::string& options,
@@ -56,7 +48,7 @@ void EndHolder(pid_t daemon)
     kill(daemon, SIGTERM);
     for (int i = 0; i < 100 && Holder() != 0; ++i) usleep(100000);
     EXPECT_EQ(Holder(), 0);
-    EXPECT_NE(Read("/tmp/kobd.log").find("Get sig 15, exit..."), std::string::npos);
+    EXPECT_NE(FileText("/tmp/kobd.log").find("Get sig 15, exit..."), std::string::npos);
 }
 
 // Daemons in our IPC namespace, whether they serve or not.
@@ -66,7 +58,7 @@ int Daemons()
     std::error_code gone;
     const fs::path own = fs::read_symlink("/proc/self/ns/ipc");
     for (const auto& process : fs::directory_iterator("/proc"))
-        if (Read(process.path().string() + "/comm") == "kobd\n" &&
+        if (FileText(process.path().string() + "/comm") == "kobd\n" &&
             fs::read_symlink(process.path() / "ns/ipc", gone) == own)
             ++count;
     return count;
@@ -91,10 +83,10 @@ TEST_F(StartUp, DetachedItLeavesTerminalAndFolderButNotItsState)
     EXPECT_EQ(fs::read_symlink(process + "/cwd"), "/");
     EXPECT_NE(getsid(daemon), getsid(0));
     EXPECT_NE(getsid(daemon), daemon) << "no leader of its session: it cannot get a terminal again";
-    EXPECT_NE(Read(process + "/status").find("Umask:\t0000"), std::string::npos);
+    EXPECT_NE(FileText(process + "/status").find("Umask:\t0000"), std::string::npos);
 
     EXPECT_EQ(Request(kSet, {{kTagObjectName, "webHttpPort"}, {kTagValue, "4321"}}).result, 0);
-    EXPECT_NE(Read("/tmp/state/objects").find("webHttpPort=4321\n"), std::string::npos);
+    EXPECT_NE(FileText("/tmp/state/objects").find("webHttpPort=4321\n"), std::string::npos);
 
     EndHolder(daemon);
 }
@@ -111,7 +103,7 @@ TEST_F(StartUp, DetachedItOutlivesTheTerminalThatItWritesTo)
     const pid_t daemon = AwaitHolder();
     ASSERT_GT(daemon, 0);
     const std::string process = "/proc/" + std::to_string(daemon);
-    std::istringstream stat(Read(process + "/stat"));
+    std::istringstream stat(FileText(process + "/stat"));
     std::string terminal;  // the seventh word: process, name, state, parent, group, session, terminal
     for (int word = 0; word < 7; ++word) stat >> terminal;
     EXPECT_EQ(terminal, "0") << "none controls it";
@@ -120,7 +112,7 @@ TEST_F(StartUp, DetachedItOutlivesTheTerminalThatItWritesTo)
 
     close(screen);
     EXPECT_EQ(SetObject("webHttpPort", "99999"), 2) << "told on a terminal that is gone, and in the log";
-    EXPECT_NE(Read("/tmp/kobd.log").find("webHttpPort"), std::string::npos);
+    EXPECT_NE(FileText("/tmp/kobd.log").find("webHttpPort"), std::string::npos);
     EXPECT_EQ(SetObject("webHttpPort", "4322"), 0);
     EndHolder(daemon);
 }
@@ -140,8 +132,8 @@ TEST_F(StartUp, AForkThatFailsIsToldAndLeavesNoDaemon)
         EXPECT_EQ(Holder(), 0);
         EXPECT_FALSE(fs::exists("/tmp/state"));
         const std::string told = "cannot go into the background: fork: Resource temporarily unavailable";
-        EXPECT_NE(Read("/tmp/kobd.log").find(told), std::string::npos);
-        EXPECT_NE(Read("/tmp/kobd.out").find(told), std::string::npos);
+        EXPECT_NE(FileText("/tmp/kobd.log").find(told), std::string::npos);
+        EXPECT_NE(FileText("/tmp/kobd.out").find(told), std::string::npos);
     }
 }
 
@@ -153,7 +145,7 @@ TEST_F(StartUp, AnUnknownOptionEndsItBeforeAnythingIsDone)
         EXPECT_EQ(Holder(), 0) << options;
         EXPECT_FALSE(fs::exists("/tmp/kobd.log")) << options;
         EXPECT_FALSE(fs::exists("/tmp/state")) << options;
-        EXPECT_EQ(Read("/tmp/kobd.out").find("kernel.msg"), std::string::npos) << options;
+        EXPECT_EQ(FileText("/tmp/kobd.out").find("kernel.msg"), std::string::npos) << options;
     }
 }
 
@@ -161,7 +153,7 @@ TEST_F(StartUp, AStateFolderThatCannotBeWrittenIsReportedAtOnce)
 {
     DaemonProcess daemon("/proc/nowhere");
     ASSERT_TRUE(daemon.Start()) << "it serves what the factory gave it";
-    EXPECT_NE(Read("/tmp/kobd.log").find("cannot write in the state folder /proc/nowhere: "), std::string::npos);
+    EXPECT_NE(FileText("/tmp/kobd.log").find("cannot write in the state folder /proc/nowhere: "), std::string::npos);
 }
 }  // namespace
 }  // namespace kobd::test

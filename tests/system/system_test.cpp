@@ -1,6 +1,5 @@
-// The real daemon on real queues: what a client sees of durability, hostile messages, stuck peers
+// The real daemon on real queues: what a client sees of durability, hostile messages, killed clients
 // and signals.
-#include <gtest/gtest.h>
 #include <sys/msg.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,49 +9,14 @@
 #include <cstring>
 #include <fstream>
 #include <random>
-#include <sstream>
 
-#include "daemon/tlv.h"
-#include "tests/namespaces.h"
-#include "tests/system/daemon_process.h"
+#include "tests/system/daemon_test.h"
 
 namespace kobd::test
 {
 namespace
 {
-constexpr char kState[] = "/tmp/state";
-
-class System : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        SKIP_WITHOUT_NAMESPACES();
-        ASSERT_EQ(system("rm -rf /tmp/state /tmp/kobd*"), 0);
-        ASSERT_TRUE(daemon_.Start());
-    }
-
-    static std::string Get(const std::string& name)
-    {
-        const Answer answer = Request(kGet, {{kTagObjectName, name}});
-        return answer.texts.size() == 2 ? answer.texts[1] : "nothing";
-    }
-
-    static int Set(const std::string& name, const std::string& value, uint16_t id = kSet)
-    {
-        const Answer answer = Request(id, {{kTagObjectName, name}, {kTagValue, value}});
-        return answer.bus != 0 ? -1 : answer.result;
-    }
-
-    static std::string Read(const char* path)
-    {
-        std::ostringstream text;
-        text << std::ifstream(path).rdbuf();
-        return text.str();
-    }
-
-    DaemonProcess daemon_{kState};
-};
+using System = DaemonTest;
 
 TEST_F(System, CommittedValuesSurviveKillsAtAnyMoment)
 {
@@ -79,8 +43,7 @@ TEST_F(System, CommittedValuesSurviveKillsAtAnyMoment)
             committed = attempted;
         }
         waitpid(killer, nullptr, 0);
-        daemon_.End(SIGKILL);
-        ASSERT_TRUE(daemon_.Start());
+        Restart();
         const std::string value = Get("webHttpPort");
         // The set that was killed may or may not have been committed; it may not be half there.
         EXPECT_TRUE(value == std::to_string(committed) || value == std::to_string(attempted)) << value;
@@ -92,13 +55,11 @@ TEST_F(System, UncommittedSilentSetIsGoneAfterAKillAndThereAfterAnUpdate)
 {
     ASSERT_EQ(Set("webHttpPort", "1111", kSetSilent), 0);
     EXPECT_EQ(Get("webHttpPort"), "1111");
-    daemon_.End(SIGKILL);
-    ASSERT_TRUE(daemon_.Start());
+    Restart();
     EXPECT_NE(Get("webHttpPort"), "1111");
     ASSERT_EQ(Set("webHttpPort", "1112", kSetSilent), 0);
     EXPECT_EQ(Request(kUpdate, {}).result, 0);
-    daemon_.End(SIGKILL);
-    ASSERT_TRUE(daemon_.Start());
+    Restart();
     EXPECT_EQ(Get("webHttpPort"), "1112");
 }
 
@@ -109,7 +70,7 @@ TEST_F(System, DamagedStateIsKeptAsideAndReported)
     ASSERT_EQ(truncate("/tmp/state/objects", 85), 0);
     ASSERT_TRUE(daemon_.Start());
     EXPECT_NE(Get("webHttpPort"), "1234");
-    EXPECT_NE(Read("/tmp/kobd.log").find("is damaged, kept as /tmp/state/objects.damaged-"), std::string::npos);
+    EXPECT_TRUE(LogSays("is damaged, kept as /tmp/state/objects.damaged-"));
     EXPECT_EQ(system("ls /tmp/state/objects.damaged-* >/dev/null"), 0);
 }
 
@@ -121,9 +82,8 @@ TEST_F(System, EverySignalLogsItsNumberAndEndsWithStatusZero)
         const int status = daemon_.End(number);
         EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << number;
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3)) << number;
-        const std::string log = Read("/tmp/kobd.log");
-        EXPECT_NE(log.find("sig_handler[20]: recv signal:" + std::to_string(number)), std::string::npos);
-        EXPECT_NE(log.find("sig_handler[24]: Get sig " + std::to_string(number) + ", exit..."), std::string::npos);
+        EXPECT_TRUE(LogSays("sig_handler[20]: recv signal:" + std::to_string(number)));
+        EXPECT_TRUE(LogSays("sig_handler[24]: Get sig " + std::to_string(number) + ", exit..."));
         ASSERT_TRUE(daemon_.Start());
     }
     kill(daemon_.Process(), SIGHUP);
@@ -135,71 +95,12 @@ TEST_F(System, ASecondDaemonServesNothingAndTakesNothing)
 {
     const pid_t second = daemon_.Spawn();
     usleep(1000000);
-    EXPECT_NE(Read("/tmp/kobd.log").find("cannot join the bus as module 0x5A510001"), std::string::npos);
+    EXPECT_TRUE(LogSays("cannot join the bus as module 0x5A510001"));
     for (int i = 0; i < 20; ++i) EXPECT_NE(Get("webHttpPort"), "nothing");
     kill(second, SIGTERM);
     int status = 0;
     waitpid(second, &status, 0);
     EXPECT_NE(Get("webHttpPort"), "nothing") << "the first one still serves";
-}
-
-TEST_F(System, AModuleThatNeverReadsDelaysARequestByABoundedTime)
-{
-    BusClient module;
-    ASSERT_EQ(BusClientJoin(&module, kModuleNotify), 0);
-    for (int i = 0; i < 400; ++i)  // fills the queue of 16384 bytes
-    {
-        const auto start = std::chrono::steady_clock::now();
-        ASSERT_EQ(Set("webHttpPort", std::to_string(2000 + i)), 0);
-        ASSERT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(1)) << i;
-        if (Read("/tmp/kobd.log").find("notification") != std::string::npos) break;
-    }
-    EXPECT_NE(Read("/tmp/kobd.log").find("dropped, the queue of module 0x5A510003 is full"), std::string::npos);
-    BusClientClose(&module);
-}
-
-TEST_F(System, ChangesAreAnnouncedAndRefusedRequestsOnlyFinished)
-{
-    BusClient module;
-    ASSERT_EQ(BusClientJoin(&module, kModuleNotify), 0);
-    alignas(MessageHeader) char bytes[kMessageMax];
-    auto* message = reinterpret_cast<MessageHeader*>(bytes);
-    const struct
-    {
-        const char* name;
-        const char* value;
-        int result;
-        std::vector<int> ids;
-    } cases[] = {
-        {"webHttpPort", "3000", 0, {2, 4}}, {"webHttpPort", "70000", 2, {4}}, {"IMEI", "1", 10, {4}},
-        {"noSuchObject", "1", 1, {4}},      {"FlowTable", "1", 2, {4}},
-    };
-    for (const auto& one : cases)
-    {
-        EXPECT_EQ(Set(one.name, one.value), one.result) << one.name;
-        for (const int id : one.ids)
-        {
-            ASSERT_EQ(BusClientReceive(&module, message, 2000), 0) << one.name;
-            EXPECT_EQ(message->id, id) << one.name;
-        }
-        EXPECT_EQ(BusClientReceive(&module, message, 20), 8) << "nothing more after " << one.name;
-    }
-    BusClientClose(&module);
-}
-
-TEST_F(System, AStoppedClientDoesNotStopTheOthers)
-{
-    const pid_t stopped = fork();
-    if (stopped == 0)
-    {
-        for (int i = 0; i < 100000; ++i) Get("systemProductModel");
-        _exit(0);
-    }
-    usleep(50000);
-    kill(stopped, SIGSTOP);
-    for (int i = 0; i < 50; ++i) EXPECT_NE(Get("webHttpPort"), "nothing");
-    kill(stopped, SIGKILL);
-    waitpid(stopped, nullptr, 0);
 }
 
 TEST_F(System, RandomMessagesLeaveTheDaemonServing)
@@ -222,14 +123,6 @@ TEST_F(System, RandomMessagesLeaveTheDaemonServing)
         while (msgsnd(queue, &message, random() % kMessageMax, IPC_NOWAIT) != 0) usleep(1000);
     }
     EXPECT_NE(Get("webHttpPort"), "nothing");
-}
-
-TEST_F(System, ManyNamesPastTheReplyAreAnsweredWithTheBufferLimit)
-{
-    std::vector<std::pair<uint16_t, std::string>> names(300, {kTagObjectName, "systemProductModel"});
-    const Answer answer = Request(kGet, names);
-    EXPECT_EQ(answer.result, 11);
-    EXPECT_TRUE(answer.texts.empty());
 }
 
 TEST_F(System, QueuesOfKilledClientsAreReclaimed)

@@ -35,34 +35,31 @@ TEST_F(TableRequests, GetThatFailsAnswersTheResultAlone)
     const std::string good = Row("FwIpFilterTable", 1);
     const struct
     {
-        std::string payload;
         int result;
         const char* why;
+        std::vector<std::string> payloads;
     } kCases[] = {
-        {"", 2, "no item"},
-        {"\x03\x00\x00\x00"s, 2, "a lone item header"},
-        {IntItem(4, 1), 2, "an index first"},
-        {TextItem(1, "FwIpFilterTable") + IntItem(4, 1), 2, "an object's tag"},
-        {good + IntItem(4, 1), 2, "an index without its table"},
-        {TextItem(3, "FwIpFilterTable") + good, 2, "a name where an index belongs"},
-        {good + TextItem(5, "IP_LIST"), 2, "a column name"},
-        {good + TextItem(3, "noSuchTable"), 1, "unknown name at the end"},
-        {good + Row("webHttpPort", 1), 1, "an object"},
-        {good + TextItem(3, "FlowTable_24G"), 16, "no get operation, though no row is asked for"},
-        {good + Row("FwIpFilterTable", 2), 13, "the list's code"},
-        {good + TextItem(3, "FwIpFilterTable") + RawItem(4, "\x01\x00"s), 2, "an index of two bytes"},
-        {good + RawItem(3, "FwIpFilterTable") + IntItem(4, 1), 2, "a name without its zero byte"},
-        {good + "\x03"s, 2, "a byte too many"},
-        {good + "\x03\x00\x10\x00leds\0"s, 2, "an item past the end"},
+        {2, "no item, a lone item header", {"", "\x03\x00\x00\x00"s}},
+        {2, "an index first, an object's tag", {IntItem(4, 1), TextItem(1, "FwIpFilterTable") + IntItem(4, 1)}},
+        {2, "an index without its table", {good + IntItem(4, 1)}},
+        {2, "a name where an index belongs", {TextItem(3, "FwIpFilterTable") + good}},
+        {2, "a column name", {good + TextItem(5, "IP_LIST")}},
+        {1, "unknown name at the end, an object", {good + TextItem(3, "noSuchTable"), good + Row("webHttpPort", 1)}},
+        {16, "no get operation, though no row is asked for", {good + TextItem(3, "FlowTable_24G")}},
+        {13, "the list's code", {good + Row("FwIpFilterTable", 2)}},
+        {2, "an index of two bytes", {good + TextItem(3, "FwIpFilterTable") + RawItem(4, "\x01\x00"s)}},
+        {2, "a name without its zero byte", {good + RawItem(3, "FwIpFilterTable") + IntItem(4, 1)}},
+        {2, "a byte too many, an item past the end", {good + "\x03"s, good + "\x03\x00\x10\x00leds\0"s}},
     };
     for (const auto& c : kCases)
-    {
-        ResetPlatform();
-        PutRow("FwIpFilterTable", 1, {});
-        const Answer answer = Ask(ReqTableGet, c.payload);
-        EXPECT_EQ(answer.returned, c.result) << c.why;
-        EXPECT_EQ(answer.payload, 8u) << c.why;
-    }
+        for (const std::string& payload : c.payloads)
+        {
+            ResetPlatform();
+            PutRow("FwIpFilterTable", 1, {});
+            const Answer answer = Ask(ReqTableGet, payload);
+            EXPECT_EQ(answer.returned, c.result) << c.why;
+            EXPECT_EQ(answer.payload, 8u) << c.why;
+        }
     EXPECT_EQ(Ask(ReqTableGet, good).result, 0) << "the row that the cases begin with is served";
     EXPECT_EQ(Ask(ReqTableGet, TextItem(3, "FwIpFilterTable")).payload, 8u) << "a table alone is only checked";
 }

@@ -103,16 +103,6 @@ TEST_F(TableRequests, RowNamedTwiceIsOneRowAndItsLastValuesCount)
     EXPECT_EQ(Field(kIp, 1, "DestIPAddress") + " " + Field(kIp, 1, "IP_LIST"), "10.0.0.8 black");
 }
 
-TEST_F(TableRequests, WrittenUnderOneNameReadUnderTheOther)
-{
-    PutRow("FwParentControlTable", 1, {{"Weekdays", "Mon"}, {"Host", "192.168.1.7"}});
-    Ask(ReqTableSetSilent,
-        Changes(Row("ParentalControlTable", 1) + Column("Period", "Tue,Wed") + Column("StartTime", "08:00")));
-    EXPECT_EQ(Field("FwParentControlTable", 1, "Weekdays"), "Tue,Wed");
-    EXPECT_EQ(Field("FwParentControlTable", 1, "TimeStart"), "08:00");
-    EXPECT_EQ(Field("FwParentControlTable", 1, "MAC"), "192.168.1.7");
-}
-
 TEST_F(TableRequests, ARowThatCannotBeReadIsZerosAndItsListDecides)
 {
     PutIpRows(1);
@@ -140,60 +130,42 @@ TEST_F(TableRequests, RefusedSetStoresNothing)
 {
     const std::string good = IpChange(1, "10.0.0.1");
     const std::string row = Row(kIp, 1);
-    const std::string earlier = Row("IPv4RoutingTable", 1) + Column("IP", "10.0.0.0");
     const struct
     {
-        std::string items;
         int result;
         const char* why;
+        std::vector<std::string> items;
     } kCases[] = {
-        {good + row + TextItem(2, "10.0.0.9"), 2, "a value without its column"},
-        {good + IntItem(4, 2), 2, "a second index without its table"},
-        {IntItem(4, 1), 2, "an index first"},
-        {TextItem(5, "IP_LIST"), 2, "a column first"},
-        {good + row + TextItem(5, "IP_LIST") + TextItem(5, "IP_LIST"), 2, "two columns, one value"},
-        {good + TextItem(3, kIp) + TextItem(3, kIp), 2, "two names"},
-        {good + IntItem(0, 0), 2, "tag 0"},
-        {good + TextItem(1, kIp), 2, "an object's tag"},
-        {good + TextItem(6, "Device."), 2, "a tag that is in no set"},
-        {good + TextItem(9, "x"), 2, "a tag past the set"},
-        {good + TextItem(0x0103, kIp), 2, "a tag whose low byte would be right"},
-        {good + Row("noSuchTable", 1), 1, "no such table"},
-        {good + Row("webHttpPort", 1), 1, "an object"},
-        {good + row + Column("ip_list", "white"), 12, "a column in the wrong case"},
-        {good + row + Column("", "white"), 12, "the empty column name"},
-        {good + row + Column("IP_LIST", std::string(32, 'w')), 2, "a text one too long"},
-        {good + TextItem(3, kIp) + RawItem(4, "\x01"s), 2, "an index of one byte"},
-        {good + RawItem(3, kIp), 2, "a name without its zero byte"},
-        {good + row + RawItem(5, "IP_LIST") + TextItem(2, "x"), 2, "a column without its zero byte"},
-        {good + row + TextItem(5, "IP_LIST") + RawItem(2, "white"), 2, "a value without its zero byte"},
-        {good + "\x03\x00"s, 2, "half an item header"},
-        {good + row + TextItem(5, "IP_LIST") + "\x02\x00\x06\x00whit"s, 2, "a value past the end of the file"},
-        {good + Row("node_traceTable", 1) + Column("Host", "h"), 16, "a table without set, later in the catalogue"},
-        {good + Row("FlowTable", 1), 16, "a row of a table without set, though nothing changes"},
+        {2, "an index or a column first", {IntItem(4, 1), TextItem(5, "IP_LIST")}},
+        {2, "a value without its column", {good + row + TextItem(2, "10.0.0.9")}},
+        {2, "a second index without its table", {good + IntItem(4, 2)}},
+        {2, "two columns, one value", {good + row + TextItem(5, "IP_LIST") + TextItem(5, "IP_LIST")}},
+        {2, "two names", {good + TextItem(3, kIp) + TextItem(3, kIp)}},
+        {2, "a tag that is in no set", {good + IntItem(0, 0), good + TextItem(1, kIp), good + TextItem(6, "Device.")}},
+        {2, "a tag past the set", {good + TextItem(9, "x"), good + TextItem(0x0103, kIp)}},
+        {1, "no such table, an object", {good + Row("noSuchTable", 1), good + Row("webHttpPort", 1)}},
+        {12, "no such column", {good + row + Column("ip_list", "white"), good + row + Column("", "white")}},
+        {2, "a text one too long", {good + row + Column("IP_LIST", std::string(32, 'w'))}},
+        {2, "an index of one byte", {good + TextItem(3, kIp) + RawItem(4, "\x01"s)}},
+        {2, "a name without its zero byte", {good + RawItem(3, kIp)}},
+        {2, "a column without its zero byte", {good + row + RawItem(5, "IP_LIST") + TextItem(2, "x")}},
+        {2, "a value without its zero byte", {good + row + TextItem(5, "IP_LIST") + RawItem(2, "white")}},
+        {2, "half an item header", {good + "\x03\x00"s}},
+        {2, "a value past the end of the file", {good + row + TextItem(5, "IP_LIST") + "\x02\x00\x06\x00whit"s}},
+        {16, "a table without set, later in the catalogue", {good + Row("node_traceTable", 1) + Column("Host", "h")}},
+        {16, "a row of a table without set, though nothing changes", {good + Row("FlowTable", 1)}},
     };
     for (const auto& c : kCases)
-    {
-        ResetPlatform();
-        PutIpRows(1);
-        const auto rows = platform.rows;
-        EXPECT_EQ(Ask(ReqTableSet, Changes(c.items)).returned, c.result) << c.why;
-        EXPECT_EQ(CallsButReads(), Lines{"reply " + std::to_string(c.result)}) << c.why;
-        EXPECT_EQ(Ask(ReqTableSetSilent, Changes(c.items)).payload, 8u) << c.why;
-        EXPECT_EQ(CallsButReads().size(), 2u) << "the silent set stores nothing either: " << c.why;
-        EXPECT_TRUE(NothingPending()) << c.why;
-    }
-}
-
-TEST_F(TableRequests, RowThatItsCheckRefusesKeepsTheWholeFileFromBeingWritten)
-{
-    PutRow("IPv4RoutingTable", 1, {});
-    PutRow("FwMacFilterTable", 1, {{"MAC_LIST", "white"}, {"MAC", "00:1A:2B:3C:4D:5E"}});
-    const Answer answer = Ask(ReqTableSet, Changes(Row("IPv4RoutingTable", 1) + Column("IP", "10.0.0.0") +
-                                                   Row("FwMacFilterTable", 1) + Column("MAC", "no address")));
-    EXPECT_EQ(answer.result, 2);
-    EXPECT_EQ(CallsButReads().size(), 1u);
-    EXPECT_EQ(Field("IPv4RoutingTable", 1, "IP"), "");
+        for (const std::string& items : c.items)
+        {
+            ResetPlatform();
+            PutIpRows(1);
+            EXPECT_EQ(Ask(ReqTableSet, Changes(items)).returned, c.result) << c.why;
+            EXPECT_EQ(CallsButReads(), Lines{"reply " + std::to_string(c.result)}) << c.why;
+            EXPECT_EQ(Ask(ReqTableSetSilent, Changes(items)).payload, 8u) << c.why;
+            EXPECT_EQ(CallsButReads().size(), 2u) << "the silent set stores nothing either: " << c.why;
+            EXPECT_TRUE(NothingPending()) << c.why;
+        }
 }
 
 TEST_F(TableRequests, CheckSeesTheWholeRowBeforeItIsStored)
@@ -224,27 +196,27 @@ TEST_F(TableRequests, FileThatIsNone)
     Changes(IpChange(1, "10.0.0.1"));
     const struct
     {
-        std::string payload;
         int result;
         const char* why;
+        std::vector<std::string> payloads;
     } kCases[] = {
-        {"", 2, "no item"},
-        {RawItem(2, ""), 2, "a lone item header"},
-        {RawItem(2, kChangeFile), 2, "a path without its zero byte"},
-        {TextItem(2, kChangeFile) + "\x02\x00\x05"s, 2, "a broken item behind the path"},
-        {TextItem(2, ""), 4, "the empty path"},
-        {TextItem(2, "/tmp/no such file"), 4, "missing"},
-        {TextItem(2, "/tmp/folder"), 4, "a folder"},
-        {TextItem(2, "/tmp/pipe"), 4, "a pipe that nobody writes to; opening it must not wait"},
-        {TextItem(2, "/dev/zero"), 4, "a device that never ends"},
+        {2, "no item, a lone item header", {"", RawItem(2, "")}},
+        {2, "a path without its zero byte", {RawItem(2, kChangeFile)}},
+        {2, "a broken item behind the path", {TextItem(2, kChangeFile) + "\x02\x00\x05"s}},
+        {4,
+         "no path, missing, a folder",
+         {TextItem(2, ""), TextItem(2, "/tmp/no such file"), TextItem(2, "/tmp/folder")}},
+        {4, "a pipe that nobody writes to; opening it must not wait", {TextItem(2, "/tmp/pipe")}},
+        {4, "a device that never ends", {TextItem(2, "/dev/zero")}},
     };
     for (const auto& c : kCases)
-        for (auto* handler : {ReqTableSet, ReqTableSetSilent})
-        {
-            ResetPlatform();
-            EXPECT_EQ(Ask(handler, c.payload).returned, c.result) << c.why;
-            EXPECT_EQ(platform.calls, Lines{"reply " + std::to_string(c.result)}) << c.why;
-        }
+        for (const std::string& payload : c.payloads)
+            for (auto* handler : {ReqTableSet, ReqTableSetSilent})
+            {
+                ResetPlatform();
+                EXPECT_EQ(Ask(handler, payload).returned, c.result) << c.why;
+                EXPECT_EQ(platform.calls, Lines{"reply " + std::to_string(c.result)}) << c.why;
+            }
     EXPECT_EQ(Ask(ReqTableSetSilent, TextItem(7, kChangeFile)).result, 13) << "the path's tag is not looked at";
 }
 

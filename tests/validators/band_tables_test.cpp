@@ -108,16 +108,4 @@ TEST(BandTables, CellLockRangesAreTheChannelRangesButForTheseBands)
         }
     }
 }
-
-TEST(BandTables, WellKnownRows)
-{
-    EXPECT_EQ(LteRange(1), Range(0, 599));
-    EXPECT_EQ(LteRange(3), Range(1200, 1949));
-    EXPECT_EQ(LteRange(20), Range(6150, 6449));
-    EXPECT_EQ(LteRange(41), Range(39650, 41589));
-    EXPECT_EQ(LteRange(71), Range(68586, 68935));
-    EXPECT_EQ(NrArfcnBandTable[78].dl_first, 620000u);
-    EXPECT_EQ(NrArfcnBandTable[78].width / NrArfcnBandTable[78].raster, 33333u);
-    EXPECT_EQ(NrArfcnBandTable[80].dl_first, 0u) << "uplink only";
-}
 }  // namespace kobd::test

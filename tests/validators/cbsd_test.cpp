@@ -27,6 +27,34 @@ const RangeCase kRanges[] = {
     {CHECK(validCbsdDowntilt), 90, "2|range: -90 ~ 90\n"},   {CHECK(validCbsdGain), 128, "2|range: -127 ~ 128\n"},
     {CHECK(validCbsdEirp), 47, "2|range: -127 ~ 47\n"},      {CHECK(valid_cbsd_beamwidth), 360, "2|range: 0 ~ 360\n"},
 };
+
+const std::string kLatitudeRange = "2|validFloatAccuracy: range: -90.000000 ~ 90.000000\n";
+const std::string kLongitudeRange = "2|validFloatAccuracy: range: -180.000000 ~ 180.000000\n";
+const std::string kPlaces = "2|validFloatAccuracy: accurate to the seventh decimal place.\n";
+const std::string kDecimal = "2|validFloatAccuracy: must be decimal\n";
+
+const std::vector<TextsByVerdict> kLatitude = {
+    {"0", "not given", {""}},
+    {"0", "within the poles", {"0", "90", "-90", "+90"}},
+    {"0", "seven places", {"-89.1234567"}},
+    {kPlaces, "eight, zeros too, judged before the range", {"-89.12345678", "1.00000000", "91.12345678"}},
+    {"0", "rounds to 90 in single precision", {"90.0000001", "90.0000038", "-90.0000038"}},
+    {kLatitudeRange, "the first that does not", {"90.0000039", "-90.0000039"}},
+    {kLatitudeRange, "beyond the poles", {"90.5", "-91", "180"}},
+    {kLatitudeRange, "beyond double and single precision", {std::string(400, '9'), "-" + std::string(50, '9')}},
+    {"0", "leading zeros", {std::string(8000, '0') + "1.5"}},
+    {"0", "a lone sign or point is 0", {"-", "."}},
+    {"0", "nothing before or behind the point", {"45.", ".5", "-.5"}},
+    {kDecimal, "two points, two signs, a sign behind", {"1.2.3", "1..", "--1", "1-"}},
+    {kDecimal, "no number of digits", {"1e5", "nan", "inf", "0x10", " 1", "1,5"}},
+    {kDecimal, "characters are judged first", {"91.2x"}},
+};
+
+const std::vector<TextsByVerdict> kLongitude = {
+    {"0", "east and west", {"180", "-180.0000000"}},
+    {"0", "the last that rounds to 180", {"180.0000076"}},
+    {kLongitudeRange, "the first that does not, and beyond", {"180.0000077", "-180.1", "181"}},
+};
 }  // namespace
 
 TEST(CbsdRange, DigitsWithinTheRange)
@@ -34,91 +62,22 @@ TEST(CbsdRange, DigitsWithinTheRange)
     for (const RangeCase& c : kRanges)
     {
         const std::string upper = std::to_string(c.upper);
-        ExpectVerdicts(c.check, {
-                                    {"", "0", "not given"},
-                                    {"0", "0", "lowest without a sign"},
-                                    {"1", "0", "inside"},
-                                    {upper, "0", "upper bound is inclusive"},
-                                    {"0000000000000000" + upper, "0", "leading zeros are digits"},
-                                    {std::to_string(c.upper + 1), c.range, "one above"},
-                                    {"2147483648", c.range, "beyond 31 bits"},
-                                    {"4294967295", c.range, "would be -1 as a signed number"},
-                                    {"4294967206", c.range, "would be -90"},
-                                    {"4294967169", c.range, "would be -127"},
-                                    {"4294967296", c.range, "would wrap to 0"},
-                                    {"18446744073709551616", c.range, "would wrap to 0 from 64 bits"},
-                                    {std::string(8000, '9'), c.range, "long"},
-                                    {"-1", kNotDecimal, "a sign is no digit"},
-                                    {"-0", kNotDecimal, "not before 0 either"},
-                                    {"+1", kNotDecimal, "plus neither"},
-                                    {"1.0", kNotDecimal, "no whole number"},
-                                    {" 1", kNotDecimal, "a blank before"},
-                                    {"1 ", kNotDecimal, "a blank after"},
-                                    {"1\n", kNotDecimal, "a newline"},
-                                    {"1e1", kNotDecimal, "no exponent"},
-                                    {"0x1", kNotDecimal, "no hexadecimal"},
-                                    {"%s%n", kNotDecimal, "never a format"},
-                                    {"\xC2\xB2", kNotDecimal, "not ASCII"},
-                                });
+        ExpectVerdicts(c.check,
+                       {{"0", "not given", {""}},
+                        {"0", "both bounds", {"0", "1", upper, "0000000000000000" + upper}},
+                        {c.range, "above", {std::to_string(c.upper + 1), "2147483648", std::string(8000, '9')}},
+                        {c.range, "would be -1, -90, -127", {"4294967295", "4294967206", "4294967169"}},
+                        {c.range, "would wrap to 0", {"4294967296", "18446744073709551616"}},
+                        {kNotDecimal, "a sign is no digit", {"-1", "-0", "+1"}},
+                        {kNotDecimal, "no whole number", {"1.0", "1e1", "0x1", "%s%n", "\xC2\xB2"}},
+                        {kNotDecimal, "a blank", {" 1", "1 ", "1\n"}}});
     }
 }
 
-TEST(CbsdCoordinate, LatitudeInDegrees)
+TEST(CbsdCoordinate, Degrees)
 {
-    const std::string range = "2|validFloatAccuracy: range: -90.000000 ~ 90.000000\n";
-    const std::string places = "2|validFloatAccuracy: accurate to the seventh decimal place.\n";
-    const std::string decimal = "2|validFloatAccuracy: must be decimal\n";
-    ExpectVerdicts(CHECK(validCbsdLatitude), {
-                                                 {"", "0", "not given"},
-                                                 {"0", "0", "equator"},
-                                                 {"90", "0", "north pole"},
-                                                 {"-90", "0", "south pole"},
-                                                 {"+90", "0", "with its sign"},
-                                                 {"-89.1234567", "0", "seven places"},
-                                                 {"-89.12345678", places, "eight"},
-                                                 {"1.00000000", places, "zeros are places"},
-                                                 {"91.12345678", places, "places are judged before the range"},
-                                                 {"90.0000001", "0", "rounds to 90 in single precision"},
-                                                 {"90.0000038", "0", "the last that does"},
-                                                 {"90.0000039", range, "the first that does not"},
-                                                 {"-90.0000038", "0", "the same below"},
-                                                 {"-90.0000039", range, "the same below"},
-                                                 {"90.5", range, "beyond the pole"},
-                                                 {"-91", range, "beyond the other"},
-                                                 {"180", range, "a longitude"},
-                                                 {std::string(400, '9'), range, "beyond double precision"},
-                                                 {"-" + std::string(50, '9'), range, "beyond single precision"},
-                                                 {std::string(8000, '0') + "1.5", "0", "leading zeros"},
-                                                 {"-", "0", "a lone sign is 0"},
-                                                 {".", "0", "so is a lone point"},
-                                                 {"45.", "0", "nothing behind the point"},
-                                                 {".5", "0", "nothing before it"},
-                                                 {"-.5", "0", "nor behind the sign"},
-                                                 {"1.2.3", decimal, "two points"},
-                                                 {"1..", decimal, "two points at the end"},
-                                                 {"--1", decimal, "two signs"},
-                                                 {"1-", decimal, "a sign behind"},
-                                                 {"1e5", decimal, "no exponent"},
-                                                 {"nan", decimal, "not a number"},
-                                                 {"inf", decimal, "infinity"},
-                                                 {"0x10", decimal, "hexadecimal"},
-                                                 {" 1", decimal, "a blank"},
-                                                 {"1,5", decimal, "a comma"},
-                                                 {"91.2x", decimal, "characters are judged first"},
-                                             });
-}
-
-TEST(CbsdCoordinate, LongitudeInDegrees)
-{
-    const std::string range = "2|validFloatAccuracy: range: -180.000000 ~ 180.000000\n";
-    ExpectVerdicts(CHECK(validCbsdLongitude), {
-                                                  {"180", "0", "east"},
-                                                  {"-180.0000000", "0", "west, seven places"},
-                                                  {"180.0000076", "0", "the last that rounds to 180"},
-                                                  {"180.0000077", range, "the first that does not"},
-                                                  {"-180.1", range, "beyond"},
-                                                  {"181", range, "beyond"},
-                                              });
+    ExpectVerdicts(CHECK(validCbsdLatitude), kLatitude);
+    ExpectVerdicts(CHECK(validCbsdLongitude), kLongitude);
 }
 
 TEST(CbsdCoordinate, PlacesAndBoundsAreTheCallers)

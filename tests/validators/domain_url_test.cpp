@@ -1,7 +1,7 @@
 // Domain names and URLs.
 #include <gtest/gtest.h>
 
-#include "tests/validators/codes.h"
+#include "tests/validators/judge.h"
 #include "validators/address.h"
 
 namespace kobd::test
@@ -17,163 +17,90 @@ std::string Labels(size_t count)
     while (count-- > 0) labels += "a.";
     return labels;
 }
+
+const std::vector<TextsByCode> kDomain = {
+    {kTakes, "labels", {"example.com", "www.example.com", "a.b.c.d.e.org", "a.bc", "EXAMPLE.COM"}},
+    {kTakes, "digits and dashes but at the end", {"1.example.net", "my-host.example.museum", "a-.example.com"}},
+    {kTakes, "labels of 63", {Xs(63) + ".com", Xs(63) + "." + Xs(63) + ".com"}},
+    {kRefuses, "a label of 64", {Xs(64) + ".com", "a." + Xs(64) + ".com"}},
+    {kTakes, "1023 characters fill the working copy", {Labels(510) + "com"}},
+    {kRefuses, "longer than the working copy", {Labels(511) + "com"}},
+    {kRefuses, "one label", {"", "localhost", "host1"}},
+    {kRefuses, "last label not of 2 to 6 letters", {"example.c", "example.toolong", "example.c0m", "10.0.0.1"}},
+    {kRefuses, "an empty label", {"example.com.", ".example.com", "example..com", ".", "...."}},
+    {kRefuses, "a dash in front of a label", {"-a.example.com"}},
+    {kRefuses,
+     "other characters",
+     {"exa_mple.com", "exa mple.com", "example.com ", "example.com\n", "b\xC3\xBC-cher.example.com"}},
+    {kRefuses, "more than a name", {"http://example.com", "example.com/a", "example.com:80"}},
+};
+
+const std::vector<TextsByCode> kLooseDomain = {
+    {kTakes, "a name", {"example.com", "1.2.example.org", Xs(500) + ".com"}},
+    {kTakes,
+     "a scheme",
+     {"http://example.com", "https://www.example.com", "ftp://example.com", "rtsp://example.com", "mms://example.com"}},
+    {kTakes, "the scheme may be empty", {"://example.com"}},
+    {kTakes, "characters of a user part", {"user_1!~*'()-x.example.com"}},
+    {kTakes, "any character may stand for a dot", {"a..com", "xcom", "abc", "ho/st.example.com"}},
+    {kRefuses, "two letters and none", {"ab", ""}},
+    {kRefuses, "another scheme, for dots stand between names", {"gopher://example.com"}},
+    {kRefuses, "an address, a digit in the last label", {"10.1.2.3", "10.1.2.0", "example.c0m", "localhost8"}},
+    {kRefuses, "more behind", {"example.com/", "example.com:80", "example.com "}},
+    {kTakes, "fills the working copy", {Labels(510) + "com"}},
+    {kRefuses, "longer than the working copy", {Labels(511) + "com"}},
+};
+
+const std::vector<TextsByCode> kFtpUrl = {
+    {kTakes, "address", {"ftp://192.0.2.1", "ftps://192.0.2.1/", "ftp://223.255.255.255"}},
+    {kTakes, "name", {"ftp://example.com", "ftp://127.0.0.1.com"}},
+    {kTakes,
+     "port and path",
+     {"http://192.0.2.1:8080/fw", "https://192.0.2.1/a/b/c.bin", "ftp://ftp.example.com:21/fw/"}},
+    {kTakes, "every character of a path", {"ftp://example.com/fw?x=1&y=#z,%20"}},
+    {kTakes, "five digits of a port, whatever they say", {"ftp://example.com:99999"}},
+    {kTakes, "a scheme may be said twice", {"ftpftp://example.com"}},
+    {kRefuses,
+     "no host's address",
+     {"ftp://127.0.0.1", "ftp://010.1.1.1", "ftp://0.1.1.1", "ftp://255.255.255.255", "ftp://256.1.1.1",
+      "ftp://1.2.3"}},
+    {kRefuses, "no port", {"ftp://example.com:", "ftp://example.com:123456", "ftp://192.0.2.1:port"}},
+    {kRefuses, "an empty folder", {"ftp://example.com//a", "ftp://example.com/a//b"}},
+    {kRefuses, "no character of a path", {"ftp://example.com/a b", "ftp://example.com/a\"b", "ftp://example.com/a\n"}},
+    {kRefuses, "a user", {"ftp://user@example.com"}},
+    {kRefuses, "one label, IPv6 and no host", {"ftp://localhost", "ftp://[::1]", "ftp://"}},
+    {kRefuses,
+     "no scheme",
+     {"ftp:/example.com", "ftp//example.com", "FTP://example.com", "sftp://example.com", " ftp://example.com",
+      "example.com", ""}},
+    {kTakes, "fills the working copy", {"ftp://a.bc/" + Xs(1012)}},
+    {kRefuses, "longer than the working copy", {"ftp://a.bc/" + Xs(1013)}},
+};
+
+const std::vector<TextsByCode> kHttpUrl = {
+    {kTakes, "address", {"http://192.0.2.1", "https://192.0.2.1:7547/acs"}},
+    {kTakes, "name", {"http://acs.example.com/", "https://acs.example.com:7547/a/b?c=d"}},
+    {kTakes, "IPv6", {"http://[2001:db8::1]", "http://[::1]:7547/acs", "http://[1:2:3:4:5:6:7:8]/", "http://[::]"}},
+    {kRefuses,
+     "no IPv6 address, though the form lets some pass",
+     {"http://[1:2:3:4:5:6:7:8:9]", "http://[12345::]", "http://[]", "http://[:]"}},
+    {kRefuses, "an IPv4 address or a zone within", {"http://[::ffff:192.0.2.1]", "http://[fe80::1%25eth0]"}},
+    {kRefuses, "brackets", {"http://[::1", "http://::1", "http://[::1]x", "http://[::1]:"}},
+    {kRefuses, "ftp", {"ftp://example.com"}},
+    {kRefuses, "no host's address", {"http://127.0.0.1/", "http://0.0.0.0", "http://1.2.3.04/"}},
+    {kRefuses, "two ports", {"http://1.2.3.4:80:80"}},
+    {kRefuses, "no host", {"http:///acs", "https://", ""}},
+    {kTakes, "fills the working copy", {"http://a.bc/" + Xs(1011)}},
+    {kRefuses, "longer than the working copy", {"http://a.bc/" + Xs(1012)}},
+};
 }  // namespace
 
-TEST(ValidDomain, TakesAndRefuses)
+TEST(DomainsAndUrls, TakeAndRefuse)
 {
-    const std::vector<CodeCase> cases = {
-        {"example.com", kTakes, "two labels"},
-        {"www.example.com", kTakes, "three labels"},
-        {"a.b.c.d.e.org", kTakes, "many"},
-        {"a.bc", kTakes, "shortest"},
-        {"1.example.net", kTakes, "digits anywhere but at the end"},
-        {"my-host.example.museum", kTakes, "dashes, and a last label of six"},
-        {"EXAMPLE.COM", kTakes, "capitals"},
-        {"a-.example.com", kTakes, "a dash at the end of a label"},
-        {Xs(63) + ".com", kTakes, "a label of 63"},
-        {Xs(63) + "." + Xs(63) + ".com", kTakes, "two labels of 63"},
-        {Xs(64) + ".com", kRefuses, "a label of 64"},
-        {"a." + Xs(64) + ".com", kRefuses, "a label of 64 within"},
-        {Labels(510) + "com", kTakes, "1023 characters fill the working copy"},
-        {Labels(511) + "com", kRefuses, "longer than the working copy"},
-        {"", kRefuses, "empty"},
-        {"localhost", kRefuses, "one label"},
-        {"example.c", kRefuses, "a last label of one letter"},
-        {"example.toolong", kRefuses, "a last label of seven letters"},
-        {"example.c0m", kRefuses, "a digit in the last label"},
-        {"host1", kRefuses, "a digit, and one label"},
-        {"10.0.0.1", kRefuses, "an address"},
-        {"example.com.", kRefuses, "a dot behind"},
-        {".example.com", kRefuses, "a dot in front"},
-        {"example..com", kRefuses, "an empty label"},
-        {"-a.example.com", kRefuses, "a dash in front of a label"},
-        {"exa_mple.com", kRefuses, "an underscore"},
-        {"exa mple.com", kRefuses, "a blank"},
-        {"example.com ", kRefuses, "a blank behind"},
-        {"example.com\n", kRefuses, "a line end"},
-        {"http://example.com", kRefuses, "a scheme"},
-        {"example.com/a", kRefuses, "a path"},
-        {"example.com:80", kRefuses, "a port"},
-        {"b\xC3\xBC"
-         "cher.example.com",
-         kRefuses, "beyond ASCII"},
-        {".", kRefuses, "a dot alone"},
-        {"....", kRefuses, "dots alone"},
-    };
-    ExpectCodes(CHECK(validDomain), cases);
-}
-
-TEST(CheckDomain, TakesAndRefuses)
-{
-    const std::vector<CodeCase> cases = {
-        {"example.com", kTakes, "a name"},
-        {"http://example.com", kTakes, "a scheme"},
-        {"https://www.example.com", kTakes, "https"},
-        {"ftp://example.com", kTakes, "ftp"},
-        {"rtsp://example.com", kTakes, "rtsp"},
-        {"mms://example.com", kTakes, "mms"},
-        {"://example.com", kTakes, "the scheme may be empty"},
-        {"user_1!~*'()-x.example.com", kTakes, "characters of a user part"},
-        {"a..com", kTakes, "any character may stand for a dot"},
-        {"xcom", kTakes, "for this one as well"},
-        {"abc", kTakes, "three letters: any character and two"},
-        {"1.2.example.org", kTakes, "digits anywhere but at the end"},
-        {Xs(500) + ".com", kTakes, "no limit to a label here"},
-        {"ab", kRefuses, "two letters"},
-        {"", kRefuses, "empty"},
-        {"ho/st.example.com", kTakes, "any one character for a dot"},
-        {"gopher://example.com", kRefuses, "another scheme, for dots stand between names"},
-        {"10.1.2.3", kRefuses, "an address"},
-        {"10.1.2.0", kRefuses, "an address"},
-        {"example.c0m", kRefuses, "a digit in the last label"},
-        {"localhost8", kRefuses, "a digit, no dot"},
-        {"example.com/", kRefuses, "a slash behind"},
-        {"example.com:80", kRefuses, "a port"},
-        {"example.com ", kRefuses, "a blank behind"},
-        {Labels(510) + "com", kTakes, "fills the working copy"},
-        {Labels(511) + "com", kRefuses, "longer than the working copy"},
-    };
-    ExpectCodes(CHECK(checkDomain), cases);
-}
-
-TEST(ValidFtpUrl, TakesAndRefuses)
-{
-    const std::vector<CodeCase> cases = {
-        {"ftp://192.0.2.1", kTakes, "address"},
-        {"ftps://192.0.2.1/", kTakes, "a slash behind"},
-        {"http://192.0.2.1:8080/fw", kTakes, "port and path"},
-        {"https://192.0.2.1/a/b/c.bin", kTakes, "a longer path"},
-        {"ftp://223.255.255.255", kTakes, "largest parts"},
-        {"ftp://example.com", kTakes, "name"},
-        {"ftp://ftp.example.com:21/fw/", kTakes, "name, port, path and slash"},
-        {"ftp://example.com/fw?x=1&y=#z,%20", kTakes, "every character of a path"},
-        {"ftp://example.com:99999", kTakes, "five digits of a port, whatever they say"},
-        {"ftpftp://example.com", kTakes, "a scheme may be said twice"},
-        {"ftp://127.0.0.1", kRefuses, "loopback"},
-        {"ftp://127.0.0.1.com", kTakes, "a name that begins like an address"},
-        {"ftp://010.1.1.1", kRefuses, "leading zero"},
-        {"ftp://0.1.1.1", kRefuses, "first part 0"},
-        {"ftp://255.255.255.255", kRefuses, "limited broadcast"},
-        {"ftp://256.1.1.1", kRefuses, "a part too large"},
-        {"ftp://1.2.3", kRefuses, "three parts"},
-        {"ftp://example.com:", kRefuses, "a colon without a port"},
-        {"ftp://example.com:123456", kRefuses, "six digits of a port"},
-        {"ftp://192.0.2.1:port", kRefuses, "no number"},
-        {"ftp://example.com//a", kRefuses, "an empty folder in front"},
-        {"ftp://example.com/a//b", kRefuses, "an empty folder within"},
-        {"ftp://example.com/a b", kRefuses, "a blank in the path"},
-        {"ftp://example.com/a\"b", kRefuses, "a quote in the path"},
-        {"ftp://example.com/a\n", kRefuses, "a line end"},
-        {"ftp://user@example.com", kRefuses, "a user"},
-        {"ftp://localhost", kRefuses, "one label"},
-        {"ftp://[::1]", kRefuses, "IPv6 is for http"},
-        {"ftp:/example.com", kRefuses, "one slash"},
-        {"ftp//example.com", kRefuses, "no colon"},
-        {"FTP://example.com", kRefuses, "capitals in the scheme"},
-        {"sftp://example.com", kRefuses, "another scheme"},
-        {" ftp://example.com", kRefuses, "a blank in front"},
-        {"example.com", kRefuses, "no scheme"},
-        {"ftp://", kRefuses, "no host"},
-        {"", kRefuses, "empty"},
-        {"ftp://a.bc/" + Xs(1012), kTakes, "fills the working copy"},
-        {"ftp://a.bc/" + Xs(1013), kRefuses, "longer than the working copy"},
-    };
-    ExpectCodes(CHECK(validFtpUrl), cases);
-}
-
-TEST(ValidHttpUrl, TakesAndRefuses)
-{
-    const std::vector<CodeCase> cases = {
-        {"http://192.0.2.1", kTakes, "address"},
-        {"https://192.0.2.1:7547/acs", kTakes, "port and path"},
-        {"http://acs.example.com/", kTakes, "name"},
-        {"https://acs.example.com:7547/a/b?c=d", kTakes, "name, port and path"},
-        {"http://[2001:db8::1]", kTakes, "IPv6"},
-        {"http://[::1]:7547/acs", kTakes, "IPv6, port and path"},
-        {"http://[1:2:3:4:5:6:7:8]/", kTakes, "eight groups"},
-        {"http://[::]", kTakes, "zeros alone"},
-        {"http://[1:2:3:4:5:6:7:8:9]", kRefuses, "nine groups"},
-        {"http://[12345::]", kRefuses, "five digits: the form lets them pass, the address not"},
-        {"http://[]", kRefuses, "nothing between brackets"},
-        {"http://[:]", kRefuses, "a colon"},
-        {"http://[::ffff:192.0.2.1]", kRefuses, "an IPv4 address within"},
-        {"http://[fe80::1%25eth0]", kRefuses, "a zone"},
-        {"http://[::1", kRefuses, "not closed"},
-        {"http://::1", kRefuses, "no brackets"},
-        {"http://[::1]x", kRefuses, "a letter behind the brackets"},
-        {"http://[::1]:", kRefuses, "a colon without a port"},
-        {"ftp://example.com", kRefuses, "ftp"},
-        {"http://127.0.0.1/", kRefuses, "loopback"},
-        {"http://0.0.0.0", kRefuses, "no address"},
-        {"http://1.2.3.4:80:80", kRefuses, "two ports"},
-        {"http://1.2.3.04/", kRefuses, "leading zero"},
-        {"http:///acs", kRefuses, "no host"},
-        {"https://", kRefuses, "no host"},
-        {"", kRefuses, "empty"},
-        {"http://a.bc/" + Xs(1011), kTakes, "fills the working copy"},
-        {"http://a.bc/" + Xs(1012), kRefuses, "longer than the working copy"},
-    };
-    ExpectCodes(CHECK(validHttpUrl), cases);
+    ExpectCodes(CHECK(validDomain), kDomain);
+    ExpectCodes(CHECK(checkDomain), kLooseDomain);
+    ExpectCodes(CHECK(validFtpUrl), kFtpUrl);
+    ExpectCodes(CHECK(validHttpUrl), kHttpUrl);
 }
 
 TEST(DomainsAndUrls, SayWhatTheyFound)

@@ -13,28 +13,25 @@ constexpr std::string_view kStamp = "\n9999/99/99  99:99:99 ";
 // Where the next log line begins, the end of the text without one.
 size_t NextLine(const std::string& output, size_t from)
 {
-    for (; from + kStamp.size() <= output.size(); ++from)
-        if (LooksLike(output.substr(from, kStamp.size()), std::string(kStamp))) return from;
+    for (size_t at = output.find('\n', from); at != output.npos; at = output.find('\n', at + 1))
+        if (LooksLike(output.substr(at, kStamp.size()), std::string(kStamp))) return at;
     return output.size();
 }
-
-// The messages of a log, each with its function's name unless that is `own`.
-std::string Messages(const std::string& output, const std::string& own)
-{
-    std::string messages;
-    for (size_t line = NextLine(output, 0); line < output.size();)
-    {
-        const size_t next = NextLine(output, line + 1);
-        const size_t begin = line + kStamp.size();
-        const std::string text = output.substr(begin, next - begin);
-        const size_t bracket = text.find('[');
-        const std::string function = text.substr(0, bracket);
-        messages += "|" + (function == own ? "" : function + ": ") + text.substr(text.find("]: ", bracket) + 3);
-        line = next;
-    }
-    return messages;
-}
 }  // namespace
+
+std::vector<std::string> LogLines(const std::string& output)
+{
+    std::vector<std::string> lines;
+    for (size_t at = NextLine(output, 0); at < output.size();)
+    {
+        const size_t end = NextLine(output, at + 1);
+        const std::string line = output.substr(at + kStamp.size(), end - at - kStamp.size());
+        const size_t bracket = line.find('[');
+        lines.push_back(line.substr(0, bracket) + line.substr(line.find("]: ", bracket) + 1));
+        at = end;
+    }
+    return lines;
+}
 
 std::vector<char> ExactText(std::string_view text)
 {
@@ -48,15 +45,36 @@ std::string Judge(const Check& check, std::string_view text)
 {
     const std::vector<char> exact = ExactText(text);
     OutputCapture output;
-    const int code = check.function(exact.data());
-    return std::to_string(code) + Messages(output.Text(), check.name);
+    std::string verdict = std::to_string(check.function(exact.data()));
+    const std::string own = std::string(check.name) + ": ";
+    for (const std::string& line : LogLines(output.Text()))
+        verdict += "|" + (line.starts_with(own) ? line.substr(own.size()) : line);
+    return verdict;
 }
 
-void ExpectVerdicts(const Check& check, const std::vector<TextCase>& cases)
+void ExpectCodes(const Check& check, const std::vector<TextsByCode>& kinds)
 {
-    for (const TextCase& c : cases)
-        EXPECT_EQ(Judge(check, c.text), c.verdict) << check.name << ", " << c.why << ": " << c.text.substr(0, 80);
+    for (const TextsByCode& kind : kinds)
+        for (const std::string& text : kind.texts)
+        {
+            const std::vector<char> exact = ExactText(text);
+            OutputCapture output;
+            EXPECT_EQ(check.function(exact.data()), kind.code)
+                << check.name << "(" << text.substr(0, 80) << "): " << kind.why;
+        }
+}
+
+void ExpectVerdicts(const Check& check, const std::vector<TextsByVerdict>& kinds)
+{
+    for (const TextsByVerdict& kind : kinds)
+        for (const std::string& text : kind.texts)
+            EXPECT_EQ(Judge(check, text), kind.verdict) << check.name << "(" << text.substr(0, 80) << "): " << kind.why;
     OutputCapture output;
-    EXPECT_EQ(check.function(nullptr), 2) << check.name << ", no text";
+    EXPECT_EQ(check.function(nullptr), kRefuses) << check.name << ", no text";
+}
+
+void ExpectLogs(const std::vector<LogCase>& cases)
+{
+    for (const LogCase& c : cases) EXPECT_EQ(Judge(c.check, c.text), c.log) << c.check.name << "(" << c.text << ")";
 }
 }  // namespace kobd::test

@@ -7,7 +7,7 @@
 #include "objects/handlers.h"
 #include "tests/process_setup.h"
 #include "tests/requests.h"
-#include "tests/validators/codes.h"
+#include "tests/validators/judge.h"
 #include "validators/lan_wan.h"
 
 namespace kobd::test
@@ -56,92 +56,78 @@ protected:
     OutputCapture output_;
 };
 
-struct SetCase
+// Values of one object, alone in their requests.
+const struct
+{
+    const char* object;
+    int code;
+    const char* why;
+    std::vector<std::string> values;
+} kAlone[] = {
+    {kIp, kTakes, "another address of the segment, the broadcast address too", {"192.168.1.2", "192.168.1.255"}},
+    {kIp, kTakes, "another segment", {"10.0.0.1", "10.254.253.1"}},
+    {kIp, kTakes, "no network address under the stored mask", {"192.168.1.64"}},
+    {kIp, kRefuses, "the network address, the router's own segment", {"192.168.1.0", "10.254.254.1"}},
+    {kIp, kRefuses, "no IPv4 address", {"127.0.0.1"}},
+    {kStart, kTakes, "up to the end, the router's own address too", {"192.168.1.2", "192.168.1.1", "192.168.1.200"}},
+    {kStart, kRefuses, "above the end, the network address", {"192.168.1.201", "192.168.1.0"}},
+    {kStart, kRefuses, "another segment", {"192.168.2.10", "192.169.1.10", "191.168.1.10"}},
+    {kStart, kRefuses, "no address", {"192.168.1"}},
+    {kEnd, kTakes, "down to the start", {"192.168.1.254", "192.168.1.100"}},
+    {kEnd, kRefuses, "the broadcast address, below the start", {"192.168.1.255", "192.168.1.99", "192.168.1.10"}},
+    {kEnd, kRefuses, "another segment", {"192.168.2.254"}},
+    {kMask, kTakes, "a mask alone is not held against the pool", {"255.255.255.192"}},
+    {kExtern, kTakes, "not the LAN's address", {"192.168.1.2"}},
+    {kExtern, kRefuses, "the LAN's address, none", {"192.168.1.1", "0.0.0.0"}},
+    {kWanGateway, kTakes, "a host of the LAN", {"192.168.1.254"}},
+    {kWanGateway, kRefuses, "the router itself, broadcast, network", {"192.168.1.1", "192.168.1.255", "192.168.1.0"}},
+    {kWanGateway, kRefuses, "outside the LAN, no address", {"10.0.0.1", "gateway"}},
+    {kRoute, kTakes, "a profile that is enabled", {"1", "3", "003"}},
+    {kRoute, kRefuses, "one that is not", {"2"}},
+    {kRoute, kRefuses, "no profile", {"4", "0", "-1", "4294967297"}},
+    {kRoute, kRefuses, "no number", {"", "1 ", "1a"}},
+};
+
+const struct
 {
     Values values;
     int code;
     const char* why;
+} kTogether[] = {
+    {{{kIp, "192.168.1.64"}, {kMask, "255.255.255.192"}}, kRefuses, "a network address under the new mask"},
+    {{{kMask, "255.255.255.192"}, {kIp, "192.168.1.64"}}, kRefuses, "in either order"},
+    {{{kIp, "192.168.1.65"}, {kMask, "255.255.255.192"}}, kTakes, "one above"},
+    {{{kIp, "192.168.1.1"}, {kMask, "255.0.0.0"}}, kRefuses, "a mask no LAN can have"},
+    {{{kIp, "192.168.1.1"}, {kMask, std::string(512, '2')}}, kRefuses, "a mask longer than any buffer"},
+    {{{kMask, std::string(400, '2') + ".1.1.1"}, {kIp, "192.168.1.1"}}, kRefuses, "the same in front"},
+    {{{kStart, "192.168.1.2"}, {kEnd, "192.168.1.10"}}, kTakes, "both moved below the stored start"},
+    {{{kStart, "192.168.1.255"}, {kEnd, "192.168.1.255"}}, kRefuses, "both the broadcast address"},
+    {{{kMask, "255.255.255.192"}, {kStart, "192.168.1.62"}, {kEnd, "192.168.1.62"}}, kTakes, "last of a quarter"},
+    {{{kMask, "255.255.255.192"}, {kStart, "192.168.1.63"}, {kEnd, "192.168.1.63"}}, kRefuses, "its broadcast"},
+    {{{kMask, "255.255.255.192"}, {kStart, "192.168.1.65"}, {kEnd, "192.168.1.70"}}, kRefuses, "its neighbour"},
+    {{{kIp, "10.1.2.1"}, {kMask, "255.255.255.0"}, {kStart, "10.1.2.10"}, {kEnd, "10.1.2.20"}}, kTakes, "a move"},
+    {{{kEnd, "10.1.2.20"}, {kStart, "10.1.2.10"}, {kMask, "255.255.255.0"}, {kIp, "10.1.2.1"}}, kTakes, "any order"},
+    {{{kIp, "10.1.2.1"}, {kStart, "10.1.2.10"}}, kTakes, "the last part alone is held against the stored end"},
+    {{{kStart, "10.1.2.10"}, {kEnd, "10.1.2.20"}}, kRefuses, "a pool that moves without its LAN"},
+    {{{kIp, "10.1.2.1"}, {kStart, "10.1.2.10"}, {kEnd, "192.168.1.20"}}, kRefuses, "an end left behind"},
+    {{{kIp, "10.1.2.1"}, {kIp, "10.1.3.1"}, {kStart, "10.1.2.10"}}, kRefuses, "the last value given counts"},
+    {{{kIp, "10.1.3.1"}, {kIp, "10.1.2.1"}, {kStart, "10.1.2.10"}}, kTakes, "the last value given counts"},
+    {{{kExtern, "192.168.1.1"}, {kIp, "192.168.1.2"}}, kTakes, "no longer the LAN's address"},
+    {{{kExtern, "192.168.1.2"}, {kIp, "192.168.1.2"}}, kRefuses, "the LAN's new address"},
+    {{{kWanGateway, "10.0.0.2"}, {kIp, "10.0.0.1"}}, kTakes, "inside the new LAN"},
+    {{{kWanGateway, "192.168.1.254"}, {kIp, "192.168.1.254"}}, kRefuses, "the router's new address"},
 };
 }  // namespace
 
 TEST_F(Lan, OneRequestIsJudgedTogether)
 {
-    const SetCase cases[] = {
-        {{{kIp, "192.168.1.2"}}, kTakes, "another address of the segment"},
-        {{{kIp, "192.168.1.255"}}, kTakes, "the broadcast address is not told apart"},
-        {{{kIp, "10.0.0.1"}}, kTakes, "another segment"},
-        {{{kIp, "192.168.1.0"}}, kRefuses, "the network address"},
-        {{{kIp, "10.254.254.1"}}, kRefuses, "the router's own segment"},
-        {{{kIp, "10.254.253.1"}}, kTakes, "beside it"},
-        {{{kIp, "127.0.0.1"}}, kRefuses, "no IPv4 address"},
-        {{{kIp, "192.168.1.64"}}, kTakes, "no network address under the stored mask"},
-        {{{kIp, "192.168.1.64"}, {kMask, "255.255.255.192"}}, kRefuses, "one under the new mask"},
-        {{{kMask, "255.255.255.192"}, {kIp, "192.168.1.64"}}, kRefuses, "in either order"},
-        {{{kIp, "192.168.1.65"}, {kMask, "255.255.255.192"}}, kTakes, "one above"},
-        {{{kIp, "192.168.1.1"}, {kMask, "255.0.0.0"}}, kRefuses, "a mask no LAN can have"},
-        {{{kIp, "192.168.1.1"}, {kMask, std::string(512, '2')}}, kRefuses, "a mask longer than any buffer"},
-        {{{kMask, std::string(400, '2') + ".1.1.1"}, {kIp, "192.168.1.1"}}, kRefuses, "the same in front"},
-
-        {{{kStart, "192.168.1.2"}}, kTakes, "a lower start"},
-        {{{kStart, "192.168.1.1"}}, kTakes, "the router's own address is not told apart"},
-        {{{kStart, "192.168.1.200"}}, kTakes, "start and end the same"},
-        {{{kStart, "192.168.1.201"}}, kRefuses, "above the end"},
-        {{{kStart, "192.168.1.0"}}, kRefuses, "the network address"},
-        {{{kStart, "192.168.2.10"}}, kRefuses, "another segment"},
-        {{{kStart, "192.169.1.10"}}, kRefuses, "differs in the second part"},
-        {{{kStart, "191.168.1.10"}}, kRefuses, "differs in the first part"},
-        {{{kStart, "192.168.1"}}, kRefuses, "no address"},
-        {{{kEnd, "192.168.1.254"}}, kTakes, "a higher end"},
-        {{{kEnd, "192.168.1.255"}}, kRefuses, "the broadcast address"},
-        {{{kEnd, "192.168.1.100"}}, kTakes, "end and start the same"},
-        {{{kEnd, "192.168.1.99"}}, kRefuses, "below the start"},
-        {{{kEnd, "192.168.2.254"}}, kRefuses, "another segment"},
-        {{{kStart, "192.168.1.2"}, {kEnd, "192.168.1.10"}}, kTakes, "both moved below the stored start"},
-        {{{kEnd, "192.168.1.10"}}, kRefuses, "apart, the end comes below the stored start"},
-        {{{kStart, "192.168.1.255"}, {kEnd, "192.168.1.255"}}, kRefuses, "both the broadcast address"},
-        {{{kMask, "255.255.255.192"}, {kStart, "192.168.1.62"}, {kEnd, "192.168.1.62"}}, kTakes, "last of a quarter"},
-        {{{kMask, "255.255.255.192"}, {kStart, "192.168.1.63"}, {kEnd, "192.168.1.63"}}, kRefuses, "its broadcast"},
-        {{{kMask, "255.255.255.192"}, {kStart, "192.168.1.65"}, {kEnd, "192.168.1.70"}}, kRefuses, "its neighbour"},
-        {{{kMask, "255.255.255.192"}}, kTakes, "a mask alone is not held against the pool"},
-
-        {{{kIp, "10.1.2.1"}, {kMask, "255.255.255.0"}, {kStart, "10.1.2.10"}, {kEnd, "10.1.2.20"}}, kTakes, "a move"},
-        {{{kEnd, "10.1.2.20"}, {kStart, "10.1.2.10"}, {kMask, "255.255.255.0"}, {kIp, "10.1.2.1"}},
-         kTakes,
-         "in any order"},
-        {{{kIp, "10.1.2.1"}, {kStart, "10.1.2.10"}}, kTakes, "the last part alone is held against the stored end"},
-        {{{kStart, "10.1.2.10"}, {kEnd, "10.1.2.20"}}, kRefuses, "a pool that moves without its LAN"},
-        {{{kIp, "10.1.2.1"}, {kStart, "10.1.2.10"}, {kEnd, "192.168.1.20"}}, kRefuses, "an end left behind"},
-        {{{kIp, "10.1.2.1"}, {kIp, "10.1.3.1"}, {kStart, "10.1.2.10"}}, kRefuses, "the last value given counts"},
-        {{{kIp, "10.1.3.1"}, {kIp, "10.1.2.1"}, {kStart, "10.1.2.10"}}, kTakes, "the last value given counts"},
-
-        {{{kExtern, "192.168.1.2"}}, kTakes, "not the LAN's address"},
-        {{{kExtern, "192.168.1.1"}}, kRefuses, "the LAN's address"},
-        {{{kExtern, "192.168.1.1"}, {kIp, "192.168.1.2"}}, kTakes, "no longer the LAN's address"},
-        {{{kExtern, "192.168.1.2"}, {kIp, "192.168.1.2"}}, kRefuses, "the LAN's new address"},
-        {{{kExtern, "0.0.0.0"}}, kRefuses, "no address"},
-
-        {{{kWanGateway, "192.168.1.254"}}, kTakes, "a host of the LAN"},
-        {{{kWanGateway, "192.168.1.1"}}, kRefuses, "the router itself"},
-        {{{kWanGateway, "192.168.1.255"}}, kRefuses, "broadcast"},
-        {{{kWanGateway, "192.168.1.0"}}, kRefuses, "network"},
-        {{{kWanGateway, "10.0.0.1"}}, kRefuses, "outside the LAN"},
-        {{{kWanGateway, "10.0.0.2"}, {kIp, "10.0.0.1"}}, kTakes, "inside the new LAN"},
-        {{{kWanGateway, "192.168.1.254"}, {kIp, "192.168.1.254"}}, kRefuses, "the router's new address"},
-        {{{kWanGateway, "gateway"}}, kRefuses, "no address"},
-
-        {{{kRoute, "1"}}, kTakes, "first profile"},
-        {{{kRoute, "3"}}, kTakes, "last profile"},
-        {{{kRoute, "003"}}, kTakes, "digits"},
-        {{{kRoute, "2"}}, kRefuses, "a profile that is not enabled"},
-        {{{kRoute, "4"}}, kRefuses, "above the number of profiles"},
-        {{{kRoute, "0"}}, kRefuses, "below"},
-        {{{kRoute, "-1"}}, kRefuses, "negative"},
-        {{{kRoute, ""}}, kRefuses, "empty"},
-        {{{kRoute, "1 "}}, kRefuses, "a blank"},
-        {{{kRoute, "1a"}}, kRefuses, "a letter"},
-        {{{kRoute, "4294967297"}}, kRefuses, "would wrap to 1"},
-    };
-    for (const SetCase& c : cases)
+    for (const auto& c : kAlone)
+        for (const std::string& value : c.values)
+        {
+            Factory();
+            EXPECT_EQ(Set({{c.object, value}}), c.code) << c.object << "=" << value << ": " << c.why;
+        }
+    for (const auto& c : kTogether)
     {
         Factory();
         EXPECT_EQ(Set(c.values), c.code) << c.values[0].first << "=" << c.values[0].second << ": " << c.why;
@@ -189,41 +175,24 @@ TEST_F(Lan, DefaultGatewayAsksThePlatform)
 
 TEST_F(Lan, DmzIpLiesInTheLan)
 {
-    const std::vector<CodeCase> cases = {
-        {"192.168.1.50", kTakes, "a host"},
-        {"192.168.1.1", kTakes, "the router itself is not told apart"},
-        {"192.168.1.255", kRefuses, "broadcast"},
-        {"192.168.1.0", kRefuses, "network"},
-        {"192.168.2.50", kRefuses, "another segment"},
-        {"10.0.0.1", kRefuses, "another network"},
-        {"192.168.1.050", kRefuses, "leading zero"},
-        {"", kRefuses, "empty"},
-    };
-    ExpectCodes(CHECK(validDmzIp), cases);
+    ExpectCodes(CHECK(validDmzIp),
+                {{kTakes, "a host; the router itself is not told apart", {"192.168.1.50", "192.168.1.1"}},
+                 {kRefuses, "broadcast and network", {"192.168.1.255", "192.168.1.0"}},
+                 {kRefuses, "outside", {"192.168.2.50", "10.0.0.1"}},
+                 {kRefuses, "no address", {"192.168.1.050", ""}}});
 }
 
 TEST_F(Lan, MasksOfALan)
 {
-    const std::vector<CodeCase> cases = {
-        {"255.255.255.252", kTakes, "smallest segment"},
-        {"255.255.255.248", kTakes, "29 bits"},
-        {"255.255.255.240", kTakes, "28 bits"},
-        {"255.255.255.224", kTakes, "27 bits"},
-        {"255.255.255.192", kTakes, "26 bits"},
-        {"255.255.255.128", kTakes, "25 bits"},
-        {"255.255.255.0", kTakes, "largest segment"},
-        {"255x255y255z0", kTakes, "any character for a dot"},
-        {"255.255.255.254", kRefuses, "no host"},
-        {"255.255.255.255", kRefuses, "no host"},
-        {"255.255.0.0", kRefuses, "larger than a LAN"},
-        {"255.255.255.1", kRefuses, "a gap"},
-        {"255.255.255.00", kRefuses, "two zeros"},
-        {"255.255.255.0 ", kRefuses, "a blank"},
-        {" 255.255.255.0", kRefuses, "a blank in front"},
-        {"255.255.255", kRefuses, "three parts"},
-        {"", kRefuses, "empty"},
-    };
-    ExpectCodes(CHECK(validLanMask), cases);
+    ExpectCodes(
+        CHECK(validLanMask),
+        {{kTakes, "24 to 26 bits", {"255.255.255.0", "255.255.255.128", "255.255.255.192"}},
+         {kTakes, "27 to 30 bits", {"255.255.255.224", "255.255.255.240", "255.255.255.248", "255.255.255.252"}},
+         {kTakes, "any character for a dot", {"255x255y255z0"}},
+         {kRefuses, "no host", {"255.255.255.254", "255.255.255.255"}},
+         {kRefuses, "larger than a LAN", {"255.255.0.0"}},
+         {kRefuses, "no mask", {"255.255.255.1", "255.255.255.00", "255.255.255", ""}},
+         {kRefuses, "a blank", {"255.255.255.0 ", " 255.255.255.0"}}});
     OutputCapture output;
     EXPECT_EQ(validLanMask("255.255.255.0"), kTakes);
     EXPECT_EQ(output.Text(), "match") << "and no log line";

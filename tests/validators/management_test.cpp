@@ -45,30 +45,17 @@ protected:
 TEST_F(ApnBinding, OneInterface)
 {
     g_stConfigWANIF.count = 1;
-    ExpectVerdicts(check_, {
-                               {"1", "0", "the only one, though its profile is off"},
-                               {"2", kOnlyOne, "no second"},
-                               {"0", kOnlyOne, "counted from 1"},
-                               {"4294967297", kOnlyOne, "would wrap to 1"},
-                               {"x", kOnlyOne, "no number"},
-                           });
+    ExpectVerdicts(check_, {{"0", "the only one, though its profile is off", {"1"}},
+                            {kOnlyOne, "no second, none before, no number", {"2", "0", "4294967297", "x"}}});
     EXPECT_TRUE(platform.Calls("get getApnInstance").empty());
 }
 
 TEST_F(ApnBinding, SeveralInterfaces)
 {
-    ExpectVerdicts(check_, {
-                               {"0", kBeyond, "counted from 1"},
-                               {"-1", kBeyond, "negative"},
-                               {"-2147483648", kBeyond, "the least"},
-                               {"5", kBeyond, "no fifth"},
-                               {"4294967300", kBeyond, "would wrap to 4"},
-                               {"", kBeyond, "no number"},
-                               {"1", kOff, "off"},
-                               {"2", "0", "off, but carries the default route"},
-                               {"3", kOff, "off"},
-                               {"4", "0", "on"},
-                           });
+    ExpectVerdicts(check_, {{kBeyond, "counted from 1 to 4", {"0", "-1", "-2147483648", "5", "4294967300", ""}},
+                            {kOff, "off", {"1", "3"}},
+                            {"0", "off, but carries the default route", {"2"}},
+                            {"0", "on", {"4"}}});
     EXPECT_EQ(platform.Calls("get getApnInstance"),
               (std::vector<std::string>{"get getApnInstance 0", "get getApnInstance 2", "get getApnInstance 3"}))
         << "profiles are counted from 0, and read where they decide";
@@ -116,54 +103,19 @@ TEST_F(ApnBinding, ProfileIsOnOnlyWithExactlyOne)
     EXPECT_EQ(Judge(check_, "1"), "0") << "no profile to say that it is off";
 }
 
-TEST(Bandwidth, NumberAndUnit)
+TEST(Management, BandwidthCommandTextDigitMap)
 {
-    ExpectVerdicts(CHECK(validIperfUdpBandWidth), {
-                                                      {"10M", "0", "megabits"},
-                                                      {"500K", "0", "kilobits"},
-                                                      {"1K", "0", "one digit"},
-                                                      {std::string(8190, '1') + "M", "0", "a message full"},
-                                                      {"9007199254740993M", "0", "any number of digits"},
-                                                      {"0M", kNoMatch, "zero"},
-                                                      {"010M", kNoMatch, "a leading zero"},
-                                                      {"10m", kNoMatch, "the unit's case counts"},
-                                                      {"10k", kNoMatch, "the unit's case counts"},
-                                                      {"10", kNoMatch, "no unit"},
-                                                      {"M", kNoMatch, "no number"},
-                                                      {"10G", kNoMatch, "no such unit"},
-                                                      {"10KM", kNoMatch, "two units"},
-                                                      {"1.5M", kNoMatch, "a point"},
-                                                      {"-1M", kNoMatch, "a sign"},
-                                                      {" 10M", kNoMatch, "a blank before"},
-                                                      {"10 M", kNoMatch, "a blank between"},
-                                                      {"10M\n", kNoMatch, "a newline"},
-                                                      {"10M;", kNoMatch, "more behind"},
-                                                      {"", kNoMatch, "empty"},
-                                                  });
-}
-
-TEST(CommandText, HasNoSemicolon)
-{
-    ExpectVerdicts(CHECK(validCommonStr), {
-                                              {"", "0", "empty"},
-                                              {"fw.bin", "0", "a name"},
-                                              {"a b:c,d'e", "0", "other marks"},
-                                              {";", "2", "alone"},
-                                              {"fw.bin;reboot", "2", "between"},
-                                              {"fw.bin;", "2", "at the end"},
-                                              {std::string(8000, 'a') + ";", "2", "far behind"},
-                                          });
-}
-
-TEST(DigitMap, Length)
-{
-    ExpectVerdicts(CHECK(validDigitMap), {
-                                             {"x", "0", "shortest"},
-                                             {"[2-8]xxxxxx|13xxxxxxxxx", "0", "a map"},
-                                             {std::string(1024, 'x'), "0", "longest"},
-                                             {std::string(1025, 'x'), "2", "one above"},
-                                             {std::string(8000, 'x'), "2", "long"},
-                                             {"", "2", "empty"},
-                                         });
+    ExpectVerdicts(CHECK(validIperfUdpBandWidth),
+                   {{"0", "a number and a unit", {"10M", "500K", "1K", "9007199254740993M"}},
+                    {"0", "a message full", {std::string(8190, '1') + "M"}},
+                    {kNoMatch, "no number", {"0M", "010M", "M", "1.5M", "-1M", ""}},
+                    {kNoMatch, "no such unit", {"10m", "10k", "10", "10G", "10KM"}},
+                    {kNoMatch, "more beside it", {" 10M", "10 M", "10M\n", "10M;"}}});
+    ExpectVerdicts(CHECK(validCommonStr), {{"0", "no semicolon", {"", "fw.bin", "a b:c,d'e"}},
+                                           {"2", "a semicolon", {";", "fw.bin;reboot", "fw.bin;"}},
+                                           {"2", "far behind", {std::string(8000, 'a') + ";"}}});
+    ExpectVerdicts(CHECK(validDigitMap),
+                   {{"0", "1 to 1024 characters", {"x", "[2-8]xxxxxx|13xxxxxxxxx", std::string(1024, 'x')}},
+                    {"2", "more and none", {std::string(1025, 'x'), std::string(8000, 'x'), ""}}});
 }
 }  // namespace kobd::test

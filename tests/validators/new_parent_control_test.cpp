@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/recording_platform.h"
+#include "tests/validators/judge.h"
 #include "tests/validators/row_verdict.h"
 #include "validators/time_rules.h"
 
@@ -22,98 +23,61 @@ std::string Spans(int count, const std::string& span = "120823")
     return text;
 }
 
-struct TextCase
+// Calls the check with every text of every kind.
+void ExpectTimes(int (*check)(const char*), const std::vector<TextsByCode>& kinds)
 {
-    std::string text;
-    int code;
-    const char* why;
-};
+    for (const TextsByCode& kind : kinds)
+        for (const std::string& text : kind.texts)
+            EXPECT_EQ(check(text.c_str()), kind.code) << text << ": " << kind.why;
+    EXPECT_EQ(check(nullptr), kRefuse);
+}
 }  // namespace
 
 TEST(TimeSpan, DaysAndHours)
 {
-    const TextCase kCases[] = {
-        {"160823", kAccept, "Monday to Saturday"},
-        {"160822", kAccept, "an hour less"},
-        {"000000", kAccept, "all zero"},
-        {"060023", kAccept, "the week"},
-        {"660023", kAccept, "one day"},
-        {"330808", kAccept, "one day, one hour"},
-        {"330807", kRefuse, "the hours of one day fall"},
-        {"340807", kAccept, "hours may fall over several days"},
-        {"500023", kAccept, "a last day of 0 takes any first day"},
-        {"602300", kAccept, "hours may fall to a last day of 0"},
-        {"002300", kRefuse, "but not within day 0"},
-        {"520023", kRefuse, "days fall"},
-        {"650023", kRefuse, "days fall by one"},
-        {"710023", kRefuse, "first day above 6"},
-        {"170023", kRefuse, "last day above 6"},
-        {"120024", kRefuse, "end hour above 23"},
-        {"122400", kRefuse, "start hour above 23"},
-        {"129900", kRefuse, "start hour far above"},
-        {"1600240", kRefuse, "seven characters"},
-        {"16082", kRefuse, "five characters"},
-        {"", kRefuse, "empty"},
-        {"16082a", kRefuse, "a letter"},
-        {"1608-3", kRefuse, "a sign"},
-        {" 60823", kRefuse, "a blank"},
-        {"16:823", kRefuse, "the character behind 9"},
-        {"16/823", kRefuse, "the character before 0"},
+    const std::vector<TextsByCode> spans = {
+        {kAccept, "days rise, hours too", {"160823", "160822", "000000", "060023"}},
+        {kAccept, "one day, one hour", {"660023", "330808"}},
+        {kRefuse, "the hours of one day fall, of day 0 too", {"330807", "002300"}},
+        {kAccept, "hours may fall over several days", {"340807", "602300"}},
+        {kAccept, "a last day of 0 takes any first day", {"500023"}},
+        {kRefuse, "days fall", {"520023", "650023"}},
+        {kRefuse, "day above 6", {"710023", "170023"}},
+        {kRefuse, "hour above 23", {"120024", "122400", "129900"}},
+        {kRefuse, "another length", {"1600240", "16082", ""}},
+        {kRefuse, "no digit; what lies beside the digits in ASCII", {"16082a", "1608-3", " 60823", "16:823", "16/823"}},
     };
-    for (const TextCase& c : kCases)
-    {
-        EXPECT_EQ(validTimeSingle(c.text.c_str()), c.code) << c.text << ": " << c.why;
-        EXPECT_EQ(validTimeStr(c.text.c_str()), c.code) << c.text << " as a time value: " << c.why;
-    }
-    EXPECT_EQ(validTimeSingle(nullptr), kRefuse);
-    EXPECT_EQ(validTimeStr(nullptr), kRefuse);
+    ExpectTimes(validTimeSingle, spans);
+    ExpectTimes(validTimeStr, spans);
 }
 
 TEST(TimeValue, Spans)
 {
-    const TextCase kCases[] = {
-        {"120823,340918", kAccept, "two"},
-        {Spans(84), kAccept, "587 characters"},
-        {Spans(85), kRefuse, "594 characters"},
-        {"12082334", kRefuse, "length 8"},
-        {"120823,", kRefuse, "length 7, a separator behind"},
-        {",120823", kRefuse, "length 7, a separator before"},
-        {"120823;340918", kRefuse, "another separator"},
-        {"1208230340918", kRefuse, "no separator"},
-        {"12082,3340918", kRefuse, "separator too early"},
-        {"120823,34091,", kRefuse, "short last one"},
-        {"120823,,40918", kRefuse, "an empty part"},
-        {"120823,520023", kRefuse, "the second is judged too"},
-        {Spans(83) + ",520023", kRefuse, "and the last"},
-        {std::string(6, ','), kRefuse, "separators alone"},
-        {std::string(587, ','), kRefuse, "as many as there may be characters"},
-        {std::string(587, '1'), kRefuse, "digits alone"},
-    };
-    for (const TextCase& c : kCases) EXPECT_EQ(validTimeStr(c.text.c_str()), c.code) << c.why;
+    ExpectTimes(validTimeStr, {
+                                  {kAccept, "two", {"120823,340918"}},
+                                  {kAccept, "587 characters", {Spans(84)}},
+                                  {kRefuse, "594 characters", {Spans(85)}},
+                                  {kRefuse, "lengths 7 and 8", {"120823,", ",120823", "12082334"}},
+                                  {kRefuse, "another separator or none", {"120823;340918", "1208230340918"}},
+                                  {kRefuse, "a span too short", {"12082,3340918", "120823,34091,", "120823,,40918"}},
+                                  {kRefuse, "every span is judged", {"120823,520023", Spans(83) + ",520023"}},
+                                  {kRefuse, "separators alone", {std::string(6, ','), std::string(587, ',')}},
+                                  {kRefuse, "digits alone", {std::string(587, '1')}},
+                              });
 }
 
 TEST(NewParentControl, Fields)
 {
     ResetRows();
-    kCheck.Expect({
-        {{{"Enable", "0"}}, kAccept, kSilent, "off"},
-        {{{"Enable", "2"}}, kRefuse, kSilent, "neither on nor off"},
-        {{{"Enable", "01"}}, kRefuse, kSilent, "two digits"},
-        {{{"Enable", "true"}}, kRefuse, kSilent, "a word"},
-        {{{"Enable", ""}}, kRefuse, kSilent, "empty"},
-        {{{"Name", ""}}, kRefuse, kSilent, "empty name"},
-        {{{"Name", std::string(32, 'n')}}, kAccept, kSilent, "longest name"},
-        {{{"Name", std::string(33, 'n')}}, kRefuse, kSilent, "one more"},
-        {{{"Name", "a=b"}}, kRefuse, kSilent, "refused character"},
-        {{{"Name", "a b"}}, kRefuse, kSilent, "a blank"},
-        {{{"Host", ""}}, kRefuse, kSilent, "empty host"},
-        {{{"Host", "192.168.1.20"}}, kRefuse, kSilent, "an address"},
-        {{{"Host", "FF:FF:FF:FF:FF:FF"}}, kRefuse, kSilent, "broadcast"},
-        {{{"Host", "aa-bb-cc-dd-ee-ff"}}, kAccept, kSilent, "hyphens"},
-        {{{"Time", ""}}, kRefuse, kSilent, "empty time"},
-        {{{"Time", Spans(84)}}, kAccept, kSilent, "longest time"},
-        {{{"Time", Spans(85)}}, kRefuse, kSilent, "one span more"},
-        {{{"Time", "160824"}}, kRefuse, kSilent, "hour 24"},
+    kCheck.ExpectEach({
+        {"Enable", kAccept, kSilent, "off", {"0"}},
+        {"Enable", kRefuse, kSilent, "neither on nor off", {"2", "01", "true", ""}},
+        {"Name", kAccept, kSilent, "longest", {std::string(32, 'n')}},
+        {"Name", kRefuse, kSilent, "empty, too long, refused characters", {"", std::string(33, 'n'), "a=b", "a b"}},
+        {"Host", kRefuse, kSilent, "no MAC address", {"", "192.168.1.20", "FF:FF:FF:FF:FF:FF"}},
+        {"Host", kAccept, kSilent, "hyphens", {"aa-bb-cc-dd-ee-ff"}},
+        {"Time", kAccept, kSilent, "longest", {Spans(84)}},
+        {"Time", kRefuse, kSilent, "empty, one span more, hour 24", {"", Spans(85), "160824"}},
     });
     kCheck.ExpectNothingBesideFields();
 }

@@ -37,56 +37,34 @@ RowCheck With(const Fields& ports)
 TEST(PortForward, FieldsInOrder)
 {
     ResetRows();
-    With(Src("8080"))
-        .Expect({
-            {{{"Protocol", "udp"}}, kAccept, kSilent, "udp"},
-            {{{"Protocol", "tcpudp"}}, kAccept, kSilent, "both"},
-            {{{"Protocol", "TCP"}}, kRefuse, kProtocol, "capitals"},
-            {{{"Protocol", "all"}}, kRefuse, kProtocol, "no protocol of a port rule"},
-            {{{"Protocol", ""}}, kRefuse, kProtocol, "empty"},
-            {{{"Protocol", "tcpudp1"}}, kRefuse, kProtocol, "more behind"},
-            {{{"IP", "192.168.1.300"}}, kRefuse, kIpv4, "IP is another name of DestIPAddress"},
-            {{{"DestIPAddress", ""}}, kRefuse, kIpv4, "empty"},
-            {{{"DestIPAddress", "127.0.0.1"}}, kRefuse, kIpv4, "loopback"},
-            {{{"DestPort", ""}}, kAccept, kSilent, "the inner port is not judged"},
-            {{{"DestPort", "x"}}, kAccept, kSilent, "whatever it says"},
-            {{{"Protocol", "x"}, {"SrcPort", "x"}}, kRefuse, kProtocol, "protocol first"},
-            {{{"SrcPort", "x"}, {"DestIPAddress", "x"}}, kRefuse, kRange, "ports before the address"},
-        });
-    With(Src("8080")).ExpectNothingBesideFields();
+    const RowCheck check = With(Src("8080"));
+    check.ExpectEach({
+        {"Protocol", kAccept, kSilent, "one or both", {"tcp", "udp", "tcpudp"}},
+        {"Protocol", kRefuse, kProtocol, "no protocol of a port rule", {"TCP", "all", "", "tcpudp1"}},
+        {"IP", kRefuse, kIpv4, "IP is another name of DestIPAddress", {"192.168.1.300"}},
+        {"DestIPAddress", kRefuse, kIpv4, "no address of a host", {"", "127.0.0.1"}},
+        {"DestPort", kAccept, kSilent, "the inner port is not judged", {"", "x"}},
+    });
+    check.Expect({
+        {{{"Protocol", "x"}, {"SrcPort", "x"}}, kRefuse, kProtocol, "protocol first"},
+        {{{"SrcPort", "x"}, {"DestIPAddress", "x"}}, kRefuse, kRange, "ports before the address"},
+    });
+    check.ExpectNothingBesideFields();
 }
 
 TEST(PortForward, ExternalPorts)
 {
     ResetRows();
-    kCheck.Expect({
-        {Src("1"), kAccept, kSilent, "lowest port"},
-        {Src("65535"), kAccept, kSilent, "highest port"},
-        {Src("1-65535"), kAccept, kSilent, "all ports"},
-        {Src("100-100"), kAccept, kSilent, "both ends equal"},
-        {Src("99-100"), kAccept, kSilent, "numbers are compared, not texts"},
-        {Src("100-"), kAccept, kSilent, "nothing behind the last separator: one port"},
-        {Src("200-100"), kRefuse, kRange, "falling"},
-        {Src("100-99"), kRefuse, kRange, "falling by one"},
-        {Src("0"), kRefuse, kRange, "port 0"},
-        {Src("0-10"), kRefuse, kRange, "range from 0"},
-        {Src("65536"), kRefuse, kRange, "above the highest"},
-        {Src("1-65536"), kRefuse, kRange, "upper end above the highest"},
-        {Src("4294967376"), kRefuse, kRange, "would wrap to 80"},
-        {Src("18446744073709551696-65535"), kRefuse, kRange, "would wrap to 80 in 64 bits"},
-        {Src("080"), kRefuse, kRange, "leading zero"},
-        {Src("1-02"), kRefuse, kRange, "leading zero of the upper end"},
-        {Src("-80"), kRefuse, kRange, "nothing before the separator"},
-        {Src("-"), kRefuse, kRange, "a separator alone"},
-        {Src("--"), kRefuse, kRange, "two separators alone"},
-        {Src("1--2"), kRefuse, kRange, "an empty part between"},
-        {Src("1-2-3"), kRefuse, kRange, "three parts"},
-        {Src("1-2-x"), kRefuse, kRange, "a third part that is no port"},
-        {Src("1:2"), kRefuse, kRange, "another separator"},
-        {Src("80,90"), kRefuse, kRange, "a list"},
-        {Src(" 80"), kRefuse, kRange, "a blank before"},
-        {Src("+80"), kRefuse, kRange, "a sign"},
-        {Src("http"), kRefuse, kRange, "a word"},
+    kCheck.ExpectEach({
+        {"SrcPort", kAccept, kSilent, "one port or a range", {"1", "65535", "1-65535", "100-100", "99-100"}},
+        {"SrcPort", kAccept, kSilent, "nothing behind the last separator: one port", {"100-"}},
+        {"SrcPort", kRefuse, kRange, "falling", {"200-100", "100-99"}},
+        {"SrcPort", kRefuse, kRange, "out of range", {"0", "0-10", "65536", "1-65536"}},
+        {"SrcPort", kRefuse, kRange, "would wrap to 80", {"4294967376", "18446744073709551696-65535"}},
+        {"SrcPort", kRefuse, kRange, "leading zero", {"080", "1-02"}},
+        {"SrcPort", kRefuse, kRange, "an empty part", {"-80", "-", "--", "1--2"}},
+        {"SrcPort", kRefuse, kRange, "three parts", {"1-2-3", "1-2-x"}},
+        {"SrcPort", kRefuse, kRange, "no port", {"1:2", "80,90", " 80", "+80", "http"}},
     });
 }
 

@@ -15,75 +15,85 @@ namespace
 {
 const std::string kNoMatch = "2|regexMatchFunction: REGEX_ERROR: regex no match\n";
 const std::string kBadBandList = "2|validBandLock: invalid\n";
+
+const std::vector<TextsByVerdict> kRadioPreferMode = {
+    {"0", "the two", {"4G", "5G"}},
+    {"2", "nothing else", {"4g", "", "3G", "4G5G", "4G "}},
+};
+
+const std::vector<TextsByVerdict> kPreMode = {
+    {"0", "in either case", {"LTE_TD_pre", "TD_GSM_pre", "lte_td_PRE"}},
+    {"2", "nothing else, nor a word of the other list", {"LTE_TD", "LTE_TD_pre ", "TD_LTE_auto", ""}},
+};
+
+const std::vector<TextsByVerdict> kErrValid = {
+    {"0", "in either case", {"TD_LTE_auto", "Only_LTE", "Only_TD", "Only_GSM", "ONLY_gsm"}},
+    {"2", "nothing else, nor a word of the other list", {"Only", "LTE_TD_pre", ""}},
+};
+
+const std::vector<TextsByVerdict> kEventNotifyComd = {
+    {"0", "a slash anywhere", {"/", "/bin/true x", "a b /c"}},
+    {"0", "the 63rd character", {std::string(62, 'a') + "/"}},
+    {"2", "the 64th", {std::string(63, 'a') + "/"}},
+    {"2", "no path", {"true", "a\\b", ""}},
+};
+
+// What a list must look like is tested at the check that both locks share.
+const std::vector<TextsByVerdict> kLteBandLock = {
+    {"0", "no lock, bands of the list", {"", "3;7;20;", "41;"}},
+    {kBadBandList, "not ended", {"3;7"}},
+    {"2", "not supported: an NR band", {"78;"}},
+};
+
+const std::vector<TextsByVerdict> kNrBandLock = {
+    {"0", "no lock, bands of the list", {"", "1;78;"}},
+    {kBadBandList, "not ended", {"78"}},
+    {"2", "not supported: an LTE band", {"3;"}},
+};
+
+const std::vector<TextsByVerdict> kTacLockList = {
+    {"0", "no lock, lowest and highest", {"", "1;", "65535;", "1;65535;", "7;7;"}},
+    {"0", "four and five digits", {"9999;", "10000;", "59999;", "60000;64999;", "65499;65500;65529;65530;"}},
+    {"0", "eight, 48 characters", {"1;2;3;4;5;6;7;8;", "10001;10002;10003;10004;10005;10006;10007;10008;"}},
+    {"2", "nine", {"1;2;3;4;5;6;7;8;9;"}},
+    {kNoMatch, "no code in 48 characters", {std::string(48, ';')}},
+    {"2", "49 characters", {std::string(49, ';'), "10001;10002;10003;10004;10005;10006;10007;010008;"}},
+    {kNoMatch, "out of range", {"0;", "65536;", "1;65536;", "66000;", "70000;", "99999;", "100000;"}},
+    {kNoMatch, "not ended", {"1;2", "1"}},
+    {kNoMatch, "an empty one", {";", "1;;2;", ";1;", "1;;"}},
+    {kNoMatch, "more than digits", {"01;", "1; 2;", "1,2;", "-1;", "1;\n", "a;"}},
+};
+
+const std::vector<TextsByVerdict> kTacLockTimes = {
+    {"0", "1 to 8", {"1", "8"}},
+    {kNoMatch, "nothing else", {"0", "9", "", "11", "08", "1\n", std::string(8000, '1')}},
+};
+
+const std::vector<TextsByVerdict> kTxPowerLimit = {
+    {"0", "no limit", {"0"}},
+    {"0", "0 to 23 dBm", {"1,0",  "1,1",  "1,2",  "1,3",  "1,4",  "1,5",  "1,6",  "1,7",
+                          "1,8",  "1,9",  "1,10", "1,11", "1,12", "1,13", "1,14", "1,15",
+                          "1,16", "1,17", "1,18", "1,19", "1,20", "1,21", "1,22", "1,23"}},
+    {kNoMatch, "a limit without its power, a power without a limit", {"1", "1,", "0,5"}},
+    {kNoMatch, "no such power", {"1,24", "1,30", "1,100", "1,05", "1,-1"}},
+    {kNoMatch, "no such flag", {"2,5", "01,5", "00", "", std::string(8000, '0')}},
+    {kNoMatch, "more or other characters", {"1, 5", "1;5", "1,5,", "0\n"}},
+};
 }  // namespace
 
-TEST(RadioMode, Words)
-{
-    ExpectVerdicts(CHECK(validRadioPreferMode), {
-                                                    {"4G", "0", "LTE"},
-                                                    {"5G", "0", "NR"},
-                                                    {"4g", "2", "case counts"},
-                                                    {"", "2", "empty"},
-                                                    {"3G", "2", "another"},
-                                                    {"4G5G", "2", "both"},
-                                                    {"4G ", "2", "a blank behind"},
-                                                });
-    ExpectVerdicts(CHECK(validPreMode), {
-                                            {"LTE_TD_pre", "0", "as written"},
-                                            {"TD_GSM_pre", "0", "as written"},
-                                            {"lte_td_PRE", "0", "case does not count"},
-                                            {"LTE_TD", "2", "a beginning"},
-                                            {"LTE_TD_pre ", "2", "a continuation"},
-                                            {"TD_LTE_auto", "2", "a word of the other list"},
-                                            {"", "2", "empty"},
-                                        });
-    ExpectVerdicts(CHECK(validErrValid), {
-                                             {"TD_LTE_auto", "0", "as written"},
-                                             {"Only_LTE", "0", "as written"},
-                                             {"Only_TD", "0", "as written"},
-                                             {"Only_GSM", "0", "as written"},
-                                             {"ONLY_gsm", "0", "case does not count"},
-                                             {"Only", "2", "a beginning"},
-                                             {"LTE_TD_pre", "2", "a word of the other list"},
-                                             {"", "2", "empty"},
-                                         });
-}
-
-TEST(RadioMode, EventNotificationCommandNamesAPath)
-{
-    ExpectVerdicts(CHECK(validEventNotifyComd), {
-                                                    {"/", "0", "the root"},
-                                                    {"/bin/true x", "0", "a path"},
-                                                    {"a b /c", "0", "anywhere"},
-                                                    {std::string(62, 'a') + "/", "0", "the 63rd character"},
-                                                    {std::string(63, 'a') + "/", "2", "the 64th"},
-                                                    {"true", "2", "no path"},
-                                                    {"a\\b", "2", "the other slash"},
-                                                    {"", "2", "empty"},
-                                                });
-}
-
-TEST(BandLock, EachAgainstItsOwnList)
+TEST(Radio, ModesLocksAndPower)
 {
     ResetPlatform();
     platform.nvram = {{"suppband", "1 3 5 7 8 20 28 38 40 41"}, {"suppband5g", "1 78"}};
-    ExpectVerdicts(CHECK(validlteBandLock), {
-                                                {"", "0", "no lock"},
-                                                {"3;7;20;", "0", "three bands"},
-                                                {"41;", "0", "the last of the list"},
-                                                {"3;7", kBadBandList, "not ended"},
-                                                {";", kBadBandList, "no band"},
-                                                {"3;3;", "2", "twice"},
-                                                {"3;4;", "2", "4 is not supported"},
-                                                {"03;", "2", "compared as text"},
-                                                {"78;", "2", "an NR band"},
-                                            });
-    ExpectVerdicts(CHECK(valid5gBandLock), {
-                                               {"", "0", "no lock"},
-                                               {"1;78;", "0", "both"},
-                                               {"78", kBadBandList, "not ended"},
-                                               {"3;", "2", "an LTE band"},
-                                           });
+    ExpectVerdicts(CHECK(validRadioPreferMode), kRadioPreferMode);
+    ExpectVerdicts(CHECK(validPreMode), kPreMode);
+    ExpectVerdicts(CHECK(validErrValid), kErrValid);
+    ExpectVerdicts(CHECK(validEventNotifyComd), kEventNotifyComd);
+    ExpectVerdicts(CHECK(validlteBandLock), kLteBandLock);
+    ExpectVerdicts(CHECK(valid5gBandLock), kNrBandLock);
+    ExpectVerdicts(CHECK(validTacLockList), kTacLockList);
+    ExpectVerdicts(CHECK(validTacLockTimes), kTacLockTimes);
+    ExpectVerdicts(CHECK(validLteTxpowerLimit), kTxPowerLimit);
 }
 
 TEST(BandLock, ListsOfSupportedBandsAreReadAnew)
@@ -97,84 +107,5 @@ TEST(BandLock, ListsOfSupportedBandsAreReadAnew)
     EXPECT_EQ(validlteBandLock("4;"), 2) << "255 characters fill the buffer, the 4 may have been 41";
     platform.nvram["suppband"] = std::string(251, '0') + "2 4";
     EXPECT_EQ(validlteBandLock("4;"), 0) << "254 do not";
-}
-
-TEST(TrackingAreas, CodesWithTheirSemicolons)
-{
-    ExpectVerdicts(CHECK(validTacLockList),
-                   {
-                       {"", "0", "no lock"},
-                       {"1;", "0", "lowest"},
-                       {"65535;", "0", "highest"},
-                       {"1;65535;", "0", "two"},
-                       {"7;7;", "0", "repeated"},
-                       {"9999;", "0", "four digits"},
-                       {"10000;", "0", "five"},
-                       {"59999;", "0", "below 60000"},
-                       {"60000;64999;", "0", "6x"},
-                       {"65499;65500;65529;65530;", "0", "65x"},
-                       {"1;2;3;4;5;6;7;8;", "0", "eight"},
-                       {"10001;10002;10003;10004;10005;10006;10007;10008;", "0", "48 characters"},
-                       {"1;2;3;4;5;6;7;8;9;", "2", "nine"},
-                       {std::string(48, ';'), kNoMatch, "no code in 48 characters"},
-                       {std::string(49, ';'), "2", "49 characters"},
-                       {"10001;10002;10003;10004;10005;10006;10007;010008;", "2", "49 characters with codes"},
-                       {"0;", kNoMatch, "no area"},
-                       {"65536;", kNoMatch, "one above"},
-                       {"1;65536;", kNoMatch, "one above behind a good one"},
-                       {"66000;", kNoMatch, "above"},
-                       {"70000;", kNoMatch, "above"},
-                       {"99999;", kNoMatch, "above"},
-                       {"100000;", kNoMatch, "six digits"},
-                       {"01;", kNoMatch, "a leading zero"},
-                       {"1;2", kNoMatch, "the last not ended"},
-                       {"1", kNoMatch, "not ended"},
-                       {";", kNoMatch, "no code"},
-                       {"1;;2;", kNoMatch, "an empty one between"},
-                       {";1;", kNoMatch, "an empty one in front"},
-                       {"1;;", kNoMatch, "an empty one behind"},
-                       {"1; 2;", kNoMatch, "a blank"},
-                       {"1,2;", kNoMatch, "a comma"},
-                       {"-1;", kNoMatch, "a sign"},
-                       {"1;\n", kNoMatch, "a newline"},
-                       {"a;", kNoMatch, "a letter"},
-                   });
-    ExpectVerdicts(CHECK(validTacLockTimes), {
-                                                 {"1", "0", "lowest"},
-                                                 {"8", "0", "highest"},
-                                                 {"0", kNoMatch, "one below"},
-                                                 {"9", kNoMatch, "one above"},
-                                                 {"", kNoMatch, "empty"},
-                                                 {"11", kNoMatch, "two digits"},
-                                                 {"08", kNoMatch, "a leading zero"},
-                                                 {"1\n", kNoMatch, "a newline"},
-                                                 {std::string(8000, '1'), kNoMatch, "long"},
-                                             });
-}
-
-TEST(TransmitPower, FlagAndLimit)
-{
-    std::vector<TextCase> cases = {
-        {"0", "0", "no limit"},
-        {"1", kNoMatch, "a limit without its power"},
-        {"1,", kNoMatch, "a limit without its power"},
-        {"0,5", kNoMatch, "a power without a limit"},
-        {"2,5", kNoMatch, "no such flag"},
-        {"1,24", kNoMatch, "one above"},
-        {"1,30", kNoMatch, "above"},
-        {"1,100", kNoMatch, "three digits"},
-        {"1,05", kNoMatch, "a leading zero"},
-        {"1,-1", kNoMatch, "a sign"},
-        {"01,5", kNoMatch, "a leading zero of the flag"},
-        {"1, 5", kNoMatch, "a blank"},
-        {"1;5", kNoMatch, "a semicolon"},
-        {"1,5,", kNoMatch, "a second comma"},
-        {"", kNoMatch, "empty"},
-        {"00", kNoMatch, "two zeros"},
-        {"0\n", kNoMatch, "a newline"},
-        {std::string(8000, '0'), kNoMatch, "long"},
-    };
-    for (int power = 0; power <= 23; ++power) cases.push_back({"1," + std::to_string(power), "0", "0 to 23 dBm"});
-    ExpectVerdicts(CHECK(validLteTxpowerLimit), cases);
 }
 }  // namespace kobd::test

@@ -13,36 +13,13 @@
 #include "tables/row_codec.h"
 #include "tests/process_setup.h"
 #include "tests/recording_platform.h"
+#include "tests/validators/judge.h"
 
 namespace kobd::test
 {
 namespace
 {
 bool no_memory_for_rows = false;
-
-constexpr std::string_view kStamp = "\n9999/99/99  99:99:99 ";
-
-// Where the log line after `from` begins; the end of the text when there is none.
-size_t LineStart(const std::string& text, size_t from)
-{
-    for (size_t at = text.find('\n', from); at != text.npos; at = text.find('\n', at + 1))
-        if (LooksLike(text.substr(at, kStamp.size()), std::string(kStamp))) return at;
-    return text.size();
-}
-
-// Takes "\n<stamp> function[12]: message" lines apart; a message may have line ends of its own.
-std::vector<std::string> LinesOf(const std::string& text)
-{
-    std::vector<std::string> lines;
-    for (size_t at = LineStart(text, 0); at < text.size();)
-    {
-        const size_t end = LineStart(text, at + 1);
-        const std::string line = text.substr(at + kStamp.size(), end - at - kStamp.size());
-        lines.push_back(line.substr(0, line.find('[')) + line.substr(line.find("]: ") + 1));
-        at = end;
-    }
-    return lines;
-}
 }  // namespace
 
 RowVerdict JudgeRow(int (*validator)(void*), const char* name, const std::string& row)
@@ -55,7 +32,7 @@ RowVerdict JudgeRow(int (*validator)(void*), const char* name, const std::string
     OutputCapture output;
     verdict.code = validator(block.get() + kOdd);
     verdict.row.assign(block.get() + kOdd, row.size());
-    verdict.lines = LinesOf(output.Text());
+    verdict.lines = LogLines(output.Text());
     const std::string prefix = std::string(name) + ": ";
     for (const std::string& line : verdict.lines)
         if (line.starts_with(prefix)) verdict.own += (verdict.own.empty() ? "" : "|") + line.substr(prefix.size());
@@ -90,6 +67,16 @@ void RowCheck::Expect(const std::vector<RowCase>& cases, bool may_change) const
         EXPECT_EQ(verdict.own, c.own) << name << ": " << c.why;
         EXPECT_TRUE(may_change || verdict.row == row) << name << ": " << c.why;
     }
+}
+
+void RowCheck::ExpectEach(const std::vector<ColumnCase>& cases) const
+{
+    for (const ColumnCase& c : cases)
+        for (const std::string& value : c.values)
+        {
+            SCOPED_TRACE(std::string(c.column) + "=" + value);
+            Expect({{{{c.column, value}}, c.code, c.own, c.why}});
+        }
 }
 
 void RowCheck::ExpectNothingBesideFields() const

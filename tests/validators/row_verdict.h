@@ -35,6 +35,16 @@ struct RowCase
     const char* why;
 };
 
+// Values of one column that are alike to a validator.
+struct ColumnCase
+{
+    const char* column;
+    int code;
+    std::string own;
+    const char* why;
+    std::vector<std::string> values;
+};
+
 struct RowCheck
 {
     int (*validator)(void*);
@@ -55,6 +65,9 @@ struct RowCheck
     // Judges every case as row 1 and expects its code, its messages and, unless the row may be
     // changed, that it was left as it was.
     void Expect(const std::vector<RowCase>& cases, bool may_change = false) const;
+
+    // Every value alone in its column of a good row.
+    void ExpectEach(const std::vector<ColumnCase>& cases) const;
 
     // Each column with no zero byte inside its width: nothing beside it is read (which the
     // sanitizers see at the end of the row) or written.

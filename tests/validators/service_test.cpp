@@ -10,52 +10,81 @@
 #include "tests/namespaces.h"
 #include "tests/process_setup.h"
 #include "tests/requests.h"
-#include "tests/validators/codes.h"
+#include "tests/validators/judge.h"
 #include "validators/lan_wan.h"
 
 namespace kobd::test
 {
-TEST(ValidVpnserver, TakesAndRefuses)
+namespace
 {
-    const std::vector<CodeCase> cases = {
-        {"10.1.2.3", kTakes, "an address"},
-        {"vpn.example.com", kTakes, "a name"},
-        {"http://vpn.example.com", kTakes, "what checkDomain takes"},
-        {std::string(63, 'x') + ".com", kTakes, "67 characters"},
-        {std::string(64, 'x') + ".com", kRefuses, "68 characters"},
-        {"10.1.2.0", kRefuses, "an address that ends in .0"},
-        {"127.0.0.1", kRefuses, "loopback"},
-        {"::1", kRefuses, "IPv6"},
-        {"", kRefuses, "empty"},
-    };
-    ExpectCodes(CHECK(validVpnserver), cases);
-}
+const std::vector<TextsByCode> kVpnServer = {
+    {kTakes, "an address", {"10.1.2.3"}},
+    {kTakes, "what checkDomain takes", {"vpn.example.com", "http://vpn.example.com"}},
+    {kTakes, "67 characters", {std::string(63, 'x') + ".com"}},
+    {kRefuses, "68 characters", {std::string(64, 'x') + ".com"}},
+    {kRefuses, "an address that ends in .0", {"10.1.2.0"}},
+    {kRefuses, "neither", {"127.0.0.1", "::1", ""}},
+};
 
-TEST(PingServers, TakeAddressesAndNames)
+const std::vector<TextsByCode> kPingServer = {
+    {kTakes, "an address", {"192.0.2.1", "192.0.2.0", "2001:db8::1"}},
+    {kTakes, "a name", {"www.example.com"}},
+    {kRefuses, "neither address nor name", {"192.0.2.256", "localhost", "http://www.example.com", ""}},
+    {kRefuses, "a command behind", {"a.com; reboot"}},
+};
+
+const std::vector<TextsByCode> kTimezone = {
+    {kTakes, "whole hours", {"GMT+08:00", "GMT-12:00", "GMT+12:00", "GMT+00:00", "GMT-00:00"}},
+    {kTakes,
+     "from the list",
+     {"GMT-03:30", "GMT+03:30", "GMT+04:30", "GMT+05:30", "GMT+05:45", "GMT+06:30", "GMT+09:30", "GMT+13:00"}},
+    {kRefuses, "not in the list", {"GMT-13:00", "GMT+14:00", "GMT+08:30", "GMT-05:45", "GMT+00:01"}},
+    {kRefuses, "another number of digits", {"GMT+8:00", "GMT+8:000", "GMT+008:0"}},
+    {kRefuses,
+     "another character for one of the form",
+     {"GMT+08.00", "GMT+0a:00", "GMT+ 8:00", "GMT++8:00", "GMT+08:0;", "GMT08:000"}},
+    {kRefuses, "another name", {"gmt+08:00", "UTC+08:00", "GMT", ""}},
+    {kRefuses, "more behind", {"GMT+08:00;", "GMT+08:00 "}},
+};
+
+const std::vector<TextsByCode> kDdnsProvider = {
+    {kTakes,
+     "in the list",
+     {"DDNS1.EXAMPLE.COM", "DDNS2.EXAMPLE.COM(CUSTOM)", "DDNS3.EXAMPLE.NET(STATIC)", "DDNS3.EXAMPLE.ORG"}},
+    {kRefuses, "a kind that it does not have", {"DDNS1.EXAMPLE.COM(CUSTOM)"}},
+    {kRefuses, "exact texts", {"ddns1.example.com", "DDNS1.EXAMPLE.CO", "DDNS1.EXAMPLE.COM ", ""}},
+};
+
+const std::vector<TextsByCode> kGps = {
+    {kTakes, "an empty text reads as 0", {""}},
+    {kTakes, "numbers of every latitude", {"0", "-90", "90.0", "+12.5", "-0.0", std::string(500, '0') + "9"}},
+    {kTakes, "no digit before or behind the point", {".5", "5."}},
+    {kTakes, "an exponent", {"1e1", "9.00E+1", "1e-999"}},
+    {kTakes, "white space in front", {" \t\n12"}},
+    {kRefuses, "more behind", {"12abc", "12 ", "1,5", "1.2.3", "1-"}},
+    {kRefuses, "no number", {" ", "--1", "-", ".", "e1", "1e", "north"}},
+    {kRefuses, "not a number, infinity", {"nan", "-NAN", "nan(1)", "inf", "-Infinity", "1e999"}},
+    {kRefuses, "hexadecimal", {"0x1p3", "0x10"}},
+};
+
+const std::vector<TextsByCode> kLongitude = {
+    {kTakes, "bounds", {"-180", "180.0"}},
+    {kRefuses, "beyond", {"180.0000001", "-180.1", "1e10"}},
+};
+}  // namespace
+
+TEST(Servers, TakeAddressesAndNames)
 {
+    ExpectCodes(CHECK(validVpnserver), kVpnServer);
     for (const Check& check : {CHECK(validWatchdogPingServer), CHECK(validSnmpTrapServer)})
-    {
-        const std::vector<CodeCase> cases = {
-            {"192.0.2.1", kTakes, "IPv4"},
-            {"192.0.2.0", kTakes, "IPv4 that ends in .0"},
-            {"2001:db8::1", kTakes, "IPv6"},
-            {"www.example.com", kTakes, "a name"},
-            {"http://www.example.com", kRefuses, "a URL"},
-            {"192.0.2.256", kRefuses, "neither address nor name"},
-            {"localhost", kRefuses, "one label"},
-            {"a.com; reboot", kRefuses, "a command behind"},
-            {"", kRefuses, "empty"},
-        };
-        ExpectCodes(check, cases);
-    }
-    const std::vector<LogCase> cases = {
+        ExpectCodes(check, kPingServer);
+    ExpectLogs({
         {CHECK(validWatchdogPingServer), "::1",
          "0|validIpv4: validstart\n|validIpv4: [::1] is invalid IPv4\n|validIpv6: [::1] is valid IPv6\n"},
         {CHECK(validSnmpTrapServer), "a.b",
          "2|validIpv4: validstart\n|validIpv4: [a.b] is invalid IPv4\n|validIpv6: [a.b] is invalid IPv6\n"
          "|validDomain: last p string:b|validDomain: last p string:(null)"},
-    };
-    ExpectLogs(cases);
+    });
 }
 
 TEST(UpgradeCredentials, AreNeededForFtp)
@@ -100,121 +129,19 @@ TEST(UpgradeCredentials, AreNeededForFtp)
         }
 }
 
-TEST(ValidSystemTimezone, TakesAndRefuses)
+TEST(TimezoneAndProvider, AreInTheirLists)
 {
-    const std::vector<CodeCase> cases = {
-        {"GMT+08:00", kTakes, "whole hours"},
-        {"GMT-12:00", kTakes, "largest, west"},
-        {"GMT+12:00", kTakes, "largest, east"},
-        {"GMT+00:00", kTakes, "none"},
-        {"GMT-00:00", kTakes, "none, west"},
-        {"GMT-03:30", kTakes, "half an hour, from the list"},
-        {"GMT+03:30", kTakes, "from the list"},
-        {"GMT+04:30", kTakes, "from the list"},
-        {"GMT+05:30", kTakes, "from the list"},
-        {"GMT+05:45", kTakes, "from the list"},
-        {"GMT+06:30", kTakes, "from the list"},
-        {"GMT+09:30", kTakes, "from the list"},
-        {"GMT+13:00", kTakes, "from the list"},
-        {"GMT-13:00", kRefuses, "not in the list"},
-        {"GMT+14:00", kRefuses, "beyond"},
-        {"GMT+08:30", kRefuses, "half an hour that is not in the list"},
-        {"GMT-05:45", kRefuses, "the other sign"},
-        {"GMT+00:01", kRefuses, "a minute"},
-        {"GMT+8:00", kRefuses, "one digit"},
-        {"GMT+8:000", kRefuses, "nine characters in another form"},
-        {"GMT+008:0", kRefuses, "nine characters in another form"},
-        {"GMT+08.00", kRefuses, "no colon"},
-        {"GMT+0a:00", kRefuses, "a letter"},
-        {"GMT+ 8:00", kRefuses, "a blank"},
-        {"GMT++8:00", kRefuses, "two signs"},
-        {"GMT+08:0;", kRefuses, "a semicolon"},
-        {"GMT+08:00;", kRefuses, "a semicolon behind"},
-        {"GMT08:000", kRefuses, "no sign"},
-        {"gmt+08:00", kRefuses, "small letters"},
-        {"UTC+08:00", kRefuses, "another name"},
-        {"GMT+08:00 ", kRefuses, "a blank behind"},
-        {"GMT", kRefuses, "no offset"},
-        {"", kRefuses, "empty"},
-    };
-    ExpectCodes(CHECK(validSystemTimezone), cases);
+    ExpectCodes(CHECK(validSystemTimezone), kTimezone);
+    ExpectCodes(CHECK(validDdnsServiceProvider), kDdnsProvider);
 }
 
-TEST(ValidDdnsServiceProvider, TakesAndRefuses)
+TEST(ValidGps, NumbersAndBounds)
 {
-    const std::vector<CodeCase> cases = {
-        {"DDNS1.EXAMPLE.COM", kTakes, "first"},
-        {"DDNS2.EXAMPLE.COM(CUSTOM)", kTakes, "with a kind"},
-        {"DDNS3.EXAMPLE.NET(STATIC)", kTakes, "with a kind"},
-        {"DDNS3.EXAMPLE.ORG", kTakes, "last"},
-        {"ddns1.example.com", kRefuses, "small letters"},
-        {"DDNS1.EXAMPLE.CO", kRefuses, "a beginning"},
-        {"DDNS1.EXAMPLE.COM(CUSTOM)", kRefuses, "a kind that it does not have"},
-        {"DDNS1.EXAMPLE.COM ", kRefuses, "a blank behind"},
-        {"", kRefuses, "empty"},
-    };
-    ExpectCodes(CHECK(validDdnsServiceProvider), cases);
-}
-
-TEST(ValidGps, Numbers)
-{
-    const std::vector<CodeCase> numbers = {
-        {"0", kTakes, "zero"},
-        {"", kTakes, "an empty text reads as 0"},
-        {"-90", kTakes, "lowest latitude"},
-        {"90.0", kTakes, "highest latitude"},
-        {"+12.5", kTakes, "a sign"},
-        {".5", kTakes, "no digit before the point"},
-        {"5.", kTakes, "none behind"},
-        {"1e1", kTakes, "an exponent"},
-        {"9.00E+1", kTakes, "an exponent with a sign"},
-        {" \t\n12", kTakes, "white space in front"},
-        {"-0.0", kTakes, "negative zero"},
-        {"1e-999", kTakes, "too small to be told from 0"},
-        {std::string(500, '0') + "9", kTakes, "zeros in front"},
-        {"12abc", kRefuses, "letters behind"},
-        {"12 ", kRefuses, "a blank behind"},
-        {" ", kRefuses, "a blank alone"},
-        {"1,5", kRefuses, "a comma"},
-        {"1.2.3", kRefuses, "two points"},
-        {"--1", kRefuses, "two signs"},
-        {"1-", kRefuses, "a sign behind"},
-        {"-", kRefuses, "a sign alone"},
-        {".", kRefuses, "a point alone"},
-        {"e1", kRefuses, "an exponent alone"},
-        {"1e", kRefuses, "an exponent without a number"},
-        {"nan", kRefuses, "not a number"},
-        {"-NAN", kRefuses, "not a number"},
-        {"nan(1)", kRefuses, "not a number"},
-        {"inf", kRefuses, "infinity"},
-        {"-Infinity", kRefuses, "infinity"},
-        {"1e999", kRefuses, "reads as infinity"},
-        {"0x1p3", kRefuses, "hexadecimal"},
-        {"0x10", kRefuses, "hexadecimal"},
-        {"north", kRefuses, "a word"},
-    };
     for (const Check& check : {CHECK(validGpsLongitude), CHECK(validGpsLatitude), CHECK(validGpsAltitude)})
-        ExpectCodes(check, numbers);
-}
-
-TEST(ValidGps, Bounds)
-{
-    const std::vector<CodeCase> cases = {
-        {"-180", kTakes, "lowest"},    {"180.0", kTakes, "highest"},    {"180.0000001", kRefuses, "above"},
-        {"-180.1", kRefuses, "below"}, {"1e10", kRefuses, "far above"},
-    };
-    ExpectCodes(CHECK(validGpsLongitude), cases);
-    const std::vector<CodeCase> latitude = {
-        {"90.0001", kRefuses, "above"},
-        {"-90.0001", kRefuses, "below"},
-        {"180", kRefuses, "a longitude"},
-    };
-    ExpectCodes(CHECK(validGpsLatitude), latitude);
-    const std::vector<CodeCase> altitude = {
-        {"-11000.5", kTakes, "below the sea"},
-        {"1e308", kTakes, "any number"},
-    };
-    ExpectCodes(CHECK(validGpsAltitude), altitude);
+        ExpectCodes(check, kGps);
+    ExpectCodes(CHECK(validGpsLongitude), kLongitude);
+    ExpectCodes(CHECK(validGpsLatitude), {{kRefuses, "beyond", {"90.0001", "-90.0001", "180"}}});
+    ExpectCodes(CHECK(validGpsAltitude), {{kTakes, "below the sea, any number", {"-11000.5", "1e308"}}});
 }
 
 TEST(ValidConfigFile, NamesAFileThatExists)
@@ -223,15 +150,10 @@ TEST(ValidConfigFile, NamesAFileThatExists)
     std::ofstream("/tmp/config.bin") << "x";
     ASSERT_EQ(chmod("/tmp/config.bin", 0), 0);
     ASSERT_EQ(symlink("/tmp/nowhere", "/tmp/dangling"), 0);
-    const std::vector<CodeCase> cases = {
-        {"/tmp/config.bin", kTakes, "exists, whatever its mode"},
-        {"/tmp", kTakes, "a folder exists too"},
-        {"/tmp/dangling", kRefuses, "a link to nothing"},
-        {"/tmp/none", kRefuses, "does not exist"},
-        {"/tmp/config.bin/", kRefuses, "no folder"},
-        {"", kRefuses, "empty"},
-        {"/" + std::string(5000, 'x'), kRefuses, "longer than any path"},
-    };
-    ExpectCodes(CHECK(validConfigFile), cases);
+    ExpectCodes(
+        CHECK(validConfigFile),
+        {{kTakes, "exists, whatever its mode; a folder too", {"/tmp/config.bin", "/tmp"}},
+         {kRefuses, "a link to nothing, nothing, no folder", {"/tmp/dangling", "/tmp/none", "/tmp/config.bin/"}},
+         {kRefuses, "empty, longer than any path", {"", "/" + std::string(5000, 'x')}}});
 }
 }  // namespace kobd::test

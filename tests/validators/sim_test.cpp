@@ -22,121 +22,62 @@ std::string Codes(int count)
     for (int i = 0; i < count; ++i) list += (i != 0 ? ";" : "") + std::to_string(46000 + i);
     return list;
 }
+
+const std::vector<TextsByVerdict> kEnterPin = {
+    {"0", "four to eight digits", {"1234", "12345678", "0000"}},
+    {"2", "another length", {"123", "123456789", "", std::string(8000, '1')}},
+    {"2", "more than digits", {"12a4", "-123", " 1234", "1234\n", "12.4"}},
+};
+
+const std::vector<TextsByVerdict> kLockPin = {
+    {"0", "a flag and a PIN", {"0,1234", "1,12345678"}},
+    {"2", "no such flag", {"2,1234", "01,1234", "1234", ",1234", ""}},
+    {"2", "no such PIN", {"1,123", "1,123456789", "1,", "1,12 34", "1," + std::string(8000, '1')}},
+    {"2", "another separator, or one more", {"1;1234", "1,1234,"}},
+    {"2", "more around", {" 1,1234", "1,1234\n", "x\n1,1234"}},
+};
+
+const std::vector<TextsByVerdict> kVerifyPin = {
+    {"0", "two PINs, the same or of other lengths", {"1234,5678", "12345678,87654321", "1234,1234", "1234,12345678"}},
+    {"2", "the old one", {"123,5678", "123456789,5678", ",1234", "12a4,5678"}},
+    {"2", "the new one", {"1234,567", "1234,123456789", "1234", "1234,", "1234, 5678"}},
+    {"2", "three, none", {"1234,5678,9012", ""}},
+};
+
+const std::vector<TextsByVerdict> kEnterPuk = {
+    {"0", "eight digits and a PIN", {"12345678,1234", "12345678,12345678"}},
+    {"2", "no PUK", {"1234567,1234", "123456789,1234", "1234,12345678", "1234567a,1234", ""}},
+    {"2", "no PIN", {"12345678,123", "12345678,123456789", "12345678"}},
+};
+
+const std::vector<TextsByVerdict> kPlmnLock = {
+    {"0", "no lock, five or six digits", {"", "46000", "310260", "00000"}},
+    {kNoMatch, "another length", {"4600", "4600000", std::string(8000, '4')}},
+    {kNoMatch, "more than digits", {"46000;", "4600a", " 46000", "46000\n"}},
+};
+
+const std::vector<TextsByVerdict> kSimLock = {
+    {"0", "no lock", {""}},
+    {"0", "codes; one empty part at the end is none", {"46000", "46000;", "46000;46001", "46000;460001;"}},
+    {"0", "a beginning is another code", {"46000;460000"}},
+    {"0", "eighteen", {Codes(18), Codes(18) + ";"}},
+    {kTooMany, "nineteen, counted before they are looked at", {Codes(19), Codes(18) + ";;", std::string(8000, ';')}},
+    {kPlmn, "four digits, seven and more", {"4600;", "4600000", "46000000", std::string(8000, '4')}},
+    {kPlmn, "an empty one", {";", ";46000", "46000;;46001", "46000;;"}},
+    {kPlmn, "more than digits", {"46000,46001", "46000; 46001", "4600a", "-46000"}},
+    {kDuplicate, "twice", {"46000;46001;46000", Codes(17) + ";46000"}},
+    {kDuplicate, "ends at the first that is wrong", {"46000;46000;x"}},
+    {kPlmn, "ends at the first that is wrong", {"x;46000;46000"}},
+};
 }  // namespace
 
-TEST(Pin, Forms)
+TEST(Sim, PinsAndLocks)
 {
-    ExpectVerdicts(CHECK(validEnterPin), {
-                                             {"1234", "0", "shortest"},
-                                             {"12345678", "0", "longest"},
-                                             {"0000", "0", "zeros"},
-                                             {"123", "2", "too short"},
-                                             {"123456789", "2", "too long"},
-                                             {"", "2", "empty"},
-                                             {"12a4", "2", "a letter"},
-                                             {"-123", "2", "a sign"},
-                                             {" 1234", "2", "a blank"},
-                                             {"1234\n", "2", "a newline"},
-                                             {"12.4", "2", "a point"},
-                                             {std::string(8000, '1'), "2", "long"},
-                                         });
-    ExpectVerdicts(CHECK(validLockPin), {
-                                            {"0,1234", "0", "off"},
-                                            {"1,12345678", "0", "on, longest"},
-                                            {"2,1234", "2", "no such flag"},
-                                            {"01,1234", "2", "a flag of two digits"},
-                                            {"1,123", "2", "too short"},
-                                            {"1,123456789", "2", "too long"},
-                                            {"1,", "2", "no PIN"},
-                                            {"1234", "2", "no flag"},
-                                            {",1234", "2", "an empty flag"},
-                                            {"1;1234", "2", "a semicolon"},
-                                            {"1,12 34", "2", "a blank"},
-                                            {"1,1234,", "2", "a second comma"},
-                                            {" 1,1234", "2", "a blank before"},
-                                            {"1,1234\n", "2", "a newline behind"},
-                                            {"x\n1,1234", "2", "a line before"},
-                                            {"", "2", "empty"},
-                                            {"1," + std::string(8000, '1'), "2", "long"},
-                                        });
-    ExpectVerdicts(CHECK(ValidVerifyPin), {
-                                              {"1234,5678", "0", "shortest"},
-                                              {"12345678,87654321", "0", "longest"},
-                                              {"1234,1234", "0", "the same again"},
-                                              {"1234,12345678", "0", "lengths may differ"},
-                                              {"123,5678", "2", "old too short"},
-                                              {"1234,567", "2", "new too short"},
-                                              {"123456789,5678", "2", "old too long"},
-                                              {"1234,123456789", "2", "new too long"},
-                                              {"1234", "2", "no new one"},
-                                              {"1234,", "2", "an empty new one"},
-                                              {",1234", "2", "an empty old one"},
-                                              {"1234,5678,9012", "2", "three"},
-                                              {"1234, 5678", "2", "a blank"},
-                                              {"12a4,5678", "2", "a letter"},
-                                              {"", "2", "empty"},
-                                          });
-    ExpectVerdicts(CHECK(validEnterPuk), {
-                                             {"12345678,1234", "0", "shortest PIN"},
-                                             {"12345678,12345678", "0", "longest PIN"},
-                                             {"1234567,1234", "2", "PUK too short"},
-                                             {"123456789,1234", "2", "PUK too long"},
-                                             {"12345678,123", "2", "PIN too short"},
-                                             {"12345678,123456789", "2", "PIN too long"},
-                                             {"12345678", "2", "no PIN"},
-                                             {"1234,12345678", "2", "turned round"},
-                                             {"1234567a,1234", "2", "a letter"},
-                                             {"", "2", "empty"},
-                                         });
-}
-
-TEST(PlmnLock, OneCode)
-{
-    ExpectVerdicts(CHECK(validLtePlmnlock), {
-                                                {"", "0", "no lock"},
-                                                {"46000", "0", "five digits"},
-                                                {"310260", "0", "six digits"},
-                                                {"00000", "0", "zeros"},
-                                                {"4600", kNoMatch, "four"},
-                                                {"4600000", kNoMatch, "seven"},
-                                                {"46000;", kNoMatch, "a list"},
-                                                {"4600a", kNoMatch, "a letter"},
-                                                {" 46000", kNoMatch, "a blank"},
-                                                {"46000\n", kNoMatch, "a newline"},
-                                                {std::string(8000, '4'), kNoMatch, "long"},
-                                            });
-}
-
-TEST(SimLock, ListsOfCodes)
-{
-    ExpectVerdicts(CHECK(validLteSimlock), {
-                                               {"", "0", "no lock"},
-                                               {"46000", "0", "one"},
-                                               {"46000;", "0", "one empty part at the end is none"},
-                                               {"46000;46001", "0", "two"},
-                                               {"46000;460001;", "0", "five and six digits"},
-                                               {Codes(18), "0", "eighteen"},
-                                               {Codes(18) + ";", "0", "eighteen and the end"},
-                                               {Codes(19), kTooMany, "nineteen"},
-                                               {Codes(18) + ";;", kTooMany, "an empty one is the nineteenth"},
-                                               {std::string(8000, ';'), kTooMany, "counted before they are looked at"},
-                                               {"4600;", kPlmn, "four digits"},
-                                               {"4600000", kPlmn, "seven"},
-                                               {"46000000", kPlmn, "eight"},
-                                               {std::string(8000, '4'), kPlmn, "long"},
-                                               {";", kPlmn, "an empty one"},
-                                               {";46000", kPlmn, "an empty one in front"},
-                                               {"46000;;46001", kPlmn, "an empty one between"},
-                                               {"46000;;", kPlmn, "an empty one before the end"},
-                                               {"46000,46001", kPlmn, "a comma"},
-                                               {"46000; 46001", kPlmn, "a blank"},
-                                               {"4600a", kPlmn, "a letter"},
-                                               {"-46000", kPlmn, "a sign"},
-                                               {"46000;46001;46000", kDuplicate, "twice"},
-                                               {"46000;46000;x", kDuplicate, "ends at the first that is wrong"},
-                                               {"x;46000;46000", kPlmn, "ends at the first that is wrong"},
-                                               {"46000;460000", "0", "a beginning is another code"},
-                                               {Codes(17) + ";46000", kDuplicate, "the last repeats the first"},
-                                           });
+    ExpectVerdicts(CHECK(validEnterPin), kEnterPin);
+    ExpectVerdicts(CHECK(validLockPin), kLockPin);
+    ExpectVerdicts(CHECK(ValidVerifyPin), kVerifyPin);
+    ExpectVerdicts(CHECK(validEnterPuk), kEnterPuk);
+    ExpectVerdicts(CHECK(validLtePlmnlock), kPlmnLock);
+    ExpectVerdicts(CHECK(validLteSimlock), kSimLock);
 }
 }  // namespace kobd::test

@@ -7,9 +7,7 @@ namespace kobd::test
 {
 namespace
 {
-class ValidatedTables : public TableRequests
-{
-};
+using ValidatedTables = TableRequests;
 
 int Set(const std::string& changes) { return Ask(ReqTableSet, Changes(changes)).result; }
 
@@ -22,53 +20,6 @@ std::string Items(const char* table, int32_t index, const Fields& fields)
 
 const Fields kForward = {{"Protocol", "tcp"}, {"DestIPAddress", "192.168.1.20"}, {"DestPort", "80"}};
 }  // namespace
-
-TEST_F(ValidatedTables, EveryBoundTableRefusesABadRow)
-{
-    struct BadRow
-    {
-        const char* table;
-        Fields good;
-        const char* column;
-        const char* bad;
-    };
-    const Fields access = {{"Name", "kids"},      {"Host", "192.168.1.20"}, {"Weekdays", "Mon"},
-                           {"TimeStart", "8:30"}, {"TimeStop", "20:00"},    {"Enable", "1"}};
-    const BadRow kRows[] = {
-        {"IpMacBindTable", {{"IP", "192.168.1.20"}, {"MAC", "00:11:22:33:44:55"}}, "IP", "192.168.1.1"},
-        {"FwMacFilterTable", {{"MAC", "00:11:22:33:44:55"}}, "MAC", "00:11:22:33:44"},
-        {"FwUrlFilterTable", {{"URL", "www.example.com"}}, "URL", "192.168.1.1"},
-        {"FwPortForwardTable", {{"Protocol", "udp"}, {"IP", "10.0.0.1"}, {"SrcPort", "9"}}, "SrcPort", "9-8"},
-        {"PortRedirectTable", {{"Protocol", "udp"}, {"IP", "10.0.0.1"}, {"SrcPort", "9"}}, "Protocol", "UDP"},
-        {"FwAccessRestrictionTable", access, "TimeStop", "06:00"},
-        {"FwPortTriggerTable",
-         {{"OutProtocol", "tcp"}, {"OutPort", "1-2"}, {"InProtocol", "udp"}, {"InPort", "3"}},
-         "InPort",
-         "0"},
-        {"FwNewParentControlTable",
-         {{"Enable", "1"}, {"Name", "kids"}, {"Host", "00:11:22:33:44:55"}, {"Time", "160823"}},
-         "Time",
-         "160824"},
-        {"SpeedDialTable", {{"SpeedDialNumber", "5"}}, "SpeedDialNumber", "00"},
-    };
-    platform.values["getLanSetIp_net"] = "192.168.1.1";
-    platform.values["getLanSetStart_net"] = "192.168.1.10";
-    platform.values["getLanSetEnd_net"] = "192.168.1.200";
-    for (const BadRow& row : kRows)
-    {
-        platform.rows.clear();
-        const char* list = std::string_view(row.table) == "PortRedirectTable" ? "FwPortForwardTable" : row.table;
-        PutRow(list, 1, {});
-        EXPECT_EQ(Set(Items(row.table, 1, row.good)), 0) << row.table;
-        EXPECT_EQ(Field(list, 1, row.good[0].first), row.good[0].second) << row.table;
-
-        const auto before = platform.rows;
-        platform.calls.clear();
-        EXPECT_EQ(Set(Items(row.table, 1, {{row.column, row.bad}})), 2) << row.table;
-        EXPECT_EQ(platform.rows, before) << row.table;
-        EXPECT_EQ(CallsButReads(), Lines{"reply 2"}) << row.table << ": nothing written, announced or committed";
-    }
-}
 
 TEST_F(ValidatedTables, WhatTheCheckLeavesIsStored)
 {
