@@ -8,6 +8,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <sstream>
 
 #include "daemon/tlv.h"
 #include "tests/namespaces.h"
