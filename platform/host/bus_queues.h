@@ -42,7 +42,8 @@ void ReleaseModule(int claim);
 int ModuleClaim(uint32_t module);
 bool ClaimHolds(int claim);
 
-// The module's queue, or -1 when there is none. Creates it when `create`.
+// The module's queue, or -1 when there is none. With `create` it is this user's alone, made anew where another
+// user's lies and may be removed.
 int ModuleQueue(uint32_t module, bool create);
 
 // Sends within `budget_ms`, which shrinks by the time it took. 0; 3 no such queue; 5 it stayed full.

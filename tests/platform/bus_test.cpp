@@ -1,6 +1,7 @@
 // The message bus on real System V queues, in an IPC namespace of this program's own.
 #include <gtest/gtest.h>
 #include <sys/msg.h>
+#include <sys/sem.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -315,5 +316,37 @@ TEST_F(BusQueues, ModuleOfAKilledProcessIsFreeAndItsClientQueueGoes)
     BusClientClose(&other);
     close(channel[0]);
     close(channel[1]);
+}
+
+TEST_F(BusQueues, AnotherUserWhoCameFirstHearsNothing)
+{
+    constexpr uid_t kNobody = 65534;
+    constexpr int kForAll = 0666;
+    const key_t key = static_cast<key_t>(kModuleServices);
+    for (const bool holds : {false, true})
+    {
+        const pid_t child = fork();
+        if (child == 0)
+        {
+            if (setresuid(kNobody, kNobody, kNobody) != 0) _exit(2);
+            const int set = semget(key, 1, IPC_CREAT | kForAll);
+            sembuf take = {0, 1, 0};
+            _exit(set >= 0 && msgget(key, IPC_CREAT | kForAll) >= 0 && (!holds || semop(set, &take, 1) == 0) ? 0 : 1);
+        }
+        int status = -1;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        if (WEXITSTATUS(status) == 2) GTEST_SKIP() << "no second user here";
+        ASSERT_EQ(status, 0);
+        BusClient module;
+        EXPECT_EQ(BusClientJoin(&module, kModuleServices), holds ? 9 : 0);
+        msqid_ds state = {};
+        if (holds) continue;
+        ASSERT_EQ(msgctl(module.queue, IPC_STAT, &state), 0);
+        EXPECT_EQ(state.msg_perm.mode & 0777, 0600);
+        EXPECT_EQ(state.msg_perm.cuid, geteuid());
+        BusClientClose(&module);
+    }
+    semctl(ModuleClaim(kModuleServices), 0, IPC_RMID);
+    msgctl(ModuleQueue(kModuleServices, false), IPC_RMID, nullptr);
 }
 }  // namespace kobd::test
