@@ -38,7 +38,8 @@ extern "C"
     // Joins as `module` to receive what is sent to it. 0, or 9 when the module is taken.
     int BusClientJoin(BusClient* client, uint32_t module);
 
-    // Removes the queue and gives the module back. Harmless on a connection that is not open.
+    // Removes the queue and gives the module back; in a child of the process that opened it, neither. Harmless on a
+    // connection that is not open.
     void BusClientClose(BusClient* client);
 
     // Sends the request to its destination and waits for its reply.

@@ -11,8 +11,9 @@
  *     }
  *
  * Every function that returns int gives 0 or a result code; kobd_result_text has its text. A client
- * is used by one thread at a time; different clients are independent. Texts are zero-terminated
- * bytes, usually UTF-8. Nothing blocks longer than its deadline. */
+ * is used by one thread at a time; different clients are independent. After a fork the child opens
+ * clients and watches of its own; closing the parent's there only frees their memory. Texts are
+ * zero-terminated bytes, usually UTF-8. Nothing blocks longer than its deadline. */
 /* Laid out as C, for those who read it. */
 /* clang-format off */
 #ifndef KOBD_CLIENT_H
@@ -106,7 +107,8 @@ enum kobd_request {
 
 typedef struct kobd_client kobd_client;
 
-/* Opens a connection; close it with kobd_client_close. Deadline of every call: 5000 ms at first. */
+/* Opens a connection; close it with kobd_client_close. A process may have 512 of them. Deadline of
+ * every call: 5000 ms at first. */
 int kobd_client_open(kobd_client** client);
 void kobd_client_close(kobd_client* client);
 void kobd_client_set_timeout(kobd_client* client, int milliseconds);
@@ -140,7 +142,8 @@ int kobd_set(kobd_client* client, const char* const* names, const char* const* v
 
 typedef struct kobd_watch kobd_watch;
 
-/* Joins the bus as module; 9 when another program has it. Close with kobd_watch_close. */
+/* Joins the bus as module; 9 when another program has it, or the system has no queue to give. Close with
+ * kobd_watch_close. */
 int kobd_watch_open(kobd_watch** watch, uint32_t module);
 void kobd_watch_close(kobd_watch* watch);
 
@@ -162,8 +165,6 @@ void kobd_watch_stop(kobd_watch* watch);
 int kobd_send_event(kobd_client* client, uint32_t module, uint16_t id, const void* payload, size_t length);
 
 /* -- looking ---------------------------------------------------------------------------------- */
-
-#define KOBD_MODULE_DAEMON 0x5A510001u /* the daemon itself */
 
 typedef struct kobd_module {
     int claimed;       /* 1 while a living process has the module */

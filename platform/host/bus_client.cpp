@@ -131,8 +131,12 @@ int BusClientJoin(BusClient* client, uint32_t module)
 
 void BusClientClose(BusClient* client)
 {
-    if (client->queue >= 0) msgctl(client->queue, IPC_RMID, nullptr);
-    ReleaseModule(client->claim);
+    // A child that closes what its parent opened must not take it from the parent.
+    if (client->process == getpid())
+    {
+        if (client->queue >= 0) msgctl(client->queue, IPC_RMID, nullptr);
+        ReleaseModule(client->claim);
+    }
     *client = {};
 }
 

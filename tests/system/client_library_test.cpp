@@ -132,6 +132,26 @@ TEST_F(ClientLibrary, EndsAtItsDeadlineAndSaysWhenNobodyServes)
     EXPECT_EQ(kobd_get(client_, "webHttpPort", value, sizeof value), KOBD_NOT_RUNNING);
 }
 
+TEST_F(ClientLibrary, AChildThatClosesTakesNothingFromItsParent)
+{
+    kobd_watch* watch = nullptr;
+    ASSERT_EQ(kobd_watch_open(&watch, KOBD_MODULE_NOTIFY), KOBD_SUCCESS);
+    const pid_t child = fork();
+    if (child == 0)
+    {
+        kobd_watch_close(watch);
+        kobd_client_close(client_);
+        _exit(0);
+    }
+    ASSERT_EQ(waitpid(child, nullptr, 0), child);
+    char value[KOBD_VALUE_MAX];
+    uint16_t id = 0;
+    EXPECT_EQ(kobd_get(client_, "webHttpPort", value, sizeof value), KOBD_SUCCESS);
+    EXPECT_EQ(SetAndReadInC("8090", value, sizeof value), KOBD_SUCCESS);
+    EXPECT_EQ(kobd_watch_next(watch, 2000, &id), KOBD_SUCCESS);
+    kobd_watch_close(watch);
+}
+
 TEST_F(ClientLibrary, WatchesUntilStopped)
 {
     kobd_watch* watch = nullptr;
