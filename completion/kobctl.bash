@@ -12,6 +12,19 @@ _kobctl_columns() {
     compopt -o nospace
 }
 
+_kobctl_options() {
+    local own=
+    case ${COMP_WORDS[1]}:${COMP_WORDS[2]} in
+        set:*) own="--silent --confirm" ;;
+        table:set) own="--silent" ;;
+        table:add) own="--parent" ;;
+        confirm:*) own="--resume" ;;
+        watch:*) own="--count" ;;
+        journal:*) own="--follow --count" ;;
+    esac
+    _kobctl_complete "--json --timeout --help $own"
+}
+
 _kobctl_table() {
     local word=${COMP_WORDS[COMP_CWORD]}
     case $COMP_CWORD:${COMP_WORDS[2]} in
@@ -21,7 +34,6 @@ _kobctl_table() {
             # Behind a number or a value another table may follow; a "=" is a word of its own here.
             if [[ $word == "=" || ${COMP_WORDS[COMP_CWORD - 1]} == "=" ]]; then return; fi
             _kobctl_columns
-            [ "${COMP_WORDS[2]}" = add ] && COMPREPLY+=($(compgen -W "--parent" -- "$word"))
             [ "${COMP_WORDS[2]}" = set ] && [ -n "$word" ] &&
                 COMPREPLY+=($(compgen -W "$(kobctl complete-names tables)" -- "$word"))
             ;;
@@ -34,21 +46,25 @@ _kobctl() {
             event journal nvram config doctor help"
         return
     fi
+    if [[ ${COMP_WORDS[COMP_CWORD]} == -* ]]; then
+        _kobctl_options
+        return
+    fi
     case ${COMP_WORDS[1]} in
         get) _kobctl_complete "$(kobctl complete-names)" ;;
         describe) _kobctl_complete "$(kobctl complete-names; kobctl complete-names tables)" ;;
         check | set)
             _kobctl_complete "$(kobctl complete-names | sed 's/$/=/')"
             compopt -o nospace
+            [ "${COMP_WORDS[1]}:$COMP_CWORD" = check:2 ] &&
+                COMPREPLY+=($(compgen -W "$(kobctl complete-names tables)" -- "${COMP_WORDS[2]}"))
             ;;
         event)
             [ "$COMP_CWORD" = 2 ] && _kobctl_complete "ApnChange ApnIPChange NetworkUp NetworkDown PCscfIPChange \
                 EthernetUp EthernetDown EthernetIPAdd EthernetIPDel"
             ;;
-        journal) _kobctl_complete "--follow" ;;
         watch) _kobctl_complete "$(kobctl complete-names; kobctl complete-names tables)" ;;
         export | import | batch) mapfile -t COMPREPLY < <(compgen -f -- "${COMP_WORDS[COMP_CWORD]}") ;;
-        confirm) _kobctl_complete "--resume" ;;
         help)
             _kobctl_complete "get set check confirm commit table list describe show export import batch watch \
                 event journal nvram config doctor"
