@@ -13,7 +13,7 @@ bool ReadAssignments(const Options& options, const char* command, const Words& w
         const size_t equals = word.find('=');
         if (equals == std::string::npos || equals == 0)
         {
-            Fail(options, kInvalidArgument, std::string(command) + " takes NAME=VALUE, not '" + word + "'");
+            WrongUse(options, std::string(command) + " takes NAME=VALUE, not '" + word + "'", command);
             return false;
         }
         pairs->push_back({word.substr(0, equals), word.substr(equals + 1)});

@@ -56,7 +56,7 @@ int CommandBatch(const Options& options, const Words& words)
         if (status == 0) continue;
         const auto left = static_cast<size_t>(&lines.back() - &line);
         const std::string rest = left == 0 ? "" : ", " + std::to_string(left) + " after it not run";
-        fprintf(stderr, "kobctl: %s:%zu: this command failed%s\n", file.name.c_str(), line.number, rest.c_str());
+        SayError(file.name + ":" + std::to_string(line.number) + ": this command failed" + rest);
         return status;
     }
     return 0;

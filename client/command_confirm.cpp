@@ -21,7 +21,9 @@ int Resume(const Options& options, bool pending)
 
 int CommandConfirm(const Options& options, const Words&)
 {
+    if (!MayBePending() && options.resume) return 0;
     PendingSet pending;
+    if (!pending.Error().empty()) return Fail(options, kSystemError, "confirm: " + pending.Error());
     if (options.resume) return Resume(options, pending.IsPending());
     if (!pending.IsPending()) return Fail(options, kInvalidArgument, "there is nothing to confirm");
     const std::string names = pending.Names();

@@ -80,16 +80,19 @@ private:
 void LookAtDaemon(const Options& options, Report* report)
 {
     kobd_module daemon{};
-    kobd_module_look(KOBD_MODULE_DAEMON, &daemon);
+    const int error = kobd_module_look(KOBD_MODULE_DAEMON, &daemon);
+    if (error == EACCES) return report->Say(Finding::kWrong, "daemon", WhyNoAnswer(options, kNotRunning));
     if (daemon.claimed == 0) return report->Say(Finding::kWrong, "daemon", "kobd is not running on this bus: start it");
     const auto start = std::chrono::steady_clock::now();
     const Response response = Call(kRequestTableMaxRow, {Item(kTagTableName, "FlowTable")}, options.timeout_ms);
+    if (response.code == kInitializeFailed)
+        return report->Say(Finding::kWrong, "daemon", "there is no message queue left for its answer: see msgmni");
     const auto spent = std::chrono::steady_clock::now() - start;
     const auto us = std::chrono::duration_cast<std::chrono::microseconds>(spent).count();
     report->Judge(response.code == 0, "daemon",
                   response.code == 0 ? "answers in " + std::to_string(us) + " microseconds"
-                                     : std::string("does not answer: ") + ResultText(response.code),
-                  "it runs but is stuck, or runs as another user; look at its log");
+                                     : "does not answer: " + WhyNoAnswer(options, response.code),
+                  "it runs but is stuck; look at its log");
 }
 
 void LookAtLimit(const char* name, long least, Report* report)
@@ -152,17 +155,18 @@ void LookAtLog(Report* report)
 
 void LookAtState(Report* report)
 {
-    const std::string& folder = host::StateFolder();
-    report->Judge(access(folder.c_str(), R_OK | W_OK | X_OK) == 0, "state", folder,
-                  std::string(strerror(errno)) + "; KOBD_STATE_DIR names another folder");
+    const std::string folder = host::StateFolderName();
     struct statvfs disk;
-    if (statvfs(folder.c_str(), &disk) != 0)
-        return report->Say(Finding::kWrong, "state", folder + ": " + strerror(errno));
+    if (access(folder.c_str(), R_OK | W_OK | X_OK) != 0 || statvfs(folder.c_str(), &disk) != 0)
+        return report->Say(Finding::kWrong, "state",
+                           folder + ": " + strerror(errno) + ": KOBD_STATE_DIR has to name the daemon's folder");
+    report->Say(Finding::kOk, "state", folder);
     const unsigned long long free_bytes = static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize;
     report->Judge(free_bytes >= kLeastFree, "state", std::to_string(free_bytes / 1024) + " KB free",
                   "values cannot be made durable; make room");
-    const PendingSet pending;
-    if (pending.IsPending()) report->Say(Finding::kNote, "state", pending.Names() + ": waiting for kobctl confirm");
+    if (MayBePending())
+        if (const PendingSet pending; pending.IsPending())
+            report->Say(Finding::kNote, "state", pending.Names() + ": waiting for kobctl confirm");
     if (access(RefusedFile().c_str(), F_OK) == 0)
         report->Say(Finding::kWrong, "state",
                     RefusedFile() + " has old values that could not be set back: set what is needed and remove it");

@@ -15,8 +15,7 @@ int CommandEvent(const Options& options, const Words& words)
     {
         std::string names;
         for (const EventEntry& one : Events()) names += std::string(names.empty() ? "" : ", ") + ShortName(one);
-        Fail(options, kInvalidArgument, "there is no event " + words[0] + ", the events are " + names);
-        return 2;
+        return WrongUse(options, "there is no event " + words[0] + ", the events are " + names, "event");
     }
     // The daemon reads the text to its zero byte.
     const size_t length = words.size() > 1 ? words[1].size() + 1 : 0;

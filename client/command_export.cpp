@@ -31,7 +31,7 @@ int AppendValues(const RouterState& state, SettingsFile* file)
             file->values.push_back({0, (settable ? "" : "# ") + std::string(object.name), found->second});
             continue;
         }
-        fprintf(stderr, "kobctl: export: %s could not be read by the router and is left out\n", object.name);
+        SayError("export: " + std::string(object.name) + " could not be read by the router and is left out");
         status = 1;
     }
     return status;
@@ -68,6 +68,7 @@ int Save(const Options& options, const std::string& path, const std::string& tex
 
 int CommandExport(const Options& options, const Words& words)
 {
+    if (options.json) return WrongUse(options, "export takes no --json, its file has one form", "export");
     RouterState state;
     if (const int status = ReadRouter(options, "export", &state)) return status;
     SettingsFile file;

@@ -52,7 +52,7 @@ int CommandGet(const Options& options, const Words& names)
     for (const std::string& name : names)
     {
         if (values.contains(name)) continue;
-        fprintf(stderr, "kobctl: %s\n", WhyMissing(name).c_str());
+        SayError(WhyMissing(name));
         status = 1;
     }
     return status;

@@ -15,6 +15,12 @@ namespace kobd::client
 {
 namespace
 {
+// "1 line", "2 lines".
+std::string Counted(size_t count, const char* word)
+{
+    return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
+}
+
 using FileValues = std::vector<const FileValue*>;
 
 // One run of the import: what it sent, what was set and what was refused.
@@ -58,12 +64,12 @@ public:
     {
         std::vector<LineError> errors = refusals_;
         errors.insert(errors.end(), table_refusals_.begin(), table_refusals_.end());
-        for (const auto& [line, what] : errors)
-            fprintf(stderr, "kobctl: %s:%zu: %s\n", file_.c_str(), line, what.c_str());
+        for (const auto& [line, what] : errors) SayError(file_ + ":" + std::to_string(line) + ": " + what);
         if (options_.json)
             printf("{\"values_set\":%zu,\"tables_set\":%zu,\"refused\":%zu}\n", values_, tables_, errors.size());
         else
-            printf("%zu values and the rows of %zu tables set, %zu lines refused\n", values_, tables_, errors.size());
+            printf("%s and the rows of %s set, %s refused\n", Counted(values_, "value").c_str(),
+                   Counted(tables_, "table").c_str(), Counted(errors.size(), "line").c_str());
         if (!lost_.empty()) return Fail(options_, kSystemError, "import: " + lost_ + "; what was set before is listed");
         return errors.empty() ? 0 : 1;
     }
@@ -136,9 +142,9 @@ bool HasOwnCheck(const FileValue* value) { return FindObject(value->name)->valid
 int RefuseFile(const Options& options, const std::string& name, std::vector<LineError> errors)
 {
     std::stable_sort(errors.begin(), errors.end(), [](const auto& a, const auto& b) { return a.line < b.line; });
-    for (const auto& [line, what] : errors) fprintf(stderr, "kobctl: %s:%zu: %s\n", name.c_str(), line, what.c_str());
+    for (const auto& [line, what] : errors) SayError(name + ":" + std::to_string(line) + ": " + what);
     return Fail(options, kInvalidArgument,
-                "import: " + std::to_string(errors.size()) + " lines of " + name + " are wrong; nothing was changed");
+                "import: " + name + " has " + Counted(errors.size(), "mistake") + "; nothing was changed");
 }
 }  // namespace
 

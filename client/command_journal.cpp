@@ -34,7 +34,7 @@ void PrintLines(const Options& options, const std::string& path, std::streamoff*
         *place = file.tellg();
         if (++*printed == options.count) break;
     }
-    fflush(stdout);
+    if (options.follow) fflush(stdout);  // an error of it stays for the end
 }
 }  // namespace
 

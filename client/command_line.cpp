@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdlib>
 
+#include "client/nearest.h"
+
 namespace kobd::client
 {
 namespace
@@ -52,6 +54,8 @@ bool* SwitchOf(const std::string& option, Options* options)
     if (option == "--silent") return &options->silent;
     if (option == "--follow") return &options->follow;
     if (option == "--resume") return &options->resume;
+    if (option == "--help") return &options->help;
+    if (option == "--version") return &options->version;
     return nullptr;
 }
 
@@ -60,32 +64,47 @@ bool TakesValue(const std::string& option)
     return option == "--parent" || option == "--timeout" || option == "--count" || option == "--confirm";
 }
 
-bool IsForEveryCommand(const std::string& option) { return option == "--json" || option == "--timeout"; }
+bool IsForEveryCommand(const std::string& option)
+{
+    return option == "--json" || option == "--timeout" || option == "--help";
+}
+
+std::string Unknown(const std::string& option)
+{
+    constexpr const char* kOptions[] = {"--json",   "--timeout", "--silent", "--confirm", "--parent",
+                                        "--follow", "--count",   "--resume", "--help",    "--version"};
+    return "unknown option " + option + DidYouMean(NearestOf(option, kOptions));
+}
 }  // namespace
 
 std::string ReadCommandLine(const Words& arguments, Options* options, Words* words, Words* given)
 {
     for (size_t i = 0; i < arguments.size(); ++i)
     {
-        const std::string& word = arguments[i];
+        std::string word = arguments[i] == "-h" ? "--help" : arguments[i];
         if (word == "--")
         {
             words->insert(words->end(), arguments.begin() + static_cast<ptrdiff_t>(i) + 1, arguments.end());
             return "";
         }
-        bool* turned_on = SwitchOf(word, options);
-        if (!word.starts_with("--") || word == "--help" || word == "--version")
+        if (!word.starts_with("--"))
         {
             words->push_back(word);
             continue;
         }
-        if (turned_on == nullptr && !TakesValue(word)) return "unknown option " + word;
+        const size_t equals = word.find('=');
+        const bool joined = equals != std::string::npos && TakesValue(word.substr(0, equals));
+        const std::string value = joined ? word.substr(equals + 1) : i + 1 < arguments.size() ? arguments[i + 1] : "";
+        if (joined) word.resize(equals);
+        bool* turned_on = SwitchOf(word, options);
+        if (turned_on == nullptr && !TakesValue(word)) return Unknown(word);
         if (!IsForEveryCommand(word)) given->push_back(word);
         if (turned_on != nullptr)
             *turned_on = true;
-        else if (const std::string error = ReadValue(word, ++i < arguments.size() ? arguments[i] : "", options);
-                 !error.empty())
+        else if (const std::string error = ReadValue(word, value, options); !error.empty())
             return error;
+        else if (!joined)
+            ++i;
     }
     return "";
 }

@@ -62,7 +62,7 @@ int CommandList(const Options& options, const Words& pattern)
     for (const TableEntry& table : Tables()) print(table.name, "table");
     if (options.json) printf("]\n");
     if (found > 0) return 0;
-    fprintf(stderr, "kobctl: no name matches '%s'\n", pattern[0].c_str());
+    SayError("no name matches '" + pattern[0] + "'");
     return 1;
 }
 
@@ -81,8 +81,7 @@ int CommandDescribe(const Options& options, const Words& names)
             DescribeTable(options, *table, separator);
         else
         {
-            fprintf(stderr, "kobctl: there is no object or table %s%s: %s (1)\n", name.c_str(),
-                    DidYouMean(Nearest(name)).c_str(), ResultText(kNotFound));
+            SayError("there is no object or table " + name + DidYouMean(Nearest(name)) + ": " + CodeText(kNotFound));
             status = 1;
             continue;
         }

@@ -47,7 +47,7 @@ int Report(const Options& options, const std::vector<Assignment>& pairs, const R
     if (response.code == 0) return 0;
     if (response.too_large)
         return Fail(options, kBufferLimit, "these values do not fit one request of 8192 bytes; nothing was set");
-    if (response.from_bus) return FailRequest(options, response.code, true, "set");
+    if (response.from_bus) return FailChange(options, response.code, true, "set");
     return FailRequest(options, response.code, false, Reason(pairs, log.Lines()));
 }
 
@@ -69,7 +69,7 @@ int SetUntilConfirmed(const Options& options, const std::vector<Assignment>& pai
     }
     // Refused, perhaps after a part of it: the router itself may refuse what the checks let pass.
     const std::string error = pending.IsUnchanged(options) && pending.Withdraw() ? "" : pending.TakeBack(options);
-    if (!error.empty()) fprintf(stderr, "kobctl: %s\n", error.c_str());
+    if (!error.empty()) SayError(error);
     return status;
 }
 }  // namespace
@@ -79,10 +79,7 @@ int CommandSet(const Options& options, const Words& words)
     std::vector<Assignment> pairs;
     if (!ReadAssignments(options, "set", words, &pairs)) return 2;
     if (options.confirm_s > 0 && options.silent)
-    {
-        Fail(options, kInvalidArgument, "set takes --silent or --confirm, not both");
-        return 2;
-    }
+        return WrongUse(options, "set takes --silent or --confirm, not both", "set");
     if (options.confirm_s > 0) return SetUntilConfirmed(options, pairs);
     const LogWindow log;
     return Report(options, pairs, Send(options, pairs), log);
@@ -91,6 +88,6 @@ int CommandSet(const Options& options, const Words& words)
 int CommandCommit(const Options& options, const Words&)
 {
     const Response response = Call(kRequestUpdate, {}, options.timeout_ms);
-    return response.code == 0 ? 0 : FailRequest(options, response.code, response.from_bus, "commit");
+    return response.code == 0 ? 0 : FailChange(options, response.code, response.from_bus, "commit");
 }
 }  // namespace kobd::client

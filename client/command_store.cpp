@@ -1,11 +1,16 @@
 // kobctl nvram and kobctl config: the stores that the router's processes share. They are read and
 // written in their files, no daemon is needed.
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 #include "client/commands.h"
 #include "daemon/result.h"
 #include "platform/config.h"
+#include "platform/host/state_store.h"
 #include "platform/nvram.h"
 
 namespace kobd::client
@@ -23,6 +28,10 @@ struct Store
 
 int Get(const Options& options, const Store& store, const Words& words)
 {
+    const std::string path = host::StateFolderName() + "/" + store.name;
+    if (access(path.c_str(), R_OK) != 0 && errno != ENOENT)  // the library would show what the factory set
+        return Fail(options, kSystemError,
+                    std::string(store.name) + " get: cannot read " + path + ": " + strerror(errno));
     int status = 0;
     const char* separator = "";
     if (options.json) printf("{");
@@ -32,7 +41,7 @@ int Get(const Options& options, const Store& store, const Words& words)
         char value[kValueBuffer];
         if (store.get(key.c_str(), value, sizeof value) != 0)
         {
-            fprintf(stderr, "kobctl: %s has no %s\n", store.name, key.c_str());
+            SayError(std::string(store.name) + " has no " + key);
             status = 1;
             continue;
         }
@@ -53,10 +62,8 @@ int Set(const Options& options, const Store& store, const Words& words)
 {
     for (size_t i = 1; i < words.size(); ++i)
         if (const size_t equals = words[i].find('='); equals == std::string::npos || equals == 0)
-        {
-            Fail(options, kInvalidArgument, std::string(store.name) + " set takes KEY=VALUE, not '" + words[i] + "'");
-            return 2;
-        }
+            return WrongUse(options, std::string(store.name) + " set takes KEY=VALUE, not '" + words[i] + "'",
+                            store.name);
     for (size_t i = 1; i < words.size(); ++i)
     {
         const size_t equals = words[i].find('=');
@@ -74,9 +81,7 @@ int Run(const Options& options, const Store& store, const Words& words)
 {
     if (words.size() > 1 && words[0] == "get") return Get(options, store, words);
     if (words.size() > 1 && words[0] == "set") return Set(options, store, words);
-    Fail(options, kInvalidArgument,
-         std::string("it is ") + store.name + " get KEY... or " + store.name + " set KEY=VALUE...");
-    return 2;
+    return WrongUse(options, std::string(store.name) + " takes get KEY... or set KEY=VALUE...", store.name);
 }
 }  // namespace
 

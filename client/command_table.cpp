@@ -1,7 +1,8 @@
 // kobctl table: finds the command and checks its words and options.
 #include <cstdint>
-#include <cstdio>
+#include <vector>
 
+#include "client/nearest.h"
 #include "client/table_commands.h"
 
 namespace kobd::client
@@ -29,11 +30,7 @@ constexpr TableCommand kTableCommands[] = {
     {"del", 2, SIZE_MAX, "TABLE INDEX...", TableDel},
 };
 
-int WrongUse(const std::string& what)
-{
-    fprintf(stderr, "kobctl: %s\n", what.c_str());
-    return 2;
-}
+constexpr const char* kTable = "table";  // whose help has all of them
 }  // namespace
 
 int CommandTable(const Options& options, const Words& words)
@@ -44,13 +41,21 @@ int CommandTable(const Options& options, const Words& words)
         if (name != command.name) continue;
         const size_t count = words.size() - 1;
         if (count < command.least_words || count > command.most_words)
-            return WrongUse("use: kobctl table " + name + " " + command.words);
-        if (options.silent && command.run != TableSet) return WrongUse("--silent is for table set alone");
-        if (!options.parent.empty() && command.run != TableAdd) return WrongUse("--parent is for table add alone");
+            return WrongUse(options, "table " + name + " takes " + command.words, kTable);
+        if (options.silent && command.run != TableSet)
+            return WrongUse(options, "table " + name + " takes no --silent", kTable);
+        if (!options.parent.empty() && command.run != TableAdd)
+            return WrongUse(options, "table " + name + " takes no --parent", kTable);
         return command.run(options, Words(words.begin() + 1, words.end()));
     }
     std::string names;
-    for (const TableCommand& command : kTableCommands) names += std::string(names.empty() ? "" : ", ") + command.name;
-    return WrongUse("table takes one of " + names + (name.empty() ? "" : ", not '" + name + "'"));
+    std::vector<const char*> candidates;
+    for (const TableCommand& command : kTableCommands)
+    {
+        names += std::string(names.empty() ? "" : ", ") + command.name;
+        candidates.push_back(command.name);
+    }
+    const std::string given = name.empty() ? "" : ", not '" + name + "'" + DidYouMean(NearestOf(name, candidates));
+    return WrongUse(options, "table takes one of " + names + given, kTable);
 }
 }  // namespace kobd::client

@@ -19,9 +19,9 @@ int SendChanges(const Options& options, const std::vector<RowChange>& changes, s
     const Response response = Call(options.silent ? kRequestTableSetSilent : kRequestTableSet,
                                    {Item(kTagValue, file.Path())}, options.timeout_ms);
     if (response.code == 0) return 0;
-    const bool no_answer = response.from_bus && response.code == kReplyTimeout;
-    if (no_answer) *why = "no answer within " + std::to_string(options.timeout_ms) + " ms, see whether it was set";
-    if (response.from_bus && !no_answer) *why = "kobd was not reached";
+    if (response.from_bus)
+        *why =
+            WhyNoAnswer(options, response.code) + (response.code == kReplyTimeout ? ", see whether it was done" : "");
     if (!response.from_bus) *why = WhyChangesRefused(options, response.code, changes, log.Lines());
     return response.code;
 }
@@ -71,7 +71,7 @@ int AddRow(const Options& options, const TableEntry& table, int32_t* index)
     if (below) items.emplace_back(kTagParentPath, options.parent);
     const Response response = Call(below ? kRequestSubTableAdd : kRequestTableAdd, items, options.timeout_ms);
     if (response.from_bus || response.too_large)
-        return FailRequest(options, response.code, response.from_bus, "table add");
+        return FailChange(options, response.code, response.from_bus, "table add");
     if (response.code != 0)
         return FailRequest(options, response.code, false,
                            Refusal(options, response.code, below ? kSetParentPath : kAdd, {{&table, 0}}));
@@ -144,7 +144,7 @@ int TableDel(const Options& options, const Words& words)
             const std::string why =
                 response.from_bus ? "table del" : Refusal(options, response.code, kDel, {{table, index}});
             const std::string before = deleted.empty() ? "" : "; deleted before it: " + deleted;
-            return FailRequest(options, response.code, response.from_bus, why + before);
+            return FailChange(options, response.code, response.from_bus, why + before);
         }
         deleted += (deleted.empty() ? "" : ", ") + std::to_string(index);
     }

@@ -94,6 +94,13 @@ void Print(const Options& options, uint32_t module, uint16_t id, kobd_bytes payl
     fflush(stdout);
 }
 
+std::string WhyNotJoined(uint32_t module)
+{
+    kobd_module seen = {};
+    const bool taken = kobd_module_look(module, &seen) != 0 || seen.claimed != 0;
+    return taken ? "another program has it" : "the system has no message queue for it, see kobctl doctor";
+}
+
 using Modules = std::array<kobd_watch*, kModules.size()>;  // nullptr: not joined
 
 // Joins the modules that are free and says which are not. How many were joined.
@@ -105,8 +112,7 @@ int Join(Modules* modules)
         if (kobd_watch_open(&(*modules)[i], kModules[i]) == KOBD_SUCCESS)
             ++joined;
         else
-            fprintf(stderr, "kobctl: not watching module %s, another program has it\n",
-                    ModuleText(kModules[i]).c_str());
+            SayError("not watching module " + ModuleText(kModules[i]) + ", " + WhyNotJoined(kModules[i]));
     }
     return joined;
 }
@@ -141,8 +147,7 @@ int CommandWatch(const Options& options, const Words& patterns)
     signal(SIGINT, [](int) { stop = 1; });
     signal(SIGTERM, [](int) { stop = 1; });
     Modules modules{};
-    if (Join(&modules) == 0)
-        return Fail(options, KOBD_INITIALIZE_FAILED, "other programs have all modules that the daemon sends to");
+    if (Join(&modules) == 0) return Fail(options, KOBD_INITIALIZE_FAILED, "there is no module left to watch");
     int printed = 0;
     for (int seen = 0; printed >= 0 && stop == 0 && !OutputClosed(); seen += printed)
     {

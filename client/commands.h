@@ -1,4 +1,4 @@
-// The commands of kobctl, a file a group. Each returns the exit status: 0, 1 failed, 2 wrong use.
+// The commands of kobctl, a file a group. Each returns the exit status: 0, 1 failed, 2 wrong use, 3 left open.
 #pragma once
 
 #include <string>

@@ -5,7 +5,6 @@
 
 #include "client/commands.h"
 #include "client/nearest.h"
-#include "daemon/result.h"
 
 namespace kobd::client
 {
@@ -32,8 +31,9 @@ constexpr char kOverview[] =
     "Stores  nvram, config          get KEY... or set KEY=VALUE...\n"
     "State   doctor                 what is wrong, and what to do\n"
     "\n"
-    "help COMMAND has examples. With every command: --json, --timeout SECONDS (5).\n"
-    "Exit status: 0 success, 1 refused or failed, 2 wrong use.\n";
+    "help COMMAND has examples. With every command: --timeout SECONDS (5), and --json\n"
+    "but for export.\n"
+    "Exit status: 0 success, 1 refused or failed, 2 wrong use, 3 check left open.\n";
 
 struct Help
 {
@@ -50,14 +50,13 @@ constexpr Help kHelp[] = {
 
 int CommandHelp(const Options& options, const Words& command)
 {
-    if (command.empty()) return fputs(kOverview, stdout) < 0 ? 1 : 0;
+    if (command.empty() || command[0] == "help") return fputs(kOverview, stdout) < 0 ? 1 : 0;
     std::vector<const char*> commands;
     for (const Help& help : kHelp)
     {
         if (command[0] == help.command) return fputs(help.text, stdout) < 0 ? 1 : 0;
         commands.push_back(help.command);
     }
-    Fail(options, kNotFound, "there is no command " + command[0] + DidYouMean(NearestOf(command[0], commands)));
-    return 2;
+    return WrongUse(options, "there is no command " + command[0] + DidYouMean(NearestOf(command[0], commands)));
 }
 }  // namespace kobd::client

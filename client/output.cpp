@@ -6,10 +6,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
+#include "client/library/kobd_client.h"
 #include "daemon/result.h"
 
 namespace kobd::client
@@ -78,6 +80,15 @@ bool OutputClosed()
     return poll(&output, 1, 0) > 0 && (output.revents & POLLERR) != 0;
 }
 
+bool FlushOutput()
+{
+    errno = 0;
+    if (fflush(stdout) == 0 && ferror(stdout) == 0) return true;
+    if (errno != EPIPE) SayError(std::string("not all was written: ") + strerror(errno != 0 ? errno : EIO));
+    clearerr(stdout);  // a batch says it once
+    return false;
+}
+
 std::string JsonString(std::string_view text)
 {
     std::string out = "\"";
@@ -110,19 +121,43 @@ bool MatchesName(const std::string& pattern, const std::string& name)
 
 std::string CodeText(int code) { return std::string(ResultText(code)) + " (" + std::to_string(code) + ")"; }
 
+void SayError(const std::string& what)
+{
+    fprintf(stderr, "kobctl: %s\n", (isatty(STDERR_FILENO) != 0 ? Escaped(what) : what).c_str());
+}
+
 int Fail(const Options& options, int code, const std::string& what)
 {
     if (options.json) printf("{\"error\":%s,\"code\":%d}\n", JsonString(what).c_str(), code);
-    fprintf(stderr, "kobctl: %s\n", what.c_str());
+    SayError(what);
     return 1;
+}
+
+int WrongUse(const Options& options, const std::string& what, const std::string& command)
+{
+    Fail(options, kInvalidArgument, what + "; see kobctl help" + (command.empty() ? "" : " " + command));
+    return 2;
+}
+
+std::string WhyNoAnswer(const Options& options, int code)
+{
+    if (code == kReplyTimeout) return "no answer within " + std::to_string(options.timeout_ms) + " ms";
+    if (code == kInitializeFailed) return "the system has no message queue for the answer, see kobctl doctor";
+    kobd_module daemon = {};
+    if (code == kNotRunning && kobd_module_look(KOBD_MODULE_DAEMON, &daemon) == EACCES)
+        return "kobd runs as another user: be that user or root";
+    return code == kNotRunning ? "kobd is not running on this bus" : "kobd was not reached";
 }
 
 int FailRequest(const Options& options, int code, bool from_bus, const std::string& what)
 {
-    const std::string text = CodeText(code);
-    if (from_bus && code == kNotRunning) return Fail(options, code, "kobd is not running on this bus: " + text);
-    if (from_bus && code == kReplyTimeout)
-        return Fail(options, code, what + ": no answer within " + std::to_string(options.timeout_ms) + " ms: " + text);
-    return Fail(options, code, what + ": " + text);
+    return Fail(options, code, what + ": " + (from_bus ? WhyNoAnswer(options, code) + ": " : "") + CodeText(code));
+}
+
+int FailChange(const Options& options, int code, bool from_bus, const std::string& what)
+{
+    if (!from_bus || code != kReplyTimeout) return FailRequest(options, code, from_bus, what);
+    return Fail(options, code,
+                what + ": " + WhyNoAnswer(options, code) + ", see whether it was done: " + CodeText(code));
 }
 }  // namespace kobd::client

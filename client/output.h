@@ -12,6 +12,8 @@ struct Options
     bool silent = false;
     bool follow = false;
     bool resume = false;
+    bool help = false;
+    bool version = false;
     std::string parent = {};  // path of the object under which a row is added
     int confirm_s = 0;        // the old values return after these seconds; 0: they do not
     int timeout_ms = 5000;
@@ -42,6 +44,10 @@ std::string Coloured(Colour colour, const std::string& word);
 // would otherwise wait on.
 bool OutputClosed();
 
+// Writes out what was printed. False when any of it was lost, after a line that says why; nothing is said when the
+// reader is gone.
+bool FlushOutput();
+
 // A JSON string with its quotes; bytes that are no UTF-8 become U+FFFD.
 std::string JsonString(std::string_view text);
 
@@ -51,9 +57,21 @@ bool MatchesName(const std::string& pattern, const std::string& name);
 // "Invalid argument (2)".
 std::string CodeText(int code);
 
-// One error line on standard error, or with --json an object; returns exit status 1.
+// One line "kobctl: WHAT" on standard error, escaped on a terminal.
+void SayError(const std::string& what);
+
+// One error line, with --json an object on standard output too; returns exit status 1.
 int Fail(const Options& options, int code, const std::string& what);
+
+// The same for words that make no command; says where the help is, of `command` if given; returns exit status 2.
+int WrongUse(const Options& options, const std::string& what, const std::string& command = "");
+
+// Why a request was not carried, or not answered in time.
+std::string WhyNoAnswer(const Options& options, int code);
 
 // The line for a request that the bus did not carry or the daemon refused as a whole.
 int FailRequest(const Options& options, int code, bool from_bus, const std::string& what);
+
+// The same for one that changes something: without an answer in time it may yet be done.
+int FailChange(const Options& options, int code, bool from_bus, const std::string& what);
 }  // namespace kobd::client

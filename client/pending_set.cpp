@@ -126,6 +126,7 @@ bool BecomeTheOneThatWaits()
 PendingSet::PendingSet()
 {
     lock_ = open((host::StateFolder() + "/confirm.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    if (lock_ < 0) error_ = "cannot write in " + host::StateFolder() + ": " + strerror(errno);
     while (lock_ >= 0 && flock(lock_, LOCK_EX) != 0 && errno == EINTR)
     {
     }
@@ -141,8 +142,7 @@ void PendingSet::Load()
 {
     host::Settings settings;
     if (host::LoadSettings(PendingFile(), &settings) == host::LoadResult::kDamaged)
-        fprintf(stderr, "kobctl: %s is damaged, kept as %s\n", PendingFile().c_str(),
-                host::KeepAside(PendingFile()).c_str());
+        SayError(PendingFile() + " is damaged, kept as " + host::KeepAside(PendingFile()));
     bool old = false;
     for (const auto& [name, value] : settings)
     {
@@ -156,9 +156,7 @@ void PendingSet::Load()
 
 int PendingSet::Begin(const Options& options, const std::vector<Assignment>& pairs)
 {
-    if (lock_ < 0)
-        return Fail(options, kSystemError,
-                    "set --confirm: cannot write in " + host::StateFolder() + ": " + strerror(errno));
+    if (!error_.empty()) return Fail(options, kSystemError, "set --confirm: " + error_);
     if (pending_)
         return Fail(options, kInvalidArgument,
                     "another set waits for kobctl confirm (" + Names() + "); nothing was set");
@@ -232,9 +230,10 @@ bool StartWaiting()
 
 void RestoreOverdue(const std::string& command)
 {
-    for (const char* without : {"", "help", "--help", "--version", "confirm", "complete-names", "list", "describe"})
+    for (const char* without :
+         {"", "help", "--help", "--version", "confirm", "complete-names", "list", "describe", "doctor"})
         if (command == without) return;
-    if (access(PendingFile().c_str(), F_OK) != 0) return;
+    if (!MayBePending()) return;
     PendingSet pending;
     if (!pending.IsOverdue()) return;
     const std::string error = pending.TakeBack({});
@@ -243,5 +242,7 @@ void RestoreOverdue(const std::string& command)
         error.empty() ? ("not confirmed in time, the old values are back: " + pending.Names()).c_str() : error.c_str());
 }
 
-std::string RefusedFile() { return host::StateFolder() + "/confirm.refused"; }
+std::string RefusedFile() { return host::StateFolderName() + "/confirm.refused"; }
+
+bool MayBePending() { return access((host::StateFolderName() + "/confirm").c_str(), F_OK) == 0; }
 }  // namespace kobd::client

@@ -25,6 +25,9 @@ public:
     // waits. 0, or the exit status after an error line: nothing is pending then and nothing may be set.
     int Begin(const Options& options, const std::vector<Assignment>& pairs);
 
+    // What keeps this user from looking, or the empty text.
+    const std::string& Error() const { return error_; }
+
     bool IsPending() const { return pending_; }
     bool IsOverdue() const;
     std::string Names() const;  // "webHttpPort, webHttpEnable"
@@ -44,11 +47,15 @@ private:
     std::string Text() const;  // of the file
 
     int lock_ = -1;
+    std::string error_;
     bool pending_ = false;
     int64_t due_s_ = 0;  // on the clock that runs since the machine started
     std::string boot_;   // which start of the machine that was
     std::vector<Assignment> old_values_;
 };
+
+// Whether there may be a pending set; only looks, and makes no state folder.
+bool MayBePending();
 
 // Starts the process that waits, without waiting. False with errno.
 bool StartWaiting();

@@ -58,8 +58,7 @@ int AddValue(const Options& options, const std::string& word, RowChange* change)
     if (equals == std::string::npos || equals == 0)
     {
         const std::string near = NearestTable(word);
-        Fail(options, kInvalidArgument, "'" + word + "' is neither COLUMN=VALUE nor a table" + DidYouMean(near));
-        return 2;
+        return WrongUse(options, "'" + word + "' is neither COLUMN=VALUE nor a table" + DidYouMean(near), "table");
     }
     change->values.emplace_back(column, word.substr(equals + 1));
     int code = 0;
@@ -81,8 +80,7 @@ int ReadChanges(const Options& options, const Words& words, std::vector<RowChang
             if (const int status = AddValue(options, words[i], &change)) return status;
         if (change.values.empty())
         {
-            Fail(options, kInvalidArgument, name + " " + std::to_string(change.row.second) + " needs COLUMN=VALUE");
-            return 2;
+            return WrongUse(options, name + " " + std::to_string(change.row.second) + " needs COLUMN=VALUE", "table");
         }
         changes->push_back(change);
     }

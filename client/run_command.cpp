@@ -8,6 +8,7 @@
 
 #include "client/command_line.h"
 #include "client/nearest.h"
+#include "client/output.h"
 
 namespace kobd::client
 {
@@ -41,21 +42,9 @@ constexpr Command kCommands[] = {
     {"nvram", 0, SIZE_MAX, "", CommandNvram},
     {"config", 0, SIZE_MAX, "", CommandConfig},
     {"doctor", 0, 0, "", CommandDoctor},
-    {"help", 0, 1, "", CommandHelp},
+    {"help", 0, SIZE_MAX, "", CommandHelp},
     {"complete-names", 0, 2, "", CommandCompleteNames},
 };
-
-int WrongUse(const std::string& what)
-{
-    fprintf(stderr, "kobctl: %s; see kobctl help\n", what.c_str());
-    return 2;
-}
-
-int WrongUseOf(const Command& command, const std::string& what)
-{
-    fprintf(stderr, "kobctl: %s; see kobctl help %s\n", what.c_str(), command.name);
-    return 2;
-}
 
 std::string NearestCommand(const std::string& name)
 {
@@ -74,13 +63,14 @@ int Run(const Command& command, const Options& options, const Words& words, cons
 {
     const std::string name = command.name;
     for (const std::string& option : given)
-        if (!Takes(command, option)) return WrongUseOf(command, name + " takes no " + option);
-    if (words.size() == 1 && words[0] == "--help") return CommandHelp(options, {name});
+        if (!Takes(command, option)) return WrongUse(options, name + " takes no " + option, name);
+    if (options.help) return CommandHelp(options, {name});
     if (words.size() < command.least_words)
-        return WrongUseOf(command, name + (command.most_words == 1 ? " needs a file" : " needs a name"));
-    if (words.size() > command.most_words) return WrongUseOf(command, name + " takes no '" + words.back() + "'");
+        return WrongUse(options, name + (command.most_words == 1 ? " needs a file" : " needs a name"), name);
+    if (words.size() > command.most_words)
+        return WrongUse(options, name + " takes no '" + words[command.most_words] + "'", name);
     const int status = command.run(options, words);
-    return fflush(stdout) != 0 && status == 0 ? 1 : status;
+    return FlushOutput() || status != 0 ? status : 1;
 }
 }  // namespace
 
@@ -90,14 +80,13 @@ int RunCommand(const Words& command_line, const Options& defaults)
     Words words;
     Words given;
     const std::string error = ReadCommandLine(command_line, &options, &words, &given);
-    if (!error.empty()) return WrongUse(error);
-    if (words.empty()) return WrongUse("no command given");
-    std::string name = words.front();
-    words.erase(words.begin());
-    if (name == "--help") name = "help";
-    if (name == "--version") return printf("kobctl %s\n", KOBD_VERSION) < 0 ? 1 : 0;
+    if (!error.empty()) return WrongUse(options, error);
+    if (words.empty() && options.version) return printf("kobctl %s\n", KOBD_VERSION) > 0 && FlushOutput() ? 0 : 1;
+    if (words.empty() && !options.help) return WrongUse(options, "no command given");
+    const std::string name = words.empty() ? "help" : words.front();
+    if (!words.empty()) words.erase(words.begin());
     for (const Command& command : kCommands)
         if (name == command.name) return Run(command, options, words, given);
-    return WrongUse("unknown command '" + name + "'" + DidYouMean(NearestCommand(name)));
+    return WrongUse(options, "unknown command '" + name + "'" + DidYouMean(NearestCommand(name)));
 }
 }  // namespace kobd::client

@@ -86,7 +86,7 @@ bool IndexOrFail(const Options& options, const std::string& text, int32_t* index
     const unsigned long long number = strtoull(text.c_str(), nullptr, 10);
     if (!digits || errno != 0 || number > INT32_MAX)
     {
-        Fail(options, kInvalidArgument, "a row index is a number from 0 to 2147483647, not '" + text + "'");
+        WrongUse(options, "a row index is a number from 0 to 2147483647, not '" + text + "'", "table");
         return false;
     }
     *index = static_cast<int32_t>(number);

@@ -30,7 +30,7 @@ bool MatchesAnything(const std::string& pattern)
 std::string WrongPattern(const Words& patterns)
 {
     for (const std::string& pattern : patterns)
-        if (!MatchesAnything(pattern))
+        if (pattern.empty() || !MatchesAnything(pattern))
             return "no object, table or event matches '" + pattern + "'" + DidYouMean(Nearest(pattern));
     return "";
 }

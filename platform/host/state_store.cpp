@@ -40,7 +40,9 @@ void MakeFolders(const std::string& path)
     free(folder);
 }
 
-std::string ChooseFolder()
+}  // namespace
+
+std::string StateFolderName()
 {
     const char* named = getenv("KOBD_STATE_DIR");
     const char* home = getenv("HOME");
@@ -49,6 +51,14 @@ std::string ChooseFolder()
                          : home != nullptr               ? std::string(home) + "/.local/state/kobd"
                                                          : "/tmp/kobd-state-" + std::to_string(geteuid());
     while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
+    return folder;
+}
+
+namespace
+{
+std::string ChooseFolder()
+{
+    const std::string folder = StateFolderName();
     MakeFolders(folder);
     return folder;
 }

@@ -22,6 +22,9 @@ namespace kobd::host
 // folder of the user's. Created when missing.
 const std::string& StateFolder();
 
+// The same without making it: for those who only look.
+std::string StateFolderName();
+
 using Settings = std::vector<std::pair<std::string, std::string>>;
 
 bool IsHeading(std::string_view name);

@@ -189,8 +189,8 @@ TEST_F(EventSystem, KobctlRefusesWrongWordsAndChangesNothing)
         {"nvram set eth_status", 2, "nvram set takes KEY=VALUE, not 'eth_status'"},
         {"nvram set eth_status=7 =8", 2, "nvram set takes KEY=VALUE, not '=8'"},
         {"nvram set 'a b=1'", 1, "nvram set a b: not set"},
-        {"nvram", 2, "nvram get KEY... or nvram set KEY=VALUE..."},
-        {"config list x", 2, "config get KEY... or config set KEY=VALUE..."},
+        {"nvram", 2, "nvram takes get KEY... or set KEY=VALUE...; see kobctl help nvram"},
+        {"config list x", 2, "config takes get KEY... or set KEY=VALUE..."},
         {"journal x", 2, "takes no 'x'"},
     };
     for (const auto& c : kCases)

@@ -101,7 +101,7 @@ $ kobctl check webHttpPort
 ! kobctl: there is no table webHttpPort: Obj or table not found (1)
 [1]
 $ kobctl check webHttpPort=1 webHttpEnable
-! kobctl: check takes NAME=VALUE, not 'webHttpEnable'
+! kobctl: check takes NAME=VALUE, not 'webHttpEnable'; see kobctl help check
 [2]
 $ kobctl table add FwPortFilterTable
 1

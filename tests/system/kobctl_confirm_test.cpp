@@ -171,7 +171,7 @@ $ kobctl set --confirm 60 webHttpPort=81 webHttpPrt=2
 ! kobctl: set --confirm: there is no object webHttpPrt, did you mean webHttpPort?; nothing was set
 [1]
 $ kobctl set --confirm 60 --silent webHttpPort=81
-! kobctl: set takes --silent or --confirm, not both
+! kobctl: set takes --silent or --confirm, not both; see kobctl help set
 [2]
 $ kobctl set --confirm 0 webHttpPort=81
 ! kobctl: --confirm takes seconds from 1 to 604800, not '0'; see kobctl help

@@ -205,7 +205,7 @@ TEST_F(KobctlExport, AWrongFileIsNamedLineByLineAndChangesNothing)
             EXPECT_NE(ran.errors.find(std::string("kobctl: /tmp/router.conf") + error), std::string::npos)
                 << c.text << "misses " << error << "\n"
                 << ran.errors;
-        EXPECT_NE(ran.errors.find("are wrong; nothing was changed"), std::string::npos) << ran.errors;
+        EXPECT_NE(ran.errors.find("; nothing was changed"), std::string::npos) << ran.errors;
         EXPECT_EQ(Export(), before) << c.text;
     }
 }
@@ -221,7 +221,7 @@ TEST_F(KobctlExport, WhatOnlyTheDaemonRefusesIsNamedAndRowsStay)
     EXPECT_EQ(ran.status, 1);
     EXPECT_EQ(ran.output,
               "/tmp/router.conf:1: webHttpPort set\n"
-              "1 values and the rows of 0 tables set, 2 lines refused\n");
+              "1 value and the rows of 0 tables set, 2 lines refused\n");
     EXPECT_NE(ran.errors.find("/tmp/router.conf:2: lteLockpin=1,12345678901: it takes 0 or 1, a comma"),
               std::string::npos)
         << ran.errors;

@@ -214,34 +214,34 @@ $ kobctl table set FwIpFilterTable 1 IP_LSIT=a
 ! kobctl: FwIpFilterTable 1: there is no column IP_LSIT, did you mean IP_LIST?: Element not found (12)
 [1]
 $ kobctl table add FwIpFilterTable IP_LIST
-! kobctl: 'IP_LIST' is neither COLUMN=VALUE nor a table
+! kobctl: 'IP_LIST' is neither COLUMN=VALUE nor a table; see kobctl help table
 [2]
 $ kobctl table set FwIpFilterTable 1 IP_LIST=a FwPortFiltrTable 1 Protocol=tcp
-! kobctl: 'FwPortFiltrTable' is neither COLUMN=VALUE nor a table, did you mean FwPortFilterTable?
+! kobctl: 'FwPortFiltrTable' is neither COLUMN=VALUE nor a table, did you mean FwPortFilterTable?; see kobctl help table
 [2]
 $ kobctl table set FwIpFilterTable 1 FwPortFilterTable 1 Protocol=tcp
-! kobctl: FwIpFilterTable 1 needs COLUMN=VALUE
+! kobctl: FwIpFilterTable 1 needs COLUMN=VALUE; see kobctl help table
 [2]
 $ kobctl table set FwIpFilterTable IP_LIST=a IP_LIST=b
-! kobctl: a row index is a number from 0 to 2147483647, not 'IP_LIST=a'
+! kobctl: a row index is a number from 0 to 2147483647, not 'IP_LIST=a'; see kobctl help table
 [2]
 $ kobctl table get FwIpFilterTable 2147483648
-! kobctl: a row index is a number from 0 to 2147483647, not '2147483648'
+! kobctl: a row index is a number from 0 to 2147483647, not '2147483648'; see kobctl help table
 [2]
 $ kobctl table del FwIpFilterTable -1
-! kobctl: a row index is a number from 0 to 2147483647, not '-1'
+! kobctl: a row index is a number from 0 to 2147483647, not '-1'; see kobctl help table
 [2]
 $ kobctl table get FwIpFilterTable
-! kobctl: use: kobctl table get TABLE INDEX...
+! kobctl: table get takes TABLE INDEX...; see kobctl help table
 [2]
 $ kobctl table get FwIpFilterTable 1 --silent
-! kobctl: --silent is for table set alone
+! kobctl: table get takes no --silent; see kobctl help table
 [2]
 $ kobctl table list --parent Device.
-! kobctl: --parent is for table add alone
+! kobctl: table list takes no --parent; see kobctl help table
 [2]
 $ kobctl table drop FwIpFilterTable
-! kobctl: table takes one of list, describe, columns, max, dump, get, set, add, del, not 'drop'
+! kobctl: table takes one of list, describe, columns, max, dump, get, set, add, del, not 'drop', did you mean dump?; see kobctl help table
 [2]
 $ kobctl table dump FwIpFilterTable
 FwIpFilterTable, no rows

@@ -70,9 +70,12 @@ TEST_F(KobctlTerminal, EveryHelpFitsAScreen)
         EXPECT_NE(ran.output.find("\n  kobctl " + command), std::string::npos) << command << " has no example";
         EXPECT_EQ(RunLine(command + " --help").output, ran.output);
     }
-    EXPECT_EQ(RunLine("help wach").errors, "kobctl: there is no command wach, did you mean watch?\n");
+    EXPECT_EQ(RunLine("table dump --help").output, RunLine("help table dump").output);
+    EXPECT_EQ(RunLine("help wach").errors, "kobctl: there is no command wach, did you mean watch?; see kobctl help\n");
     EXPECT_EQ(RunLine("sett a=b").errors, "kobctl: unknown command 'sett', did you mean set?; see kobctl help\n");
-    EXPECT_EQ(RunLine("get --count 3 IMEI").errors, "kobctl: get takes no --count; see kobctl help get\n");
+    EXPECT_EQ(RunLine("get --count=3 IMEI").errors, "kobctl: get takes no --count; see kobctl help get\n");
+    EXPECT_EQ(RunLine("--jsn list").errors, "kobctl: unknown option --jsn, did you mean --json?; see kobctl help\n");
+    EXPECT_EQ(RunLine("--timeout=2 get webHttpPort").output, "80\n");
 }
 
 TEST_F(KobctlTerminal, AReaderThatGoesAwayEndsItQuietly)
@@ -95,6 +98,22 @@ TEST_F(KobctlTerminal, AReaderThatGoesAwayEndsItQuietly)
         const Ran ran = ReadKobctl(process);
         EXPECT_TRUE(ran.status == -SIGPIPE || ran.status == 0) << line << " ends with " << ran.status;
         EXPECT_EQ(ran.errors, "") << line;
+    }
+}
+
+TEST_F(KobctlTerminal, AFullDiskIsTold)
+{
+    for (const char* command : {"list", "journal", "get webHttpPort", "help", "--version"})
+    {
+        const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);
+        std::vector<std::string> words;
+        std::istringstream parts(command);
+        for (std::string word; parts >> word;) words.push_back(word);
+        const pid_t process = StartKobctlOn(full, words);
+        close(full);
+        const Ran ran = ReadKobctl(process);
+        EXPECT_EQ(ran.status, 1) << command;
+        EXPECT_EQ(ran.errors, "kobctl: not all was written: No space left on device\n") << command;
     }
 }
 
@@ -150,6 +169,9 @@ TEST_F(KobctlTerminal, TheDoctorSaysWhatIsWrong)
     EXPECT_NE(silent.output.find("WRONG daemon   does not answer"), std::string::npos) << silent.output;
 
     daemon_.End(SIGTERM);
+    ASSERT_EQ(system("rm -rf /tmp/state"), 0);
+    EXPECT_NE(RunLine("doctor").output.find("WRONG state    /tmp/state: No such file"), std::string::npos);
+    EXPECT_NE(access("/tmp/state", F_OK), 0) << "who looks makes nothing";
     const Ran gone = RunLine("doctor --json");
     EXPECT_EQ(gone.status, 1);
     EXPECT_TRUE(
