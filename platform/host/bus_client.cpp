@@ -57,7 +57,8 @@ ssize_t ReceiveUntil(int queue, QueueMessage* message, int64_t deadline)
 // its claim and queue are remembered; only whether the claim still holds is looked at every time.
 int FindDestination(BusClient* client, uint32_t module)
 {
-    if (client->destination == module && ClaimHolds(client->destination_claim)) return client->destination_queue;
+    if (client->destination == module && client->destination_queue >= 0 && ClaimHolds(client->destination_claim))
+        return client->destination_queue;
     client->destination = module;
     client->destination_claim = ModuleClaim(module);
     client->destination_queue = ClaimHolds(client->destination_claim) ? ModuleQueue(module, false) : -1;
