@@ -102,6 +102,7 @@ class Daemon:
         deadline = time.monotonic() + 20
         while client.get("webHttpPort") is None:
             if time.monotonic() > deadline or self.process.poll() is not None:
+                self.kill()
                 sys.exit("the daemon does not answer")
             time.sleep(0.02)
         client.close()

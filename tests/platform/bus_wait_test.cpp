@@ -160,4 +160,22 @@ TEST_F(BusWait, AConnectionOutlivesTheDaemonItKnew)
         EXPECT_EQ(Call(&client_), 3) << "nobody has the module, and that is told at once";
     }
 }
+
+TEST_F(BusWait, AConnectionThatFoundADeadDaemonFindsTheNextOne)
+{
+    const pid_t child = fork();
+    if (child == 0)
+    {
+        BusClient module;
+        _exit(BusClientJoin(&module, kModuleKobd));  // leaves queue and semaphore, as one that is killed
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_EQ(status, 0);
+    EXPECT_EQ(Call(&client_), 3);
+    MessageProccessRegister(kTable);
+    ASSERT_EQ(MessageInitialize(kModuleKobd), 0);
+    EXPECT_EQ(Call(&client_), 0);
+    MessageDestroy();
+}
 }  // namespace kobd::test
