@@ -1,6 +1,7 @@
 // The file of the pending set, and the process that waits for its time.
 #include "client/pending_set.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -10,6 +11,7 @@
 #include <charconv>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <fstream>
@@ -29,7 +31,6 @@ constexpr const char* kDue = "due";
 constexpr const char* kBoot = "boot";
 constexpr const char* kOldValues = "[old values]";
 constexpr const char* kNothing = "end\n";  // a settings file without settings
-constexpr int kOwnFiles = 256;             // descriptors the waiting process may have inherited
 
 std::string PendingFile() { return host::StateFolder() + "/confirm"; }
 
@@ -102,10 +103,24 @@ bool BecomeTheOneThatWaits()
     return false;
 }
 
+// Whatever the caller had open, high numbers too: procd's functions hold a service's lock on
+// descriptor 1000, and a waiting process that inherits it would keep the service from being stopped.
+void CloseInherited()
+{
+    std::vector<int> files;
+    if (DIR* folder = opendir("/proc/self/fd"))
+    {
+        while (const dirent* entry = readdir(folder)) files.push_back(atoi(entry->d_name));
+        closedir(folder);
+    }
+    for (const int file : files)
+        if (file > STDERR_FILENO) close(file);
+}
+
 [[noreturn]] void WaitAndRestore()
 {
     setsid();
-    for (int file = 3; file < kOwnFiles; ++file) close(file);
+    CloseInherited();
     const int nothing = open("/dev/null", O_RDWR);
     for (int file = 0; file < 3; ++file) dup2(nothing, file);
     if (chdir("/") != 0) _exit(1);

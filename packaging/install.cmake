@@ -60,30 +60,33 @@ install(FILES ${KOBD_MADE}/kobctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES ${KOBD_MADE}/kobd.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8)
 install(FILES ${KOBD_MADE}/kobd-state.5 ${KOBD_MADE_PAGES} DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 install(FILES completion/kobctl.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME kobctl)
-install(FILES README.md CHANGELOG.md docs/architecture.md docs/porting.md docs/protocol.md docs/security.md docs/uci.md
-  TYPE DOC)
+install(FILES README.md CHANGELOG.md docs/architecture.md docs/porting.md docs/protocol.md docs/robustness.md
+  docs/security.md docs/uci.md TYPE DOC)
 
-# -- service of hosts with systemd or with init scripts; OpenWrt's package brings its own
-configure_file(${KOBD_PACKAGING}/debian/kobd.service.in ${KOBD_MADE}/kobd.service @ONLY)
-configure_file(${KOBD_PACKAGING}/debian/kobd.init.in ${KOBD_MADE}/kobd.init @ONLY)
+# -- service of hosts with systemd or with init scripts; OpenWrt's package brings its own. Written when
+# they are installed, because `cmake --install --prefix` decides only then where the programs are.
+install(CODE "
+  cmake_path(APPEND CMAKE_INSTALL_PREFIX \"${CMAKE_INSTALL_SBINDIR}\" OUTPUT_VARIABLE KOBD_SBIN_FOLDER)
+  cmake_path(APPEND CMAKE_INSTALL_PREFIX \"${CMAKE_INSTALL_BINDIR}\" OUTPUT_VARIABLE KOBD_BIN_FOLDER)
+  foreach(file kobd.service kobd.init)
+    configure_file(\"${KOBD_PACKAGING}/debian/\${file}.in\" \"${KOBD_MADE}/\${file}\" @ONLY)
+  endforeach()")
 install(FILES ${KOBD_MADE}/kobd.service DESTINATION lib/systemd/system)
-# Below /etc only for a system's own packages, which have the prefix /usr; else nothing leaves the prefix.
-if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
-  set(KOBD_INIT_FOLDER ${CMAKE_INSTALL_FULL_SYSCONFDIR}/init.d)
-else()
-  set(KOBD_INIT_FOLDER ${CMAKE_INSTALL_SYSCONFDIR}/init.d)
-endif()
-install(PROGRAMS ${KOBD_MADE}/kobd.init DESTINATION ${KOBD_INIT_FOLDER} RENAME kobd)
+# Not in /etc/init.d, so that nothing leaves the prefix: whoever wants it there makes a link.
+install(PROGRAMS ${KOBD_MADE}/kobd.init DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/kobd RENAME init)
 
 # -- Debian packages: kobd with everything a router needs, libkobd-dev for those who write a client
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kobd)
-set(CPACK_PACKAGE_CONTACT "kobd maintainers <root@localhost>")
-set(CPACK_SET_DESTDIR ON)  # the init script has an absolute place
+set(KOBD_PACKAGE_CONTACT "kobd maintainers <kobd@localhost>" CACHE STRING "Who answers for the Debian packages")
+set(CPACK_PACKAGE_CONTACT ${KOBD_PACKAGE_CONTACT})
+set(CPACK_SET_DESTDIR ON)  # the service files tell the prefix
 set(CPACK_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL runtime development)
+set(CPACK_KOBD_DEBIAN_PACKAGES kobd libkobd-dev)  # their names, in the same order
+set(CPACK_PRE_BUILD_SCRIPTS ${KOBD_PACKAGING}/debian/finish.cmake)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR})
@@ -96,12 +99,14 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "bash-completion, man-db")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "Configuration and status daemon of an LTE/5G router\n\
 Serves named objects and tables over a message bus and keeps them in readable\nfiles; with kobctl, its command line.")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
-  ${KOBD_PACKAGING}/debian/postinst ${KOBD_PACKAGING}/debian/prerm ${KOBD_PACKAGING}/debian/postrm)
+  ${KOBD_PACKAGING}/debian/postinst ${KOBD_PACKAGING}/debian/prerm ${KOBD_PACKAGING}/debian/postrm
+  ${KOBD_PACKAGING}/debian/triggers ${KOBD_MADE}/shlibs)
+configure_file(${KOBD_PACKAGING}/debian/shlibs.in ${KOBD_MADE}/shlibs @ONLY)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libkobd-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "kobd (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Client library of kobd, for those who write a client\n\
-Header, link name, and files for pkg-config and CMake.")
+Calls with deadlines, decoded replies, result codes with their texts, and\nwatching: the header, the link name, and files for pkg-config and CMake.")
 include(CPack)

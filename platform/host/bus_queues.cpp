@@ -74,45 +74,6 @@ bool QueueIsThere(int queue)
     msqid_ds status;
     return msgctl(queue, IPC_STAT, &status) == 0 || errno == EACCES;
 }
-
-union SemaphoreArgument  // for semctl, which leaves its declaration to the caller
-{
-    int value;
-    semid_ds* state;
-};
-
-// Root may use everybody's queue, so that who came first, under whatever user and mode, would hear and say what is
-// meant to be the module's own.
-bool IsOurs(const ipc_perm& of)
-{
-    constexpr unsigned kOthers = 077;
-    return of.uid == geteuid() && of.cuid == geteuid() && (of.mode & kOthers) == 0;
-}
-
-// The module's semaphore as this user's alone: one that another left is removed, one that another holds is refused.
-int OwnSemaphore(uint32_t module)
-{
-    for (;;)
-    {
-        const int claim = semget(static_cast<key_t>(module), 1, IPC_CREAT | kQueueMode);
-        semid_ds state = {};
-        if (claim < 0 ||
-            (semctl(claim, 0, IPC_STAT, SemaphoreArgument{.state = &state}) == 0 && IsOurs(state.sem_perm)))
-            return claim;
-        if (ClaimHolds(claim) || (semctl(claim, 0, IPC_RMID) != 0 && errno != EIDRM && errno != EINVAL)) return -1;
-    }
-}
-
-int OwnQueue(uint32_t module)
-{
-    for (;;)
-    {
-        const int queue = msgget(static_cast<key_t>(module), IPC_CREAT | kQueueMode);
-        msqid_ds state = {};
-        if (queue < 0 || (msgctl(queue, IPC_STAT, &state) == 0 && IsOurs(state.msg_perm))) return queue;
-        if (msgctl(queue, IPC_RMID, nullptr) != 0 && errno != EIDRM && errno != EINVAL) return -1;
-    }
-}
 }  // namespace
 
 BusHeader LoadBusHeader(const MessageHeader* message)

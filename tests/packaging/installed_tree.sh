@@ -9,7 +9,7 @@ prefix=$work/root/opt/kobd
 expect "all in the prefix" "opt" "$(ls "$work/root")"
 for file in sbin/kobd bin/kobctl libexec/kobd/uci include/kobd_client.h share/bash-completion/completions/kobctl \
     share/man/man1/kobctl.1 share/man/man8/kobd.8 share/man/man5/kobd-protocol.5 share/man/man5/kobd-state.5 \
-    share/man/man5/kobd-uci.5 lib/systemd/system/kobd.service etc/init.d/kobd; do
+    share/man/man5/kobd-uci.5 lib/systemd/system/kobd.service libexec/kobd/init; do
     [ -s "$prefix/$file" ] || fail "$file is not installed"
 done
 library=$(find "$prefix" -name libkobd_client.so.0)
@@ -21,8 +21,11 @@ sed -n 's/^[a-z].*[ *]\(kobd_[a-z_]*\)(.*/\1/p' "$prefix/include/kobd_client.h" 
 done >"$work/undefined"
 expect "declared, not defined" "" "$(cat "$work/undefined")"
 
-sh -n "$prefix/etc/init.d/kobd" || fail "the init script is broken"
-if grep -rq '@[A-Z_]*@' "$prefix/etc" "$prefix/lib/systemd"; then fail "a service file shows what was to be replaced"; fi
+sh -n "$prefix/libexec/kobd/init" || fail "the init script is broken"
+expect "the service runs what stands in the prefix" "/opt/kobd/sbin/kobd -F
+-/opt/kobd/bin/kobctl confirm --resume" "$(sed -n 's/^Exec[A-Za-z]*=//p' "$prefix/lib/systemd/system/kobd.service")"
+expect "so does the init script" "/opt/kobd/sbin/kobd
+/opt/kobd/bin/kobctl confirm --resume || true" "$(sed -n 's/^PROG=//p; s/^ *\(\/.*kobctl\)/\1/p' "$prefix/libexec/kobd/init")"
 
 # Clients, built from the moved tree alone.
 compiler=$(sed -n 's/^CMAKE_C_COMPILER:[A-Z]*=//p' "$build_folder/CMakeCache.txt")
@@ -50,7 +53,7 @@ fi
 # The daemon, in namespaces of its own. $work is in /tmp, which is another there.
 unshare --ipc --mount true 2>/dev/null || skip "needs IPC and mount namespaces of its own to start the daemon"
 cat >"$work/session" <<'END'
-mount --make-rprivate / && mkdir /tmp/outside && mount --bind "$1" /mnt && mount -t tmpfs none /tmp || exit 1
+mount --make-rprivate / && mount --bind "$1" /mnt && mount -t tmpfs none /tmp || exit 1
 cd /mnt || exit 1
 export KOBD_STATE_DIR=/tmp/state PATH=/usr/bin:/bin LD_LIBRARY_PATH=$2
 root/opt/kobd/sbin/kobd -F >/tmp/out 2>&1 &
@@ -71,7 +74,6 @@ kill "$daemon"
 wait "$daemon"
 echo "ended with $?"
 END
-sed -i 's/ && mkdir \/tmp\/outside//' "$work/session"
 clients="80, Invalid argument"
 [ -x "$work/by-pkg-config" ] && clients="$clients
 $clients"

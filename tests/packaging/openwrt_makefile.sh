@@ -26,8 +26,19 @@ install-$(1):
 endef
 version:
 	@echo $(PKG_VERSION)
+prepare:
+	$(call Build/Prepare)
+install-dev:
+	$(call Build/InstallDev,$(OUT))
+define newline
+
+
+endef
+told:
+	@printf '%b\\n' '$(CMAKE_INSTALL)|$(PKG_BUILD_DEPENDS)|$(strip $(CMAKE_OPTIONS))|$(Package/kobd/conffiles)'
+	@printf '%b\\n' '$(foreach package,kobd kobctl libkobd-client,$(subst $(newline),\n,$(Package/$(package)))\n)'
 END
-: >"$work/include/cmake.mk"
+echo 'CMAKE_OPTIONS:=of-cmake.mk' >"$work/include/cmake.mk"
 
 run_make() { make -s -C "$source_folder/packaging/openwrt/kobd" TOPDIR="$work" OUT="$work/out" "$@" 2>&1; }
 
@@ -58,6 +69,27 @@ expect "what an upgrade keeps" "/etc/kobd/" "$(cat "$work/out/kobd/lib/upgrade/k
 expect "version, as the project's" \
     "$(sed -n 's/^project(kobd VERSION \([0-9.]*\).*/\1/p' "$source_folder/CMakeLists.txt")" \
     "$(run_make version)"
+told=$(run_make KOBD_PLATFORM_LIBRARIES="message;nvram" KOBD_PLATFORM_PACKAGE=ours told)
+expect "how it is built and what an upgrade of the package keeps" \
+    '1|ours|of-cmake.mk -DKOBD_TESTS=OFF -DKOBD_PLATFORM_LIBRARIES="message;nvram"|/etc/kobd/' "$(echo "$told" | head -n 1)"
+expect "what the packages need" "+libkobd-client +libpthread +libstdcpp +ours
++kobd +libkobd-client +libstdcpp
++libpthread +libstdcpp" "$(echo "$told" | sed -n 's/^ *DEPENDS:=//p')"
+expect "where they stand in the menu" 3 "$(echo "$told" | grep -c '^ *CATEGORY:=')"
+
+# What is built is the clone, without what was built in it before.
+expect "preparing says nothing" "" "$(run_make prepare)"
+expect "what is built" "CMakeLists.txt
+daemon" "$(cd "$work"/build/kobd-* && ls -d build .git CMakeLists.txt daemon 2>/dev/null)"
+expect "installing for other packages says nothing" "" "$(run_make install-dev OUT="$work/dev")"
+expect "what other packages are built against" "usr/include/kobd_client.h
+usr/lib/cmake/kobd_client/kobd_client-config-version.cmake
+usr/lib/cmake/kobd_client/kobd_client-config.cmake
+usr/lib/libkobd_bus.so
+usr/lib/libkobd_client.so
+usr/lib/libkobd_client.so.0
+usr/lib/libkobd_client.so.0.1.0
+usr/lib/pkgconfig/kobd_client.pc" "$(cd "$work/dev" && find . ! -type d ! -name '*-config-[a-u]*' | LC_ALL=C sort | sed 's|^\./||')"
 cmp -s "$work/out/kobd/etc/init.d/kobd" "$source_folder/packaging/openwrt/kobd/files/kobd.init" ||
     fail "another init script was installed"
 [ -x "$work/out/kobd/etc/init.d/kobd" ] || fail "the init script cannot be run"

@@ -1,4 +1,6 @@
 // kobctl set --confirm: the old values come back, whatever dies in between.
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -109,6 +111,22 @@ TEST_F(KobctlConfirm, TheNextCallGoesOnForAKilledOne)
     EXPECT_EQ(late.status, 1);
     EXPECT_EQ(late.errors, "kobctl: too late to confirm webHttpPort: the old values are back\n");
     EXPECT_EQ(Port(), "80");
+}
+
+// As the service script of the router calls it: with the lock of that service open.
+TEST_F(KobctlConfirm, TheOneThatWaitsHoldsNoLockOfItsCaller)
+{
+    constexpr int kLock = 1000;
+    const int file = open("/tmp/kob-lock", O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    ASSERT_EQ(dup2(file, kLock), kLock);
+    close(file);
+    ASSERT_EQ(flock(kLock, LOCK_EX), 0);
+    EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=81").status, 0);
+    close(kLock);
+    const int other = open("/tmp/kob-lock", O_RDWR | O_CLOEXEC);
+    EXPECT_EQ(flock(other, LOCK_EX | LOCK_NB), 0);
+    close(other);
+    EXPECT_EQ(KillWaiting(), 1) << "and it does wait";
 }
 
 TEST_F(KobctlConfirm, AfterARestartOfTheMachineTheServiceStartTakesBack)
