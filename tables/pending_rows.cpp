@@ -25,6 +25,8 @@ struct Slot
 std::array<Slot, kSlots> slots;
 
 size_t pending_count = 0;  // nodes in all lists together
+// The slots of these nodes: to clear all 8192 would cost more than all the rest of a small request.
+std::array<uint16_t, kRowsMax> taken;
 
 // The slot of that row, or the empty slot where it belongs.
 Slot& SlotOf(const TableDef& table, int32_t index)
@@ -50,14 +52,12 @@ void Append(const TableDef& table, PendingRow* pending)
     pending->links = {head, head->previous};
     head->previous->next = &pending->links;
     head->previous = &pending->links;
-    ++pending_count;
 }
 
 void Unlink(PendingRow* pending)
 {
     pending->links.previous->next = pending->links.next;
     pending->links.next->previous = pending->links.previous;
-    --pending_count;
 }
 
 // A node with a row of zeros; nullptr without memory.
@@ -89,6 +89,7 @@ int PendingRowOf(const TableDef& table, int32_t index, PendingRow** pending)
     memcpy((*pending)->Row(), &index, sizeof index);
     Append(table, *pending);
     slot = {&table, *pending};
+    taken[pending_count++] = static_cast<uint16_t>(&slot - slots.data());
     return kSuccess;
 }
 
@@ -98,15 +99,14 @@ PendingRow* NextPendingRow(const TableDef& table, PendingRow* pending) { return 
 
 void TableRowsRelease()
 {
-    if (pending_count != 0) slots.fill({});
+    if (pending_count == 0) return;
+    for (size_t i = 0; i < pending_count; ++i) slots[taken[i]] = {};
+    pending_count = 0;
     for (const TableDef& table : kTables)
-    {
-        if (pending_count == 0) return;
         while (PendingRow* pending = FirstPendingRow(table))
         {
             Unlink(pending);
             ::operator delete(pending);
         }
-    }
 }
 }  // namespace kobd
