@@ -1,5 +1,8 @@
 // kobctl: reads and changes the router's objects and tables from a terminal.
+#include <unistd.h>
+
 #include <csignal>
+#include <cstdio>
 
 #include "client/pending_set.h"
 #include "client/run_command.h"
@@ -7,6 +10,10 @@
 int main(int count, char** arguments)
 {
     using namespace kobd::client;
+    // The C library of the router writes lines through as long as nobody asks for a buffer, and does not keep
+    // what it could not write: the reason would be lost before anybody looks.
+    static char buffer[64 * 1024];
+    if (isatty(STDOUT_FILENO) == 0) setvbuf(stdout, buffer, _IOFBF, sizeof buffer);
     signal(SIGPIPE, SIG_DFL);  // a reader that has enough ends kobctl without a word
     const Words words(arguments + 1, arguments + count);
     RestoreOverdue(words.empty() ? "" : words.front());

@@ -84,7 +84,8 @@ bool FlushOutput()
 {
     errno = 0;
     if (fflush(stdout) == 0 && ferror(stdout) == 0) return true;
-    if (errno != EPIPE) SayError(std::string("not all was written: ") + strerror(errno != 0 ? errno : EIO));
+    const std::string why = errno != 0 ? ": " + std::string(strerror(errno)) : "";  // not known of an earlier write
+    if (errno != EPIPE) SayError("not all was written" + why);
     clearerr(stdout);  // a batch says it once
     return false;
 }

@@ -81,7 +81,11 @@ int RunCommand(const Words& command_line, const Options& defaults)
     Words given;
     const std::string error = ReadCommandLine(command_line, &options, &words, &given);
     if (!error.empty()) return WrongUse(options, error);
-    if (words.empty() && options.version) return printf("kobctl %s\n", KOBD_VERSION) > 0 && FlushOutput() ? 0 : 1;
+    if (words.empty() && options.version)
+    {
+        printf("kobctl %s\n", KOBD_VERSION);
+        return FlushOutput() ? 0 : 1;
+    }
     if (words.empty() && !options.help) return WrongUse(options, "no command given");
     const std::string name = words.empty() ? "help" : words.front();
     if (!words.empty()) words.erase(words.begin());
