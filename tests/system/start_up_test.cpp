@@ -142,6 +142,7 @@ TEST_F(StartUp, AnUnknownOptionEndsItBeforeAnythingIsDone)
 {
     for (const char* options : {"-x", "-F -x", "-Fx"})
     {
+        unlink("/tmp/kobd.log");
         EXPECT_EQ(Start("state", options), 0) << options;
         EXPECT_EQ(Holder(), 0) << options;
         EXPECT_FALSE(fs::exists("/tmp/kobd.log")) << options;
