@@ -39,8 +39,8 @@ bool KeepUnreadable(const std::string& path)
     if (aside.empty() && errno != ENOENT) return false;
     std::erase(unreadable, path);
     if (!aside.empty())
-        kobd_log_print("KeepUnreadable", __LINE__, "%s could not be read, kept as %s before it is replaced", file.c_str(),
-                       aside.c_str());
+        kobd_log_print("KeepUnreadable", __LINE__, "%s could not be read, kept as %s before it is replaced",
+                       file.c_str(), aside.c_str());
     return true;
 }
 }  // namespace kobd::host
