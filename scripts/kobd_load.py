@@ -11,7 +11,7 @@ import time
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 STATE = "/tmp/state"
-SET, GET, UPDATE, TABLE_ADD, TABLE_DEL, TABLE_GET, TABLE_SET, DUMP, SHOW = 1, 2, 4, 7, 8, 9, 10, 12, 13
+SET, GET, SET_SILENT, UPDATE, TABLE_ADD, TABLE_DEL, TABLE_GET, TABLE_SET, DUMP, SHOW = 1, 2, 3, 4, 7, 8, 9, 10, 12, 13
 RESULT, NAME, VALUE, TABLE, ROW, COLUMN = 0, 1, 2, 3, 4, 5
 
 
@@ -110,6 +110,10 @@ class Daemon:
     def kill(self, number=signal.SIGKILL):
         self.process.send_signal(number)
         return self.process.wait()
+
+    def remove_queue(self):
+        """With the requests that are still in it."""
+        subprocess.check_call(["ipcrm", "-Q", "0x5A510001"])
 
     def _status(self, field):
         with open("/proc/%d/status" % self.process.pid) as status:

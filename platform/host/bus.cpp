@@ -175,6 +175,15 @@ void* Reclaim(void*)
     }
 }
 
+// Ends the receive thread, which waits for a message or for a queue.
+void StopReceiving()
+{
+    bus.stopping = true;
+    msgctl(bus.queue, IPC_RMID, nullptr);
+    pthread_join(bus.receiver, nullptr);
+    msgctl(bus.queue, IPC_RMID, nullptr);  // one that it made in the meantime
+}
+
 // Threads of the library take no signals: those belong to the main thread.
 bool StartThreads()
 {
@@ -186,9 +195,7 @@ bool StartThreads()
     bool started = pthread_create(&bus.receiver, nullptr, Receive, nullptr) == 0;
     if (started && pthread_create(&bus.reclaimer, nullptr, Reclaim, nullptr) != 0)
     {
-        bus.stopping = true;
-        msgctl(bus.queue, IPC_RMID, nullptr);
-        pthread_join(bus.receiver, nullptr);
+        StopReceiving();
         started = false;
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
@@ -209,6 +216,8 @@ int MessageInitialize(uint32_t module)
     bus.queue = ModuleQueue(module, true);
     const bool later = bus.queue < 0 && (errno == ENOSPC || errno == ENOMEM);  // the receive thread takes it
     if ((bus.queue >= 0 || later) && StartThreads()) return 0;
+    msgctl(bus.queue, IPC_RMID, nullptr);
+    bus.queue = -1;
     ReleaseModule(bus.claim);
     bus.claim = -1;
     return kFailed;
@@ -247,12 +256,9 @@ int MessageSendReply(MessageHeader* message)
 void MessageDestroy()
 {
     if (bus.claim < 0) return;
-    bus.stopping = true;
-    msgctl(bus.queue, IPC_RMID, nullptr);
     sem_post(&bus.stop_reclaimer);
-    pthread_join(bus.receiver, nullptr);
+    StopReceiving();
     pthread_join(bus.reclaimer, nullptr);
-    msgctl(bus.queue, IPC_RMID, nullptr);  // one that the receive thread made in the meantime
     ReleaseModule(bus.claim);
     bus.claim = -1;
     bus.queue = -1;

@@ -161,7 +161,7 @@ void ListsLoad(const std::string& path)
 {
     LoadFactoryRows();
     Settings lines;
-    LoadResult result = LoadSettings(path, &lines);
+    LoadResult result = LoadSettings(WhatCounts(path), &lines);
     Reader reader;
     if (result == LoadResult::kLoaded && !reader.Read(lines))
     {

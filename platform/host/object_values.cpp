@@ -146,7 +146,7 @@ void ObjectValuesLoad(const std::string& path)
     values = {};
     NameRows();
     Settings settings;
-    ReportLoad("ObjectValuesLoad", path, LoadSettings(path, &settings));
+    ReportLoad("ObjectValuesLoad", path, LoadSettings(WhatCounts(path), &settings));
     for (const auto& setting : settings)
     {
         const auto found = values.by_key.find(setting.first);

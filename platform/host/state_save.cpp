@@ -17,8 +17,8 @@ namespace
 constexpr const char* kTemporary = ".new";
 constexpr const char* kNoteFile = "/commit";
 
-// A note may lie in the folder: nobody has looked yet, or it could not be removed. Only this process
-// writes notes, so that once it is known to be gone no commit has to look again.
+// A note may lie in the folder: nobody has looked yet, or it could not be removed for good. Only this
+// process writes notes, so that once it is known to be gone no commit has to look again.
 bool note_may_lie_there = true;
 
 bool SyncFolder(const std::string& folder)
@@ -65,8 +65,22 @@ bool IsFileName(std::string_view name) { return name.find_first_of(std::string_v
 // outlives its commit would move half-written files into place.
 bool RemoveNote(const std::string& folder)
 {
-    note_may_lie_there = unlink((folder + kNoteFile).c_str()) != 0 || !SyncFolder(folder);
+    const bool gone = unlink((folder + kNoteFile).c_str()) == 0 || errno == ENOENT;
+    note_may_lie_there = !gone || !SyncFolder(folder);
     return !note_may_lie_there;
+}
+
+bool NoNoteIsLeft(const std::string& folder)
+{
+    if (note_may_lie_there && !FinishSave(folder)) return false;
+    // One that was removed, but by a process that died before it was gone from the disk.
+    if (note_may_lie_there) note_may_lie_there = !SyncFolder(folder);
+    return !note_may_lie_there;
+}
+
+void RemoveTemporary(const std::string& folder, const std::vector<StateFile>& files)
+{
+    for (const StateFile& file : files) RemoveKeepingError(folder + "/" + file.name + kTemporary);
 }
 }  // namespace
 
@@ -85,14 +99,22 @@ bool SaveText(const std::string& path, std::string_view text)
 bool SaveTogether(const std::string& folder, const std::vector<StateFile>& files)
 {
     if (files.empty()) return true;
-    if (note_may_lie_there && !FinishSave(folder)) return false;
+    if (!NoNoteIsLeft(folder)) return false;
     if (files.size() == 1) return SaveSettings(folder + "/" + files[0].name, files[0].settings);
-    note_may_lie_there = true;  // also when writing it fails: it may have got its name before that
-    if (!WriteAllTemporary(folder, files) || !WriteNote(folder, files))
+    if (!WriteAllTemporary(folder, files))
     {
-        for (const StateFile& file : files) RemoveKeepingError(folder + "/" + file.name + kTemporary);
+        RemoveTemporary(folder, files);
         return false;
     }
+    if (!WriteNote(folder, files))
+    {
+        // It may have got its name before that: a note that stays must find all files or none.
+        const int error = errno;
+        if (RemoveNote(folder)) RemoveTemporary(folder, files);
+        errno = error;
+        return false;
+    }
+    note_may_lie_there = true;
     // A file that cannot be moved now is moved by whoever finds the note next.
     for (const StateFile& file : files)
     {
@@ -106,11 +128,7 @@ bool FinishSave(const std::string& folder)
 {
     Settings note;
     const LoadResult result = LoadSettings(folder + kNoteFile, &note);
-    if (result == LoadResult::kMissing)
-    {
-        note_may_lie_there = false;
-        return true;
-    }
+    if (result == LoadResult::kMissing) return true;
     if (result == LoadResult::kUnreadable) return false;
     for (const auto& [name, nothing] : note)
     {
@@ -119,5 +137,11 @@ bool FinishSave(const std::string& folder)
         if (rename((path + kTemporary).c_str(), path.c_str()) != 0) return false;
     }
     return SyncFolder(folder) && RemoveNote(folder);
+}
+
+std::string WhatCounts(const std::string& path)
+{
+    const bool decided = access((FolderOf(path) + kNoteFile).c_str(), F_OK) == 0;
+    return decided && access((path + kTemporary).c_str(), F_OK) == 0 ? path + kTemporary : path;
 }
 }  // namespace kobd::host

@@ -228,12 +228,29 @@ void RemoveKeepingError(const std::string& path)
     errno = error;
 }
 
-std::string KeepAside(const std::string& path)
+namespace
+{
+// A name beside the file's that nothing has.
+std::string NameAside(const std::string& path)
 {
     const std::string stem = path + ".damaged-" + std::to_string(time(nullptr));
     std::string aside = stem;
     for (int next = 2; access(aside.c_str(), F_OK) == 0; ++next) aside = stem + "-" + std::to_string(next);
+    return aside;
+}
+}  // namespace
+
+std::string KeepAside(const std::string& path)
+{
+    const std::string aside = NameAside(path);
     return rename(path.c_str(), aside.c_str()) == 0 ? aside : std::string();
+}
+
+std::string KeepCopy(const std::string& path)
+{
+    const std::string aside = NameAside(path);
+    if (link(path.c_str(), aside.c_str()) == 0) return aside;
+    return errno == ENOENT ? std::string() : KeepAside(path);  // a file system without links, or a folder
 }
 
 void Journal(std::string_view line)

@@ -62,15 +62,21 @@ struct StateFile
 
 // As SaveSettings for several files of one folder: after a crash or a power cut FinishSave finds all
 // of them new or all of them old. False with errno when they could not be written; all old then,
-// unless moving one of the written files into its place failed.
+// unless the note that makes them count stays, for the next SaveTogether or FinishSave to find.
 bool SaveTogether(const std::string& folder, const std::vector<StateFile>& files);
 
 // Completes what SaveTogether had decided before the process died. Called before files are loaded.
 // False with errno when it could not.
 bool FinishSave(const std::string& folder);
 
+// Where the file lies that counts: beside `path` as long as a decided commit could not be finished.
+std::string WhatCounts(const std::string& path);
+
 // Moves a damaged file aside so that nobody writes over it. Its new name, empty when that failed.
 std::string KeepAside(const std::string& path);
+
+// Gives a file that is going to be replaced such a name, too; moves it where it can have but one.
+std::string KeepCopy(const std::string& path);
 
 // One line to the journal of the host platform: what a router would have done. A journal of more
 // than 1 MiB is moved to "journal.1" in the place of an earlier one, so that both stay bounded.

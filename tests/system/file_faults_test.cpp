@@ -193,6 +193,58 @@ TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStartOrKeptAside)
     }
 }
 
+TEST_F(FileFaults, StateThatCouldNotBeReadStaysInPlaceWhenTheNextCommitFails)
+{
+    StartAfresh();
+    fault_.Arm(Call::kRead, "*/objects", EIO);
+    KillAndStart();
+    fault_.Arm(Call::kWrite, "*/tables.new", ENOSPC);
+    ChangeBoth("8082");
+    EXPECT_GT(fault_.Struck(), 0);
+    fault_.Disarm();
+    KillAndStart();
+    EXPECT_EQ(Both(), "8081/1") << "nothing replaced it";
+}
+
+TEST_F(FileFaults, ACommitThatAStartCannotFinishIsServedWhole)
+{
+    for (const FileFault& c : {FileFault{Call::kRename, "*/tables.new", EIO, 0, "still not moved"},
+                               {Call::kRead, "*/commit", EIO, 0, "the note cannot be read"},
+                               {Call::kOpen, "*/commit", EMFILE, 0, "no descriptor for the note"}})
+    {
+        SCOPED_TRACE(c.why);
+        StartAfresh();
+        fault_.Arm(Call::kRename, "*/tables.new", EIO);
+        ChangeBoth("8082");
+        fault_.Arm(c.call, c.path, c.error);
+        KillAndStart();
+        EXPECT_GT(fault_.Struck(), 0);
+        EXPECT_TRUE(LogHas("cannot finish the last commit")) << FileText(kLog);
+        EXPECT_EQ(Both(), "8082/2");
+        fault_.Disarm();
+        ChangeBoth("8083");
+        KillAndStart();
+        EXPECT_EQ(Both(), "8083/3");
+        EXPECT_EQ(FilesLike(kState, ".new") + FilesLike(kState, "commit") + FilesLike(kState, "damaged"), 0);
+    }
+}
+
+TEST_F(FileFaults, ACommitThatAStartCanNeitherFinishNorReadIsKeptAside)
+{
+    StartAfresh();
+    fault_.Arm(Call::kRename, "*/objects.new", EIO);
+    ChangeBoth("8082");
+    fault_.Arm(Call::kOpen, "/tmp/state/[oc]*", EMFILE);  // objects and the note
+    KillAndStart();
+    fault_.Disarm();
+    ChangeBoth("8083");
+    ASSERT_EQ(FilesLike(kState, ".damaged-"), 1);
+    std::string kept;
+    for (const auto& entry : fs::directory_iterator(kState))
+        if (entry.path().string().find(".damaged-") != std::string::npos) kept = FileText(entry.path());
+    EXPECT_NE(kept.find("webHttpPort=8082\n"), std::string::npos) << kept;
+}
+
 TEST_F(FileFaults, ADumpIsWholeOrRefusedAndRemoved)
 {
     StartAfresh();

@@ -9,6 +9,7 @@
 #include "tables/handlers.h"
 #include "tests/recording_shell.h"
 #include "tests/tables/table_rows.h"
+#include "tests/validators/row_verdict.h"
 
 namespace kobd::test
 {
@@ -129,6 +130,13 @@ TEST_F(TableRequests, TextsOutsideTheRow)
     { return Row("SmsTable", index) + Column("Tag", std::to_string(index)) + Column("Content", content); };
     EXPECT_TRUE(Dumped(TextItem(3, "SmsTable")) == row(1, longest) + row(2, longest) + row(3, ""))
         << "whole up to what an item can carry, cut there";
+    {
+        const NoMemoryForRows none;
+        const Answer answer = Ask(ReqTableDump, TextItem(3, "SmsTable"));
+        EXPECT_EQ(answer.result, 7);
+        EXPECT_EQ(answer.payload, 8u);
+        EXPECT_EQ(FilesLike("/tmp/kobd-"), 0u);
+    }
     munmap(text, kSize);
 }
 // The configuration may give several rows one index, of which `next` always finds the first.
