@@ -8,7 +8,7 @@
 
 #include "dictionary/name_index.h"
 #include "dictionary/value_check.h"
-#include "platform/host/row_list.h"
+#include "host/tables/row_list.h"
 #include "platform/kobd_exports.h"
 #include "tables/row_codec.h"
 #include "tests/namespaces.h"

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 
 namespace kobd::bench
 {

@@ -5,7 +5,7 @@
 
 #include "cellular/mirror.h"
 #include "cellular/shell_command.h"
-#include "daemon/log.h"
+#include "daemon/base/log.h"
 #include "platform/shell.h"
 #include "platform/text.h"
 

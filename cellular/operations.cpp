@@ -6,7 +6,7 @@
 #include <limits>
 
 #include "cellular/mirror.h"
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 
 namespace kobd
 {

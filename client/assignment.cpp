@@ -1,8 +1,8 @@
 // NAME=VALUE words.
 #include "client/assignment.h"
 
-#include "daemon/result.h"
-#include "daemon/tlv.h"
+#include "daemon/base/result.h"
+#include "daemon/base/tlv.h"
 
 namespace kobd::client
 {

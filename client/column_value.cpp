@@ -9,7 +9,7 @@
 #include <cstdlib>
 
 #include "client/nearest.h"
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {

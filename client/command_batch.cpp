@@ -9,7 +9,7 @@
 #include "client/command_line.h"
 #include "client/input_file.h"
 #include "client/run_command.h"
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {

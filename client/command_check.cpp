@@ -8,7 +8,7 @@
 #include "client/diagnose.h"
 #include "client/dictionary.h"
 #include "client/table_commands.h"
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 #include "platform/message.h"
 
 namespace kobd::client

@@ -17,10 +17,10 @@
 #include "client/log_window.h"
 #include "client/pending_set.h"
 #include "client/request.h"
-#include "daemon/log.h"
-#include "daemon/result.h"
-#include "daemon/tlv.h"
-#include "platform/host/state_store.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
+#include "daemon/base/tlv.h"
+#include "host/state/state_store.h"
 #include "platform/message.h"
 
 namespace kobd::client

@@ -4,7 +4,7 @@
 #include "client/commands.h"
 #include "client/events.h"
 #include "client/library/kobd_client.h"
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {

@@ -9,8 +9,8 @@
 #include "client/diagnose.h"
 #include "client/router_state.h"
 #include "client/settings_file.h"
-#include "daemon/result.h"
-#include "platform/host/state_store.h"
+#include "daemon/base/result.h"
+#include "host/state/state_store.h"
 
 namespace kobd::client
 {

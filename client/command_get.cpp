@@ -6,7 +6,7 @@
 #include "client/nearest.h"
 #include "client/read_values.h"
 #include "client/tables.h"
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {

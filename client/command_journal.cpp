@@ -10,8 +10,8 @@
 #include <string>
 
 #include "client/commands.h"
-#include "daemon/result.h"
-#include "platform/host/state_store.h"
+#include "daemon/base/result.h"
+#include "host/state/state_store.h"
 
 namespace kobd::client
 {

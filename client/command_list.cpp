@@ -7,7 +7,7 @@
 #include "client/nearest.h"
 #include "client/table_commands.h"
 #include "client/tables.h"
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {

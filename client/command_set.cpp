@@ -8,8 +8,8 @@
 #include "client/log_window.h"
 #include "client/pending_set.h"
 #include "client/request.h"
-#include "daemon/result.h"
-#include "daemon/tlv.h"
+#include "daemon/base/result.h"
+#include "daemon/base/tlv.h"
 
 namespace kobd::client
 {

@@ -6,7 +6,7 @@
 #include "client/commands.h"
 #include "client/dump_file.h"
 #include "client/request.h"
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {

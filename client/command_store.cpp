@@ -8,9 +8,9 @@
 #include <string>
 
 #include "client/commands.h"
-#include "daemon/result.h"
+#include "daemon/base/result.h"
+#include "host/state/state_store.h"
 #include "platform/config.h"
-#include "platform/host/state_store.h"
 #include "platform/nvram.h"
 
 namespace kobd::client

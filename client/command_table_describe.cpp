@@ -6,8 +6,8 @@
 #include "client/grid.h"
 #include "client/request.h"
 #include "client/table_commands.h"
-#include "daemon/result.h"
-#include "daemon/tlv.h"
+#include "daemon/base/result.h"
+#include "daemon/base/tlv.h"
 
 namespace kobd::client
 {

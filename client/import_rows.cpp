@@ -3,8 +3,8 @@
 
 #include "client/row_change.h"
 #include "client/table_commands.h"
-#include "daemon/result.h"
-#include "daemon/tlv.h"
+#include "daemon/base/result.h"
+#include "daemon/base/tlv.h"
 
 namespace kobd::client
 {

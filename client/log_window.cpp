@@ -7,7 +7,7 @@
 #include <cstring>
 #include <fstream>
 
-#include "daemon/log.h"
+#include "daemon/base/log.h"
 
 namespace kobd::client
 {

@@ -12,7 +12,7 @@
 #include <cstring>
 
 #include "client/library/kobd_client.h"
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {

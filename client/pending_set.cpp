@@ -19,8 +19,8 @@
 #include "client/diagnose.h"
 #include "client/dictionary.h"
 #include "client/read_values.h"
-#include "daemon/result.h"
-#include "platform/host/state_store.h"
+#include "daemon/base/result.h"
+#include "host/state/state_store.h"
 #include "platform/message.h"
 
 namespace kobd::client

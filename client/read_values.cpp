@@ -1,7 +1,7 @@
 // Reading many objects.
 #include "client/read_values.h"
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 
 namespace kobd::client
 {

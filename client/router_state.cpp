@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "client/table_commands.h"
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {

@@ -6,8 +6,8 @@
 #include "client/column_value.h"
 #include "client/dictionary.h"
 #include "client/nearest.h"
-#include "daemon/result.h"
-#include "daemon/tlv.h"
+#include "daemon/base/result.h"
+#include "daemon/base/tlv.h"
 
 namespace kobd::client
 {

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "client/input_file.h"
-#include "platform/host/state_store.h"
+#include "host/state/state_store.h"
 
 namespace kobd::client
 {

@@ -5,7 +5,7 @@
 
 #include "client/column_value.h"
 #include "client/grid.h"
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 
 namespace kobd::client
 {

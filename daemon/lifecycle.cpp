@@ -12,8 +12,8 @@
 #include <cstring>
 #include <ctime>
 
+#include "daemon/base/log.h"
 #include "daemon/handler_table.h"
-#include "daemon/log.h"
 #include "dictionary/name_index.h"
 #include "platform/kob_platform.h"
 

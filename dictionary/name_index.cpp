@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "daemon/log.h"
+#include "daemon/base/log.h"
 
 namespace kobd
 {

@@ -2,7 +2,7 @@
 #include <cstring>
 #include <new>
 
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 #include "dictionary/name_index.h"
 #include "dictionary/snapshot.h"
 #include "dictionary/staged_values.h"

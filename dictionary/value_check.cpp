@@ -11,9 +11,9 @@
 #include <cstring>
 #include <string_view>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
-#include "daemon/tlv.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
+#include "daemon/base/tlv.h"
 #include "dictionary/integer.h"
 #include "dictionary/name_index.h"
 #include "platform/text.h"

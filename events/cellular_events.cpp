@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <string>
 
-#include "daemon/log.h"
-#include "daemon/reply.h"
+#include "daemon/base/log.h"
+#include "daemon/base/reply.h"
 #include "events/handlers.h"
 #include "platform/connection.h"
 #include "platform/nvram.h"

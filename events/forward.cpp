@@ -1,6 +1,6 @@
 // Passing received events on to other modules.
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "events/handlers.h"
 
 namespace kobd

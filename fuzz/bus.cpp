@@ -10,14 +10,14 @@
 #include <filesystem>
 #include <string_view>
 
+#include "daemon/base/tlv.h"
 #include "daemon/handler_table.h"
-#include "daemon/tlv.h"
 #include "dictionary/name_index.h"
 #include "fuzz/target.h"
+#include "host/bus/bus_queues.h"
+#include "host/commit.h"
+#include "host/state/state_store.h"
 #include "platform/bus_client.h"
-#include "platform/host/bus_queues.h"
-#include "platform/host/commit.h"
-#include "platform/host/state_store.h"
 #include "tests/items.h"
 
 using namespace kobd;

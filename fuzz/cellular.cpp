@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "cellular/cellular_lists.h"
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 #include "dictionary/name_index.h"
 #include "dictionary/records.h"
 #include "fuzz/recorded.h"

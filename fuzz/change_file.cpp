@@ -6,8 +6,8 @@
 
 #include <string_view>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "dictionary/name_index.h"
 #include "dictionary/records.h"
 #include "fuzz/recorded.h"

@@ -5,8 +5,8 @@
 
 #include <cstring>
 
+#include "daemon/base/result.h"
 #include "daemon/handler_table.h"
-#include "daemon/result.h"
 #include "dictionary/records.h"
 #include "fuzz/target.h"
 #include "tables/pending_rows.h"

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string_view>
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 #include "dictionary/name_index.h"
 #include "dictionary/records.h"
 #include "fuzz/recorded.h"

@@ -8,11 +8,11 @@
 #include <string_view>
 
 #include "fuzz/target.h"
-#include "platform/host/list_state.h"
-#include "platform/host/object_values.h"
-#include "platform/host/shared_store.h"
-#include "platform/host/state_save.h"
-#include "platform/host/state_store.h"
+#include "host/objects/object_values.h"
+#include "host/state/shared_store.h"
+#include "host/state/state_save.h"
+#include "host/state/state_store.h"
+#include "host/tables/list_state.h"
 
 using namespace kobd::host;
 

@@ -9,8 +9,8 @@
 #include <string_view>
 
 #include "fuzz/target.h"
-#include "platform/host/uci/configuration.h"
-#include "platform/host/uci/files.h"
+#include "host/uci/configuration.h"
+#include "host/uci/files.h"
 
 using namespace kobd::host;
 

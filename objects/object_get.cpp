@@ -1,8 +1,8 @@
 // Object get: the current values of the objects a request names, fresh from their accessors.
 //   items: object names (text), one an object
 //   reply: for each object that could be read its name (tag 1) and value (tag 2)
-#include "daemon/log.h"
-#include "daemon/reply.h"
+#include "daemon/base/log.h"
+#include "daemon/base/reply.h"
 #include "dictionary/name_index.h"
 #include "objects/handlers.h"
 

@@ -3,8 +3,8 @@
 //   reply: the result alone
 #include <array>
 
-#include "daemon/log.h"
-#include "daemon/reply.h"
+#include "daemon/base/log.h"
+#include "daemon/base/reply.h"
 #include "dictionary/name_index.h"
 #include "dictionary/staged_values.h"
 #include "dictionary/value_check.h"

@@ -2,8 +2,8 @@
 //   reply: dump file name (tag 2); the file is the client's to remove
 #include <cstdio>
 
-#include "daemon/dump_file.h"
-#include "daemon/reply.h"
+#include "daemon/base/dump_file.h"
+#include "daemon/base/reply.h"
 #include "dictionary/records.h"
 #include "objects/handlers.h"
 

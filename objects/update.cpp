@@ -1,5 +1,5 @@
 // Update: asks the platform to commit the configuration. The payload is not looked at.
-#include "daemon/reply.h"
+#include "daemon/base/reply.h"
 #include "objects/handlers.h"
 #include "platform/kob_platform.h"
 

@@ -10,8 +10,8 @@
 #include <new>
 #include <utility>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 
 namespace kobd
 {

@@ -1,8 +1,8 @@
 // Reads the items of a change file into pending rows.
 #include "tables/change_items.h"
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "dictionary/name_index.h"
 #include "dictionary/row_field.h"
 #include "tables/pending_rows.h"

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 
 namespace kobd
 {

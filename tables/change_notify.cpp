@@ -4,7 +4,7 @@
 #include <array>
 #include <optional>
 
-#include "daemon/reply.h"
+#include "daemon/base/reply.h"
 
 namespace kobd
 {

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <new>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "tables/row_codec.h"
 
 namespace kobd

@@ -1,6 +1,6 @@
 // Adding and deleting single rows. What a row holds is not touched here; whether the table has
 // room is its list's concern, whose code is passed on.
-#include "daemon/reply.h"
+#include "daemon/base/reply.h"
 #include "platform/kob_platform.h"
 #include "tables/handlers.h"
 #include "tables/pending_rows.h"

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 #include "dictionary/records.h"
 #include "dictionary/row_field.h"
 

@@ -2,7 +2,7 @@
 // asked.
 //   items: table name (text)
 //   reply: the count (integer, tag 2)
-#include "daemon/reply.h"
+#include "daemon/base/reply.h"
 #include "tables/handlers.h"
 #include "tables/table_request.h"
 

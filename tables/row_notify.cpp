@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "daemon/reply.h"
+#include "daemon/base/reply.h"
 
 namespace kobd
 {

@@ -7,9 +7,9 @@
 #include <memory>
 #include <new>
 
-#include "daemon/dump_file.h"
-#include "daemon/log.h"
-#include "daemon/reply.h"
+#include "daemon/base/dump_file.h"
+#include "daemon/base/log.h"
+#include "daemon/base/reply.h"
 #include "tables/handlers.h"
 #include "tables/row_codec.h"
 #include "tables/table_request.h"

@@ -1,8 +1,8 @@
 // Table get: rows fresh from their lists, in the order in which the request names them.
 //   items: pairs of table name (tag 3) and row index (tag 4); a last name alone checks the table
 //   reply: for each pair the items of the row
-#include "daemon/log.h"
-#include "daemon/reply.h"
+#include "daemon/base/log.h"
+#include "daemon/base/reply.h"
 #include "tables/handlers.h"
 #include "tables/row_codec.h"
 #include "tables/table_request.h"

@@ -2,8 +2,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "tables/change_items.h"
 
 namespace kobd

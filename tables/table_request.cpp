@@ -1,7 +1,7 @@
 // Tables named by items of a request.
 #include "tables/table_request.h"
 
-#include "daemon/reply.h"
+#include "daemon/base/reply.h"
 #include "dictionary/name_index.h"
 
 namespace kobd

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 #include "dictionary/records.h"
 #include "platform/message.h"
 

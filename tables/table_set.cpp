@@ -4,8 +4,8 @@
 //   reply: the result alone
 #include <new>
 
-#include "daemon/log.h"
-#include "daemon/reply.h"
+#include "daemon/base/log.h"
+#include "daemon/base/reply.h"
 #include "platform/kob_platform.h"
 #include "tables/change_file.h"
 #include "tables/change_items.h"

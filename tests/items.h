@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 
 namespace kobd::test
 {

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "daemon/result.h"
-#include "daemon/tlv.h"
+#include "daemon/base/result.h"
+#include "daemon/base/tlv.h"
 #include "dictionary/catalogue/accessors.h"
 #include "dictionary/catalogue/table_operations.h"
 #include "dictionary/records.h"

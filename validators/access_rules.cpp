@@ -3,8 +3,8 @@
 #include <cstring>
 #include <optional>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "platform/text.h"
 #include "validators/address.h"
 #include "validators/numbers.h"

@@ -1,7 +1,7 @@
 // The values of addresses, and what follows from them about a LAN's segment.
 #include <cstring>
 
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 #include "validators/address.h"
 #include "validators/dotted.h"
 

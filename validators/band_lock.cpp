@@ -4,8 +4,8 @@
 #include <string_view>
 #include <utility>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "validators/address.h"
 
 namespace kobd

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <optional>
 
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 #include "platform/lists.h"
 #include "validators/address.h"
 #include "validators/dotted.h"

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "dictionary/integer.h"
 #include "platform/text.h"
 

@@ -1,8 +1,8 @@
 // Filters by MAC address, port and IPv4 address, and the triggering of ports.
 #include <string_view>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "platform/lists.h"
 #include "platform/text.h"
 #include "validators/address.h"

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 #include "dictionary/snapshot.h"
 #include "validators/address.h"
 #include "validators/dotted.h"

@@ -3,8 +3,8 @@
 
 #include <cstring>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "dictionary/integer.h"
 #include "platform/connection.h"
 #include "platform/lists.h"

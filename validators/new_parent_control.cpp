@@ -3,7 +3,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 #include "platform/lists.h"
 #include "platform/text.h"
 #include "validators/address.h"

@@ -4,8 +4,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "platform/text.h"
 #include "validators/address.h"
 #include "validators/numbers.h"

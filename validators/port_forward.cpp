@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "platform/lists.h"
 #include "platform/text.h"
 #include "validators/address.h"

@@ -9,7 +9,7 @@
 #include <cstring>
 #include <initializer_list>
 
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 #include "validators/address.h"
 #include "validators/regex.h"
 #include "validators/supported_bands.h"

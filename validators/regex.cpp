@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <cstring>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 
 namespace kobd
 {

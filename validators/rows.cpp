@@ -3,8 +3,8 @@
 
 #include <new>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "validators/address.h"
 
 namespace kobd

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "daemon/log.h"
+#include "daemon/base/log.h"
 #include "validators/time_rules.h"
 
 namespace

@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 #include "validators/lan_wan.h"
 #include "validators/numbers.h"
 

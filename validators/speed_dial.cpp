@@ -2,8 +2,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "platform/lists.h"
 #include "validators/lists.h"
 #include "validators/rows.h"

@@ -4,8 +4,8 @@
 #include <optional>
 #include <string_view>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "platform/lists.h"
 #include "validators/address.h"
 #include "validators/dotted.h"

@@ -2,8 +2,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "validators/address.h"
 #include "validators/numbers.h"
 #include "validators/regex.h"

@@ -1,8 +1,8 @@
 // Filters by URL: what the firewall can match in a request for a web page.
 #include <cstring>
 
-#include "daemon/log.h"
-#include "daemon/result.h"
+#include "daemon/base/log.h"
+#include "daemon/base/result.h"
 #include "validators/firewall.h"
 #include "validators/regex.h"
 #include "validators/rows.h"

@@ -2,7 +2,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "daemon/result.h"
+#include "daemon/base/result.h"
 #include "dictionary/records.h"
 #include "dictionary/snapshot.h"
 #include "platform/connection.h"

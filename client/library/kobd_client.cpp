@@ -8,8 +8,8 @@
 #include <cstring>
 #include <new>
 
-#include "daemon/result.h"
-#include "daemon/tlv.h"
+#include "daemon/base/result.h"
+#include "daemon/base/tlv.h"
 #include "platform/bus_client.h"
 
 using namespace kobd;

@@ -4,7 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 #include "dictionary/catalogue/layouts.h"
 #include "dictionary/catalogue/table_operations.h"
 #include "dictionary/records.h"

@@ -1,5 +1,5 @@
 // The log: what a line looks like, where it is cut, when the file is rotated.
-#include "daemon/log.h"
+#include "daemon/base/log.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -1,5 +1,5 @@
 // The reply frame, notifications and result texts.
-#include "daemon/reply.h"
+#include "daemon/base/reply.h"
 
 #include <gtest/gtest.h>
 

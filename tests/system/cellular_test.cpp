@@ -10,7 +10,7 @@
 #include <map>
 #include <thread>
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 #include "kobd_client.h"
 #include "tests/items.h"
 #include "tests/namespaces.h"

@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 #include "tests/namespaces.h"
 #include "tests/process_setup.h"
 #include "tests/system/daemon_process.h"

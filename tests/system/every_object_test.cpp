@@ -7,7 +7,7 @@
 #include <string>
 
 #include "client/dictionary.h"
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 #include "tests/namespaces.h"
 #include "tests/system/daemon_process.h"
 #include "tests/system/object_samples.h"

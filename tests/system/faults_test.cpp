@@ -10,8 +10,8 @@
 #include <csignal>
 #include <fstream>
 
-#include "daemon/tlv.h"
-#include "platform/host/bus_queues.h"
+#include "daemon/base/tlv.h"
+#include "host/bus/bus_queues.h"
 #include "tests/namespaces.h"
 #include "tests/process_setup.h"
 #include "tests/system/daemon_process.h"

@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 #include "tests/items.h"
 #include "tests/namespaces.h"
 #include "tests/process_setup.h"

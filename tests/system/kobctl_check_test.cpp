@@ -8,7 +8,7 @@
 #include "client/diagnose.h"
 #include "client/dictionary.h"
 #include "dictionary/value_check.h"
-#include "platform/host/bus_queues.h"
+#include "host/bus/bus_queues.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 

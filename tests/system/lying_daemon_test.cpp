@@ -9,7 +9,7 @@
 #include <cstring>
 #include <fstream>
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 #include "platform/message.h"
 #include "tests/namespaces.h"
 #include "tests/system/kobctl_program.h"

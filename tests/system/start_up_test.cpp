@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <sstream>
 
-#include "daemon/tlv.h"
+#include "daemon/base/tlv.h"
 #include "tests/namespaces.h"
 #include "tests/process_setup.h"
 #include "tests/system/daemon_process.h"

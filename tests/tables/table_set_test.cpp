@@ -9,7 +9,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "daemon/log.h"
+#include "daemon/base/log.h"
 #include "dictionary/name_index.h"
 #include "tables/handlers.h"
 #include "tables/pending_rows.h"

@@ -1,0 +1,74 @@
+// The frame in which every request handler answers, and the notifications the daemon sends.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "daemon/base/result.h"
+#include "daemon/base/tlv.h"
+#include "platform/message.h"
+
+namespace kobd
+{
+// The items of a message that the bus has delivered; its length has been checked against what was
+// received.
+inline std::span<const char> Payload(const MessageHeader* message)
+{
+    return {reinterpret_cast<const char*>(message + 1), message->length};
+}
+
+// True when the request carries at least one item: a lone item header is none.
+inline bool HasItems(const MessageHeader* request) { return request->length > kItemHeader; }
+
+// One reply, built in the one static reply buffer: create it first in the handler, push items, end
+// with Send or Refuse. One at a time, like the handlers.
+class Reply
+{
+public:
+    // function: the handler's name for the log, kept by reference.
+    Reply(const MessageHeader* request, const char* function);
+
+    // Whether the debug switch was on when the request arrived; asked once per message.
+    bool Debug() const { return debug_; }
+
+    // Append an item. False when it does not fit; the reply then ends with kBufferLimit.
+    bool PushText(uint16_t tag, std::string_view text);
+    bool PushInt(uint16_t tag, int32_t value);
+
+    // For items that are written elsewhere. Who finds no room here refuses with kBufferLimit.
+    TlvWriter& Items() { return items_; }
+
+    // Sends result 0 with the items pushed, or kBufferLimit alone when one of them did not fit.
+    // The send's error if there is one, else the result code.
+    int Send();
+
+    // Sends `code` alone, whatever was pushed. As Send.
+    int Refuse(int code);
+
+private:
+    int Finish(int code, size_t payload_length);
+
+    const char* function_;
+    TlvWriter items_;
+    bool debug_;
+    bool full_ = false;
+};
+
+// Ids of the notifications.
+enum NotifyEvent : uint16_t
+{
+    kEventObjectChanged = 2,  // object name
+    kEventTableChanged = 3,   // table names, row indexes and column names
+    kEventSetFinished = 4,    // nothing
+    kEventRowAdded = 799,     // table name, row index
+    kEventRowDeleted = 800,   // table name, row index
+    kEventSubRowAdded = 801,  // table name, row index, parent path
+};
+
+// Largest payload of a notification, in bytes: it is built in a message of 1024.
+inline constexpr size_t kNotifyPayloadMax = 1024 - sizeof(MessageHeader);
+
+// Sends event `id` with `payload` to the notification module. A payload over kNotifyPayloadMax is
+// refused with a log line; a full queue costs at most what the bus allows, then a log line.
+void KobdNotify(uint16_t id, std::span<const char> payload);
+}  // namespace kobd

@@ -1,0 +1,173 @@
+// The client's side of the bus: a private queue for replies, calls with a deadline.
+#include "platform/bus_client.h"
+
+#include <sys/msg.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <ctime>
+
+#include "host/bus/bus_queues.h"
+#include "host/bus/wake_at.h"
+
+using namespace kobd;
+using namespace kobd::host;
+
+namespace
+{
+constexpr int kNotRunning = 3;
+constexpr int kTimeout = 8;
+constexpr int kFailed = 9;
+constexpr int kSlots = 512;       // private queues a process may have at once
+constexpr long kPollNs = 200000;  // between looks at the queue, where nothing would end a wait for it
+
+struct QueueMessage
+{
+    long type;
+    char bytes[kMessageMax];
+};
+
+std::atomic<int> next_slot = 0;
+
+// Waits for a message until `deadline`; bytes received, or -1 with errno ETIME, EIDRM ...
+ssize_t ReceiveUntil(int queue, QueueMessage* message, int64_t deadline)
+{
+    const WakeAt wake(queue, deadline);
+    for (bool over = false;;)
+    {
+        const int flags = MSG_NOERROR | (over || !wake.Armed() ? IPC_NOWAIT : 0);
+        const ssize_t received = msgrcv(queue, message, sizeof message->bytes, 0, flags);
+        if (received > 0) return received;
+        // Nothing, or a wake: this wait's or an earlier one's.
+        if (received < 0 && errno != ENOMSG && errno != EINTR && errno != EAGAIN) return -1;
+        if (received < 0 && over)
+        {
+            errno = ETIME;
+            return -1;
+        }
+        over = NowMs() >= deadline;
+        const timespec pause = {0, kPollNs};
+        if (!over && !wake.Armed()) nanosleep(&pause, nullptr);
+    }
+}
+
+// The queue of the module, -1 when nobody has it. A client asks the same module again and again, so
+// its claim and queue are remembered; only whether the claim still holds is looked at every time. That
+// it has no queue is not remembered: it takes one as soon as the system has one to give.
+int FindDestination(BusClient* client, uint32_t module)
+{
+    if (client->destination == module && client->destination_queue >= 0 && ClaimHolds(client->destination_claim))
+        return client->destination_queue;
+    client->destination = module;
+    client->destination_claim = ModuleClaim(module);
+    client->destination_queue = ClaimHolds(client->destination_claim) ? ModuleQueue(module, false) : -1;
+    return client->destination_queue;
+}
+
+int SendTo(BusClient* client, const MessageHeader* message, int* timeout_ms)
+{
+    const int queue = FindDestination(client, message->destination);
+    return queue < 0 ? kNotRunning : QueueSend(queue, message, timeout_ms);
+}
+
+// The next sound message until `deadline`. 0, 8 or 9.
+int ReceiveMessage(BusClient* client, MessageHeader* message, int64_t deadline)
+{
+    static thread_local QueueMessage in;
+    for (;;)
+    {
+        const ssize_t received = ReceiveUntil(client->queue, &in, deadline);
+        if (received < 0) return errno == ETIME ? kTimeout : kFailed;
+        const size_t size = static_cast<size_t>(received);
+        if (size < sizeof(MessageHeader)) continue;
+        memcpy(message, in.bytes, size);
+        if (message->length <= size - sizeof(MessageHeader)) return 0;
+    }
+}
+}  // namespace
+
+int BusModuleLook(uint32_t module, BusModule* look)
+{
+    *look = {};
+    look->claimed = ClaimHolds(ModuleClaim(module));
+    const int queue = ModuleQueue(module, false);
+    if (queue < 0) return errno == ENOENT ? 0 : errno;
+    look->queue = true;
+    msqid_ds state = {};
+    if (msgctl(queue, IPC_STAT, &state) != 0) return errno;
+    look->messages = state.msg_qnum;
+    look->capacity = state.msg_qbytes;
+    return 0;
+}
+
+int BusClientOpen(BusClient* client)
+{
+    *client = {};
+    client->process = getpid();
+    ReclaimQueues();
+    for (int attempt = 0; attempt < kSlots; ++attempt)
+    {
+        client->slot = next_slot++ % kSlots;
+        const key_t key = ClientKey(client->process, client->slot);
+        client->queue = msgget(key, IPC_CREAT | IPC_EXCL | 0600);
+        if (client->queue >= 0) return 0;
+        if (errno != EEXIST) return kFailed;
+    }
+    return kFailed;
+}
+
+int BusClientJoin(BusClient* client, uint32_t module)
+{
+    *client = {};
+    client->process = getpid();
+    client->claim = ClaimModule(module);
+    if (client->claim < 0) return kFailed;
+    client->module = module;
+    client->queue = ModuleQueue(module, true);
+    if (client->queue >= 0) return 0;
+    BusClientClose(client);
+    return kFailed;
+}
+
+void BusClientClose(BusClient* client)
+{
+    // A child that closes what its parent opened must not take it from the parent.
+    if (client->process == getpid())
+    {
+        if (client->queue >= 0) msgctl(client->queue, IPC_RMID, nullptr);
+        ReleaseModule(client->claim);
+    }
+    *client = {};
+}
+
+int BusClientSend(BusClient* client, MessageHeader* message, int timeout_ms)
+{
+    BusHeader header = LoadBusHeader(message);
+    header.sequence = ++client->sequence;
+    header.sender = static_cast<uint32_t>(client->process);
+    header.reply_queue = message->message_class == kClassRequest && client->module == 0 ? client->queue + 1 : 0;
+    StoreBusHeader(message, header);
+    const int code = SendTo(client, message, &timeout_ms);
+    if (code != kNotRunning || client->destination_queue < 0) return code;
+    // The module may have left and come back with another queue since the last message.
+    client->destination_queue = client->destination_claim = -1;
+    return SendTo(client, message, &timeout_ms);
+}
+
+int BusClientCall(BusClient* client, MessageHeader* request, MessageHeader* reply, int timeout_ms)
+{
+    const int64_t deadline = NowMs() + timeout_ms;
+    if (const int code = BusClientSend(client, request, timeout_ms)) return code;
+    for (;;)
+    {
+        if (const int code = ReceiveMessage(client, reply, deadline)) return code;
+        if (LoadBusHeader(reply).sequence == client->sequence) return 0;  // else a late reply
+    }
+}
+
+int BusClientReceive(BusClient* client, MessageHeader* message, int timeout_ms)
+{
+    return ReceiveMessage(client, message, NowMs() + timeout_ms);
+}

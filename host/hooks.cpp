@@ -1,0 +1,28 @@
+// The platform's hooks on the host: most have nothing to prepare there; they write a journal line,
+// so that a test or a person sees that the daemon called them and in which order.
+#include "host/commit.h"
+#include "host/state/state_store.h"
+#include "host/uci/uci_path.h"
+#include "platform/kob_platform.h"
+
+using namespace kobd::host;
+
+void LogModuleUpdate() { Journal("LogModuleUpdate"); }
+
+void checkFirstBootFlag()
+{
+    Journal("checkFirstBootFlag");
+    LoadState();  // before the bus is joined: the first request finds values and rows
+}
+
+void checkUpgradeFlag()
+{
+    Journal("checkUpgradeFlag");
+    ProvideUci();  // there is one thread yet
+}
+
+void kobd_lib_init() { Journal("kobd_lib_init"); }
+void initUssdEventSvr() { Journal("initUssdEventSvr"); }
+void updateArplistTimerInit() { Journal("updateArplistTimerInit"); }
+void pemixAlg_init() { Journal("pemixAlg_init"); }
+void kobd_lib_exit() { Journal("kobd_lib_exit"); }
