@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "daemon/base/messages.h"
 #include "platform/message.h"
 
 namespace kobd::bench

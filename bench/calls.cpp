@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "daemon/base/messages.h"
 #include "dictionary/name_index.h"
 #include "dictionary/value_check.h"
 #include "host/tables/row_list.h"

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "daemon/base/messages.h"
 #include "platform/bus_client.h"
 
 namespace kobd::bench

@@ -8,6 +8,7 @@
 #include "client/diagnose.h"
 #include "client/dictionary.h"
 #include "client/table_commands.h"
+#include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 #include "platform/message.h"
 

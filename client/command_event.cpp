@@ -10,11 +10,11 @@ namespace kobd::client
 {
 int CommandEvent(const Options& options, const Words& words)
 {
-    const EventEntry* event = FindEvent(words[0]);
+    const NetworkEvent* event = FindEvent(words[0]);
     if (event == nullptr)
     {
         std::string names;
-        for (const EventEntry& one : Events()) names += std::string(names.empty() ? "" : ", ") + ShortName(one);
+        for (const NetworkEvent& one : Events()) names += std::string(names.empty() ? "" : ", ") + ShortName(one);
         return WrongUse(options, "there is no event " + words[0] + ", the events are " + names, "event");
     }
     // The daemon reads the text to its zero byte.

@@ -8,6 +8,7 @@
 #include "client/import_rows.h"
 #include "client/input_file.h"
 #include "client/log_window.h"
+#include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 #include "platform/message.h"
 

@@ -33,7 +33,7 @@ std::string ModuleText(uint32_t module)
 
 const char* Meaning(uint32_t module, uint16_t id)
 {
-    if (const EventEntry* event = FindEvent(id)) return event->name;
+    if (const NetworkEvent* event = FindEvent(id)) return event->name;
     if (module == KOBD_MODULE_SERVICES) return id == 799 ? "connection changed" : "event";
     switch (id)
     {

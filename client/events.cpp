@@ -7,27 +7,22 @@ namespace
 {
 constexpr size_t kPrefix = std::string_view("Evt").size();
 
-#define EVENT(handler, id) {#handler, id},
-constexpr EventEntry kEvents[] = {
-#include "events/events.def"
-};
-#undef EVENT
 }  // namespace
 
-std::span<const EventEntry> Events() { return kEvents; }
+std::span<const NetworkEvent> Events() { return kNetworkEvents; }
 
-const char* ShortName(const EventEntry& event) { return event.name + kPrefix; }
+const char* ShortName(const NetworkEvent& event) { return event.name + kPrefix; }
 
-const EventEntry* FindEvent(std::string_view name)
+const NetworkEvent* FindEvent(std::string_view name)
 {
-    for (const EventEntry& event : kEvents)
+    for (const NetworkEvent& event : kNetworkEvents)
         if (name == event.name || name == ShortName(event)) return &event;
     return nullptr;
 }
 
-const EventEntry* FindEvent(uint16_t id)
+const NetworkEvent* FindEvent(uint16_t id)
 {
-    for (const EventEntry& event : kEvents)
+    for (const NetworkEvent& event : kNetworkEvents)
         if (id == event.id) return &event;
     return nullptr;
 }

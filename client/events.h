@@ -5,19 +5,15 @@
 #include <span>
 #include <string_view>
 
+#include "daemon/base/messages.h"
+
 namespace kobd::client
 {
-struct EventEntry
-{
-    const char* name;  // with the prefix Evt
-    uint16_t id;
-};
-
-std::span<const EventEntry> Events();
+std::span<const NetworkEvent> Events();
 
 // By name, with the prefix Evt or without; by id. nullptr when there is none.
-const EventEntry* FindEvent(std::string_view name);
-const EventEntry* FindEvent(uint16_t id);
+const NetworkEvent* FindEvent(std::string_view name);
+const NetworkEvent* FindEvent(uint16_t id);
 
-const char* ShortName(const EventEntry& event);  // without the prefix
+const char* ShortName(const NetworkEvent& event);  // without the prefix
 }  // namespace kobd::client

@@ -8,6 +8,7 @@
 #include "client/column_value.h"
 #include "client/diagnose.h"
 #include "client/nearest.h"
+#include "daemon/base/messages.h"
 #include "platform/message.h"
 
 namespace kobd::client

@@ -19,6 +19,7 @@
 #include "client/diagnose.h"
 #include "client/dictionary.h"
 #include "client/read_values.h"
+#include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 #include "host/state/state_store.h"
 #include "platform/message.h"

@@ -38,7 +38,7 @@ std::string WrongPattern(const Words& patterns)
 bool IsAskedFor(const Words& patterns, uint16_t id, kobd_bytes payload)
 {
     if (patterns.empty()) return true;
-    if (const EventEntry* event = FindEvent(id)) return MatchesOne(patterns, event->name);
+    if (const NetworkEvent* event = FindEvent(id)) return MatchesOne(patterns, event->name);
     kobd_item item{};
     while (kobd_bytes_next(&payload, &item) == 1)
         if ((item.tag == KOBD_TAG_OBJECT_NAME || item.tag == KOBD_TAG_TABLE_NAME) && item.text != nullptr &&

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <span>
 
+#include "daemon/base/messages.h"
 #include "dictionary/row_layout.h"
 #include "dictionary/value_type.h"
 #include "platform/message.h"
@@ -22,9 +23,6 @@ enum RecordKind : uint32_t
 using ObjectGet = int (*)(char* value);
 using ObjectSet = int (*)(const char* value);
 using ObjectValidator = int (*)(const char* value);
-
-// Bytes of the buffer that object get hands to a get accessor.
-inline constexpr size_t kValueBuffer = 2048;
 
 // The value given for an object in the set request in hand: heap text owned here, linked into the
 // list of staged objects so that releasing them costs what was staged.

@@ -41,7 +41,7 @@ bool Uses(int (*current)(char*, size_t), int apn)
 int EvtNetworkUp(MessageHeader*)
 {
     nvram_set("lte_status", "1");
-    KobdEvtSend(kModuleServices, kIdConnectionChanged, nullptr, 0);
+    KobdEvtSend(kModuleServices, kEventConnectionChanged, nullptr, 0);
     if (g_ethWanConnected == 0) ChangeConnectTime_net(1);
     return 0;
 }
@@ -49,7 +49,7 @@ int EvtNetworkUp(MessageHeader*)
 int EvtNetworkDown(MessageHeader*)
 {
     nvram_set("lte_status", "0");
-    KobdEvtSend(kModuleServices, kIdConnectionChanged, nullptr, 0);
+    KobdEvtSend(kModuleServices, kEventConnectionChanged, nullptr, 0);
     if (g_ethWanConnected != 0) return 0;
     ChangeConnectTime_net(0);
     killFtpUpgradeDaemon();

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "daemon/base/messages.h"
 #include "events/handlers.h"
 #include "platform/connection.h"
 #include "platform/nvram.h"
@@ -36,7 +37,7 @@ int EvtEthernetIPAdd(MessageHeader* event)
     updateDdns(3);
     ftpUpgrade(2);
     ntpUpdate(0);
-    event->id = kIdEvtApnIPChange;  // to the other modules it is an address change like any other
+    event->id = kEvtApnIPChange;  // to the other modules it is an address change like any other
     Forward(event, kModuleNotify, "EvtEthernetIPAdd");
     Forward(event, kModuleForward, "EvtEthernetIPAdd");
     voipD2Vapp(2);
@@ -53,7 +54,7 @@ int EvtEthernetIPDel(MessageHeader*)
 int EvtEthernetUp(MessageHeader*)
 {
     nvram_set("eth_status", "1");
-    KobdEvtSend(kModuleServices, kIdConnectionChanged, nullptr, 0);
+    KobdEvtSend(kModuleServices, kEventConnectionChanged, nullptr, 0);
     return 0;
 }
 
@@ -64,7 +65,7 @@ int EvtEthernetDown(MessageHeader*)
     // While the cellular connection carries the traffic its time runs on.
     if (strcmp(main_status, "connected") != 0) nvram_set("connected_time", "0");
     nvram_set("eth_status", "0");
-    KobdEvtSend(kModuleServices, kIdConnectionChanged, nullptr, 0);
+    KobdEvtSend(kModuleServices, kEventConnectionChanged, nullptr, 0);
     setDualwanNetSelectMode_lte("auto_select");
     voipD2Vapp(3);
     g_ethWanConnected = 0;

@@ -13,17 +13,15 @@ extern int g_ethWanConnected;
 
 // Each takes a message that the bus has checked for length, answers nothing and returns 0. What the
 // platform says to the calls is not looked at: there is nobody to tell.
-#define EVENT(handler, id) int handler(MessageHeader* event);
-#include "events/events.def"
-#undef EVENT
-
-enum EventId : uint16_t
-{
-#define EVENT(handler, id) kId##handler = id,
-#include "events/events.def"
-#undef EVENT
-    kIdConnectionChanged = 799,  // sent to kModuleServices when a connection came or went
-};
+int EvtApnChange(MessageHeader* event);
+int EvtApnIPChange(MessageHeader* event);
+int EvtNetworkUp(MessageHeader* event);
+int EvtNetworkDown(MessageHeader* event);
+int EvtPCscfIPChange(MessageHeader* event);
+int EvtEthernetUp(MessageHeader* event);
+int EvtEthernetDown(MessageHeader* event);
+int EvtEthernetIPAdd(MessageHeader* event);
+int EvtEthernetIPDel(MessageHeader* event);
 
 // Sends the received message on to `module`, changing its destination in place. A full queue costs
 // at most what the bus allows, then a log line under `function`.

@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 #include "daemon/handler_table.h"
 #include "dictionary/records.h"

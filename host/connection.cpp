@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 
+#include "daemon/base/messages.h"
 #include "host/state/state_store.h"
 #include "platform/kobd_exports.h"
 #include "platform/message.h"

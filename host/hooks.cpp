@@ -2,7 +2,7 @@
 // so that a test or a person sees that the daemon called them and in which order.
 #include "host/commit.h"
 #include "host/state/state_store.h"
-#include "host/uci/uci_path.h"
+#include "host/uci_path.h"
 #include "platform/kob_platform.h"
 
 using namespace kobd::host;

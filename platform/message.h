@@ -11,7 +11,8 @@
 //
 //           | tag u16 | length u16 | value, length bytes |
 //
-// Integers are little-endian on the router and in the byte order of the host elsewhere.
+// Integers are little-endian on the router and in the byte order of the host elsewhere. Modules, classes,
+// ids, tags and sizes stand in daemon/base/messages.h.
 #pragma once
 
 #include <cstddef>
@@ -38,24 +39,6 @@ struct MsgHandler
     uint32_t code;  // (id << 16) | class
     int (*handler)(MessageHeader* message);
 };
-
-namespace kobd
-{
-// Largest message on the bus, header included, in bytes (the kernel limit the daemon asks for).
-inline constexpr size_t kMessageMax = 8192;
-inline constexpr size_t kPayloadMax = kMessageMax - sizeof(MessageHeader);
-
-enum MessageClass : uint16_t
-{
-    kClassRequest = 1,
-    kClassEvent = 3,
-};
-
-inline constexpr uint32_t kModuleKobd = 0x5A510001;
-inline constexpr uint32_t kModuleNotify = 0x5A510003;
-inline constexpr uint32_t kModuleServices = 0x5A510006;
-inline constexpr uint32_t kModuleForward = 0x5A510009;
-}  // namespace kobd
 
 extern "C"
 {

@@ -14,6 +14,26 @@
 
 using namespace kobd;
 
+// The header repeats for its callers what the daemon's own headers say.
+static_assert(KOBD_SUCCESS == kSuccess && KOBD_NOT_FOUND == kNotFound && KOBD_INVALID == kInvalidArgument);
+static_assert(KOBD_NOT_RUNNING == kNotRunning && KOBD_SYSTEM_ERROR == kSystemError && KOBD_SEND_FAILED == kSendFailed);
+static_assert(KOBD_NO_MEMORY == kMallocFailed && KOBD_TIMEOUT == kReplyTimeout);
+static_assert(KOBD_INITIALIZE_FAILED == kInitializeFailed && KOBD_BUFFER_LIMIT == kBufferLimit);
+static_assert(KOBD_VALUE_MAX == kValueBuffer && KOBD_PAYLOAD_MAX == kPayloadMax);
+static_assert(int{KOBD_TAG_RESULT} == kTagResult && int{KOBD_TAG_OBJECT_NAME} == kTagObjectName);
+static_assert(int{KOBD_TAG_VALUE} == kTagValue && int{KOBD_TAG_TABLE_NAME} == kTagTableName);
+static_assert(int{KOBD_TAG_ROW_INDEX} == kTagRowIndex && int{KOBD_TAG_COLUMN_NAME} == kTagColumnName);
+static_assert(int{KOBD_TAG_PARENT_PATH} == kTagParentPath);
+static_assert(int{KOBD_SET} == kReqObjSet && int{KOBD_GET} == kReqObjGet && int{KOBD_SET_SILENT} == kReqObjSetSilent);
+static_assert(int{KOBD_UPDATE} == kReqUpdate && int{KOBD_TABLE_MAX_ROW} == kReqTableMaxRow);
+static_assert(int{KOBD_TABLE_ELEMENT_COUNT} == kReqTableElementCount && int{KOBD_TABLE_ADD} == kReqTableAdd);
+static_assert(int{KOBD_TABLE_DEL} == kReqTableDel && int{KOBD_TABLE_GET} == kReqTableGet);
+static_assert(int{KOBD_TABLE_SET} == kReqTableSet && int{KOBD_TABLE_SET_SILENT} == kReqTableSetSilent);
+static_assert(int{KOBD_TABLE_DUMP} == kReqTableDump && int{KOBD_SHOW} == kReqShow);
+static_assert(int{KOBD_SUB_TABLE_ADD} == kREQSubTableAdd);
+static_assert(KOBD_MODULE_DAEMON == kModuleKobd && KOBD_MODULE_NOTIFY == kModuleNotify);
+static_assert(KOBD_MODULE_SERVICES == kModuleServices && KOBD_MODULE_FORWARD == kModuleForward);
+
 namespace
 {
 constexpr int kDefaultTimeoutMs = 5000;

@@ -4,12 +4,15 @@
 #include <span>
 #include <string_view>
 
+#include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 #include "daemon/base/tlv.h"
 #include "platform/message.h"
 
 namespace kobd
 {
+static_assert(sizeof(MessageHeader) == kHeaderBytes);
+
 // The items of a message that the bus has delivered; its length has been checked against what was
 // received.
 inline std::span<const char> Payload(const MessageHeader* message)
@@ -53,20 +56,6 @@ private:
     bool debug_;
     bool full_ = false;
 };
-
-// Ids of the notifications.
-enum NotifyEvent : uint16_t
-{
-    kEventObjectChanged = 2,  // object name
-    kEventTableChanged = 3,   // table names, row indexes and column names
-    kEventSetFinished = 4,    // nothing
-    kEventRowAdded = 799,     // table name, row index
-    kEventRowDeleted = 800,   // table name, row index
-    kEventSubRowAdded = 801,  // table name, row index, parent path
-};
-
-// Largest payload of a notification, in bytes: it is built in a message of 1024.
-inline constexpr size_t kNotifyPayloadMax = 1024 - sizeof(MessageHeader);
 
 // Sends event `id` with `payload` to the notification module. A payload over kNotifyPayloadMax is
 // refused with a log line; a full queue costs at most what the bus allows, then a log line.

@@ -8,22 +8,10 @@
 #include <span>
 #include <string_view>
 
+#include "daemon/base/messages.h"
+
 namespace kobd
 {
-enum Tag : uint16_t
-{
-    kTagResult = 0,      // integer
-    kTagObjectName = 1,  // text
-    kTagValue = 2,       // text, or an integer count
-    kTagTableName = 3,   // text
-    kTagRowIndex = 4,    // integer
-    kTagColumnName = 5,  // text
-    kTagParentPath = 6,  // text
-};
-
-inline constexpr size_t kItemHeader = 2 + 2;         // tag, length
-inline constexpr size_t kIntItem = kItemHeader + 4;  // with a 32-bit value
-
 struct TlvItem
 {
     uint16_t tag = 0;

@@ -13,6 +13,8 @@
 #include <cstring>
 #include <ctime>
 
+#include "daemon/base/messages.h"
+#include "daemon/base/result.h"
 #include "host/bus/bus_queues.h"
 
 // The daemon exports its log; the other programs that use the bus have none and do not receive here.
@@ -33,9 +35,6 @@ namespace
 constexpr int kSendBudgetMs = 100;  // all sends of one request together may wait this long
 constexpr int kReclaimSeconds = 2;
 constexpr long kRetryNs = 100000000;  // between attempts to have a queue again
-constexpr int32_t kInvalidArgument = 2;
-constexpr int kSendFailed = 5;
-constexpr uint16_t kTagResult = 0;
 
 struct QueueMessage
 {
@@ -207,10 +206,9 @@ void MessageProccessRegister(const MsgHandler* table) { bus.handlers = table; }
 
 int MessageInitialize(uint32_t module)
 {
-    constexpr int kFailed = 9;
-    if (bus.claim >= 0) return kFailed;
+    if (bus.claim >= 0) return kInitializeFailed;
     bus.claim = ClaimModule(module);
-    if (bus.claim < 0) return kFailed;
+    if (bus.claim < 0) return kInitializeFailed;
     bus.module = module;
     bus.stopping = false;
     bus.queue = ModuleQueue(module, true);
@@ -220,7 +218,7 @@ int MessageInitialize(uint32_t module)
     bus.queue = -1;
     ReleaseModule(bus.claim);
     bus.claim = -1;
-    return kFailed;
+    return kInitializeFailed;
 }
 
 int MessageSend(MessageHeader* message)

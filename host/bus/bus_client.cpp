@@ -9,6 +9,8 @@
 #include <cstring>
 #include <ctime>
 
+#include "daemon/base/messages.h"
+#include "daemon/base/result.h"
 #include "host/bus/bus_queues.h"
 #include "host/bus/wake_at.h"
 
@@ -17,9 +19,6 @@ using namespace kobd::host;
 
 namespace
 {
-constexpr int kNotRunning = 3;
-constexpr int kTimeout = 8;
-constexpr int kFailed = 9;
 constexpr int kSlots = 512;       // private queues a process may have at once
 constexpr long kPollNs = 200000;  // between looks at the queue, where nothing would end a wait for it
 
@@ -79,7 +78,7 @@ int ReceiveMessage(BusClient* client, MessageHeader* message, int64_t deadline)
     for (;;)
     {
         const ssize_t received = ReceiveUntil(client->queue, &in, deadline);
-        if (received < 0) return errno == ETIME ? kTimeout : kFailed;
+        if (received < 0) return errno == ETIME ? kReplyTimeout : kInitializeFailed;
         const size_t size = static_cast<size_t>(received);
         if (size < sizeof(MessageHeader)) continue;
         memcpy(message, in.bytes, size);
@@ -113,9 +112,9 @@ int BusClientOpen(BusClient* client)
         const key_t key = ClientKey(client->process, client->slot);
         client->queue = msgget(key, IPC_CREAT | IPC_EXCL | 0600);
         if (client->queue >= 0) return 0;
-        if (errno != EEXIST) return kFailed;
+        if (errno != EEXIST) return kInitializeFailed;
     }
-    return kFailed;
+    return kInitializeFailed;
 }
 
 int BusClientJoin(BusClient* client, uint32_t module)
@@ -123,12 +122,12 @@ int BusClientJoin(BusClient* client, uint32_t module)
     *client = {};
     client->process = getpid();
     client->claim = ClaimModule(module);
-    if (client->claim < 0) return kFailed;
+    if (client->claim < 0) return kInitializeFailed;
     client->module = module;
     client->queue = ModuleQueue(module, true);
     if (client->queue >= 0) return 0;
     BusClientClose(client);
-    return kFailed;
+    return kInitializeFailed;
 }
 
 void BusClientClose(BusClient* client)

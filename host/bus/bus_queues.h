@@ -10,6 +10,7 @@
 
 #include <cstdint>
 
+#include "daemon/base/messages.h"
 #include "platform/message.h"
 
 namespace kobd::host
@@ -49,8 +50,6 @@ int ModuleQueue(uint32_t module, bool create);
 // Sends within `budget_ms`, which shrinks by the time it took. 0; 3 no such queue; 5 it stayed full,
 // or the kernel takes no message of that size.
 int QueueSend(int queue, const MessageHeader* message, int* budget_ms);
-
-inline constexpr unsigned long kQueueBytes = 16384;  // room for a largest request and what comes with it
 
 // Gives our own queue that room when it was made while the kernel allowed less, which nothing else
 // would ever change. False with errno when the kernel still allows no more.

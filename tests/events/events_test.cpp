@@ -30,7 +30,7 @@ protected:
         platform.calls.clear();
         ExactMessage message(payload);
         message.Header()->message_class = kClassEvent;
-        message.Header()->id = kIdEvtApnIPChange;
+        message.Header()->id = kEvtApnIPChange;
         EXPECT_EQ(handler(message.Header()), 0);
         for (std::string& call : platform.calls)
             if (call.starts_with(kTime) && call != kTime + "0") call = kTime + CheckUptime(call.substr(kTime.size()));
@@ -139,7 +139,7 @@ TEST_F(Events, ForwardedMessagesKeepClassPayloadAndTheBytesOfTheBus)
     const std::string payload("\x02\0any\xFF", 6);
     ExactMessage message(payload);
     message.Header()->message_class = kClassEvent;
-    message.Header()->id = kIdEvtEthernetIPAdd;
+    message.Header()->id = kEvtEthernetIPAdd;
     std::string expected(reinterpret_cast<const char*>(message.Header()), sizeof(MessageHeader) + payload.size());
     EvtEthernetIPAdd(message.Header());
     ASSERT_EQ(platform.sent.size(), 2u);

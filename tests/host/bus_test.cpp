@@ -10,6 +10,7 @@
 #include <cstring>
 #include <string>
 
+#include "daemon/base/messages.h"
 #include "host/bus/bus_queues.h"
 #include "platform/bus_client.h"
 #include "tests/namespaces.h"

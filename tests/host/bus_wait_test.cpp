@@ -11,6 +11,7 @@
 #include <thread>
 #include <vector>
 
+#include "daemon/base/messages.h"
 #include "host/bus/bus_queues.h"
 #include "platform/bus_client.h"
 #include "tests/namespaces.h"

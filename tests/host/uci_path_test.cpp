@@ -1,5 +1,5 @@
 // Where a uci is found.
-#include "host/uci/uci_path.h"
+#include "host/uci_path.h"
 
 #include <gtest/gtest.h>
 

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "daemon/base/messages.h"
 #include "tests/items.h"
 #include "tests/namespaces.h"
 

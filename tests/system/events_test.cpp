@@ -8,6 +8,7 @@
 #include <cstring>
 #include <fstream>
 
+#include "daemon/base/messages.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 

@@ -7,6 +7,7 @@
 
 #include "client/diagnose.h"
 #include "client/dictionary.h"
+#include "daemon/base/messages.h"
 #include "dictionary/value_check.h"
 #include "host/bus/bus_queues.h"
 #include "tests/system/daemon_test.h"

@@ -9,6 +9,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "daemon/base/messages.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 

@@ -10,6 +10,7 @@
 #include <fstream>
 #include <random>
 
+#include "daemon/base/messages.h"
 #include "tests/system/daemon_test.h"
 
 namespace kobd::test

@@ -1,6 +1,6 @@
 // A router has a uci on its PATH; elsewhere our own serves. It stands beside the daemon in a build
 // folder, and in a folder of its own where it was installed, so that it never hides another.
-#include "host/uci/uci_path.h"
+#include "host/uci_path.h"
 
 #include <unistd.h>
 
