@@ -42,14 +42,14 @@ bool PushObject(Reply& reply, std::string_view name)
 int ReqObjGet(MessageHeader* request)
 {
     Reply reply(request, kFunction);
-    if (!HasItems(request)) return reply.Refuse(kInvalidArgument);
+    if (!HasItems(request)) return reply.SendResult(kInvalidArgument);
     TlvReader reader(Payload(request));
     while (const auto item = reader.Next())
     {
         const auto name = item->Text();  // whatever its tag
-        if (!name) return reply.Refuse(kInvalidArgument);
-        if (!PushObject(reply, *name)) return reply.Refuse(kBufferLimit);
+        if (!name) return reply.SendResult(kInvalidArgument);
+        if (!PushObject(reply, *name)) return reply.SendResult(kBufferLimit);
     }
-    return reader.Broken() ? reply.Refuse(kInvalidArgument) : reply.Send();
+    return reader.Broken() ? reply.SendResult(kInvalidArgument) : reply.Send();
 }
 }  // namespace kobd

@@ -18,12 +18,6 @@ namespace
 {
 constexpr size_t kChangedEventBuffer = 128;  // bytes; every object name fits
 
-enum class Announce
-{
-    kYes,
-    kNo,
-};
-
 void NotifyObjectChanged(const ObjDef& object)
 {
     std::array<char, kChangedEventBuffer> buffer;
@@ -64,7 +58,7 @@ int HandleSet(const MessageHeader* request, const char* function, Announce annou
     const int code = StageCheckApply(request, reply, function, announce);
     StagedValuesFree();
     if (announce == Announce::kYes) KobdNotify(kEventSetFinished, {});
-    return reply.Refuse(code);  // the result alone, on success too
+    return reply.SendResult(code);
 }
 }  // namespace
 

@@ -28,9 +28,9 @@ int ReqShow(MessageHeader* request)
     char name[kDumpFileName];
     FILE* file = DumpFileOpen(kFunction, name);
     Reply reply(request, kFunction);
-    if (file == nullptr) return reply.Refuse(kSystemError);
+    if (file == nullptr) return reply.SendResult(kSystemError);
     const int written = WriteNames(file) ? kSuccess : kSystemError;
-    if (const int code = DumpFileClose(kFunction, file, name, written)) return reply.Refuse(code);
+    if (const int code = DumpFileClose(kFunction, file, name, written)) return reply.SendResult(code);
     reply.PushText(kTagValue, name);
     return reply.Send();
 }

@@ -69,7 +69,7 @@ int DeleteRow(const MessageHeader* request)
 int Answer(Reply& reply, int code)
 {
     TableRowsRelease();
-    return code == kSuccess ? reply.Send() : reply.Refuse(code);
+    return code == kSuccess ? reply.Send() : reply.SendResult(code);
 }
 }  // namespace
 

@@ -14,7 +14,7 @@ int AnswerCount(const MessageHeader* request, const char* function, uint32_t Tab
 {
     Reply reply(request, function);
     TableRequest asked;
-    if (const int code = TableRequestRead(request, &asked)) return reply.Refuse(code);
+    if (const int code = TableRequestRead(request, &asked)) return reply.SendResult(code);
     reply.PushInt(kTagValue, static_cast<int32_t>(asked.table->*count));
     return reply.Send();
 }

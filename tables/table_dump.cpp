@@ -115,14 +115,14 @@ int WriteTables(FILE* file, const MessageHeader* request, const Reply& reply)
 int ReqTableDump(MessageHeader* request)
 {
     Reply reply(request, kFunction);
-    if (!HasItems(request)) return reply.Refuse(kInvalidArgument);
+    if (!HasItems(request)) return reply.SendResult(kInvalidArgument);
     char name[kDumpFileName];
     FILE* file = DumpFileOpen(kFunction, name);
-    if (file == nullptr) return reply.Refuse(kSystemError);
+    if (file == nullptr) return reply.SendResult(kSystemError);
     static char buffer[kFileBuffer];
     setvbuf(file, buffer, _IOFBF, sizeof buffer);
     const int written = WriteTables(file, request, reply);
-    if (const int code = DumpFileClose(kFunction, file, name, written)) return reply.Refuse(code);
+    if (const int code = DumpFileClose(kFunction, file, name, written)) return reply.SendResult(code);
     reply.PushText(kTagValue, name);
     return reply.Send();
 }

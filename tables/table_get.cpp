@@ -51,6 +51,6 @@ int ReqTableGet(MessageHeader* request)
 {
     Reply reply(request, kFunction);
     const int code = PushRows(request, reply);
-    return code == kSuccess ? reply.Send() : reply.Refuse(code);
+    return code == kSuccess ? reply.Send() : reply.SendResult(code);
 }
 }  // namespace kobd

@@ -18,12 +18,6 @@ namespace kobd
 {
 namespace
 {
-enum class Announce
-{
-    kYes,
-    kNo,
-};
-
 // One table set request in hand.
 struct TableSet
 {
@@ -102,7 +96,7 @@ int HandleSet(const MessageHeader* request, const char* function, Announce annou
     Reply reply(request, function);
     const int code = Apply({request, function, announce, reply.Debug()});
     TableRowsRelease();
-    return reply.Refuse(code);  // the result alone, on success too
+    return reply.SendResult(code);
 }
 }  // namespace
 

@@ -36,7 +36,7 @@ bool Reply::PushInt(uint16_t tag, int32_t value)
 
 int Reply::Send() { return full_ ? Finish(kBufferLimit, kIntItem) : Finish(kSuccess, items_.Size()); }
 
-int Reply::Refuse(int code) { return Finish(code, kIntItem); }
+int Reply::SendResult(int code) { return Finish(code, kIntItem); }
 
 int Reply::Finish(int code, size_t payload_length)
 {

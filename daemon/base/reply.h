@@ -23,8 +23,8 @@ inline std::span<const char> Payload(const MessageHeader* message)
 // True when the request carries at least one item: a lone item header is none.
 inline bool HasItems(const MessageHeader* request) { return request->length > kItemHeader; }
 
-// One reply, built in the one static reply buffer: create it first in the handler, push items, end
-// with Send or Refuse. One at a time, like the handlers.
+// One reply. It is built in the process's only reply buffer, so that one exists at a time. A handler
+// creates it first, pushes items, and ends with Send or SendResult.
 class Reply
 {
 public:
@@ -38,15 +38,17 @@ public:
     bool PushText(uint16_t tag, std::string_view text);
     bool PushInt(uint16_t tag, int32_t value);
 
-    // For items that are written elsewhere. Who finds no room here refuses with kBufferLimit.
+    // The writer of the reply's items, for a function that writes several of them. A handler whose items do
+    // not fit answers kBufferLimit.
     TlvWriter& Items() { return items_; }
 
     // Sends result 0 with the items pushed, or kBufferLimit alone when one of them did not fit.
     // The send's error if there is one, else the result code.
     int Send();
 
-    // Sends `code` alone, whatever was pushed. As Send.
-    int Refuse(int code);
+    // Sends the result `code` without any of the items pushed: every refusal, and the success of a set.
+    // As Send.
+    int SendResult(int code);
 
 private:
     int Finish(int code, size_t payload_length);
@@ -57,7 +59,14 @@ private:
     bool full_ = false;
 };
 
-// Sends event `id` with `payload` to the notification module. A payload over kNotifyPayloadMax is
-// refused with a log line; a full queue costs at most what the bus allows, then a log line.
+// Whether a set request announces its changes and commits them.
+enum class Announce
+{
+    kYes,
+    kNo,
+};
+
+// Sends event `id` with `payload` to the notification module. A payload over kNotifyPayloadMax bytes is
+// not sent; neither is one for which the module's queue has no room in time. Each leaves a log line.
 void KobdNotify(uint16_t id, std::span<const char> payload);
 }  // namespace kobd

@@ -35,7 +35,7 @@ TEST(Reply, RefusalAfterItemsCarriesTheResultAlone)
     ExactMessage request("");
     Reply reply(request.Header(), "test");
     EXPECT_TRUE(reply.PushText(kTagValue, "pushed before it failed"));
-    EXPECT_EQ(reply.Refuse(kSystemError), kSystemError);
+    EXPECT_EQ(reply.SendResult(kSystemError), kSystemError);
     EXPECT_EQ(platform.calls, std::vector<std::string>{"reply 4"});
 }
 
