@@ -1,6 +1,7 @@
-// Start-up and shutdown: what happens in which order, and how a signal ends the process.
+// Start-up and shutdown: what happens in which order.
 #include "daemon/lifecycle.h"
 
+#include <fcntl.h>
 #include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,39 +15,18 @@
 
 #include "daemon/base/log.h"
 #include "daemon/handler_table.h"
+#include "daemon/signals.h"
 #include "dictionary/name_index.h"
 #include "platform/kob_platform.h"
 
-int exit_flag = 0;
-
-namespace
-{
-constexpr timespec kWaitStep = {5, 0};
-constexpr int kEndSignals[] = {SIGUSR1, SIGUSR2, SIGTERM, SIGQUIT, SIGINT, SIGBUS};
-
-volatile sig_atomic_t received_signal = 0;
-pthread_t main_thread;  // the one that takes the signals, from KobdSignalSetup on
-
-sigset_t EndSignals()
-{
-    sigset_t set;
-    sigemptyset(&set);
-    for (const int number : kEndSignals) sigaddset(&set, number);
-    return set;
-}
-}  // namespace
-
-// Runs where a thread of the platform does not block the signal.
-void sig_handler(int signal)
-{
-    received_signal = signal;
-    if (!pthread_equal(pthread_self(), main_thread)) pthread_kill(main_thread, signal);  // ends its wait
-}
+volatile int exit_flag = 0;
 
 namespace kobd
 {
 namespace
 {
+constexpr unsigned kWaitSeconds = 5;
+
 // One mixing step of Bob Jenkins' 1996 hash over three words.
 uint32_t Mix(uint32_t a, uint32_t b, uint32_t c)
 {
@@ -77,12 +57,36 @@ void RunShell(const char* command)
     if (system(command) != 0) return;
 }
 
-void LogSignal(int signal)
+// Held while the bus is joined or left, so that a signal during the start-up meets neither half of it.
+pthread_mutex_t joining = PTHREAD_MUTEX_INITIALIZER;
+
+constexpr timespec kLook = {0, 10000000};  // 10 ms between looks at the lock
+constexpr int kLooks = 100;                // one second in all: a hook may hang with it
+
+bool LockJoining()
 {
-    kobd_log_print("sig_handler", 20, "recv signal:%d", signal);
-    kobd_log_print("sig_handler", 24, "Get sig %d, exit...", signal);
+    for (int look = 0; look < kLooks; ++look)
+    {
+        if (pthread_mutex_trylock(&joining) == 0) return true;
+        nanosleep(&kLook, nullptr);
+    }
+    return false;
+}
+
+void JoinBus()
+{
+    pthread_mutex_lock(&joining);
+    if (!ShutdownBegun()) DictionaryInit(kHandlers.data());
+    pthread_mutex_unlock(&joining);
 }
 }  // namespace
+
+void OpenStandardStreams()
+{
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor)
+        // open takes the lowest number that is free: all below it are open by now
+        if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) return;
+}
 
 void SeedRandom()
 {
@@ -107,49 +111,43 @@ void RaiseMessageLimits()
     RunShell("sysctl -w kernel.msgmnb=16384");
 }
 
-// The main thread blocks the signals and takes them where it waits. Blocked ones are kept while the
-// C library's system() ignores SIGINT and SIGQUIT for the whole process, which it does as long as a
-// cellular list is being saved.
-void KobdSignalSetup()
+int DictionaryInit(const MsgHandler* handlers)
 {
-    main_thread = pthread_self();
-    const sigset_t taken = EndSignals();
-    pthread_sigmask(SIG_BLOCK, &taken, nullptr);
-    struct sigaction action = {};
-    action.sa_handler = sig_handler;
-    sigemptyset(&action.sa_mask);
-    for (const int number : kEndSignals) sigaction(number, &action, nullptr);
-    signal(SIGPIPE, SIG_IGN);
-    signal(SIGHUP, SIG_IGN);
+    NameIndexBuild();
+    MessageProccessRegister(handlers);
+    if (const int code = MessageInitialize(kModuleKobd))
+        LOG_ALWAYS("DictionaryInit", "cannot join the bus as module 0x%08X (%d): is another daemon running?",
+                   kModuleKobd, code);
+    return 0;
+}
+
+int DictionaryExit()
+{
+    MessageDestroy();
+    NameIndexClear();
+    return 0;
 }
 
 int KobdInit()
 {
-    checkFirstBootFlag();
-    checkUpgradeFlag();
-    DictionaryInit(kHandlers.data());
-    kobd_lib_init();
-    initUssdEventSvr();
-    updateArplistTimerInit();
-    pemixAlg_init();
+    for (void (*const step)() : {checkFirstBootFlag, checkUpgradeFlag, JoinBus, kobd_lib_init, initUssdEventSvr,
+                                 updateArplistTimerInit, pemixAlg_init})
+    {
+        if (ShutdownBegun()) AwaitEnd();
+        step();
+    }
     return 0;
 }
 
 void KobdExit()
 {
-    DictionaryExit();
+    if (LockJoining()) DictionaryExit();
     kobd_lib_exit();
 }
 
 void WaitForExit()
 {
-    const sigset_t taken = EndSignals();
-    while (exit_flag == 0 && received_signal == 0)
-    {
-        const int number = sigtimedwait(&taken, nullptr, &kWaitStep);
-        if (number > 0) received_signal = number;
-    }
-    if (received_signal != 0) LogSignal(received_signal);
-    exit_flag = 1;
+    while (exit_flag == 0) sleep(kWaitSeconds);
+    if (ShutdownBegun()) AwaitEnd();
 }
 }  // namespace kobd

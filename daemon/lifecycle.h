@@ -1,6 +1,8 @@
 // Start-up and shutdown of the process.
 #pragma once
 
+#include "platform/message.h"
+
 namespace kobd
 {
 // Seeds rand(), which numbers the dump files: two daemons started in one second differ.
@@ -13,17 +15,28 @@ void Daemonise();
 // Asks the kernel for messages of 8192 and queues of 16384 bytes; best effort.
 void RaiseMessageLimits();
 
-void KobdSignalSetup();
+// Opens those of the descriptors 0 to 2 that were closed at the start on /dev/null, so that no file of
+// the daemon's gets the number of a standard stream.
+void OpenStandardStreams();
+
+// Builds the name index, empties the tables' pending lists, registers the handler table and joins the
+// bus. Handlers may run before it returns. Always 0; a bus that cannot be joined is logged.
+int DictionaryInit(const MsgHandler* handlers);
+
+// Leaves the bus and empties the index. Always 0.
+int DictionaryExit();
 
 // Runs the platform's start-up hooks and the dictionary's set-up; requests are served from within.
-// Always 0.
+// Ends before its next step when a signal has come. Always 0.
 int KobdInit();
 
-// Leaves the bus, then tells the platform.
+// Leaves the bus, then calls the platform's exit hook. Waits one second at most for a start-up that is
+// joining the bus at this moment, and then leaves the bus alone.
 void KobdExit();
 
-// Sleeps until a signal or exit_flag asks for the end; logs the signal.
+// Sleeps until exit_flag is set. A signal ends the process from a thread of its own.
 void WaitForExit();
 }  // namespace kobd
 
-extern int exit_flag;
+// 0 while the daemon runs, 1 when it has ended; whoever sets it ends the daemon within five seconds.
+extern volatile int exit_flag;

@@ -3,6 +3,7 @@
 
 #include "daemon/exported_data.h"
 #include "daemon/lifecycle.h"
+#include "daemon/signals.h"
 #include "platform/kob_platform.h"
 
 int main(int count, char** arguments)
@@ -14,6 +15,7 @@ int main(int count, char** arguments)
         daemonise = false;
         if (option != 'F') return 0;
     }
+    kobd::OpenStandardStreams();
     if (daemonise) kobd::Daemonise();
     kobd::RaiseMessageLimits();
     LogModuleUpdate();

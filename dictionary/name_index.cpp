@@ -3,8 +3,6 @@
 
 #include <array>
 
-#include "daemon/base/log.h"
-
 namespace kobd
 {
 namespace
@@ -46,22 +44,7 @@ void NameIndexBuild()
     }
 }
 
-int DictionaryInit(const MsgHandler* handlers)
-{
-    NameIndexBuild();
-    MessageProccessRegister(handlers);
-    if (const int code = MessageInitialize(kModuleKobd))
-        LOG_ALWAYS("DictionaryInit", "cannot join the bus as module 0x%08X (%d): is another daemon running?",
-                   kModuleKobd, code);
-    return 0;
-}
-
-int DictionaryExit()
-{
-    MessageDestroy();
-    name_index.fill(kEmpty);
-    return 0;
-}
+void NameIndexClear() { name_index.fill(kEmpty); }
 
 NamedRecord NameLookup(std::string_view name)
 {

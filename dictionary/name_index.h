@@ -1,4 +1,4 @@
-// Finds dictionary records by name, and the dictionary's life cycle.
+// Finds dictionary records by name.
 #pragma once
 
 #include <string_view>
@@ -33,15 +33,11 @@ constexpr uint32_t NameHash(std::string_view name)
     return hash;
 }
 
-// Builds the index, empties the tables' pending lists, registers `handlers` and joins the bus.
-// Handlers may run before it returns. Always 0; a bus that cannot be joined is logged.
-int DictionaryInit(const MsgHandler* handlers);
-
-// Leaves the bus and empties the index. Always 0.
-int DictionaryExit();
-
-// Builds the index alone, for those who need names but no bus.
+// Builds the index and empties the tables' pending lists.
 void NameIndexBuild();
+
+// Empties the index: from now on every name is unknown.
+void NameIndexClear();
 
 // Exact match; nothing found for unknown names and outside the dictionary's life.
 NamedRecord NameLookup(std::string_view name);

@@ -12,6 +12,7 @@
 
 #include "daemon/base/tlv.h"
 #include "daemon/handler_table.h"
+#include "daemon/lifecycle.h"
 #include "dictionary/name_index.h"
 #include "fuzz/target.h"
 #include "host/bus/bus_queues.h"

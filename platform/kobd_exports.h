@@ -14,7 +14,8 @@ extern "C"
     // Does nothing and returns 0, whatever it is given.
     int kobd_send_message(...);
 
-    // Notes a signal and wakes the main thread, which shuts the daemon down.
+    // Ends the daemon with status 0, as the signal of that number would. Does not return to a library that
+    // calls it.
     void sig_handler(int signal);
 
     // The value that `name` will have after the set request in hand, as zero-terminated text.

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "daemon/handler_table.h"
+#include "daemon/lifecycle.h"
 #include "tests/process_setup.h"
 #include "tests/requests.h"
 
