@@ -95,6 +95,10 @@ inline constexpr size_t kRowItemsMax = 6638;
 // Rows that all tables of the catalogue may hold together.
 inline constexpr size_t kRowsMax = 5439;
 
+// Bytes of these rows, and of the items that they can become; texts held outside a row come on top.
+extern const size_t kRowsBytes;
+extern const size_t kRowsItemsBytes;
+
 // The catalogue, in its fixed order.
 extern const std::span<const ObjDef> kObjects;
 extern const std::span<const TableDef> kTables;

@@ -2,9 +2,9 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <cstdlib>
-#include <string>
 
 #include "daemon/base/log.h"
 #include "daemon/base/reply.h"
@@ -24,9 +24,10 @@ constexpr size_t kInterfaceBuffer = 128;  // name of a WAN interface with its ze
 // there is none. Numbers beyond 32 bits stop at the largest, whatever the size of long.
 int PayloadNumber(const MessageHeader* event)
 {
+    std::array<char, kPayloadMax + 1> text = {};
     const auto payload = Payload(event);
-    const std::string text(payload.data(), payload.size());
-    return static_cast<int>(std::clamp<long long>(strtoll(text.c_str(), nullptr, 10), INT_MIN, INT_MAX));
+    std::copy_n(payload.begin(), std::min(payload.size(), kPayloadMax), text.begin());
+    return static_cast<int>(std::clamp<long long>(strtoll(text.data(), nullptr, 10), INT_MIN, INT_MAX));
 }
 
 // Whether the interface that `current` names is the one of this APN.

@@ -12,6 +12,7 @@
 
 #include "daemon/base/log.h"
 #include "daemon/base/result.h"
+#include "dictionary/records.h"
 
 namespace kobd
 {
@@ -28,7 +29,12 @@ int ReadOpen(int descriptor, const char* path, ChangeFile* file)
     struct stat status;
     if (fstat(descriptor, &status) != 0) return Refuse(path, strerror(errno));
     if (!S_ISREG(status.st_mode)) return Refuse(path, "no regular file");
-    if (!std::in_range<size_t>(status.st_size)) return kMallocFailed;
+    if (std::cmp_greater(status.st_size, kRowsItemsBytes))
+    {
+        LOG_ALWAYS("ChangeFileRead", "the change file %s has %lld bytes, all rows of all tables need %zu", path,
+                   static_cast<long long>(status.st_size), kRowsItemsBytes);
+        return kMallocFailed;
+    }
     file->size = static_cast<size_t>(status.st_size);
     file->bytes.reset(new (std::nothrow) char[file->size]);
     if (file->bytes == nullptr) return kMallocFailed;

@@ -15,7 +15,7 @@ struct ChangeFile
     std::span<const char> Items() const { return {bytes.get(), size}; }
 };
 
-// Reads the file whole; it is never changed nor removed. 0; 4 not a regular file, cannot be read,
-// or got shorter meanwhile; 7 no memory for its size.
+// Reads the file whole; it is never changed nor removed. 0; 4 it is no regular file, cannot be read, or
+// got shorter meanwhile; 7 there is no memory for it, or it is larger than all rows of all tables need.
 [[nodiscard]] int ChangeFileRead(const char* path, ChangeFile* file);
 }  // namespace kobd

@@ -13,8 +13,8 @@ namespace kobd
 // path.
 //   echo: takes the names and indexes met (tags 3, 4, 5), a name that is not found as the last;
 //         nullptr for none. As much room as there are items is enough.
-// 0; 1 no such table; 2 out of order, an item that lies, a text too long for its column, more rows
-// than there can be; 7 no memory; 11 no room in the echo; 12 no such column.
+// 0; 1 no such table; 2 out of order, an item that runs past the end, a text too long for its column;
+// 7 no memory, or more rows or bytes than all tables may hold; 11 no room in the echo; 12 no such column.
 [[nodiscard]] int TableTlvToRows(std::span<const char> items, TlvWriter* echo);
 
 // Writes a sequence of items to the log as readable text, if `debug`. One line, which the log cuts

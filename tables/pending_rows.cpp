@@ -25,6 +25,7 @@ struct Slot
 std::array<Slot, kSlots> slots;
 
 size_t pending_count = 0;  // nodes in all lists together
+size_t pending_bytes = 0;  // of their rows
 // The slots of these nodes: to clear all 8192 would cost more than all the rest of a small request.
 std::array<uint16_t, kRowsMax> taken;
 
@@ -76,12 +77,13 @@ int PendingRowOf(const TableDef& table, int32_t index, PendingRow** pending)
     Slot& slot = SlotOf(table, index);
     *pending = slot.row;
     if (slot.table != nullptr) return kSuccess;
-    if (pending_count == kRowsMax)
+    if (pending_count == kRowsMax || table.row_size > kRowsBytes - pending_bytes)
     {
         // Some of these rows cannot exist; a file full of them would hold up every other client and
         // take the router's memory.
-        LOG_ALWAYS("TableTlvToRows", "the file names more than %zu rows", kRowsMax);
-        return kInvalidArgument;
+        LOG_ALWAYS("TableTlvToRows", "the file names more rows than all tables may hold: %zu rows of %zu bytes",
+                   kRowsMax, kRowsBytes);
+        return kMallocFailed;
     }
     *pending = NewPendingRow(table);
     if (*pending == nullptr) return kMallocFailed;
@@ -89,6 +91,7 @@ int PendingRowOf(const TableDef& table, int32_t index, PendingRow** pending)
     memcpy((*pending)->Row(), &index, sizeof index);
     Append(table, *pending);
     slot = {&table, *pending};
+    pending_bytes += table.row_size;
     taken[pending_count++] = static_cast<uint16_t>(&slot - slots.data());
     return kSuccess;
 }
@@ -102,6 +105,7 @@ void TableRowsRelease()
     if (pending_count == 0) return;
     for (size_t i = 0; i < pending_count; ++i) slots[taken[i]] = {};
     pending_count = 0;
+    pending_bytes = 0;
     for (const TableDef& table : kTables)
         while (PendingRow* pending = FirstPendingRow(table))
         {

@@ -18,7 +18,7 @@ struct PendingRow
 
 // Finds the table's pending row of that index. When there is none, makes one at the end of the
 // list: filled by the table's get, if it has one, whose result is not looked at, else zeros.
-// 0; 2 more rows are pending than all tables may hold; 7 no memory.
+// 0; 7 without memory, or when more rows or bytes are pending than all tables may hold.
 [[nodiscard]] int PendingRowOf(const TableDef& table, int32_t index, PendingRow** pending);
 
 // In the order in which the request first named them; nullptr at the end.

@@ -3,10 +3,12 @@
 #include "daemon/base/log.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -14,7 +16,7 @@
 
 namespace
 {
-constexpr mode_t kLogMode = 0644;
+constexpr mode_t kLogMode = 0600;  // lines name refused values, passwords among them
 
 // Writes all bytes; gives up on an error, since there is nowhere left to report it.
 void WriteAll(int file, const char* bytes, size_t length)
@@ -29,17 +31,39 @@ void WriteAll(int file, const char* bytes, size_t length)
     }
 }
 
-int OpenLog() { return open(kobd::kLogFile, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kLogMode); }
+// Standard output may be a pipe that nobody reads or a terminal that was stopped. What it cannot take at
+// once is dropped. A pipe that poll calls writable takes PIPE_BUF bytes, and a line has no more.
+static_assert(kobd::kLogLineMax <= PIPE_BUF);
+void PrintLine(const char* bytes, size_t length)
+{
+    pollfd output = {STDOUT_FILENO, POLLOUT, 0};
+    if (poll(&output, 1, 0) == 1 && (output.revents & POLLOUT) != 0) WriteAll(STDOUT_FILENO, bytes, length);
+}
 
-// Moves a log that has passed the limit aside and opens a fresh one; -1 when that fails.
+// Opens the log, which is a plain file of the daemon's own user; -1 where something else has its name.
+int OpenLog()
+{
+    const int file =
+        open(kobd::kLogFile, O_WRONLY | O_CREAT | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, kLogMode);
+    if (file < 0) return -1;
+    struct stat status;
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1 && status.st_uid == geteuid() &&
+        ((status.st_mode & ~S_IFMT) == kLogMode || fchmod(file, kLogMode) == 0))
+        return file;
+    close(file);
+    return -1;
+}
+
+// Moves a log that has passed the limit aside and opens a fresh one; -1 when that fails. A log that cannot
+// be moved, because a folder has the other name, is emptied: it must not grow without bound.
 int RotateIfLarge(int file)
 {
     if (lseek(file, 0, SEEK_END) <= kobd::kLogRotateBytes) return file;
     char rotated[64];
     snprintf(rotated, sizeof rotated, "%s.1", kobd::kLogFile);
     unlink(rotated);
+    if (rename(kobd::kLogFile, rotated) != 0 && ftruncate(file, 0) == 0) return file;
     close(file);
-    rename(kobd::kLogFile, rotated);
     return OpenLog();
 }
 
@@ -73,11 +97,11 @@ int kobd_log_print(const char* function, int line, const char* format, ...)
     if (message < 0)
     {
         static const char kFormatError[] = "format error\n";
-        WriteAll(STDOUT_FILENO, kFormatError, sizeof kFormatError - 1);
+        PrintLine(kFormatError, sizeof kFormatError - 1);
         return -1;
     }
     const size_t length = strlen(text);
-    WriteAll(STDOUT_FILENO, text, length);
+    PrintLine(text, length);
     AppendToFile(text, length);
     return 0;
 }

@@ -246,6 +246,13 @@ constexpr size_t CountRows()
 }
 static_assert(CountRows() == kRowsMax);
 
+// Bytes of the rows and of the items of all rows that the tables may hold.
+constexpr size_t BytesOfRows(size_t (*of_row)(const TableDef& table))
+{
+    size_t bytes = 0;
+    for (const TableDef& table : kRecords) bytes += of_row(table) * table.max_rows;
+    return bytes;
+}
 constexpr int CountAliases()
 {
     return Count(
@@ -272,4 +279,6 @@ static_assert(CountSameNames() == 0, "table names are unique");
 }  // namespace
 
 const std::span<const TableDef> kTables = kRecords;
+constexpr size_t kRowsBytes = BytesOfRows([](const TableDef& table) { return size_t{table.row_size}; });
+constexpr size_t kRowsItemsBytes = BytesOfRows(RowItemsMost);
 }  // namespace kobd
