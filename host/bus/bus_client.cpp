@@ -1,6 +1,7 @@
 // The client's side of the bus: a private queue for replies, calls with a deadline.
 #include "platform/bus_client.h"
 
+#include <pthread.h>
 #include <sys/msg.h>
 #include <unistd.h>
 
@@ -22,14 +23,59 @@ constexpr int kTimeout = 8;
 constexpr int kFailed = 9;
 constexpr int kSlots = 512;       // private queues a process may have at once
 constexpr long kPollNs = 200000;  // between looks at the queue, where nothing would end a wait for it
-
-struct QueueMessage
-{
-    long type;
-    char bytes[kMessageMax];
-};
+constexpr int kJoinTries = 5;     // the daemon holds a module for a moment when it removes a queue left behind
+constexpr long kJoinAgainNs = 1000000;
 
 std::atomic<int> next_slot = 0;
+std::atomic<unsigned> forks = 0;  // between this process and the one that first opened a connection
+
+void CountFork() { ++forks; }
+
+// A connection is of the process that opened it: a child's replies would get mixed with the parent's, and its
+// queue would go when the parent ends.
+void Begin(BusClient* client)
+{
+    static pthread_once_t watching = PTHREAD_ONCE_INIT;
+    pthread_once(&watching, [] { pthread_atfork(nullptr, nullptr, CountFork); });
+    *client = {};
+    client->process = getpid();
+    client->forks = forks;
+}
+
+bool IsOfThisProcess(const BusClient* client) { return client->queue >= 0 && client->forks == forks; }
+
+// Receives once, so that the kernel's record of the queue names this process.
+void SignQueue(int queue)
+{
+    QueueMessage empty;
+    empty.type = 1;
+    if (msgsnd(queue, &empty, 0, IPC_NOWAIT) == 0) msgrcv(queue, &empty, 0, 0, IPC_NOWAIT | MSG_NOERROR);
+}
+
+// Root's own queue could not be used by a daemon of another user.
+void GiveToOwnerOf(const msqid_ds& destination, BusClient* client)
+{
+    GiveQueue(client->queue, destination.msg_perm.uid);
+    if (client->module != 0) GiveClaim(client->claim, destination.msg_perm.uid);
+}
+
+// The queue that this client may send to: root's everybody's, another user's own or root's.
+int QueueFor(BusClient* client, uint32_t module)
+{
+    if (geteuid() != 0) return PrivateModuleQueue(module);
+    const int queue = ModuleQueue(module, false);
+    msqid_ds state{};
+    if (queue < 0 || msgctl(queue, IPC_STAT, &state) != 0) return -1;
+    GiveToOwnerOf(state, client);
+    return queue;
+}
+
+// A daemon of another user that is to send to root's queue may come at any time.
+void FollowDaemon(BusClient* client)
+{
+    if (client->module == 0 || client->module == kModuleKobd || geteuid() != 0) return;
+    if (ClaimHolds(ModuleClaim(kModuleKobd))) QueueFor(client, kModuleKobd);
+}
 
 // Waits for a message until `deadline`; bytes received, or -1 with errno ETIME, EIDRM ...
 ssize_t ReceiveUntil(int queue, QueueMessage* message, int64_t deadline)
@@ -62,7 +108,7 @@ int FindDestination(BusClient* client, uint32_t module)
         return client->destination_queue;
     client->destination = module;
     client->destination_claim = ModuleClaim(module);
-    client->destination_queue = ClaimHolds(client->destination_claim) ? ModuleQueue(module, false) : -1;
+    client->destination_queue = ClaimHolds(client->destination_claim) ? QueueFor(client, module) : -1;
     return client->destination_queue;
 }
 
@@ -79,7 +125,12 @@ int ReceiveMessage(BusClient* client, MessageHeader* message, int64_t deadline)
     for (;;)
     {
         const ssize_t received = ReceiveUntil(client->queue, &in, deadline);
-        if (received < 0) return errno == ETIME ? kTimeout : kFailed;
+        if (received < 0 && errno != ETIME) return kFailed;
+        if (received < 0)
+        {
+            FollowDaemon(client);
+            return kTimeout;
+        }
         const size_t size = static_cast<size_t>(received);
         if (size < sizeof(MessageHeader)) continue;
         memcpy(message, in.bytes, size);
@@ -104,14 +155,14 @@ int BusModuleLook(uint32_t module, BusModule* look)
 
 int BusClientOpen(BusClient* client)
 {
-    *client = {};
-    client->process = getpid();
+    Begin(client);
     ReclaimQueues();
     for (int attempt = 0; attempt < kSlots; ++attempt)
     {
         client->slot = next_slot++ % kSlots;
         const key_t key = ClientKey(client->process, client->slot);
-        client->queue = msgget(key, IPC_CREAT | IPC_EXCL | 0600);
+        client->queue = msgget(key, IPC_CREAT | IPC_EXCL | kClientMode);
+        if (client->queue >= 0) SignQueue(client->queue);
         if (client->queue >= 0) return 0;
         if (errno != EEXIST) return kFailed;
     }
@@ -120,13 +171,22 @@ int BusClientOpen(BusClient* client)
 
 int BusClientJoin(BusClient* client, uint32_t module)
 {
-    *client = {};
-    client->process = getpid();
-    client->claim = ClaimModule(module);
+    Begin(client);
+    for (int attempt = 0; attempt < kJoinTries; ++attempt)
+    {
+        client->claim = ClaimModule(module);
+        if (client->claim >= 0 || errno != EBUSY) break;
+        const timespec pause = {0, kJoinAgainNs};
+        nanosleep(&pause, nullptr);
+    }
     if (client->claim < 0) return kFailed;
     client->module = module;
     client->queue = ModuleQueue(module, true);
-    if (client->queue >= 0) return 0;
+    if (client->queue >= 0)
+    {
+        FollowDaemon(client);
+        return 0;
+    }
     BusClientClose(client);
     return kFailed;
 }
@@ -144,6 +204,7 @@ void BusClientClose(BusClient* client)
 
 int BusClientSend(BusClient* client, MessageHeader* message, int timeout_ms)
 {
+    if (!IsOfThisProcess(client)) return kFailed;
     BusHeader header = LoadBusHeader(message);
     header.sequence = ++client->sequence;
     header.sender = static_cast<uint32_t>(client->process);
@@ -169,5 +230,6 @@ int BusClientCall(BusClient* client, MessageHeader* request, MessageHeader* repl
 
 int BusClientReceive(BusClient* client, MessageHeader* message, int timeout_ms)
 {
+    if (!IsOfThisProcess(client)) return kFailed;
     return ReceiveMessage(client, message, NowMs() + timeout_ms);
 }

@@ -13,6 +13,7 @@
 
 #include "host/bus/bus_queues.h"
 #include "platform/bus_client.h"
+#include "tests/joined.h"
 #include "tests/namespaces.h"
 
 namespace kobd::test
@@ -153,7 +154,7 @@ TEST_F(BusWait, AConnectionOutlivesTheDaemonItKnew)
     MessageProccessRegister(kTable);
     for (int life = 0; life < 3; ++life)
     {
-        ASSERT_EQ(MessageInitialize(kModuleKobd), 0);
+        ASSERT_EQ(Join(kModuleKobd), 0);
         EXPECT_EQ(Call(&client_), 0) << life;
         EXPECT_EQ(Call(&client_), 0) << life;
         MessageDestroy();
@@ -174,7 +175,7 @@ TEST_F(BusWait, AConnectionThatFoundADeadDaemonFindsTheNextOne)
     ASSERT_EQ(status, 0);
     EXPECT_EQ(Call(&client_), 3);
     MessageProccessRegister(kTable);
-    ASSERT_EQ(MessageInitialize(kModuleKobd), 0);
+    ASSERT_EQ(Join(kModuleKobd), 0);
     EXPECT_EQ(Call(&client_), 0);
     MessageDestroy();
 }
