@@ -98,15 +98,14 @@ void Dispatch(QueueMessage& message, size_t received)
 }
 
 // Takes a queue, however long the system has none to give; a daemon that gave up would run on and serve nothing.
-void TakeQueue(bool told)
+void TakeQueue(bool again)
 {
-    while (!bus.stop.IsSet() && (bus.queue = ModuleQueue(bus.module, true)) < 0)
+    for (bool told = false; !bus.stop.IsSet() && (bus.queue = ModuleQueue(bus.module, true)) < 0; told = again = true)
     {
         if (!told) REPORT("cannot have a queue yet: %s", strerror(errno));
-        told = true;
         bus.stop.WaitFor(kQueueAgainMs);
     }
-    if (told && !bus.stop.IsSet()) REPORT("serving on a new queue of module 0x%08X", bus.module);
+    if (again && !bus.stop.IsSet()) REPORT("serving on a new queue of module 0x%08X", bus.module);
 }
 
 // The queue cannot be read: most likely somebody removed it.

@@ -151,6 +151,35 @@ TEST_F(StartUp, AnUnknownOptionEndsItBeforeAnythingIsDone)
     }
 }
 
+// The next daemon starts while the last one is ending: what was answered is there, whoever answered it.
+TEST_F(StartUp, AHandoverLosesNoSetThatWasAnswered)
+{
+    DaemonProcess daemons("/tmp/state");
+    pid_t last = daemons.Spawn();
+    std::string answered = "80";
+    for (int handover = 0; handover < 20; ++handover)
+    {
+        const pid_t next = daemons.Spawn();
+        usleep(static_cast<useconds_t>(handover) * 3000);
+        kill(last, SIGTERM);
+        for (int set = 0; set < 100; ++set)
+        {
+            const std::string value = std::to_string(1000 + handover * 100 + set);
+            const int result = SetObject("webHttpPort", value);
+            if (result == 0) answered = value;
+            if (result != 0) break;
+        }
+        for (int i = 0; i < 100 && Holder() != next; ++i) usleep(100000);
+        ASSERT_EQ(Holder(), next);
+        for (int i = 0; i < 100 && GetObject("webHttpPort") == "nothing"; ++i) usleep(10000);
+        EXPECT_EQ(GetObject("webHttpPort"), answered) << handover;
+        waitpid(last, nullptr, 0);
+        last = next;
+    }
+    kill(last, SIGTERM);
+    EXPECT_EQ(waitpid(last, nullptr, 0), last);
+}
+
 TEST_F(StartUp, AStateFolderThatCannotBeWrittenIsReportedAtOnce)
 {
     DaemonProcess daemon("/proc/nowhere");
