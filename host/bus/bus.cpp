@@ -54,6 +54,7 @@ struct Bus
     uint32_t module = 0;
     std::atomic<int> queue = -1;  // the receive thread makes a new one when somebody removed it
     StopFlag stop;
+    std::atomic<bool> serving = false;
     pthread_t joiner{};
     pthread_t receiver{};
 };
@@ -100,12 +101,12 @@ void Dispatch(QueueMessage& message, size_t received)
 // Takes a queue, however long the system has none to give; a daemon that gave up would run on and serve nothing.
 void TakeQueue(bool again)
 {
-    for (bool told = false; !bus.stop.IsSet() && (bus.queue = ModuleQueue(bus.module, true)) < 0; told = again = true)
+    for (bool told = false; bus.serving && (bus.queue = ModuleQueue(bus.module, true)) < 0; told = again = true)
     {
         if (!told) REPORT("cannot have a queue yet: %s", strerror(errno));
         bus.stop.WaitFor(kQueueAgainMs);
     }
-    if (again && !bus.stop.IsSet()) REPORT("serving on a new queue of module 0x%08X", bus.module);
+    if (again && bus.serving) REPORT("serving on a new queue of module 0x%08X", bus.module);
 }
 
 // The queue cannot be read: most likely somebody removed it.
@@ -119,14 +120,14 @@ void* Receive(void*)
 {
     static QueueMessage message;
     TakeQueue(false);
-    while (!bus.stop.IsSet())
+    while (bus.serving)
     {
         const ssize_t received = msgrcv(bus.queue, &message, sizeof message.bytes, 0, MSG_NOERROR);
         if (received >= 0)
             Dispatch(message, static_cast<size_t>(received));
         else if (errno == EAGAIN || errno == ENOMEM)
             bus.stop.WaitFor(kQueueAgainMs);
-        else if (errno != EINTR && !bus.stop.IsSet())
+        else if (errno != EINTR && bus.serving)
             TakeQueueAgain();
     }
     return nullptr;
@@ -192,9 +193,22 @@ void KeepQueueWide(bool* told)
     *told = !wide;
 }
 
-void ReclaimUntilStopped()
+// Somebody may remove the semaphore, and to the clients nobody has the module then. False when another process took it
+// meanwhile: what is received from here on is its own.
+bool KeepClaim(int* claim)
 {
-    for (bool told = false; !bus.stop.IsSet(); bus.stop.WaitFor(kAgainMs))
+    if (ClaimHolds(*claim)) return true;
+    *claim = ClaimModule(bus.module);
+    const bool held = *claim >= 0 || errno != EBUSY;
+    if (*claim >= 0) REPORT("the semaphore of module 0x%08X was removed, it is taken anew", bus.module);
+    if (!held) REPORT("the semaphore of module 0x%08X was removed, and another process has the module now", bus.module);
+    return held;
+}
+
+// Ends early when the module is lost.
+void ServeUntilStopped(int* claim)
+{
+    for (bool told = false; !bus.stop.IsSet() && KeepClaim(claim); bus.stop.WaitFor(kAgainMs))
     {
         ReclaimQueues();
         ReclaimModuleQueues();
@@ -205,6 +219,7 @@ void ReclaimUntilStopped()
 // Ends the receive thread, which waits for a message or for a queue.
 void StopReceiving()
 {
+    bus.serving = false;
     msgctl(bus.queue, IPC_RMID, nullptr);
     pthread_join(bus.receiver, nullptr);
     msgctl(bus.queue, IPC_RMID, nullptr);  // one that it made in the meantime
@@ -214,15 +229,14 @@ void StopReceiving()
 // Without the claim nothing is touched: the one who has the module may still be writing the state.
 void* Join(void*)
 {
-    const int claim = AwaitClaim();
-    if (claim < 0) return nullptr;
-    if (bus.prepare != nullptr) bus.prepare();
-    if (StartThread(&bus.receiver, Receive))
+    for (int claim; (claim = AwaitClaim()) >= 0; ReleaseModule(claim))
     {
-        ReclaimUntilStopped();
+        if (bus.prepare != nullptr) bus.prepare();
+        bus.serving = true;
+        if (!StartThread(&bus.receiver, Receive)) continue;
+        ServeUntilStopped(&claim);
         StopReceiving();
     }
-    ReleaseModule(claim);
     return nullptr;
 }
 

@@ -5,6 +5,7 @@
 #include <sys/msg.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstring>
@@ -23,6 +24,7 @@ constexpr int kTimeout = 8;
 constexpr int kFailed = 9;
 constexpr int kSlots = 512;       // private queues a process may have at once
 constexpr long kPollNs = 200000;  // between looks at the queue, where nothing would end a wait for it
+constexpr int64_t kLookMs = 200;  // between looks whether the daemon that is to reply has ended
 constexpr int kJoinTries = 5;     // the daemon holds a module for a moment when it removes a queue left behind
 constexpr long kJoinAgainNs = 1000000;
 
@@ -44,12 +46,27 @@ void Begin(BusClient* client)
 
 bool IsOfThisProcess(const BusClient* client) { return client->queue >= 0 && client->forks == forks; }
 
-// Receives once, so that the kernel's record of the queue names this process.
-void SignQueue(int queue)
+// Receives once, so that the kernel's record of the queue names this process. False where the kernel lets the queue
+// hold nothing: no wait would ever end there.
+bool SignQueue(int queue)
 {
     QueueMessage empty;
     empty.type = 1;
-    if (msgsnd(queue, &empty, 0, IPC_NOWAIT) == 0) msgrcv(queue, &empty, 0, 0, IPC_NOWAIT | MSG_NOERROR);
+    return msgsnd(queue, &empty, 0, IPC_NOWAIT) == 0 && msgrcv(queue, &empty, 0, 0, IPC_NOWAIT | MSG_NOERROR) == 0;
+}
+
+bool HasRoom(int queue)
+{
+    msqid_ds state{};
+    return WidenQueue(queue) || (msgctl(queue, IPC_STAT, &state) == 0 && state.msg_qbytes > 0);
+}
+
+// Whether the module was left in order since the last message to it: the request is answered by now, or lost. A
+// module that was killed leaves its queue to the next one, which answers.
+bool WasLeft(const BusClient* client)
+{
+    msqid_ds state{};
+    return msgctl(client->destination_queue, IPC_STAT, &state) != 0 && !ClaimHolds(client->destination_claim);
 }
 
 // Root's own queue could not be used by a daemon of another user.
@@ -162,10 +179,11 @@ int BusClientOpen(BusClient* client)
         client->slot = next_slot++ % kSlots;
         const key_t key = ClientKey(client->process, client->slot);
         client->queue = msgget(key, IPC_CREAT | IPC_EXCL | kClientMode);
-        if (client->queue >= 0) SignQueue(client->queue);
-        if (client->queue >= 0) return 0;
-        if (errno != EEXIST) return kFailed;
+        if (client->queue >= 0 || errno != EEXIST) break;
     }
+    const int queue = client->queue;
+    if (queue >= 0 && (SignQueue(queue) || (WidenQueue(queue) && SignQueue(queue)))) return 0;
+    BusClientClose(client);
     return kFailed;
 }
 
@@ -182,7 +200,7 @@ int BusClientJoin(BusClient* client, uint32_t module)
     if (client->claim < 0) return kFailed;
     client->module = module;
     client->queue = ModuleQueue(module, true);
-    if (client->queue >= 0)
+    if (client->queue >= 0 && HasRoom(client->queue))
     {
         FollowDaemon(client);
         return 0;
@@ -223,7 +241,13 @@ int BusClientCall(BusClient* client, MessageHeader* request, MessageHeader* repl
     if (const int code = BusClientSend(client, request, timeout_ms)) return code;
     for (;;)
     {
-        if (const int code = ReceiveMessage(client, reply, deadline)) return code;
+        const int64_t look = std::min(deadline, NowMs() + kLookMs);
+        int code = ReceiveMessage(client, reply, look);
+        const bool left = code == kTimeout && WasLeft(client);
+        if (left) code = ReceiveMessage(client, reply, look);  // it may have come just before
+        if (code == kTimeout && left) return kNotRunning;
+        if (code == kTimeout && look < deadline) continue;
+        if (code != 0) return code;
         if (LoadBusHeader(reply).sequence == client->sequence) return 0;  // else a late reply
     }
 }

@@ -60,8 +60,15 @@ bool IsPrivate(const ipc_perm& of)
     return is_trusted(of.uid) && is_trusted(of.cuid) && (of.mode & kOthers) == 0;
 }
 
+bool IsModule(uint32_t module)
+{
+    errno = EINVAL;
+    return static_cast<key_t>(module) != IPC_PRIVATE;
+}
+
 int ModuleQueue(uint32_t module, bool create)
 {
+    if (!IsModule(module)) return -1;
     return create ? OwnQueue(module) : msgget(static_cast<key_t>(module), kQueueMode);
 }
 

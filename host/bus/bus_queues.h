@@ -54,6 +54,10 @@ key_t ClientKey(pid_t process, int slot);
 // Whether a queue or semaphore set can be read and written by nobody but this user and root.
 bool IsPrivate(const ipc_perm& of);
 
+// False with errno EINVAL for the address that is no module's: the kernel would make a new queue or semaphore set at
+// every look.
+bool IsModule(uint32_t module);
+
 // Takes the module for this process until it dies. The semaphore, or -1 with errno: EBUSY when a living process
 // has it, EACCES or EPERM when another user's semaphore is in the way, ENOSPC when the system has none left.
 int ClaimModule(uint32_t module);

@@ -66,6 +66,7 @@ int OwnSemaphore(uint32_t module)
 
 int ClaimModule(uint32_t module)
 {
+    if (!IsModule(module)) return -1;
     for (;;)
     {
         const int claim = OwnSemaphore(module);
@@ -83,7 +84,7 @@ void ReleaseModule(int claim)
     if (claim >= 0) semctl(claim, 0, IPC_RMID);
 }
 
-int ModuleClaim(uint32_t module) { return semget(static_cast<key_t>(module), 1, kQueueMode); }
+int ModuleClaim(uint32_t module) { return IsModule(module) ? semget(static_cast<key_t>(module), 1, kQueueMode) : -1; }
 
 bool ClaimHolds(int claim) { return claim >= 0 && semctl(claim, 0, GETVAL) > 0; }
 

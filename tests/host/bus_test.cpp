@@ -5,10 +5,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <cstring>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <string>
 #include <thread>
@@ -338,6 +341,57 @@ TEST_F(Bus, QueueRemovedFromOutsideIsTakenAnew)
     ASSERT_EQ(msgctl(ModuleQueue(kModuleKobd, false), IPC_RMID, nullptr), 0);
     for (int look = 0; look < 500 && ModuleQueue(kModuleKobd, false) < 0; ++look) usleep(10000);
     ExpectServing("after");
+}
+
+TEST_F(Bus, ASemaphoreRemovedFromOutsideIsTakenAnew)
+{
+    semctl(ModuleClaim(kModuleKobd), 0, IPC_RMID);
+    Message request(kEcho);
+    EXPECT_EQ(Call(request), 3);
+    ASSERT_TRUE(AwaitModule(kModuleKobd));
+    ExpectServing("after it took the semaphore again");
+
+    semctl(ModuleClaim(kModuleKobd), 0, IPC_RMID);
+    BusClient other;
+    ASSERT_EQ(BusClientJoin(&other, kModuleKobd), 0) << "somebody was faster";
+    Message stolen(kEcho);
+    usleep(2500000);
+    EXPECT_NE(Call(stolen, 100), 0) << "it serves nothing beside the other";
+    BusClientClose(&other);
+    ASSERT_TRUE(AwaitModule(kModuleKobd));
+    ExpectServing("when the other had left");
+}
+
+TEST_F(Bus, AnAddressThatIsNoModulesTakesNothingFromTheSystem)
+{
+    const auto semaphores = []
+    {
+        std::ifstream list("/proc/sysvipc/sem");
+        return std::count(std::istreambuf_iterator<char>(list), {}, '\n');
+    };
+    const auto before = semaphores();
+    Message nowhere(kEcho, "", 0);
+    BusModule seen;
+    EXPECT_EQ(Call(nowhere), 3);
+    EXPECT_EQ(MessageSend(nowhere.Header()), 3);
+    BusModuleLook(0, &seen);
+    EXPECT_FALSE(seen.queue || seen.claimed);
+    EXPECT_EQ(semaphores(), before);
+}
+
+TEST_F(Bus, ADaemonThatEndsLetsNobodyWaitForItsReply)
+{
+    std::thread ending(
+        []
+        {
+            usleep(100000);
+            MessageDestroy();
+        });
+    Message request(kMute);
+    const int64_t start = NowMs();
+    EXPECT_EQ(Call(request, 10000), 3);
+    EXPECT_LT(NowMs() - start, 2000);
+    ending.join();
 }
 
 TEST_F(Bus, LateReplyIsNotTakenForTheNextOne)
