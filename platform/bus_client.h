@@ -25,6 +25,7 @@ struct BusModule
     bool queue = false;     // it has a queue
     uint64_t messages = 0;  // waiting in the queue
     uint64_t capacity = 0;  // bytes the queue holds
+    uint32_t owner = 0;     // user id of the queue's owner
 };
 
 extern "C"

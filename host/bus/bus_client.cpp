@@ -167,6 +167,7 @@ int BusModuleLook(uint32_t module, BusModule* look)
     if (msgctl(queue, IPC_STAT, &state) != 0) return errno;
     look->messages = state.msg_qnum;
     look->capacity = state.msg_qbytes;
+    look->owner = state.msg_perm.uid;
     return 0;
 }
 

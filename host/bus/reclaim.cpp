@@ -65,9 +65,10 @@ bool ClientHasLeft(int queue, const msqid_ds& state)
     const pid_t client = KeyOf(state.msg_perm) & kProcessMask;
     if ((mode != kClientMode && mode != kQueueMode) || client == 0 || !IsGone(client)) return false;
     if (state.msg_lrpid == client) return HoldsRepliesOnly(queue, state, client);
-    // Killed before it came to that.
-    const bool unused = state.msg_qnum == 0 && state.msg_stime == 0 && state.msg_rtime == 0;
-    return unused && mode == kClientMode && time(nullptr) - state.msg_ctime >= kUnusedSeconds;
+    if (mode != kClientMode || state.msg_rtime != 0) return false;
+    // Killed before it came to that: it had sent the message, or not yet.
+    if (state.msg_lspid == client) return HoldsRepliesOnly(queue, state, client);
+    return state.msg_stime == 0 && time(nullptr) - state.msg_ctime >= kUnusedSeconds;
 }
 
 // Holds the claim meanwhile, so that nobody who joins gets the queue that is being removed.
