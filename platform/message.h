@@ -68,8 +68,8 @@ extern "C"
     // a thread waits for them; 9 there means that this process has joined before.
     int MessageInitialize(uint32_t module);
 
-    // Sends to the module in the destination field. 0; 3 when nobody has that module, or another
-    // user may read its queue; 5 when its queue stayed full.
+    // Sends to the module in the destination field. 0; 3 when nobody has that module, or its
+    // queue is another user's; 5 when its queue stayed full.
     int MessageSend(MessageHeader* message);
 
     // Sends the reply to the request whose header it carries, without waiting. 0, or 5 when it

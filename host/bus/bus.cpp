@@ -240,10 +240,10 @@ void* Join(void*)
     return nullptr;
 }
 
-void LogNotPrivate(uint32_t module)
+void LogNotTrusted(uint32_t module)
 {
     static thread_local uint32_t told = 0;
-    if (module != told) REPORT("nothing is sent to module 0x%08X, another user may read its queue", module);
+    if (module != told) REPORT("nothing is sent to module 0x%08X, its queue is another user's", module);
     told = module;
 }
 }  // namespace
@@ -263,8 +263,8 @@ int MessageInitialize(uint32_t module)
 int MessageSend(MessageHeader* message)
 {
     const uint32_t module = message->destination;
-    const int queue = PrivateModuleQueue(module);
-    if (queue < 0 && errno == EPERM) LogNotPrivate(module);
+    const int queue = TrustedModuleQueue(module);
+    if (queue < 0 && errno == EPERM) LogNotTrusted(module);
     if (queue < 0) return kNotRunning;
     if (!in_handler) send_budget_ms = kSendBudgetMs;
     const int64_t now = NowMs();

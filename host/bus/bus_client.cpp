@@ -28,7 +28,7 @@ constexpr int64_t kLookMs = 200;  // between looks whether the daemon that is to
 constexpr int kJoinTries = 5;     // the daemon holds a module for a moment when it removes a queue left behind
 constexpr long kJoinAgainNs = 1000000;
 
-std::atomic<int> next_slot = 0;
+std::atomic<unsigned> next_slot = 0;
 std::atomic<unsigned> forks = 0;  // between this process and the one that first opened a connection
 
 void CountFork() { ++forks; }
@@ -79,7 +79,7 @@ void GiveToOwnerOf(const msqid_ds& destination, BusClient* client)
 // The queue that this client may send to: root's everybody's, another user's own or root's.
 int QueueFor(BusClient* client, uint32_t module)
 {
-    if (geteuid() != 0) return PrivateModuleQueue(module);
+    if (geteuid() != 0) return TrustedModuleQueue(module);
     const int queue = ModuleQueue(module, false);
     msqid_ds state{};
     if (queue < 0 || msgctl(queue, IPC_STAT, &state) != 0) return -1;
@@ -177,7 +177,7 @@ int BusClientOpen(BusClient* client)
     ReclaimQueues();
     for (int attempt = 0; attempt < kSlots; ++attempt)
     {
-        client->slot = next_slot++ % kSlots;
+        client->slot = static_cast<int>(next_slot++ % kSlots);
         const key_t key = ClientKey(client->process, client->slot);
         client->queue = msgget(key, IPC_CREAT | IPC_EXCL | kClientMode);
         if (client->queue >= 0 || errno != EEXIST) break;

@@ -21,8 +21,7 @@ int OwnQueue(uint32_t module)
         const int queue = msgget(static_cast<key_t>(module), IPC_CREAT | kQueueMode);
         msqid_ds state = {};
         if (queue < 0) return -1;
-        if (msgctl(queue, IPC_STAT, &state) == 0 && state.msg_perm.cuid == geteuid() && IsPrivate(state.msg_perm))
-            return queue;
+        if (msgctl(queue, IPC_STAT, &state) == 0 && IsOurs(state.msg_perm)) return queue;
         if (msgctl(queue, IPC_RMID, nullptr) != 0 && errno != EIDRM && errno != EINVAL) return -1;
     }
 }
@@ -52,12 +51,16 @@ int64_t NowMs()
 
 key_t ClientKey(pid_t process, int slot) { return kClientKeyBit | (slot << kProcessBits) | (process & kProcessMask); }
 
-// The one who made it may use it like its owner, and change owner and mode.
-bool IsPrivate(const ipc_perm& of)
+bool IsTrusted(const ipc_perm& of)
+{
+    const auto is_trusted = [](uid_t user) { return user == geteuid() || user == 0; };
+    return is_trusted(of.uid) && is_trusted(of.cuid);
+}
+
+bool IsOurs(const ipc_perm& of)
 {
     constexpr unsigned kOthers = 077;
-    const auto is_trusted = [](uid_t user) { return user == geteuid() || user == 0; };
-    return is_trusted(of.uid) && is_trusted(of.cuid) && (of.mode & kOthers) == 0;
+    return of.uid == geteuid() && of.cuid == geteuid() && (of.mode & kOthers) == 0;
 }
 
 bool IsModule(uint32_t module)
@@ -72,12 +75,12 @@ int ModuleQueue(uint32_t module, bool create)
     return create ? OwnQueue(module) : msgget(static_cast<key_t>(module), kQueueMode);
 }
 
-int PrivateModuleQueue(uint32_t module)
+int TrustedModuleQueue(uint32_t module)
 {
     const int queue = ModuleQueue(module, false);
     msqid_ds state = {};
     if (queue < 0 || msgctl(queue, IPC_STAT, &state) != 0) return -1;
-    if (IsPrivate(state.msg_perm)) return queue;
+    if (IsTrusted(state.msg_perm)) return queue;
     errno = EPERM;
     return -1;
 }
@@ -87,6 +90,7 @@ void GiveQueue(int queue, uid_t owner)
     msqid_ds state = {};
     if (msgctl(queue, IPC_STAT, &state) != 0 || state.msg_perm.uid == owner) return;
     state.msg_perm.uid = owner;
+    state.msg_perm.mode &= kClientMode;  // the owner before may have opened it to others
     msgctl(queue, IPC_SET, &state);
 }
 

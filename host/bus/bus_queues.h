@@ -51,8 +51,12 @@ inline constexpr int kQueueMode = 0600;
 
 key_t ClientKey(pid_t process, int slot);
 
-// Whether a queue or semaphore set can be read and written by nobody but this user and root.
-bool IsPrivate(const ipc_perm& of);
+// Whether only this user and root may use a queue or semaphore set, and open it to others. The one who made it may do
+// so like its owner.
+bool IsTrusted(const ipc_perm& of);
+
+// Whether it is this user's alone.
+bool IsOurs(const ipc_perm& of);
 
 // False with errno EINVAL for the address that is no module's: the kernel would make a new queue or semaphore set at
 // every look.
@@ -73,8 +77,8 @@ pid_t ClaimHolder(int claim);
 // user's lies and may be removed.
 int ModuleQueue(uint32_t module, bool create);
 
-// The module's queue for what only this user and root may read; -1 with errno EPERM when another user may.
-int PrivateModuleQueue(uint32_t module);
+// The module's queue where IsTrusted says so; -1 with errno EPERM when it is another user's.
+int TrustedModuleQueue(uint32_t module);
 
 // For root, whose queue a user's daemon could not use: gives it, or the semaphore, to that user. The one who made
 // it, root, keeps the use of it.

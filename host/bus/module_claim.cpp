@@ -23,16 +23,12 @@ bool WasRemoved() { return errno == EIDRM || errno == EINVAL; }
 
 bool Look(int claim, semid_ds* state) { return semctl(claim, 0, IPC_STAT, SemaphoreArgument{.state = state}) == 0; }
 
-// Root may use everybody's semaphore, so that the one who came first, under whatever user and mode, could give the
-// module back and take it.
-bool IsOurs(const ipc_perm& of) { return of.uid == geteuid() && of.cuid == geteuid() && IsPrivate(of); }
-
 // A number that another user set, with no process of that user behind it, must not keep root out.
 bool IsHeld(int claim, const ipc_perm& of)
 {
     if (!ClaimHolds(claim)) return false;
     const pid_t holder = ClaimHolder(claim);
-    if (holder == 0) return geteuid() != 0 || IsOurs(of);  // a process of a namespace that is not seen from here
+    if (holder == 0) return geteuid() != 0 || of.cuid == 0;  // a process of a namespace that is not seen from here
     if (kill(holder, 0) != 0 && errno == ESRCH) return false;
     struct stat process = {};
     if (geteuid() != 0 || IsOurs(of)) return true;
@@ -40,7 +36,8 @@ bool IsHeld(int claim, const ipc_perm& of)
     return !known || process.st_uid == of.uid || process.st_uid == of.cuid;  // else the number is another process's now
 }
 
-// The module's semaphore as this user's alone, made anew where nobody holds it.
+// The module's semaphore, made anew where nobody holds one that is not this user's alone: root may use everybody's, so
+// that another user who came first could give the module back and take it.
 int OwnSemaphore(uint32_t module)
 {
     for (;;)

@@ -37,17 +37,19 @@ bool IsOfThisUser(const ipc_perm& of)
     return (of.uid == geteuid() || of.cuid == geteuid()) && (of.cuid == geteuid() || of.cuid == 0);
 }
 
-bool IsGone(pid_t process) { return kill(process, 0) != 0 && errno == ESRCH; }
+bool IsGone(pid_t process) { return process > 0 && kill(process, 0) != 0 && errno == ESRCH; }
 
 // Whether everything in the queue is a reply to its own client, or the empty message that ends a wait.
-bool HoldsRepliesOnly(int queue, const msqid_ds& state, pid_t client)
+bool HoldsRepliesOnly(int queue, const msqid_ds& state)
 {
+    constexpr msgqnum_t kMostReplies = 1024;  // 16384 bytes hold 315; the kernel counts to each of them
     static thread_local QueueMessage message;
+    if (state.msg_qnum > kMostReplies) return false;
     for (msgqnum_t number = 0; number < state.msg_qnum; ++number)
     {
         const ssize_t received = msgrcv(queue, &message, sizeof message.bytes, static_cast<long>(number),
                                         MSG_COPY | IPC_NOWAIT | MSG_NOERROR);
-        if (received < 0 && errno == ENOSYS) return state.msg_lspid == client || state.msg_lspid == getpid();
+        if (received < 0 && errno == ENOSYS) return state.msg_lspid == getpid() || IsGone(state.msg_lspid);
         if (received == 0) continue;
         if (received < static_cast<ssize_t>(sizeof(MessageHeader))) return false;
         if (LoadBusHeader(reinterpret_cast<MessageHeader*>(message.bytes)).reply_queue != queue + 1) return false;
@@ -63,11 +65,11 @@ bool ClientHasLeft(int queue, const msqid_ds& state)
     constexpr unsigned kModeBits = 0777;
     const unsigned mode = state.msg_perm.mode & kModeBits;
     const pid_t client = KeyOf(state.msg_perm) & kProcessMask;
-    if ((mode != kClientMode && mode != kQueueMode) || client == 0 || !IsGone(client)) return false;
-    if (state.msg_lrpid == client) return HoldsRepliesOnly(queue, state, client);
+    if ((mode != kClientMode && mode != kQueueMode) || !IsGone(client)) return false;
+    if (state.msg_lrpid == client) return HoldsRepliesOnly(queue, state);
     if (mode != kClientMode || state.msg_rtime != 0) return false;
     // Killed before it came to that: it had sent the message, or not yet.
-    if (state.msg_lspid == client) return HoldsRepliesOnly(queue, state, client);
+    if (state.msg_lspid == client) return HoldsRepliesOnly(queue, state);
     return state.msg_stime == 0 && time(nullptr) - state.msg_ctime >= kUnusedSeconds;
 }
 

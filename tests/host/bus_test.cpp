@@ -18,6 +18,7 @@
 
 #include "host/bus/bus.h"
 #include "host/bus/bus_queues.h"
+#include "host/bus/late_modules.h"
 #include "platform/bus_client.h"
 #include "tests/joined.h"
 #include "tests/namespaces.h"
@@ -276,6 +277,27 @@ TEST_F(Bus, ALateModuleCostsOneBoundInTenSeconds)
     EXPECT_LT(slowly, 300) << "one that reads slowly has had its time, too";
     BusClientClose(&late);
     EXPECT_LT(spent(), 90) << "a missing module costs nothing";
+}
+
+TEST(LateModules, TenSecondsLaterOneThatReadsIsGivenTimeAgain)
+{
+    constexpr int64_t kStart = 5000;
+    const struct
+    {
+        int64_t at_ms;
+        int left;
+        int waited;  // by the message that is sent then
+        bool arrived;
+    } messages[] = {
+        {0, 100, 30, true},   {10, 70, 70, true},  {9999, 0, 0, true},    {10000, 100, 100, false},
+        {30000, 0, 0, false}, {30001, 0, 0, true}, {30002, 100, 0, true},
+    };
+    for (const auto& message : messages)
+    {
+        EXPECT_EQ(WaitLeftFor(1, kStart + message.at_ms), message.left) << message.at_ms;
+        NoteMessageTo(1, kStart + message.at_ms, message.waited, message.arrived);
+    }
+    EXPECT_EQ(WaitLeftFor(2, kStart), 100) << "the others' time is their own";
 }
 
 TEST_F(Bus, AClientThatTakesNoRepliesCostsTheOthersNothing)
