@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "client/library/kobd_client.h"
+
 namespace kobd::client
 {
 namespace
@@ -41,6 +43,14 @@ bool WriteAll(int file, const std::string& bytes)
         written += static_cast<size_t>(count);
     }
     return true;
+}
+
+// A daemon of another user has to read what root writes.
+bool DaemonMayRead(int file)
+{
+    kobd_module daemon{};
+    if (geteuid() != 0 || kobd_module_look(KOBD_MODULE_DAEMON, &daemon) != 0) return true;
+    return daemon.owner == 0 || fchown(file, daemon.owner, static_cast<gid_t>(-1)) == 0;
 }
 
 // A signal that came between creating the file and watching for signals would leave it behind.
@@ -82,7 +92,7 @@ std::string ChangeFile::Write(const Items& items)
         path_ = path_to_remove;
         OnEndingSignals(RemoveAndEnd);
     }
-    const bool written = WriteAll(file, *bytes);
+    const bool written = WriteAll(file, *bytes) && DaemonMayRead(file);
     const int error = errno;
     if (close(file) == 0 && written) return "";
     return "cannot write the change file " + path_ + ": " + strerror(error);

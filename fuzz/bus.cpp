@@ -20,6 +20,7 @@
 #include "host/state/state_store.h"
 #include "platform/bus_client.h"
 #include "tests/items.h"
+#include "tests/joined.h"
 
 using namespace kobd;
 using namespace kobd::test;
@@ -97,6 +98,7 @@ void kobd::fuzz::Prepare()
     setenv("KOBD_STATE_DIR", "/tmp/kobd_fuzzed_bus", 1);
     host::LoadState();
     DictionaryInit(kHandlers.data());
+    PROMISE(test::AwaitModule(kModuleKobd), "the bus cannot be joined");
     PROMISE(BusClientOpen(&client) == 0, "no queue for a client");
     atexit([] { BusClientClose(&client), DictionaryExit(); });
 }

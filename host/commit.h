@@ -3,6 +3,6 @@
 
 namespace kobd::host
 {
-// Loads the committed state over the factory's. Called once, before the bus is joined.
+// Loads the committed state over the factory's. Called once, when the daemon has its module and before it receives.
 void LoadState();
 }  // namespace kobd::host

@@ -1,5 +1,6 @@
 // The platform's hooks on the host: most have nothing to prepare there; they write a journal line,
 // so that a test or a person sees that the daemon called them and in which order.
+#include "host/bus/bus.h"
 #include "host/commit.h"
 #include "host/state/state_store.h"
 #include "host/uci_path.h"
@@ -12,7 +13,7 @@ void LogModuleUpdate() { Journal("LogModuleUpdate"); }
 void checkFirstBootFlag()
 {
     Journal("checkFirstBootFlag");
-    LoadState();  // before the bus is joined: the first request finds values and rows
+    BusBeforeServing(LoadState);  // not yet: another daemon may be writing the state
 }
 
 void checkUpgradeFlag()

@@ -12,6 +12,7 @@ struct BusClient
     int claim = -1;       // semaphore that holds the module, -1 for a plain client
     uint32_t sequence = 0;
     int process = 0;             // that opened it; a child opens a connection of its own
+    unsigned forks = 0;          // that lay before it
     uint32_t destination = 0;    // module of the last message, with its claim and queue
     int destination_claim = -1;  // semaphore
     int destination_queue = -1;
@@ -24,6 +25,7 @@ struct BusModule
     bool queue = false;     // it has a queue
     uint64_t messages = 0;  // waiting in the queue
     uint64_t capacity = 0;  // bytes the queue holds
+    uint32_t owner = 0;     // user id of the queue's owner
 };
 
 extern "C"
@@ -45,13 +47,14 @@ extern "C"
     // Sends the request to its destination and waits for its reply.
     //   reply: kMessageMax bytes; timeout_ms: for sending and waiting together
     // 0; 3 nobody has the module; 5 the queue stayed full, or the kernel takes no message of that size;
-    // 8 no reply in time.
+    // 8 no reply in time; 9 not open, or opened by the parent of this process.
     int BusClientCall(BusClient* client, MessageHeader* request, MessageHeader* reply, int timeout_ms);
 
-    // Sends without waiting for an answer. 0, 3 or 5.
+    // Sends without waiting for an answer. 0, 3, 5 or 9. A reply that finds the client's queue full is dropped, and
+    // the queue holds 16384 bytes: answers to more than that are read before more is asked.
     int BusClientSend(BusClient* client, MessageHeader* message, int timeout_ms);
 
     // Takes the next message from the client's queue; `message` has kMessageMax bytes.
-    // 0; 8 nothing arrived in time; 9 the queue is gone.
+    // 0; 8 nothing arrived in time; 9 the queue is gone, or the parent's.
     int BusClientReceive(BusClient* client, MessageHeader* message, int timeout_ms);
 }

@@ -46,15 +46,17 @@ extern "C"
     void MessageProccessRegister(const MsgHandler* table);
 
     // Joins the bus as `module` and starts receiving on the library's own thread; handlers run
-    // there one at a time. 0, or 9 when the bus cannot be joined (another process has the module).
-    // Where the system has no queue left, receiving starts once it has one.
+    // there one at a time. 0, or 9 when the bus cannot be joined. On the host it returns before it has
+    // joined: while another process has the module, or the system has no queue or semaphore left,
+    // a thread waits for them; 9 there means that this process has joined before.
     int MessageInitialize(uint32_t module);
 
-    // Sends to the module in the destination field. 0; 3 when nobody has that module; 5 when its
-    // queue stayed full.
+    // Sends to the module in the destination field. 0; 3 when nobody has that module, or its
+    // queue is another user's; 5 when its queue stayed full.
     int MessageSend(MessageHeader* message);
 
-    // Sends the reply to the request whose header it carries. 0, or 5 when it cannot be delivered.
+    // Sends the reply to the request whose header it carries, without waiting. 0, or 5 when it
+    // cannot be delivered.
     int MessageSendReply(MessageHeader* message);
 
     // Stops receiving, waits for the handler in progress, leaves the bus.

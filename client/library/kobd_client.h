@@ -108,7 +108,7 @@ enum kobd_request {
 typedef struct kobd_client kobd_client;
 
 /* Opens a connection; close it with kobd_client_close. A process may have 512 of them. Deadline of
- * every call: 5000 ms at first. */
+ * every call: 5000 ms at first. A child of the process opens its own; calls on its parent's give 9. */
 int kobd_client_open(kobd_client** client);
 void kobd_client_close(kobd_client* client);
 void kobd_client_set_timeout(kobd_client* client, int milliseconds);
@@ -171,6 +171,7 @@ typedef struct kobd_module {
     int has_queue;     /* 1 when it has a queue */
     uint64_t messages; /* waiting in the queue */
     uint64_t capacity; /* bytes the queue holds */
+    uint32_t owner;    /* user id of the queue's owner */
 } kobd_module;
 
 /* Looks at a module without joining it. 0, also when it has no queue; else an errno. */

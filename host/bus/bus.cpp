@@ -1,21 +1,27 @@
-// The bus library as the daemon sees it: one receive thread that calls handlers one at a time, a
-// thread that removes the queues of killed clients, and sending with a bound on waiting.
+// The bus library as the daemon sees it.
+//
+// One thread joins: it claims the module, however long another process has it, has the state loaded, starts the
+// receive thread and from then on removes the queues of killed clients. The receive thread calls handlers one at a
+// time. Sending has a bound on waiting.
+#include "host/bus/bus.h"
+
 #include <pthread.h>
-#include <semaphore.h>
 #include <sys/msg.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <ctime>
 
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 #include "host/bus/bus_queues.h"
+#include "host/bus/late_modules.h"
+#include "host/bus/stop_flag.h"
 
 // The daemon exports its log; the other programs that use the bus have none and do not receive here.
 extern "C" int kobd_log_print(const char* function, int line, const char* format, ...)
@@ -32,27 +38,25 @@ using namespace kobd::host;
 
 namespace
 {
+constexpr int kAgainMs = 2000;      // between attempts to join, and between looks for queues of killed clients
+constexpr int kTakenAgainMs = 250;  // the same while another daemon has the module, which may be about to end
+constexpr int kQueueAgainMs = 100;  // between attempts to have a queue again
+constexpr int kHandlerMs = 1000;    // for a handler to come back when the bus is left
+constexpr useconds_t kLookUs = 500;
 constexpr int kSendBudgetMs = 100;  // all sends of one request together may wait this long
-constexpr int kReclaimSeconds = 2;
-constexpr long kRetryNs = 100000000;  // between attempts to have a queue again
-
-struct QueueMessage
-{
-    long type;
-    alignas(MessageHeader) char bytes[kMessageMax];
-};
 
 // State of the process's one membership on the bus.
 struct Bus
 {
     const MsgHandler* handlers = nullptr;
+    void (*prepare)() = nullptr;
     uint32_t module = 0;
     std::atomic<int> queue = -1;  // the receive thread makes a new one when somebody removed it
-    int claim = -1;
-    std::atomic<bool> stopping = false;
+    StopFlag stop;
+    std::atomic<bool> serving = false;    // the receive thread is to go on
+    std::atomic<bool> receiving = false;  // it has not ended
+    pthread_t joiner{};
     pthread_t receiver{};
-    pthread_t reclaimer{};
-    sem_t stop_reclaimer{};
 };
 Bus bus;
 
@@ -60,23 +64,6 @@ Bus bus;
 // has the whole budget.
 thread_local int send_budget_ms = kSendBudgetMs;
 thread_local bool in_handler = false;
-
-int* SendBudget()
-{
-    if (!in_handler) send_budget_ms = kSendBudgetMs;
-    return &send_budget_ms;
-}
-
-// Modules whose queue stayed full for a whole budget. Sends to them do not wait until one of them
-// got through again, so that a stuck module costs one wait and not one for every message.
-constexpr size_t kStuckMax = 8;
-thread_local std::array<uint32_t, kStuckMax> stuck_modules = {};  // 0: a free place
-
-uint32_t* StuckPlace(uint32_t module)
-{
-    const auto place = std::find(stuck_modules.begin(), stuck_modules.end(), module);
-    return place == stuck_modules.end() ? nullptr : &*place;
-}
 
 const MsgHandler* FindHandler(uint32_t code)
 {
@@ -111,47 +98,88 @@ void Dispatch(QueueMessage& message, size_t received)
     in_handler = false;
 }
 
-void Pause()
-{
-    const timespec pause = {0, kRetryNs};
-    nanosleep(&pause, nullptr);
-}
-
 // Takes a queue, however long the system has none to give; a daemon that gave up would run on and serve nothing.
-void TakeQueue()
+void TakeQueue(bool again)
 {
-    bool told = false;
-    while (!bus.stopping && (bus.queue = ModuleQueue(bus.module, true)) < 0)
+    for (bool told = false; bus.serving && (bus.queue = ModuleQueue(bus.module, true)) < 0; told = again = true)
     {
         if (!told) REPORT("cannot have a queue yet: %s", strerror(errno));
-        told = true;
-        Pause();
+        bus.stop.WaitFor(kQueueAgainMs);
     }
-    if (!bus.stopping) REPORT("serving on a new queue of module 0x%08X", bus.module);
+    if (again && bus.serving) REPORT("serving on a new queue of module 0x%08X", bus.module);
 }
 
 // The queue cannot be read: most likely somebody removed it.
 void TakeQueueAgain()
 {
     REPORT("the queue of module 0x%08X is lost with what was in it: %s", bus.module, strerror(errno));
-    TakeQueue();
+    TakeQueue(true);
 }
 
 void* Receive(void*)
 {
     static QueueMessage message;
-    if (bus.queue < 0) TakeQueue();
-    while (!bus.stopping)
+    TakeQueue(false);
+    while (bus.serving)
     {
         const ssize_t received = msgrcv(bus.queue, &message, sizeof message.bytes, 0, MSG_NOERROR);
         if (received >= 0)
             Dispatch(message, static_cast<size_t>(received));
         else if (errno == EAGAIN || errno == ENOMEM)
-            Pause();
-        else if (errno != EINTR && !bus.stopping)
+            bus.stop.WaitFor(kQueueAgainMs);
+        else if (errno != EINTR && bus.serving)
             TakeQueueAgain();
     }
+    bus.receiving = false;
     return nullptr;
+}
+
+// Tries until the system has a thread to give. The thread blocks no signal, for a program that a handler starts
+// would inherit that. False when the bus is left meanwhile.
+bool StartThread(pthread_t* thread, void* (*run)(void*))
+{
+    for (bool told = false; !bus.stop.IsSet(); told = true)
+    {
+        const int error = pthread_create(thread, nullptr, run, nullptr);
+        if (error == 0) return true;
+        if (!told) REPORT("cannot join the bus as module 0x%08X yet: no thread (%s)", bus.module, strerror(error));
+        bus.stop.WaitFor(kAgainMs);
+    }
+    return false;
+}
+
+// Why the module cannot be had, for a person.
+void Obstacle(int error, pid_t holder, char* text, size_t size)
+{
+    if (error == EBUSY && holder != 0)
+        snprintf(text, size, "process %d has it", holder);
+    else if (error == EBUSY)
+        snprintf(text, size, "a process has it that cannot be seen from here");
+    else if (error == EACCES || error == EPERM)
+        snprintf(text, size, "another user's semaphore has its key (ipcs -s shows it)");
+    else if (error == ENOSPC)
+        snprintf(text, size, "no semaphore is left (kernel.sem)");
+    else
+        snprintf(text, size, "%s", strerror(error));
+}
+
+// The claim, -1 when the bus is left before the module was free.
+int AwaitClaim()
+{
+    char told[128] = "";
+    while (!bus.stop.IsSet())
+    {
+        const int claim = ClaimModule(bus.module);
+        if (claim >= 0 && *told != 0) REPORT("joined the bus as module 0x%08X", bus.module);
+        if (claim >= 0) return claim;
+        char why[sizeof told];
+        const int error = errno;
+        Obstacle(error, ClaimHolder(ModuleClaim(bus.module)), why, sizeof why);
+        if (strcmp(why, told) != 0) REPORT("cannot join the bus as module 0x%08X yet: %s", bus.module, why);
+        memcpy(told, why, sizeof told);
+        bus.stop.WaitFor(error == EBUSY ? kTakenAgainMs : kAgainMs);
+    }
+    return -1;
 }
 
 void KeepQueueWide(bool* told)
@@ -161,105 +189,119 @@ void KeepQueueWide(bool* told)
     *told = !wide;
 }
 
-void* Reclaim(void*)
+// Somebody may remove the semaphore, and to the clients nobody has the module then. False when another process took it
+// meanwhile: what is received from here on is its own.
+bool KeepClaim(int* claim)
 {
-    for (bool told = false;;)
+    if (ClaimHolds(*claim)) return true;
+    *claim = ClaimModule(bus.module);
+    const bool held = *claim >= 0 || errno != EBUSY;
+    if (*claim >= 0) REPORT("the semaphore of module 0x%08X was removed, it is taken anew", bus.module);
+    if (!held) REPORT("the semaphore of module 0x%08X was removed, and another process has the module now", bus.module);
+    return held;
+}
+
+// Ends early when the module is lost.
+void ServeUntilStopped(int* claim)
+{
+    for (bool told = false; !bus.stop.IsSet() && KeepClaim(claim); bus.stop.WaitFor(kAgainMs))
     {
         ReclaimQueues();
+        ReclaimModuleQueues();
         KeepQueueWide(&told);
-        timespec until{};
-        clock_gettime(CLOCK_REALTIME, &until);
-        until.tv_sec += kReclaimSeconds;
-        if (sem_timedwait(&bus.stop_reclaimer, &until) == 0) return nullptr;
     }
 }
 
-// Ends the receive thread, which waits for a message or for a queue.
-void StopReceiving()
+// Ends the receive thread, which waits for a message or for a queue. False when it is in a handler that does not
+// come back within a second; the process is then about to end, and keeps the module until it has.
+bool StopReceiving()
 {
-    bus.stopping = true;
+    bus.serving = false;
     msgctl(bus.queue, IPC_RMID, nullptr);
-    pthread_join(bus.receiver, nullptr);
+    const int64_t deadline = NowMs() + kHandlerMs;
+    while (bus.receiving && NowMs() < deadline) usleep(kLookUs);
+    const bool ended = !bus.receiving;
+    if (ended)
+        pthread_join(bus.receiver, nullptr);
+    else
+        pthread_detach(bus.receiver);
     msgctl(bus.queue, IPC_RMID, nullptr);  // one that it made in the meantime
+    bus.queue = -1;
+    return ended;
 }
 
-// Threads of the library take no signals: those belong to the main thread.
-bool StartThreads()
+// Without the claim nothing is touched: the one who has the module may still be writing the state.
+void* Join(void*)
 {
-    sigset_t all;
-    sigset_t before;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &before);
-    sem_init(&bus.stop_reclaimer, 0, 0);
-    bool started = pthread_create(&bus.receiver, nullptr, Receive, nullptr) == 0;
-    if (started && pthread_create(&bus.reclaimer, nullptr, Reclaim, nullptr) != 0)
+    for (int claim; (claim = AwaitClaim()) >= 0; ReleaseModule(claim))
     {
-        StopReceiving();
-        started = false;
+        if (bus.prepare != nullptr) bus.prepare();
+        bus.serving = bus.receiving = true;
+        if (!StartThread(&bus.receiver, Receive)) continue;
+        ServeUntilStopped(&claim);
+        if (!StopReceiving()) return nullptr;
     }
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    return started;
+    return nullptr;
+}
+
+void LogNotTrusted(uint32_t module)
+{
+    static thread_local uint32_t told = 0;
+    if (module != told) REPORT("nothing is sent to module 0x%08X, its queue is another user's", module);
+    told = module;
 }
 }  // namespace
+
+void kobd::host::BusBeforeServing(void (*prepare)()) { bus.prepare = prepare; }
 
 void MessageProccessRegister(const MsgHandler* table) { bus.handlers = table; }
 
 int MessageInitialize(uint32_t module)
 {
-    if (bus.claim >= 0) return kInitializeFailed;
-    bus.claim = ClaimModule(module);
-    if (bus.claim < 0) return kInitializeFailed;
+    if (!bus.stop.Begin()) return kInitializeFailed;
     bus.module = module;
-    bus.stopping = false;
-    bus.queue = ModuleQueue(module, true);
-    const bool later = bus.queue < 0 && (errno == ENOSPC || errno == ENOMEM);  // the receive thread takes it
-    if ((bus.queue >= 0 || later) && StartThreads()) return 0;
-    msgctl(bus.queue, IPC_RMID, nullptr);
-    bus.queue = -1;
-    ReleaseModule(bus.claim);
-    bus.claim = -1;
-    return kInitializeFailed;
+    bus.stop.Begun(StartThread(&bus.joiner, Join));
+    return 0;
 }
 
 int MessageSend(MessageHeader* message)
 {
-    const int queue = ModuleQueue(message->destination, false);
-    if (queue < 0) return 3;
     const uint32_t module = message->destination;
-    uint32_t* stuck = StuckPlace(module);
-    int no_wait = 0;
-    int* budget = stuck != nullptr ? &no_wait : SendBudget();
-    const bool may_wait = *budget > 0;
-    const int code = QueueSend(queue, message, budget);
-    if (code == 0 && stuck != nullptr) *stuck = 0;
-    if (code == kSendFailed && may_wait)
-        if (uint32_t* place = StuckPlace(0)) *place = module;
+    const int queue = TrustedModuleQueue(module);
+    if (queue < 0 && errno == EPERM) LogNotTrusted(module);
+    if (queue < 0) return kNotRunning;
+    if (!in_handler) send_budget_ms = kSendBudgetMs;
+    const int64_t now = NowMs();
+    const int budget = std::min(send_budget_ms, WaitLeftFor(module, now));
+    int left = budget;
+    const int code = QueueSend(queue, message, &left);
+    send_budget_ms -= budget - left;
+    NoteMessageTo(module, now, budget - left, code == 0);
     return code;
 }
 
 int MessageSendReply(MessageHeader* message)
 {
     const int32_t named = LoadBusHeader(message).reply_queue;  // any number, from anybody
-    if (named <= 0) return 5;
+    if (named <= 0) return kSendFailed;
     const int queue = named - 1;
     // A request that names our own queue would have us answer ourselves for ever.
     if (queue == bus.queue) return kSendFailed;
-    const int code = QueueSend(queue, message, SendBudget());
-    if (code == kSendFailed)  // a client that is gone is nothing to tell of
-        REPORT("reply of %d bytes to process %u dropped, its queue takes no more", message->length,
-               LoadBusHeader(message).sender);
+    int no_wait = 0;
+    const int code = QueueSend(queue, message, &no_wait);
+    if (code == 0) NoteReplySent(queue);
+    if (code == kSendFailed && NoteReplyDropped(queue))  // a client that is gone is nothing to tell of
+        REPORT("reply of %d bytes to process %u dropped, its queue takes no more; this line comes once a client",
+               message->length, LoadBusHeader(message).sender);
     return code == 0 ? 0 : kSendFailed;
 }
 
 void MessageDestroy()
 {
-    if (bus.claim < 0) return;
-    sem_post(&bus.stop_reclaimer);
-    StopReceiving();
-    pthread_join(bus.reclaimer, nullptr);
-    ReleaseModule(bus.claim);
-    bus.claim = -1;
-    bus.queue = -1;
+    if (!bus.stop.Set()) return;
+    // The receive thread may be waiting for a message; the joiner wakes it.
+    pthread_join(bus.joiner, nullptr);
+    bus.stop.Clear();
 }
 
 int TlvPushIntToBuf(void* place, uint16_t tag, int32_t value)

@@ -1,16 +1,10 @@
-// The System V side of the host's message bus.
-#ifndef _GNU_SOURCE
-#define _GNU_SOURCE  // MSG_STAT, MSG_INFO
-#endif
+// The System V queues of the host's message bus.
 #include "host/bus/bus_queues.h"
 
-#include <sys/ipc.h>
 #include <sys/msg.h>
-#include <sys/sem.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <ctime>
 
@@ -18,39 +12,7 @@ namespace kobd::host
 {
 namespace
 {
-constexpr int kQueueMode = 0600;
-constexpr int kClientKeyBit = static_cast<int>(0x80000000u);
-constexpr int kProcessBits = 22;  // Linux: process ids stay below 4194304
-constexpr int kProcessMask = (1 << kProcessBits) - 1;
 constexpr int64_t kRetryNs = 1000000;
-
-union SemaphoreArgument  // for semctl, which leaves its declaration to the caller
-{
-    int value;
-    semid_ds* state;
-};
-
-// Root may use everybody's queue, so that who came first, under whatever user and mode, would hear and say what is
-// meant to be the module's own.
-bool IsOurs(const ipc_perm& of)
-{
-    constexpr unsigned kOthers = 077;
-    return of.uid == geteuid() && of.cuid == geteuid() && (of.mode & kOthers) == 0;
-}
-
-// The module's semaphore as this user's alone: one that another left is removed, one that another holds is refused.
-int OwnSemaphore(uint32_t module)
-{
-    for (;;)
-    {
-        const int claim = semget(static_cast<key_t>(module), 1, IPC_CREAT | kQueueMode);
-        semid_ds state = {};
-        if (claim < 0 ||
-            (semctl(claim, 0, IPC_STAT, SemaphoreArgument{.state = &state}) == 0 && IsOurs(state.sem_perm)))
-            return claim;
-        if (ClaimHolds(claim) || (semctl(claim, 0, IPC_RMID) != 0 && errno != EIDRM && errno != EINVAL)) return -1;
-    }
-}
 
 int OwnQueue(uint32_t module)
 {
@@ -58,16 +20,11 @@ int OwnQueue(uint32_t module)
     {
         const int queue = msgget(static_cast<key_t>(module), IPC_CREAT | kQueueMode);
         msqid_ds state = {};
-        if (queue < 0 || (msgctl(queue, IPC_STAT, &state) == 0 && IsOurs(state.msg_perm))) return queue;
+        if (queue < 0) return -1;
+        if (msgctl(queue, IPC_STAT, &state) == 0 && IsOurs(state.msg_perm)) return queue;
         if (msgctl(queue, IPC_RMID, nullptr) != 0 && errno != EIDRM && errno != EINVAL) return -1;
     }
 }
-
-struct QueueMessage
-{
-    long type;
-    char bytes[kMessageMax];
-};
 
 bool QueueIsThere(int queue)
 {
@@ -94,26 +51,47 @@ int64_t NowMs()
 
 key_t ClientKey(pid_t process, int slot) { return kClientKeyBit | (slot << kProcessBits) | (process & kProcessMask); }
 
-int ClaimModule(uint32_t module)
+bool IsTrusted(const ipc_perm& of)
 {
-    const int claim = OwnSemaphore(module);
-    if (claim < 0) return -1;
-    sembuf take[2] = {{0, 0, IPC_NOWAIT}, {0, 1, IPC_NOWAIT | SEM_UNDO}};
-    return semop(claim, take, 2) == 0 ? claim : -1;
+    const auto is_trusted = [](uid_t user) { return user == geteuid() || user == 0; };
+    return is_trusted(of.uid) && is_trusted(of.cuid);
 }
 
-void ReleaseModule(int claim)
+bool IsOurs(const ipc_perm& of)
 {
-    if (claim >= 0) semctl(claim, 0, IPC_RMID);
+    constexpr unsigned kOthers = 077;
+    return of.uid == geteuid() && of.cuid == geteuid() && (of.mode & kOthers) == 0;
 }
 
-int ModuleClaim(uint32_t module) { return semget(static_cast<key_t>(module), 1, kQueueMode); }
-
-bool ClaimHolds(int claim) { return claim >= 0 && semctl(claim, 0, GETVAL) > 0; }
+bool IsModule(uint32_t module)
+{
+    errno = EINVAL;
+    return static_cast<key_t>(module) != IPC_PRIVATE;
+}
 
 int ModuleQueue(uint32_t module, bool create)
 {
+    if (!IsModule(module)) return -1;
     return create ? OwnQueue(module) : msgget(static_cast<key_t>(module), kQueueMode);
+}
+
+int TrustedModuleQueue(uint32_t module)
+{
+    const int queue = ModuleQueue(module, false);
+    msqid_ds state = {};
+    if (queue < 0 || msgctl(queue, IPC_STAT, &state) != 0) return -1;
+    if (IsTrusted(state.msg_perm)) return queue;
+    errno = EPERM;
+    return -1;
+}
+
+void GiveQueue(int queue, uid_t owner)
+{
+    msqid_ds state = {};
+    if (msgctl(queue, IPC_STAT, &state) != 0 || state.msg_perm.uid == owner) return;
+    state.msg_perm.uid = owner;
+    state.msg_perm.mode &= kClientMode;  // the owner before may have opened it to others
+    msgctl(queue, IPC_SET, &state);
 }
 
 int QueueSend(int queue, const MessageHeader* message, int* budget_ms)
@@ -151,25 +129,5 @@ bool WidenQueue(int queue)
     if (msgctl(queue, IPC_STAT, &status) != 0 || status.msg_qbytes >= kQueueBytes) return true;
     status.msg_qbytes = kQueueBytes;
     return msgctl(queue, IPC_SET, &status) == 0;
-}
-
-void ReclaimQueues()
-{
-    msginfo limits{};
-    const int highest = msgctl(0, MSG_INFO, reinterpret_cast<msqid_ds*>(&limits));
-    for (int slot = 0; slot <= highest; ++slot)
-    {
-        msqid_ds status{};
-        const int queue = msgctl(slot, MSG_STAT, &status);
-        if (queue < 0) continue;
-#ifdef __GLIBC__
-        const key_t key = status.msg_perm.__key;
-#else
-        const key_t key = status.msg_perm.__ipc_perm_key;
-#endif
-        if ((key & kClientKeyBit) == 0) continue;
-        const pid_t process = key & kProcessMask;
-        if (kill(process, 0) != 0 && errno == ESRCH) msgctl(queue, IPC_RMID, nullptr);
-    }
 }
 }  // namespace kobd::host

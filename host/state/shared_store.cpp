@@ -12,6 +12,8 @@
 #include <cstring>
 #include <ctime>
 
+#include "host/state/state_save.h"
+
 // The daemon exports its log. Another program that uses a store has none; it reports on standard
 // error.
 extern "C" int kobd_log_print(const char* function, int line, const char* format, ...)
@@ -30,7 +32,6 @@ namespace kobd::host
 {
 namespace
 {
-constexpr mode_t kLockMode = 0600;
 constexpr std::chrono::seconds kLockWait{2};  // a stopped process must not stop the others
 constexpr long kLookNs = 1000000;
 
@@ -38,7 +39,7 @@ constexpr long kLookNs = 1000000;
 class StoreLock
 {
 public:
-    explicit StoreLock(const std::string& path) : file_(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kLockMode))
+    explicit StoreLock(const std::string& path) : file_(OpenOrCreate(path, O_RDWR))
     {
         const auto deadline = std::chrono::steady_clock::now() + kLockWait;
         while (file_ >= 0 && !(held_ = flock(file_, LOCK_EX | LOCK_NB) == 0))

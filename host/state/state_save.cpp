@@ -30,12 +30,6 @@ bool SyncFolder(const std::string& folder)
     return synced;
 }
 
-std::string FolderOf(const std::string& path)
-{
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
-}
-
 bool MoveIntoPlace(const std::string& temporary, const std::string& path)
 {
     if (rename(temporary.c_str(), path.c_str()) == 0) return true;

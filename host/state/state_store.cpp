@@ -42,6 +42,12 @@ void MakeFolders(const std::string& path)
 
 }  // namespace
 
+std::string FolderOf(const std::string& path)
+{
+    const size_t slash = path.rfind('/');
+    return slash == std::string::npos ? "." : path.substr(0, slash + 1);
+}
+
 std::string StateFolderName()
 {
     const char* named = getenv("KOBD_STATE_DIR");
@@ -75,13 +81,33 @@ bool WriteAll(int file, std::string_view bytes)
     return true;
 }
 
+// Whether the new file is the folder's owner's, made so where root works in the folder of a user.
+bool IsOfFolderOwner(int file, const std::string& path)
+{
+    struct stat folder = {};
+    if (geteuid() != 0) return true;
+    if (stat(FolderOf(path).c_str(), &folder) != 0) return false;
+    return folder.st_uid == 0 || fchown(file, folder.st_uid, folder.st_gid) == 0;
+}
+
+// A file that nobody had before, so that its owner may be changed: -1 with errno EEXIST where there is one.
+int CreateNew(const std::string& path, int flags)
+{
+    const int file = open(path.c_str(), flags | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode);
+    if (file < 0 || IsOfFolderOwner(file, path)) return file;
+    RemoveKeepingError(path);
+    const int error = errno;
+    close(file);
+    errno = error;
+    return -1;
+}
+
 // A file that lies there already is replaced: it may be of another mode, a link, or somebody else's.
 int CreateFresh(const std::string& path)
 {
-    constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
-    const int file = open(path.c_str(), kFlags, kFileMode);
+    const int file = CreateNew(path, O_WRONLY);
     if (file >= 0 || errno != EEXIST || unlink(path.c_str()) != 0) return file;
-    return open(path.c_str(), kFlags, kFileMode);
+    return CreateNew(path, O_WRONLY);
 }
 
 bool ReadAll(int file, std::string* text)
@@ -208,6 +234,17 @@ bool WriteTemporary(const std::string& path, const Settings& settings)
     return WriteText(path, text);
 }
 
+int OpenOrCreate(const std::string& path, int flags)
+{
+    for (;;)
+    {
+        int file = open(path.c_str(), flags | O_NOFOLLOW | O_CLOEXEC);
+        if (file >= 0 || errno != ENOENT) return file;
+        file = CreateNew(path, flags);
+        if (file >= 0 || errno != EEXIST) return file;
+    }
+}
+
 bool WriteText(const std::string& path, std::string_view text)
 {
     const int file = CreateFresh(path);
@@ -256,7 +293,7 @@ std::string KeepCopy(const std::string& path)
 void Journal(std::string_view line)
 {
     const std::string path = StateFolder() + "/journal";
-    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, kFileMode);
+    const int file = OpenOrCreate(path, O_WRONLY | O_APPEND);
     if (file < 0) return;
     WriteAll(file, Escape(line) + "\n");
     const bool large = lseek(file, 0, SEEK_END) > kJournalBytes;

@@ -5,14 +5,22 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <cstring>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <limits>
 #include <string>
+#include <thread>
 
-#include "daemon/base/messages.h"
+#include "host/bus/bus.h"
 #include "host/bus/bus_queues.h"
+#include "host/bus/late_modules.h"
 #include "platform/bus_client.h"
+#include "tests/joined.h"
 #include "tests/namespaces.h"
 #include "tests/process_setup.h"
 
@@ -81,12 +89,8 @@ int SendRaw(Message& message, size_t size, int64_t reply_queue)
     BusHeader header = LoadBusHeader(message.Header());
     header.reply_queue = static_cast<int32_t>(reply_queue + 1);
     StoreBusHeader(message.Header(), header);
-    struct
-    {
-        long type;
-        char bytes[kMessageMax];
-    } raw;
-    raw.type = 1;
+    QueueMessage raw;
+    raw.type = std::numeric_limits<long>::max();  // any type is received
     memcpy(raw.bytes, message.bytes, sizeof raw.bytes);
     return msgsnd(ModuleQueue(kModuleKobd, false), &raw, size, 0);
 }
@@ -106,7 +110,7 @@ protected:
         handled = 0;
         last_length = reply_code = -1;
         MessageProccessRegister(kTable);
-        ASSERT_EQ(MessageInitialize(kModuleKobd), 0);
+        ASSERT_EQ(Join(kModuleKobd), 0);
         ASSERT_EQ(BusClientOpen(&client_), 0);
     }
     void TearDown() override
@@ -153,7 +157,7 @@ TEST_F(Bus, ModuleHasOneOwner)
     MessageDestroy();
     Message request(kEcho);
     EXPECT_EQ(Call(request), 3) << "nobody has the module";
-    EXPECT_EQ(MessageInitialize(kModuleKobd), 0) << "given back";
+    EXPECT_EQ(Join(kModuleKobd), 0) << "given back";
     ExpectServing("joined again");
 }
 
@@ -229,41 +233,128 @@ TEST_F(Bus, AnyNumberOfAReplyQueueIsSurvived)
     ExpectServing("after requests that name no queue");
 }
 
-TEST_F(Bus, FullQueueOfAModuleCostsOneBoundUntilItReads)
+TEST_F(Bus, ALateModuleCostsOneBoundInTenSeconds)
 {
-    BusClient stuck;
-    ASSERT_EQ(BusClientJoin(&stuck, kModuleNotify), 0);
+    BusClient late;
+    ASSERT_EQ(BusClientJoin(&late, kModuleNotify), 0);
     Message filler(kEcho, std::string(1000, 'f'), kModuleNotify);
-    while (BusClientSend(&client_, filler.Header(), 0) == 0) continue;
     Message small(kEcho, "", kModuleNotify);
-    while (BusClientSend(&client_, small.Header(), 0) == 0) continue;
-
-    Message request(kAnnounce);
-    const int64_t start = NowMs();
-    EXPECT_EQ(Call(request), 0) << "the reply comes all the same";
-    const int64_t spent = NowMs() - start;
-    EXPECT_GE(spent, 90) << "a short wait for room";
-    EXPECT_LT(spent, 400) << "ten notifications share 100 ms, they do not have them each";
-
-    const int64_t again = NowMs();
-    EXPECT_EQ(Call(request), 0);
-    EXPECT_LT(NowMs() - again, 90) << "known to be stuck, it is waited for no more";
-
-    while (BusClientReceive(&stuck, reply_.Header(), 0) == 0) continue;
-    EXPECT_EQ(Call(request), 0);
+    const auto fill = [&]
+    {
+        while (BusClientSend(&client_, filler.Header(), 0) == 0) continue;
+        while (BusClientSend(&client_, small.Header(), 0) == 0) continue;
+    };
+    const auto read_one = [&] { return BusClientReceive(&late, reply_.Header(), 0) == 0; };
+    const auto spent = [this]
+    {
+        Message request(kAnnounce);
+        const int64_t start = NowMs();
+        EXPECT_EQ(Call(request), 0) << "the reply comes all the same";
+        return NowMs() - start;
+    };
+    fill();
+    const int64_t first = spent();
+    EXPECT_GE(first, 90) << "a short wait for room";
+    EXPECT_LT(first, 400) << "ten notifications share 100 ms, they do not have them each";
+    EXPECT_LT(spent(), 90) << "it has not read and is not waited for";
+    while (read_one()) continue;
+    spent();
     for (int number = 0; number < kAnnouncements; ++number)
-        EXPECT_EQ(BusClientReceive(&stuck, reply_.Header(), 1000), 0)
-            << "it reads again and misses nothing: " << number;
+        EXPECT_TRUE(read_one()) << "it reads again and misses nothing: " << number;
+    fill();
+    EXPECT_LT(spent(), 90) << "full anew, it has had its time";
 
-    while (BusClientSend(&client_, small.Header(), 0) == 0) continue;
-    const int64_t full_again = NowMs();
-    EXPECT_EQ(Call(request), 0);
-    EXPECT_GE(NowMs() - full_again, 90) << "full anew, it is given time anew";
+    std::atomic<bool> done = false;
+    std::thread slow(
+        [&]
+        {
+            for (; !done; usleep(20000)) read_one();
+        });
+    int64_t slowly = 0;
+    for (int request = 0; request < 10; ++request) slowly += spent();
+    done = true;
+    slow.join();
+    EXPECT_LT(slowly, 300) << "one that reads slowly has had its time, too";
+    BusClientClose(&late);
+    EXPECT_LT(spent(), 90) << "a missing module costs nothing";
+}
 
-    BusClientClose(&stuck);
-    const int64_t free_start = NowMs();
-    EXPECT_EQ(Call(request), 0);
-    EXPECT_LT(NowMs() - free_start, 90) << "a missing module costs nothing";
+TEST(LateModules, TenSecondsLaterOneThatReadsIsGivenTimeAgain)
+{
+    constexpr int64_t kStart = 5000;
+    const struct
+    {
+        int64_t at_ms;
+        int left;
+        int waited;  // by the message that is sent then
+        bool arrived;
+    } messages[] = {
+        {0, 100, 30, true},   {10, 70, 70, true},  {9999, 0, 0, true},    {10000, 100, 100, false},
+        {30000, 0, 0, false}, {30001, 0, 0, true}, {30002, 100, 0, true},
+    };
+    for (const auto& message : messages)
+    {
+        EXPECT_EQ(WaitLeftFor(1, kStart + message.at_ms), message.left) << message.at_ms;
+        NoteMessageTo(1, kStart + message.at_ms, message.waited, message.arrived);
+    }
+    EXPECT_EQ(WaitLeftFor(2, kStart), 100) << "the others' time is their own";
+}
+
+TEST_F(Bus, AClientThatTakesNoRepliesCostsTheOthersNothing)
+{
+    for (const bool narrow : {false, true})
+    {
+        BusClient stuck;
+        ASSERT_EQ(BusClientOpen(&stuck), 0);
+        msqid_ds state = {};
+        ASSERT_EQ(msgctl(stuck.queue, IPC_STAT, &state), 0);
+        state.msg_qbytes = narrow ? 1 : 2000;
+        ASSERT_EQ(msgctl(stuck.queue, IPC_SET, &state), 0);
+        const OutputCapture output;
+        const int64_t start = NowMs();
+        handled = 0;
+        for (int request = 0; request < 200; ++request)
+        {
+            Message ask(kEcho, std::string(60, 'a'));
+            ASSERT_EQ(BusClientSend(&stuck, ask.Header(), 1000), 0) << request;
+        }
+        ExpectServing("behind two hundred requests whose replies go nowhere");
+        EXPECT_LT(NowMs() - start, 500) << "no reply was waited for";
+        const std::string said = output.Text();
+        const size_t line = said.find("dropped, its queue takes no more");
+        EXPECT_NE(line, std::string::npos);
+        EXPECT_EQ(said.find("dropped", line + 1), std::string::npos) << "one line a client: " << said;
+        BusClientClose(&stuck);
+    }
+}
+
+TEST_F(BusQueues, WhileTheModuleIsTakenNothingIsLoadedAndNothingIsTaken)
+{
+    static std::atomic<int> loaded = 0;
+    BusClient other;
+    ASSERT_EQ(BusClientJoin(&other, kModuleKobd), 0);
+    MessageProccessRegister(kTable);
+    BusBeforeServing([] { ++loaded; });
+    const OutputCapture output;
+    ASSERT_EQ(MessageInitialize(kModuleKobd), 0) << "it returns at once";
+    usleep(400000);
+    EXPECT_EQ(loaded, 0);
+    EXPECT_NE(output.Text().find("yet: process " + std::to_string(getpid()) + " has it"), std::string::npos)
+        << output.Text();
+    MessageDestroy();
+    EXPECT_EQ(loaded, 0) << "left without having joined";
+    ASSERT_EQ(MessageInitialize(kModuleKobd), 0);
+    BusClientClose(&other);
+    BusClient client;
+    ASSERT_EQ(BusClientOpen(&client), 0);
+    EXPECT_TRUE(AwaitModule(kModuleKobd));
+    EXPECT_EQ(loaded, 1);
+    Message request(kEcho);
+    Message reply(0);
+    EXPECT_EQ(BusClientCall(&client, request.Header(), reply.Header(), 5000), 0);
+    BusClientClose(&client);
+    MessageDestroy();
+    BusBeforeServing(nullptr);
 }
 
 TEST_F(Bus, QueueRemovedFromOutsideIsTakenAnew)
@@ -272,6 +363,57 @@ TEST_F(Bus, QueueRemovedFromOutsideIsTakenAnew)
     ASSERT_EQ(msgctl(ModuleQueue(kModuleKobd, false), IPC_RMID, nullptr), 0);
     for (int look = 0; look < 500 && ModuleQueue(kModuleKobd, false) < 0; ++look) usleep(10000);
     ExpectServing("after");
+}
+
+TEST_F(Bus, ASemaphoreRemovedFromOutsideIsTakenAnew)
+{
+    semctl(ModuleClaim(kModuleKobd), 0, IPC_RMID);
+    Message request(kEcho);
+    EXPECT_EQ(Call(request), 3);
+    ASSERT_TRUE(AwaitModule(kModuleKobd));
+    ExpectServing("after it took the semaphore again");
+
+    semctl(ModuleClaim(kModuleKobd), 0, IPC_RMID);
+    BusClient other;
+    ASSERT_EQ(BusClientJoin(&other, kModuleKobd), 0) << "somebody was faster";
+    Message stolen(kEcho);
+    usleep(2500000);
+    EXPECT_NE(Call(stolen, 100), 0) << "it serves nothing beside the other";
+    BusClientClose(&other);
+    ASSERT_TRUE(AwaitModule(kModuleKobd));
+    ExpectServing("when the other had left");
+}
+
+TEST_F(Bus, AnAddressThatIsNoModulesTakesNothingFromTheSystem)
+{
+    const auto semaphores = []
+    {
+        std::ifstream list("/proc/sysvipc/sem");
+        return std::count(std::istreambuf_iterator<char>(list), {}, '\n');
+    };
+    const auto before = semaphores();
+    Message nowhere(kEcho, "", 0);
+    BusModule seen;
+    EXPECT_EQ(Call(nowhere), 3);
+    EXPECT_EQ(MessageSend(nowhere.Header()), 3);
+    BusModuleLook(0, &seen);
+    EXPECT_FALSE(seen.queue || seen.claimed);
+    EXPECT_EQ(semaphores(), before);
+}
+
+TEST_F(Bus, ADaemonThatEndsLetsNobodyWaitForItsReply)
+{
+    std::thread ending(
+        []
+        {
+            usleep(100000);
+            MessageDestroy();
+        });
+    Message request(kMute);
+    const int64_t start = NowMs();
+    EXPECT_EQ(Call(request, 10000), 3);
+    EXPECT_LT(NowMs() - start, 2000);
+    ending.join();
 }
 
 TEST_F(Bus, LateReplyIsNotTakenForTheNextOne)
@@ -284,70 +426,201 @@ TEST_F(Bus, LateReplyIsNotTakenForTheNextOne)
     ExpectServing("its own reply, behind the late one");
 }
 
-TEST_F(BusQueues, ModuleOfAKilledProcessIsFreeAndItsClientQueueGoes)
+// Runs in a child, as this user, and dies there as one that was killed: nothing is given back.
+int InChild(uid_t user, const std::function<int()>& work)
 {
-    int channel[2];
-    ASSERT_EQ(pipe(channel), 0);
+    const pid_t child = fork();
+    if (child == 0) _exit(user == geteuid() || setresuid(user, user, user) == 0 ? work() : 2);
+    int status = -1;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+constexpr uid_t kNobody = 65534;
+#define SKIP_WITHOUT_SECOND_USER() \
+    if (InChild(kNobody, [] { return 0; }) != 0) GTEST_SKIP() << "no second user here"
+
+bool IsThere(int queue)
+{
+    msqid_ds state;
+    return msgctl(queue, IPC_STAT, &state) == 0;
+}
+
+// What was left behind, and whether it is removed. A queue is made under the key of the child that dies then.
+TEST_F(BusQueues, OnlyWhatAClientCertainlyLeftIsRemoved)
+{
+    const auto receive = [](int queue)
+    {
+        QueueMessage message;
+        message.type = 1;
+        return msgsnd(queue, &message, 0, 0) == 0 && msgrcv(queue, &message, 0, 0, 0) == 0;
+    };
+    const auto reply = [](int queue, int to)
+    {
+        QueueMessage message;
+        message.type = 1;
+        Message content(kEcho);
+        BusHeader header = LoadBusHeader(content.Header());
+        header.reply_queue = to + 1;
+        StoreBusHeader(content.Header(), header);
+        memcpy(message.bytes, content.bytes, sizeof header);
+        return msgsnd(queue, &message, sizeof header, 0) == 0;
+    };
+    const struct
+    {
+        const char* what;
+        int mode;
+        bool received, replied, strange, goes;
+        pid_t beside = 0;  // the key is that of the process with this number more
+        uid_t user = 0;
+    } cases[] = {
+        {"a client with a reply", kClientMode, true, true, false, true},
+        {"a client written by somebody else", kQueueMode, true, false, false, true},
+        {"another program's message", kClientMode, true, true, true, false},
+        {"another program's queue, never used", kQueueMode, false, false, false, false},
+        {"another program's queue, with a message", kQueueMode, false, false, true, false},
+        {"another program's mode", 0660, true, false, false, false},
+        {"a client of another process namespace", kClientMode, true, false, false, false, 1 << 21},
+        {"another user's client", kClientMode, true, false, false, false, 0, kNobody},
+    };
+    for (const auto& one : cases)
+    {
+        if (one.user != 0 && InChild(one.user, [] { return 0; }) != 0) continue;
+        int channel[2];
+        ASSERT_EQ(pipe(channel), 0);
+        const auto leave = [&]
+        {
+            const int queue = msgget(ClientKey(getpid() + one.beside, 7), IPC_CREAT | IPC_EXCL | one.mode);
+            const bool left = queue >= 0 && (!one.received || receive(queue)) &&
+                              (!one.replied || reply(queue, queue)) && (!one.strange || reply(queue, queue + 1));
+            return left && write(channel[1], &queue, sizeof queue) > 0 ? 0 : 1;
+        };
+        ASSERT_EQ(InChild(one.user == 0 ? geteuid() : one.user, leave), 0) << one.what;
+        int queue = -1;
+        ASSERT_EQ(read(channel[0], &queue, sizeof queue), static_cast<ssize_t>(sizeof queue));
+        ReclaimQueues();
+        EXPECT_EQ(IsThere(queue), !one.goes) << one.what;
+        msgctl(queue, IPC_RMID, nullptr);
+        close(channel[0]);
+        close(channel[1]);
+    }
+}
+
+TEST_F(BusQueues, AKilledListenersQueueGoesAndALivingOnesStays)
+{
+    BusClient living;
+    ASSERT_EQ(BusClientJoin(&living, kModuleServices), 0);
+    const auto join = []
+    {
+        BusClient module;
+        return BusClientJoin(&module, kModuleNotify);
+    };
+    ASSERT_EQ(InChild(geteuid(), join), 0);
+    EXPECT_FALSE(ClaimHolds(ModuleClaim(kModuleNotify)));
+    EXPECT_GE(ModuleQueue(kModuleNotify, false), 0);
+    ReclaimModuleQueues();
+    EXPECT_LT(ModuleQueue(kModuleNotify, false), 0);
+    EXPECT_TRUE(IsThere(living.queue));
+    BusClient again;
+    EXPECT_EQ(BusClientJoin(&again, kModuleNotify), 0);
+    BusClientClose(&again);
+    BusClientClose(&living);
+}
+
+TEST_F(Bus, AChildOpensAConnectionOfItsOwn)
+{
+    const auto use = [this]
+    {
+        Message request(kEcho);
+        if (Call(request) != 9 || BusClientReceive(&client_, reply_.Header(), 0) != 9) return 1;
+        BusClientClose(&client_);
+        return BusClientOpen(&client_) == 0 && Call(request) == 0 ? 0 : 3;
+    };
+    EXPECT_EQ(InChild(geteuid(), use), 0);
+    ExpectServing("the parent's connection");
+}
+
+TEST_F(BusQueues, ASemaphoreWithoutAProcessBehindItKeepsNobodyOut)
+{
+    const key_t key = static_cast<key_t>(kModuleServices);
+    const auto plant = [key]
+    {
+        sembuf take = {0, 1, 0};
+        const int set = semget(key, 1, IPC_CREAT | 0666);
+        return set >= 0 && msgget(key, IPC_CREAT | 0666) >= 0 && semop(set, &take, 1) == 0 ? 0 : 1;
+    };
+    for (const uid_t user : {geteuid(), kNobody})
+    {
+        if (InChild(user, [] { return 0; }) != 0) continue;
+        ASSERT_EQ(InChild(user, plant), 0);
+        BusClient module;
+        ASSERT_EQ(BusClientJoin(&module, kModuleServices), 0) << user;
+        msqid_ds state = {};
+        ASSERT_EQ(msgctl(module.queue, IPC_STAT, &state), 0);
+        EXPECT_EQ(state.msg_perm.mode & 0777, 0600u);
+        EXPECT_EQ(state.msg_perm.cuid, geteuid());
+        const auto join = [key]
+        {
+            BusClient second;
+            return BusClientJoin(&second, static_cast<uint32_t>(key));
+        };
+        EXPECT_EQ(InChild(geteuid(), join), 9) << "a living process is behind it";
+        BusClientClose(&module);
+    }
+}
+
+TEST_F(Bus, NothingIsSentWhereAnotherUserListens)
+{
+    SKIP_WITHOUT_SECOND_USER();
+    const key_t key = static_cast<key_t>(kModuleNotify);
+    for (const uid_t given : {kNobody, geteuid()})
+    {
+        const auto listen = [&]
+        {
+            msqid_ds state = {};
+            const int queue = msgget(key, IPC_CREAT | 0666);
+            if (msgctl(queue, IPC_STAT, &state) != 0) return 1;
+            state.msg_perm.uid = given;  // its maker keeps the use of it
+            state.msg_perm.mode = 0600;
+            return msgctl(queue, IPC_SET, &state) == 0 ? 0 : 1;
+        };
+        ASSERT_EQ(InChild(kNobody, listen), 0);
+        Message event(kEcho, "secret", kModuleNotify);
+        EXPECT_EQ(MessageSend(event.Header()), 3) << given;
+        msqid_ds state = {};
+        ASSERT_EQ(msgctl(msgget(key, 0), IPC_STAT, &state), 0);
+        EXPECT_EQ(state.msg_qnum, 0u);
+        msgctl(msgget(key, 0), IPC_RMID, nullptr);
+    }
+}
+
+TEST_F(BusQueues, RootAndADaemonOfAnotherUserHearEachOther)
+{
+    SKIP_WITHOUT_SECOND_USER();
+    BusClient listener;
+    ASSERT_EQ(BusClientJoin(&listener, kModuleNotify), 0) << "before there is a daemon";
     const pid_t child = fork();
     if (child == 0)
     {
-        BusClient module;
-        BusClient client;
-        int queue = -1;
-        if (BusClientJoin(&module, kModuleServices) == 0 && BusClientOpen(&client) == 0) queue = client.queue;
-        if (write(channel[1], &queue, sizeof queue) < 0) _exit(1);
+        MessageProccessRegister(kTable);
+        if (setresuid(kNobody, kNobody, kNobody) != 0 || MessageInitialize(kModuleKobd) != 0) _exit(1);
         for (;;) pause();
     }
-    int queue = -1;
-    ASSERT_EQ(read(channel[0], &queue, sizeof queue), static_cast<ssize_t>(sizeof queue));
-    ASSERT_GE(queue, 0);
-    msqid_ds status;
-    ReclaimQueues();
-    EXPECT_EQ(msgctl(queue, IPC_STAT, &status), 0) << "a living client's queue stays";
-    EXPECT_TRUE(ClaimHolds(ModuleClaim(kModuleServices)));
-    BusClient other;
-    EXPECT_EQ(BusClientJoin(&other, kModuleServices), 9);
-
-    ASSERT_EQ(kill(child, SIGKILL), 0);
-    ASSERT_EQ(waitpid(child, nullptr, 0), child);
-    EXPECT_FALSE(ClaimHolds(ModuleClaim(kModuleServices)));
-    ReclaimQueues();
-    EXPECT_NE(msgctl(queue, IPC_STAT, &status), 0) << "a killed client's queue is removed";
-    EXPECT_EQ(BusClientJoin(&other, kModuleServices), 0);
-    BusClientClose(&other);
-    close(channel[0]);
-    close(channel[1]);
-}
-
-TEST_F(BusQueues, AnotherUserWhoCameFirstHearsNothing)
-{
-    constexpr uid_t kNobody = 65534;
-    constexpr int kForAll = 0666;
-    const key_t key = static_cast<key_t>(kModuleServices);
-    for (const bool holds : {false, true})
-    {
-        const pid_t child = fork();
-        if (child == 0)
-        {
-            if (setresuid(kNobody, kNobody, kNobody) != 0) _exit(2);
-            const int set = semget(key, 1, IPC_CREAT | kForAll);
-            sembuf take = {0, 1, 0};
-            _exit(set >= 0 && msgget(key, IPC_CREAT | kForAll) >= 0 && (!holds || semop(set, &take, 1) == 0) ? 0 : 1);
-        }
-        int status = -1;
-        ASSERT_EQ(waitpid(child, &status, 0), child);
-        if (WEXITSTATUS(status) == 2) GTEST_SKIP() << "no second user here";
-        ASSERT_EQ(status, 0);
-        BusClient module;
-        EXPECT_EQ(BusClientJoin(&module, kModuleServices), holds ? 9 : 0);
-        msqid_ds state = {};
-        if (holds) continue;
-        ASSERT_EQ(msgctl(module.queue, IPC_STAT, &state), 0);
-        EXPECT_EQ(state.msg_perm.mode & 0777, 0600);
-        EXPECT_EQ(state.msg_perm.cuid, geteuid());
-        BusClientClose(&module);
-    }
-    semctl(ModuleClaim(kModuleServices), 0, IPC_RMID);
-    msgctl(ModuleQueue(kModuleServices, false), IPC_RMID, nullptr);
+    EXPECT_TRUE(AwaitModule(kModuleKobd));
+    Message message(0);
+    EXPECT_EQ(BusClientReceive(&listener, message.Header(), 1), 8) << "it finds the daemon while it waits";
+    BusClient client;
+    ASSERT_EQ(BusClientOpen(&client), 0);
+    Message request(kAnnounce, "to root");
+    EXPECT_EQ(BusClientCall(&client, request.Header(), message.Header(), 5000), 0);
+    EXPECT_EQ(message.Payload(), "to root");
+    EXPECT_EQ(BusClientReceive(&listener, message.Header(), 1000), 0);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    BusClientClose(&client);
+    BusClientClose(&listener);
+    BusClient next;
+    EXPECT_EQ(BusClientJoin(&next, kModuleKobd), 0) << "what the other user's daemon left";
+    BusClientClose(&next);
 }
 }  // namespace kobd::test

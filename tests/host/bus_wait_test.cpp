@@ -14,6 +14,7 @@
 #include "daemon/base/messages.h"
 #include "host/bus/bus_queues.h"
 #include "platform/bus_client.h"
+#include "tests/joined.h"
 #include "tests/namespaces.h"
 
 namespace kobd::test
@@ -154,7 +155,7 @@ TEST_F(BusWait, AConnectionOutlivesTheDaemonItKnew)
     MessageProccessRegister(kTable);
     for (int life = 0; life < 3; ++life)
     {
-        ASSERT_EQ(MessageInitialize(kModuleKobd), 0);
+        ASSERT_EQ(Join(kModuleKobd), 0);
         EXPECT_EQ(Call(&client_), 0) << life;
         EXPECT_EQ(Call(&client_), 0) << life;
         MessageDestroy();
@@ -175,7 +176,7 @@ TEST_F(BusWait, AConnectionThatFoundADeadDaemonFindsTheNextOne)
     ASSERT_EQ(status, 0);
     EXPECT_EQ(Call(&client_), 3);
     MessageProccessRegister(kTable);
-    ASSERT_EQ(MessageInitialize(kModuleKobd), 0);
+    ASSERT_EQ(Join(kModuleKobd), 0);
     EXPECT_EQ(Call(&client_), 0);
     MessageDestroy();
 }

@@ -185,6 +185,27 @@ TEST_F(Store, SettersKilledAtAnyMomentLeaveAWholeFileAndNoLock)
     }
 }
 
+TEST_F(Store, WhatRootSetsInTheFolderOfAUserIsThatUsers)
+{
+    constexpr uid_t kUser = 65534;
+    if (geteuid() != 0 || chown(StateFolder().c_str(), kUser, kUser) != 0) GTEST_SKIP() << "no second user here";
+    EXPECT_EQ(store_.Set("a", "of root"), 0);
+    for (const char* file : {"", ".lock"})
+    {
+        struct stat state = {};
+        EXPECT_EQ(stat((path_ + file).c_str(), &state), 0) << file;
+        EXPECT_EQ(state.st_uid, kUser) << file;
+    }
+    std::ofstream("/tmp/of_root") << "precious";
+    std::filesystem::remove(path_ + ".lock");
+    std::filesystem::create_symlink("/tmp/of_root", path_ + ".lock");
+    EXPECT_EQ(store_.Set("a", "through a link"), -1);
+    struct stat state = {};
+    EXPECT_EQ(stat("/tmp/of_root", &state), 0);
+    EXPECT_EQ(state.st_uid, 0u) << "a link of the user's gives it no file of root's";
+    EXPECT_EQ(chown(StateFolder().c_str(), 0, 0), 0);
+}
+
 TEST_F(Store, AStoppedSetterDelaysOthersByTwoSecondsAtMost)
 {
     const int lock = open((path_ + ".lock").c_str(), O_RDWR | O_CREAT, 0600);

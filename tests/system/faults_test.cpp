@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/mount.h>
 #include <sys/msg.h>
+#include <sys/sem.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -127,6 +128,20 @@ TEST_F(Faults, ADaemonThatStartsWithoutAQueueServesOnceTheSystemHasOne)
     EXPECT_EQ(EndOf(daemon), 0);
 }
 
+TEST_F(Faults, WithoutASemaphoreItSaysSoAndServesOnceThereIsOne)
+{
+    QueueLimit semaphores("sem");
+    LIMIT_OR_SKIP(semaphores, "32000\t1024000000\t500\t0");
+    semctl(host::ModuleClaim(kModuleKobd), 0, IPC_RMID);  // an earlier daemon's
+    const pid_t daemon = daemon_.Spawn();
+    EXPECT_TRUE(LogSays("cannot join the bus as module 0x5A510001 yet: no semaphore is left (kernel.sem)"));
+    EXPECT_EQ(Request(kUpdate, {}, 300).bus, 3);
+    semaphores.Lift();
+    EXPECT_TRUE(LogSays("joined the bus as module 0x5A510001"));
+    EXPECT_EQ(SetObject("webHttpPort", "8086"), 0);
+    EXPECT_EQ(EndOf(daemon), 0);
+}
+
 TEST_F(Faults, AQueueThatIsTooSmallRefusesInTimeAndIsWidenedOnceAllowed)
 {
     SKIP_WITHOUT_FAULTS();
@@ -166,11 +181,16 @@ TEST_F(Faults, AStoppedDaemonRefusesInTimeAndServesWhatItsQueueHeld)
     ASSERT_EQ(BusClientOpen(&client), 0);
     kill(daemon_.Process(), SIGSTOP);
     ASSERT_EQ(waitpid(daemon_.Process(), nullptr, WUNTRACED), daemon_.Process());
-    MessageHeader request = UpdateRequest();
+    struct
+    {
+        MessageHeader header;
+        char payload[100];  // so that the replies are less than the requests and find room
+    } request = {UpdateRequest(), {}};
+    request.header.length = sizeof request.payload;
     int sent = 0;
-    while (BusClientSend(&client, &request, 0) == 0) ++sent;
+    while (BusClientSend(&client, &request.header, 0) == 0) ++sent;
     const int64_t start = host::NowMs();
-    EXPECT_EQ(BusClientSend(&client, &request, 300), 5);
+    EXPECT_EQ(BusClientSend(&client, &request.header, 300), 5);
     EXPECT_GE(host::NowMs() - start, 300);
     EXPECT_LT(host::NowMs() - start, 2000);
     kill(daemon_.Process(), SIGCONT);

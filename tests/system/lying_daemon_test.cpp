@@ -11,6 +11,7 @@
 
 #include "daemon/base/tlv.h"
 #include "platform/message.h"
+#include "tests/joined.h"
 #include "tests/namespaces.h"
 #include "tests/system/kobctl_program.h"
 
@@ -66,7 +67,7 @@ protected:
         std::ofstream("/tmp/victim") << "precious";
         change_mode = 0;
         MessageProccessRegister(kHandlers);
-        ASSERT_EQ(MessageInitialize(kModuleKobd), 0);
+        ASSERT_EQ(Join(kModuleKobd), 0);
         running_ = true;
     }
 

@@ -151,6 +151,33 @@ TEST_F(StartUp, AnUnknownOptionEndsItBeforeAnythingIsDone)
     }
 }
 
+// The next daemon starts while the last one is ending: what was answered is there, whoever answered it.
+TEST_F(StartUp, AHandoverLosesNoSetThatWasAnswered)
+{
+    DaemonProcess daemons("/tmp/state");
+    pid_t last = daemons.Spawn();
+    std::string answered = "80";
+    for (int handover = 0; handover < 10; ++handover)
+    {
+        const pid_t next = daemons.Spawn();
+        for (int set = 0; set < 100; ++set, usleep(1000))  // the next one reaches its load meanwhile
+        {
+            if (set == 10 * handover) kill(last, SIGTERM);
+            const std::string value = std::to_string(1000 + handover * 100 + set);
+            const int result = Request(kSet, {{kTagObjectName, "webHttpPort"}, {kTagValue, value}}, 500).result;
+            if (result == 0) answered = value;
+        }
+        for (int i = 0; i < 1000 && Holder() != next; ++i) usleep(10000);
+        ASSERT_EQ(Holder(), next);
+        for (int i = 0; i < 100 && GetObject("webHttpPort") == "nothing"; ++i) usleep(10000);
+        EXPECT_EQ(GetObject("webHttpPort"), answered) << handover;
+        waitpid(last, nullptr, 0);
+        last = next;
+    }
+    kill(last, SIGTERM);
+    EXPECT_EQ(waitpid(last, nullptr, 0), last);
+}
+
 TEST_F(StartUp, AStateFolderThatCannotBeWrittenIsReportedAtOnce)
 {
     DaemonProcess daemon("/proc/nowhere");
