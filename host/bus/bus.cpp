@@ -2,14 +2,13 @@
 //
 // One thread joins: it claims the module, however long another process has it, has the state loaded, starts the
 // receive thread and from then on removes the queues of killed clients. The receive thread calls handlers one at a
-// time. Sending has a bound on waiting.
+// time.
 #include "host/bus/bus.h"
 
 #include <pthread.h>
 #include <sys/msg.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -20,18 +19,9 @@
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 #include "host/bus/bus_queues.h"
-#include "host/bus/late_modules.h"
+#include "host/bus/report.h"
+#include "host/bus/sending.h"
 #include "host/bus/stop_flag.h"
-
-// The daemon exports its log; the other programs that use the bus have none and do not receive here.
-extern "C" int kobd_log_print(const char* function, int line, const char* format, ...)
-    __attribute__((weak, format(printf, 3, 4)));
-
-#define REPORT(...)                                                                  \
-    do                                                                               \
-    {                                                                                \
-        if (kobd_log_print != nullptr) kobd_log_print("Bus", __LINE__, __VA_ARGS__); \
-    } while (false)
 
 using namespace kobd;
 using namespace kobd::host;
@@ -43,7 +33,6 @@ constexpr int kTakenAgainMs = 250;  // the same while another daemon has the mod
 constexpr int kQueueAgainMs = 100;  // between attempts to have a queue again
 constexpr int kHandlerMs = 1000;    // for a handler to come back when the bus is left
 constexpr useconds_t kLookUs = 500;
-constexpr int kSendBudgetMs = 100;  // all sends of one request together may wait this long
 
 // State of the process's one membership on the bus.
 struct Bus
@@ -59,11 +48,6 @@ struct Bus
     pthread_t receiver{};
 };
 Bus bus;
-
-// What is left of the waiting that the sends of one request may do. Outside a handler every send
-// has the whole budget.
-thread_local int send_budget_ms = kSendBudgetMs;
-thread_local bool in_handler = false;
 
 const MsgHandler* FindHandler(uint32_t code)
 {
@@ -89,13 +73,11 @@ void Dispatch(QueueMessage& message, size_t received)
     auto* header = reinterpret_cast<MessageHeader*>(message.bytes);
     const MsgHandler* row = FindHandler(LoadBusHeader(header).code);
     if (row == nullptr) return;
-    send_budget_ms = kSendBudgetMs;
-    in_handler = true;
+    const HandlingRequest handling(bus.queue);
     if (header->length > received - sizeof(MessageHeader))
         RefuseTruncated(header);
     else
         row->handler(header);
-    in_handler = false;
 }
 
 // Takes a queue, however long the system has none to give; a daemon that gave up would run on and serve nothing.
@@ -243,13 +225,6 @@ void* Join(void*)
     }
     return nullptr;
 }
-
-void LogNotTrusted(uint32_t module)
-{
-    static thread_local uint32_t told = 0;
-    if (module != told) REPORT("nothing is sent to module 0x%08X, its queue is another user's", module);
-    told = module;
-}
 }  // namespace
 
 void kobd::host::BusBeforeServing(void (*prepare)()) { bus.prepare = prepare; }
@@ -264,62 +239,10 @@ int MessageInitialize(uint32_t module)
     return 0;
 }
 
-int MessageSend(MessageHeader* message)
-{
-    const uint32_t module = message->destination;
-    const int queue = TrustedModuleQueue(module);
-    if (queue < 0 && errno == EPERM) LogNotTrusted(module);
-    if (queue < 0) return kNotRunning;
-    if (!in_handler) send_budget_ms = kSendBudgetMs;
-    const int64_t now = NowMs();
-    const int budget = std::min(send_budget_ms, WaitLeftFor(module, now));
-    int left = budget;
-    const int code = QueueSend(queue, message, &left);
-    send_budget_ms -= budget - left;
-    NoteMessageTo(module, now, budget - left, code == 0);
-    return code;
-}
-
-int MessageSendReply(MessageHeader* message)
-{
-    const int32_t named = LoadBusHeader(message).reply_queue;  // any number, from anybody
-    if (named <= 0) return kSendFailed;
-    const int queue = named - 1;
-    // A request that names our own queue would have us answer ourselves for ever.
-    if (queue == bus.queue) return kSendFailed;
-    int no_wait = 0;
-    const int code = QueueSend(queue, message, &no_wait);
-    if (code == 0) NoteReplySent(queue);
-    if (code == kSendFailed && NoteReplyDropped(queue))  // a client that is gone is nothing to tell of
-        REPORT("reply of %d bytes to process %u dropped, its queue takes no more; this line comes once a client",
-               message->length, LoadBusHeader(message).sender);
-    return code == 0 ? 0 : kSendFailed;
-}
-
 void MessageDestroy()
 {
     if (!bus.stop.Set()) return;
     // The receive thread may be waiting for a message; the joiner wakes it.
     pthread_join(bus.joiner, nullptr);
     bus.stop.Clear();
-}
-
-int TlvPushIntToBuf(void* place, uint16_t tag, int32_t value)
-{
-    const uint16_t length = sizeof value;
-    auto* bytes = static_cast<char*>(place);
-    memcpy(bytes, &tag, sizeof tag);
-    memcpy(bytes + 2, &length, sizeof length);
-    memcpy(bytes + 4, &value, sizeof value);
-    return 4 + 4;
-}
-
-int TlvPushStringToBuf(void* place, uint16_t tag, const char* text)
-{
-    const uint16_t length = static_cast<uint16_t>(strlen(text) + 1);
-    auto* bytes = static_cast<char*>(place);
-    memcpy(bytes, &tag, sizeof tag);
-    memcpy(bytes + 2, &length, sizeof length);
-    memcpy(bytes + 4, text, length);
-    return 4 + length;
 }
