@@ -1,4 +1,5 @@
 // Filters by MAC address, port and IPv4 address, and the triggering of ports.
+#include <cstring>
 #include <string_view>
 
 #include "daemon/base/log.h"
@@ -17,7 +18,7 @@ namespace
 FieldCopy UpperField(const void* row, TextField field)
 {
     FieldCopy text(row, field);
-    StringUpper(text.Text());
+    memmove(text.Text(), StringUpper(text.Text()), text.View().size() + 1);
     return text;
 }
 
