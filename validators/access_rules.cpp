@@ -8,6 +8,7 @@
 #include "platform/text.h"
 #include "validators/address.h"
 #include "validators/numbers.h"
+#include "validators/parts.h"
 #include "validators/regex.h"
 #include "validators/rows.h"
 #include "validators/time_rules.h"
@@ -17,7 +18,7 @@ using namespace kobd;
 namespace
 {
 constexpr int kDaysOfWeek = 7;
-constexpr size_t kDayText = 32;  // bytes of one part of "Weekdays" with its zero byte
+constexpr int kDayText = 32;  // bytes of one part of "Weekdays" with its zero byte
 constexpr uint32_t kLastHour = 23;
 constexpr uint32_t kLastMinute = 59;
 constexpr char kDayPattern[] = "^(Mon|Tue|Wed|Thu|Fri|Sat|Sun)$";
@@ -89,15 +90,14 @@ bool IsDay(const RuleTable& table, const char* day)
 // Days by name, each at most once.
 bool AreDays(const RuleTable& table, const char* weekdays)
 {
-    char days[kDaysOfWeek][kDayText] = {};
-    const int count = parseStrBySeparator(weekdays, ',', days[0], sizeof days[0], kDaysOfWeek);
-    if (table.traces_days) LOG_ALWAYS(table.function, "partnum:%d ", count);
-    if (count > kDaysOfWeek) return false;
-    for (int i = 0; i < count; ++i)
-        if (!IsDay(table, days[i])) return false;
-    for (int i = 0; i < count; ++i)
+    const Parts<kDaysOfWeek, kDayText> days(weekdays, ',', parseStrBySeparator);
+    if (table.traces_days) LOG_ALWAYS(table.function, "partnum:%d ", days.count);
+    if (days.TooMany()) return false;
+    for (int i = 0; i < days.count; ++i)
+        if (!IsDay(table, days.part[i])) return false;
+    for (int i = 0; i < days.count; ++i)
         for (int j = 0; j < i; ++j)
-            if (strcmp(days[i], days[j]) == 0) return false;
+            if (strcmp(days.part[i], days.part[j]) == 0) return false;
     return true;
 }
 
@@ -107,16 +107,10 @@ struct TimeOfDay
     uint32_t minute;
 };
 
+constexpr int kTimeParts = 2;  // hours and minutes
+
 // A time of day as text, cut at ":".
-struct TimeTexts
-{
-    static constexpr int kParts = 2;  // hours and minutes
-
-    explicit TimeTexts(const char* text) : count(parseStrBySeparator(text, ':', part[0], sizeof part[0], kParts)) {}
-
-    char part[kParts][AccessRestrictionRow::kTimeStart.width + 1] = {};
-    int count;  // parts of the text, which may have more
-};
+using TimeTexts = Parts<kTimeParts, AccessRestrictionRow::kTimeStart.width + 1>;
 
 // 0:00 to 23:59, in any number of digits.
 std::optional<TimeOfDay> ReadTimeOfDay(const TimeTexts& texts)
@@ -131,9 +125,9 @@ std::optional<TimeOfDay> ReadTimeOfDay(const TimeTexts& texts)
 bool IsPeriod(const RuleTable& table, const char* start, const char* stop)
 {
     LOG_ALWAYS(table.function, "START:%s    STOP:%s", start, stop);
-    const TimeTexts start_texts(start);
-    const TimeTexts stop_texts(stop);
-    if (start_texts.count != TimeTexts::kParts || stop_texts.count != TimeTexts::kParts)
+    const TimeTexts start_texts(start, ':', parseStrBySeparator);
+    const TimeTexts stop_texts(stop, ':', parseStrBySeparator);
+    if (start_texts.count != kTimeParts || stop_texts.count != kTimeParts)
     {
         LOG_ALWAYS(table.function, "separator error");
         return false;

@@ -8,6 +8,7 @@
 #include "dictionary/integer.h"
 #include "platform/text.h"
 #include "validators/band_tables.h"
+#include "validators/parts.h"
 #include "validators/radio.h"
 #include "validators/supported_bands.h"
 
@@ -98,8 +99,7 @@ int validPcilock(const char* value)
     int32_t bands[kBandsMax];
     const BandNumbers supported = SplitBandList(list, bands);
 
-    Entry entries[kEntriesMax];
-    const int count = parse_str_by_separator(value, ';', entries[0], sizeof(Entry), kEntriesMax);
-    if (count > kEntriesMax) return Refuse("max is 5\n");
-    return CheckEntries({entries, static_cast<size_t>(count)}, {bands, supported.count});
+    const Parts<kEntriesMax, sizeof(Entry)> entries(value, ';');
+    if (entries.TooMany()) return Refuse("max is 5\n");
+    return CheckEntries({entries.part, static_cast<size_t>(entries.count)}, {bands, supported.count});
 }

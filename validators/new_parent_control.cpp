@@ -7,6 +7,7 @@
 #include "platform/lists.h"
 #include "platform/text.h"
 #include "validators/address.h"
+#include "validators/parts.h"
 #include "validators/rows.h"
 #include "validators/time_rules.h"
 
@@ -19,7 +20,7 @@ using Row = NewParentControlRow;
 constexpr size_t kSpanLength = 6;  // characters of one span
 constexpr int kSpansMax = 84;
 constexpr size_t kTimeMax = kSpansMax * (kSpanLength + 1) - 1;  // characters, "," between the spans
-constexpr size_t kSpanSlot = 8;  // bytes; longer parts are cut, and still too long for a span
+constexpr int kSpanSlot = 8;  // bytes; longer parts are cut, and still too long for a span
 
 constexpr int kLastDay = 6;
 constexpr int kLastHour = 23;
@@ -62,11 +63,10 @@ int validTimeStr(const char* text)
     const size_t length = strlen(text);
     if (length < kSpanLength || length > kTimeMax || (length - kSpanLength) % (kSpanLength + 1) != 0)
         return kInvalidArgument;
-    char spans[kSpansMax][kSpanSlot] = {};
-    const int count = parse_str_by_separator(text, ',', spans[0], kSpanSlot, kSpansMax);
-    if (count < 1 || count > kSpansMax) return kInvalidArgument;
-    for (int i = 0; i < count; ++i)
-        if (validTimeSingle(spans[i]) != kSuccess) return kInvalidArgument;
+    const Parts<kSpansMax, kSpanSlot> spans(text, ',');
+    if (spans.count < 1 || spans.TooMany()) return kInvalidArgument;
+    for (int i = 0; i < spans.count; ++i)
+        if (validTimeSingle(spans.part[i]) != kSuccess) return kInvalidArgument;
     return kSuccess;
 }
 

@@ -10,6 +10,7 @@
 #include "platform/text.h"
 #include "validators/address.h"
 #include "validators/firewall.h"
+#include "validators/parts.h"
 #include "validators/protocol.h"
 #include "validators/rows.h"
 
@@ -21,17 +22,8 @@ using Row = PortForwardRow;
 
 constexpr int kPortBounds = 2;  // the lower and the upper one
 
-// A port or a range of ports as text, cut at "-"; parts that are not there are empty.
-struct PortTexts
-{
-    explicit PortTexts(const char* text)
-        : count(parse_str_by_separator(text, '-', part[0], sizeof part[0], kPortBounds))
-    {
-    }
-
-    char part[kPortBounds][Row::kSrcPort.width + 1] = {};
-    int count;  // parts of the text, which may have more than two
-};
+// A port or a range of ports as text, cut at "-".
+using PortTexts = Parts<kPortBounds, Row::kSrcPort.width + 1>;
 
 // External ports that a rule claims, both ends included.
 struct PortClaim
@@ -50,7 +42,7 @@ PortClaim ClaimOf(const void* row)
     const FieldCopy max_port(row, Row::kMaxPort);
     if (!min_port.Empty())
         return {Number(min_port.Text()), Number(max_port.Empty() ? min_port.Text() : max_port.Text())};
-    const PortTexts src_port(FieldCopy(row, Row::kSrcPort).Text());
+    const PortTexts src_port(FieldCopy(row, Row::kSrcPort).Text(), '-');
     return {Number(src_port.part[0]), Number(src_port.part[src_port.count > 1 ? 1 : 0])};
 }
 
@@ -73,8 +65,8 @@ bool FillSrcPort(void* row)
 
 bool IsPortRange(const char* text)
 {
-    const PortTexts ports(text);
-    if (ports.count > kPortBounds || validPortRange(ports.part[0]) != kSuccess) return false;
+    const PortTexts ports(text, '-');
+    if (ports.TooMany() || validPortRange(ports.part[0]) != kSuccess) return false;
     if (ports.count < kPortBounds) return true;
     return validPortRange(ports.part[1]) == kSuccess && Number(ports.part[0]) <= Number(ports.part[1]);
 }

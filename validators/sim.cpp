@@ -6,6 +6,7 @@
 #include "daemon/base/log.h"
 #include "daemon/base/result.h"
 #include "platform/text.h"
+#include "validators/parts.h"
 #include "validators/regex.h"
 
 namespace kobd
@@ -17,7 +18,7 @@ constexpr size_t kPinMax = 8;
 constexpr int kSimLockMax = 18;  // PLMN codes of a SIM lock
 constexpr size_t kPlmnMin = 5;   // digits: mobile country code 3, network code 2 or 3
 constexpr size_t kPlmnMax = 6;
-constexpr size_t kPlmnSlot = 8;  // bytes; a code too long fills its slot and is known by that
+constexpr int kPlmnSlot = 8;  // bytes; a code too long fills its slot and is known by that
 
 int RefuseSimLock(const char* line)
 {
@@ -67,14 +68,13 @@ int validLtePlmnlock(const char* value)
 int validLteSimlock(const char* value)
 {
     if (value == nullptr) return kInvalidArgument;
-    char codes[kSimLockMax][kPlmnSlot];
-    const int count = parse_str_by_separator(value, ';', codes[0], kPlmnSlot, kSimLockMax);
-    if (count > kSimLockMax) return RefuseSimLock("max is 18\n");
-    for (int i = 0; i < count; ++i)
+    const Parts<kSimLockMax, kPlmnSlot> codes(value, ';');
+    if (codes.TooMany()) return RefuseSimLock("max is 18\n");
+    for (int i = 0; i < codes.count; ++i)
     {
-        if (!IsPlmn(codes[i])) return RefuseSimLock("PLMN must be 5 or 6 digits\n");
+        if (!IsPlmn(codes.part[i])) return RefuseSimLock("PLMN must be 5 or 6 digits\n");
         for (int earlier = 0; earlier < i; ++earlier)
-            if (strcmp(codes[earlier], codes[i]) == 0) return RefuseSimLock("PLMN duplicate\n");
+            if (strcmp(codes.part[earlier], codes.part[i]) == 0) return RefuseSimLock("PLMN duplicate\n");
     }
     return kSuccess;
 }
