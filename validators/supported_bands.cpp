@@ -1,24 +1,34 @@
 // The supported bands, from the non-volatile store.
 #include "validators/supported_bands.h"
 
+#include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include "dictionary/integer.h"
 #include "platform/nvram.h"
 #include "platform/text.h"
+#include "validators/numbers.h"
 
 namespace kobd
 {
+namespace
+{
+constexpr size_t kStoredBytes = 257;  // one byte more than any caller keeps of a list
+}
+
 void ReadBandList(const char* key, std::span<char> list)
 {
-    memset(list.data(), 0, list.size());
-    nv_get(key, list.data(), list.size());
-    if (strlen(list.data()) + 1 < list.size()) return;
-
-    // The list fills its buffer, so that the store may have cut it within a number: the 4 of a 41
-    // would stand for another band.
-    char* blank = strrchr(list.data(), ' ');
-    *(blank != nullptr ? blank : list.data()) = 0;
+    char stored[kStoredBytes] = {};
+    nv_get(key, stored, std::min(list.size() + 1, sizeof stored));
+    std::string_view kept = stored;
+    // Cut a list that is too long between two numbers: the 4 of a 41 would stand for another band.
+    if (kept.size() >= list.size())
+    {
+        const size_t blank = kept.rfind(' ');
+        kept = kept.substr(0, blank != kept.npos ? blank : 0);
+    }
+    CopyWhole(kept, list);
 }
 
 BandNumbers SplitBandList(char* list, std::span<int32_t> bands)

@@ -164,10 +164,10 @@ TEST(ChannelLock, LongListsOfSupportedBands)
     EXPECT_EQ(Lock(bands + "3 5", "", "1300;").front(), '0') << "the 32nd counts";
     EXPECT_EQ(Lock(bands + "5 3", "", "1300;").front(), '2') << "the 33rd does not";
 
-    // A text of 127 characters fills the buffer; what stands there could be the beginning of 41.
-    const std::string filled = std::string(125, '0') + "2 ";
-    EXPECT_EQ(Lock(filled + "41", "", "2000;").front(), '2') << "41 is not read as 4";
-    EXPECT_EQ(Lock(std::string(124, '0') + "2 4", "", "2000;").front(), '2') << "nor a 4 that may have been 41";
-    EXPECT_EQ(Lock(std::string(123, '0') + "2 4", "", "2000;").front(), '0') << "one character less is whole";
+    EXPECT_EQ(Lock(std::string(124, '0') + "2 4", "", "2000;").front(), '0') << "127 characters are read whole";
+    EXPECT_EQ(Lock(std::string(124, '0') + "2 41", "", "2000;").front(), '2') << "128 are cut, and not to a 4";
+    EXPECT_EQ(Lock(std::string(126, '0') + "4 41", "", "2000;").front(), '0')
+        << "the cut keeps a number before a blank";
+    EXPECT_EQ(Lock(std::string(127, '0') + "4", "", "2000;").front(), '2') << "one number alone is too long";
 }
 }  // namespace kobd::test
