@@ -53,11 +53,11 @@ int isLastByteZeroIP(const char* text) { return LastPartIs(text, 0); }
 int isLanSegmentAddress(const char* address, const char* mask)
 {
     const int64_t head = getSubnet(address, mask, "head");
-    return head >= 0 && iptonum(address) > head ? kobd::kSuccess : kobd::kInvalidArgument;
+    return iptonum(address) > head ? kobd::kSuccess : kobd::kInvalidArgument;
 }
 
 int isLanBroadcastIP(const char* address, const char* mask)
 {
     const int64_t end = getSubnet(address, mask, "end");
-    return end >= 0 && iptonum(address) < end ? kobd::kSuccess : kobd::kInvalidArgument;
+    return iptonum(address) < end ? kobd::kSuccess : kobd::kInvalidArgument;
 }

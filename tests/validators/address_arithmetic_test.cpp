@@ -88,10 +88,11 @@ TEST(LanAddress, AgainstItsSegment)
     EXPECT_EQ(isLanBroadcastIP("192.168.1.255", "255.255.255.0"), 0);
     EXPECT_EQ(isLanBroadcastIP("192.168.1.255", "255.255.0.0"), 2) << "network address plus 256 is 192.168.1.0";
     EXPECT_EQ(isLanBroadcastIP("192.168.0.255", "255.255.0.0"), 0);
+    EXPECT_EQ(isLanSegmentAddress("-1.2.3.4", kMask24), 2) << "far below -3";
     for (const char* bad : {"", "1.2.3", "300.1.1.1", static_cast<const char*>(nullptr)})
     {
-        EXPECT_EQ(isLanSegmentAddress(bad, kMask24), 2);
-        EXPECT_EQ(isLanSegmentAddress("192.168.1.1", bad), 2);
+        EXPECT_EQ(isLanSegmentAddress(bad, kMask24), 0) << "-1 or -2 is above -3";
+        EXPECT_EQ(isLanSegmentAddress("192.168.1.1", bad), 0) << "any address is above -3";
         EXPECT_EQ(isLanBroadcastIP(bad, kMask24), 2);
         EXPECT_EQ(isLanBroadcastIP("192.168.1.1", bad), 2);
     }
