@@ -13,6 +13,7 @@
 #include "daemon/base/result.h"
 #include "platform/text.h"
 #include "validators/numbers.h"
+#include "validators/parts.h"
 #include "validators/regex.h"
 
 namespace kobd
@@ -86,17 +87,18 @@ bool InsideItsClass(std::string_view text)
 int CheckInputWithPrefix(const char* text)
 {
     constexpr const char* kFunction = "validIpInput";
-    char parts[kInputSlots][kInputSlot] = {};
-    parseStrBySeparator(text, '/', parts[0], kInputSlot, kInputSlots);
-    LOG_ALWAYS(kFunction, "midSeparate[0] : %s", parts[0]);
-    LOG_ALWAYS(kFunction, "midSeparate[1] : %s", parts[1]);
-    if (validIp(parts[0]) == 0)
+    const Parts<kInputSlots, kInputSlot> parts(text, '/', parseStrBySeparator);
+    const char* address = parts.part[0];
+    const char* prefix_text = parts.part[1];
+    LOG_ALWAYS(kFunction, "midSeparate[0] : %s", address);
+    LOG_ALWAYS(kFunction, "midSeparate[1] : %s", prefix_text);
+    if (validIp(address) == 0)
     {
         LOG_ALWAYS(kFunction, "not valid separate ip");
         return 0;
     }
-    const auto prefix = ReadDigits(parts[1]);
-    if (strlen(parts[1]) <= 2 && prefix && *prefix <= kPrefixMax) return 1;
+    const auto prefix = ReadDigits(prefix_text);
+    if (strlen(prefix_text) <= 2 && prefix && *prefix <= kPrefixMax) return 1;
     LOG_ALWAYS(kFunction, "not valid mask");
     return 0;
 }
@@ -107,12 +109,14 @@ bool IsHexDigit(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f'
 
 int validIpv4(const char* text)
 {
+    text = kobd::OrEmpty(text);
     LOG_ALWAYS("validIpv4", "validstart\n");
     return kobd::LogVerdict(kobd::IsIpv4(text), "validIpv4", text, "IPv4");
 }
 
 int validIpv6(const char* text)
 {
+    text = kobd::OrEmpty(text);
     in6_addr address;
     return kobd::LogVerdict(inet_pton(AF_INET6, text, &address) == 1, "validIpv6", text, "IPv6");
 }
@@ -120,6 +124,7 @@ int validIpv6(const char* text)
 int validIp(const char* text)
 {
     constexpr const char* kFunction = "validIp";
+    text = kobd::OrEmpty(text);
     // One C library's conversion ends at white space and ignores the rest, another's refuses it.
     const bool whole = strlen(text) < kobd::kIpCopy && strpbrk(text, " \t\n\v\f\r") == nullptr;
     const in_addr_t address = whole ? inet_addr(text) : INADDR_NONE;
@@ -141,6 +146,7 @@ int validIp(const char* text)
 
 int validIpInput(const char* text)
 {
+    if (text == nullptr) return 0;
     if (*text == 0) return 1;
     if (kobd::RegexMatches(text, kobd::kInputAddress))
     {
@@ -153,6 +159,7 @@ int validIpInput(const char* text)
 
 int validMask(const char* text)
 {
+    text = kobd::OrEmpty(text);
     const bool ipv4 = validIpv4(text) == kobd::kSuccess;
     if (!ipv4 && validIpv6(text) != kobd::kSuccess) return kobd::kInvalidArgument;
     const uint32_t mask = ipv4 ? static_cast<uint32_t>(iptonum(text)) : 0;
@@ -161,6 +168,7 @@ int validMask(const char* text)
 
 int validMac(const char* text)
 {
+    text = kobd::OrEmpty(text);
     if (strcasecmp(text, "ff:ff:ff:ff:ff:ff") == 0)
     {
         LOG_ALWAYS("validMac", "[%s] is invalid mac\n", text);
@@ -179,7 +187,7 @@ int validMac(const char* text)
 int validIpRange(const char* text)
 {
     char address[kobd::kIpRangeCopy];
-    if (!kobd::CopyWhole(text, address)) return kobd::kInvalidArgument;
+    if (!kobd::CopyWhole(kobd::OrEmpty(text), address)) return kobd::kInvalidArgument;
     char* slash = strchr(address, '/');
     if (slash != nullptr) *slash = 0;
     if (validIpv4(address) != kobd::kSuccess && validIpv6(address) != kobd::kSuccess) return kobd::kInvalidArgument;

@@ -3,9 +3,9 @@
 // rest.
 //
 // Conventions of all validators:
-//   - An object validator is given the value as the client sent it, never nullptr, and leaves it
-//     unchanged. 0 accepts, 2 refuses. Predicates, which no object names, answer the other way
-//     round: 1 valid, 0 not.
+//   - An object validator is given the value as the client sent it and leaves it unchanged. 0
+//     accepts, 2 refuses. Predicates, which no object names, answer the other way round: 1 valid, 0
+//     not. A missing text (nullptr) is refused.
 //   - Lines are written whatever the debug switch says, under the validator's own name.
 //   - No state is kept between calls. One call at a time.
 //   - Text longer than a validator's working copy is refused; everything acceptable is far shorter.
@@ -86,7 +86,9 @@ extern "C"
     int isBroadcastIP(const char* text);
     int isLastByteZeroIP(const char* text);
 
-    // 0 when the address lies above its network address, 2 when not or when either has no value.
+    // 0 when the address lies above its network address, else 2. Errors of iptonum and getSubnet are
+    // compared as the negative numbers that they are: an address or a mask without four numbers
+    // answers 0.
     int isLanSegmentAddress(const char* address, const char* mask);
 
     // 0 when the address lies below its network address plus 256, 2 when not or when either has no

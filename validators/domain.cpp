@@ -6,6 +6,7 @@
 #include "daemon/base/log.h"
 #include "daemon/base/result.h"
 #include "validators/address.h"
+#include "validators/numbers.h"
 #include "validators/regex.h"
 
 namespace kobd
@@ -46,7 +47,7 @@ std::string_view LastLabel(std::string_view text, const char* function)
 
 int CheckName(const char* text, const char* pattern, const char* function)
 {
-    const std::string_view view = text;
+    const std::string_view view = OrEmpty(text);
     if (view.empty() || view.size() >= kDomainCopy) return kInvalidArgument;
     // A top-level domain has no digits; this is what tells a name from an address.
     if (LastLabel(view, function).find_first_of("0123456789") != std::string_view::npos) return kInvalidArgument;

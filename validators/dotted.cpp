@@ -7,6 +7,7 @@ namespace kobd
 {
 std::optional<DottedParts> ReadDotted(const char* text)
 {
+    if (text == nullptr) return std::nullopt;
     DottedParts parts;
     for (size_t i = 0; i < parts.size(); ++i)
     {

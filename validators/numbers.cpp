@@ -19,6 +19,7 @@ std::optional<uint32_t> ReadDigits(std::string_view text)
 
 std::optional<double> ReadReal(const char* text)
 {
+    if (text == nullptr) return std::nullopt;
     // strtod also reads hexadecimal numbers, infinity and not-a-number, which are no decimal numbers.
     const char* number = text + strspn(text, " \t\n\v\f\r");
     if (number[strspn(number, "0123456789+-.eE")] != 0) return std::nullopt;

@@ -9,6 +9,7 @@
 #include "platform/text.h"
 #include "validators/address.h"
 #include "validators/numbers.h"
+#include "validators/parts.h"
 #include "validators/regex.h"
 
 namespace
@@ -21,12 +22,11 @@ bool IsPort(uint32_t number) { return number >= 1 && number <= kPortMax; }
 
 int CheckPortPair(const char* text)
 {
-    char parts[kPortSlots][kPortSlot] = {};
-    parseStrBySeparator(text, '-', parts[0], kPortSlot, kPortSlots);
-    const uint32_t first = kobd::ReadDigits(parts[0]).value_or(0);
-    const uint32_t last = kobd::ReadDigits(parts[1]).value_or(0);
+    const kobd::Parts<kPortSlots, kPortSlot> ports(text, '-', parseStrBySeparator);
+    const uint32_t first = kobd::ReadDigits(ports.part[0]).value_or(0);
+    const uint32_t last = kobd::ReadDigits(ports.part[1]).value_or(0);
     if (IsPort(first) && IsPort(last) && first < last) return 1;
-    LOG_ALWAYS("validPortFormat", "0:%s   1:%s", parts[0], parts[1]);
+    LOG_ALWAYS("validPortFormat", "0:%s   1:%s", ports.part[0], ports.part[1]);
     LOG_ALWAYS("validPortFormat", "not valid separate port range");
     return 0;
 }
@@ -35,6 +35,7 @@ int CheckPortPair(const char* text)
 int validPortRange(const char* text)
 {
     constexpr const char* kFunction = "validPortRange";
+    text = kobd::OrEmpty(text);
     if (*text == 0 || !string_is_digits(text))
     {
         LOG_ALWAYS(kFunction, "port(%s) must be digits \n", text);
@@ -62,6 +63,7 @@ int validProtocol(const char* text) { return kobd::RegexMatches(text, "^(all|tcp
 
 int validWifiPassword(const char* text)
 {
+    if (text == nullptr) return kobd::kInvalidArgument;
     // "0x" would be taken for a key in hexadecimal digits.
     const bool hexadecimal = text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
     return hexadecimal || strchr(text, ' ') != nullptr ? kobd::kInvalidArgument : kobd::kSuccess;
@@ -69,6 +71,7 @@ int validWifiPassword(const char* text)
 
 void Trim(char* text)
 {
+    if (text == nullptr) return;
     constexpr const char* kBlanks = " \t";
     std::string_view kept = text;
     kept.remove_prefix(strspn(text, kBlanks));

@@ -59,11 +59,14 @@ int CheckDegrees(const char* value, double limit)
 }  // namespace
 }  // namespace kobd
 
-int validSystemTimezone(const char* value) { return kobd::IsZone(value) ? kobd::kSuccess : kobd::kInvalidArgument; }
+int validSystemTimezone(const char* value)
+{
+    return kobd::IsZone(kobd::OrEmpty(value)) ? kobd::kSuccess : kobd::kInvalidArgument;
+}
 
 int validDdnsServiceProvider(const char* value)
 {
-    return kobd::IsOneOf(value, kobd::kDdnsProviders) ? kobd::kSuccess : kobd::kInvalidArgument;
+    return kobd::IsOneOf(kobd::OrEmpty(value), kobd::kDdnsProviders) ? kobd::kSuccess : kobd::kInvalidArgument;
 }
 
 int validGpsLongitude(const char* value) { return kobd::CheckDegrees(value, kobd::kLongitudeMax); }
@@ -72,4 +75,7 @@ int validGpsLatitude(const char* value) { return kobd::CheckDegrees(value, kobd:
 
 int validGpsAltitude(const char* value) { return kobd::ReadReal(value) ? kobd::kSuccess : kobd::kInvalidArgument; }
 
-int validConfigFile(const char* value) { return access(value, F_OK) == 0 ? kobd::kSuccess : kobd::kInvalidArgument; }
+int validConfigFile(const char* value)
+{
+    return access(kobd::OrEmpty(value), F_OK) == 0 ? kobd::kSuccess : kobd::kInvalidArgument;
+}

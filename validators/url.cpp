@@ -58,6 +58,7 @@ bool HttpMatches(const char* text, const char* pattern)
 
 int validFtpUrl(const char* text)
 {
+    text = kobd::OrEmpty(text);
     if (strlen(text) >= kobd::kUrlCopy) return kobd::kInvalidArgument;
     const bool accepted = kobd::RegexMatches(text, kobd::kFtpNumericHost)
                               ? kobd::NumericHostValid(text)
@@ -68,6 +69,7 @@ int validFtpUrl(const char* text)
 int validHttpUrl(const char* text)
 {
     constexpr const char* kFunction = "validHttpUrl";
+    text = kobd::OrEmpty(text);
     if (strlen(text) >= kobd::kUrlCopy) return kobd::kInvalidArgument;
     const bool numeric = kobd::HttpMatches(text, kobd::kHttpNumericHost);
     if (numeric && !kobd::NumericHostValid(text))

@@ -66,14 +66,14 @@ int validWanGateway(const char* value)
 
 int validDefaultGateway(const char* value)
 {
-    const uint32_t profile = kobd::ReadDigits(value).value_or(0);
+    const uint32_t profile = kobd::ReadDigits(kobd::OrEmpty(value)).value_or(0);
     if (profile < 1 || profile > kobd::ProfileCount()) return kobd::kInvalidArgument;
     return kobd::ProfileEnabled(profile) ? kobd::kSuccess : kobd::kInvalidArgument;
 }
 
 int validVpnserver(const char* value)
 {
-    const size_t length = strlen(value);
+    const size_t length = strlen(kobd::OrEmpty(value));
     if (length < 1 || length > kobd::kVpnServerMax) return kobd::kInvalidArgument;
     const bool server = validAddressExzerobc(value) == kobd::kSuccess || checkDomain(value) == kobd::kSuccess;
     return server ? kobd::kSuccess : kobd::kInvalidArgument;
@@ -88,6 +88,7 @@ int validSnmpTrapServer(const char* value) { return validWatchdogPingServer(valu
 
 int validFtpUsr(const char* value)
 {
+    if (value == nullptr) return kobd::kInvalidArgument;
     const bool needed = kobd::UpgradeNeedsCredentials();
     if (needed && *value == 0) return kobd::kInvalidArgument;
     return strlen(value) <= kobd::kCredentialMax ? kobd::kSuccess : kobd::kInvalidArgument;
