@@ -13,7 +13,7 @@
 #include "fuzz/recorded.h"
 #include "fuzz/target.h"
 #include "validators/address.h"
-#include "validators/lan_wan.h"
+#include "validators/lan.h"
 #include "validators/regex.h"
 
 using namespace kobd;

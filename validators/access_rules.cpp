@@ -6,12 +6,12 @@
 #include "daemon/base/log.h"
 #include "daemon/base/result.h"
 #include "platform/text.h"
+#include "validators/access_rules.h"
 #include "validators/address.h"
-#include "validators/numbers.h"
 #include "validators/parts.h"
 #include "validators/regex.h"
 #include "validators/rows.h"
-#include "validators/time_rules.h"
+#include "validators/texts.h"
 
 using namespace kobd;
 

@@ -12,9 +12,9 @@
 #include "daemon/base/log.h"
 #include "daemon/base/result.h"
 #include "platform/text.h"
-#include "validators/numbers.h"
 #include "validators/parts.h"
 #include "validators/regex.h"
+#include "validators/texts.h"
 
 namespace kobd
 {

@@ -10,8 +10,8 @@
 #include "validators/address.h"
 #include "validators/dotted.h"
 #include "validators/lan_values.h"
-#include "validators/lists.h"
 #include "validators/rows.h"
+#include "validators/static_route.h"
 
 using namespace kobd;
 

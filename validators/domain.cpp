@@ -6,8 +6,8 @@
 #include "daemon/base/log.h"
 #include "daemon/base/result.h"
 #include "validators/address.h"
-#include "validators/numbers.h"
 #include "validators/regex.h"
+#include "validators/texts.h"
 
 namespace kobd
 {

@@ -6,8 +6,8 @@
 #include "dictionary/snapshot.h"
 #include "validators/address.h"
 #include "validators/dotted.h"
+#include "validators/lan.h"
 #include "validators/lan_values.h"
-#include "validators/lan_wan.h"
 #include "validators/regex.h"
 
 namespace kobd

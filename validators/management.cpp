@@ -9,9 +9,9 @@
 #include "platform/connection.h"
 #include "platform/lists.h"
 #include "platform/nvram.h"
-#include "validators/numbers.h"
 #include "validators/regex.h"
 #include "validators/rows.h"
+#include "validators/texts.h"
 
 namespace kobd
 {

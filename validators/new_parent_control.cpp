@@ -6,10 +6,10 @@
 #include "daemon/base/result.h"
 #include "platform/lists.h"
 #include "platform/text.h"
+#include "validators/access_rules.h"
 #include "validators/address.h"
 #include "validators/parts.h"
 #include "validators/rows.h"
-#include "validators/time_rules.h"
 
 using namespace kobd;
 

@@ -8,9 +8,9 @@
 #include "daemon/base/result.h"
 #include "platform/text.h"
 #include "validators/address.h"
-#include "validators/numbers.h"
 #include "validators/parts.h"
 #include "validators/regex.h"
+#include "validators/texts.h"
 
 namespace
 {

@@ -9,7 +9,7 @@
 #include "platform/lists.h"
 #include "platform/text.h"
 #include "validators/address.h"
-#include "validators/firewall.h"
+#include "validators/filters.h"
 #include "validators/parts.h"
 #include "validators/protocol.h"
 #include "validators/rows.h"

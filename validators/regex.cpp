@@ -6,7 +6,7 @@
 
 #include "daemon/base/log.h"
 #include "daemon/base/result.h"
-#include "validators/numbers.h"
+#include "validators/texts.h"
 
 namespace kobd
 {

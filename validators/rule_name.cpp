@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "daemon/base/log.h"
-#include "validators/time_rules.h"
+#include "validators/access_rules.h"
 
 namespace
 {

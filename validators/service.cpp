@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "daemon/base/result.h"
-#include "validators/lan_wan.h"
-#include "validators/numbers.h"
+#include "validators/lan.h"
+#include "validators/texts.h"
 
 namespace kobd
 {

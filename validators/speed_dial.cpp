@@ -5,8 +5,8 @@
 #include "daemon/base/log.h"
 #include "daemon/base/result.h"
 #include "platform/lists.h"
-#include "validators/lists.h"
 #include "validators/rows.h"
+#include "validators/static_route.h"
 
 using namespace kobd;
 

@@ -9,9 +9,9 @@
 #include "platform/lists.h"
 #include "validators/address.h"
 #include "validators/dotted.h"
-#include "validators/lan_wan.h"
-#include "validators/lists.h"
+#include "validators/lan.h"
 #include "validators/rows.h"
+#include "validators/static_route.h"
 
 using namespace kobd;
 

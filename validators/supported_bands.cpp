@@ -8,7 +8,7 @@
 #include "dictionary/integer.h"
 #include "platform/nvram.h"
 #include "platform/text.h"
-#include "validators/numbers.h"
+#include "validators/texts.h"
 
 namespace kobd
 {

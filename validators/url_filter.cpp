@@ -3,7 +3,7 @@
 
 #include "daemon/base/log.h"
 #include "daemon/base/result.h"
-#include "validators/firewall.h"
+#include "validators/filters.h"
 #include "validators/regex.h"
 #include "validators/rows.h"
 

@@ -9,9 +9,9 @@
 #include "platform/nvram.h"
 #include "platform/text.h"
 #include "validators/address.h"
+#include "validators/lan.h"
 #include "validators/lan_values.h"
-#include "validators/lan_wan.h"
-#include "validators/numbers.h"
+#include "validators/texts.h"
 
 namespace kobd
 {

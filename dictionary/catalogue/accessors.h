@@ -3,7 +3,7 @@
 
 #include "validators/address.h"
 #include "validators/cbsd.h"
-#include "validators/lan_wan.h"
+#include "validators/lan.h"
 #include "validators/management.h"
 #include "validators/radio.h"
 #include "validators/sim.h"

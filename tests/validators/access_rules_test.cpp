@@ -4,7 +4,7 @@
 #include "tests/process_setup.h"
 #include "tests/recording_platform.h"
 #include "tests/validators/row_verdict.h"
-#include "validators/time_rules.h"
+#include "validators/access_rules.h"
 
 namespace kobd::test
 {

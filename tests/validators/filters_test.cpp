@@ -3,7 +3,7 @@
 
 #include "tests/recording_platform.h"
 #include "tests/validators/row_verdict.h"
-#include "validators/firewall.h"
+#include "validators/filters.h"
 
 namespace kobd::test
 {

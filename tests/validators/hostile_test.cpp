@@ -15,7 +15,7 @@
 #include "tests/validators/judge.h"
 #include "validators/address.h"
 #include "validators/cbsd.h"
-#include "validators/lan_wan.h"
+#include "validators/lan.h"
 #include "validators/management.h"
 #include "validators/radio.h"
 #include "validators/regex.h"

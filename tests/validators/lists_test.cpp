@@ -5,7 +5,7 @@
 #include "dictionary/staged_values.h"
 #include "tests/recording_platform.h"
 #include "tests/validators/row_verdict.h"
-#include "validators/lists.h"
+#include "validators/static_route.h"
 
 namespace kobd::test
 {

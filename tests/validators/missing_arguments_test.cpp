@@ -12,16 +12,16 @@
 #include "dictionary/name_index.h"
 #include "platform/kobd_exports.h"
 #include "tests/process_setup.h"
+#include "validators/access_rules.h"
 #include "validators/address.h"
 #include "validators/cbsd.h"
-#include "validators/firewall.h"
-#include "validators/lan_wan.h"
-#include "validators/lists.h"
+#include "validators/filters.h"
+#include "validators/lan.h"
 #include "validators/management.h"
 #include "validators/radio.h"
 #include "validators/regex.h"
 #include "validators/sim.h"
-#include "validators/time_rules.h"
+#include "validators/static_route.h"
 
 namespace kobd::test
 {

@@ -11,7 +11,7 @@
 #include "tests/process_setup.h"
 #include "tests/requests.h"
 #include "tests/validators/judge.h"
-#include "validators/lan_wan.h"
+#include "validators/lan.h"
 
 namespace kobd::test
 {

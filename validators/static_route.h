@@ -1,5 +1,5 @@
 // The row checks of the address binding, the static routes and the speed dial numbers. Conventions
-// of rows as in validators/firewall.h.
+// of rows as in validators/filters.h.
 #pragma once
 
 extern "C"

@@ -1,5 +1,5 @@
 // The checks of rules that hold at certain times of the week: access restriction and the two forms
-// of parental control. Conventions of rows as in validators/firewall.h.
+// of parental control. Conventions of rows as in validators/filters.h.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
 // Numbers, read more strictly than the C library does where a check decides by them.
-#include "validators/numbers.h"
+#include "validators/texts.h"
 
 #include <charconv>
 #include <cmath>
