@@ -1,16 +1,16 @@
-// Access restriction and parental control: who may not get out, on which days, from when to when.
+// Access restriction and parental control: which device is cut off, on which days and at what time.
+#include "validators/access_rules.h"
+
 #include <cstdint>
 #include <cstring>
 #include <optional>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
 #include "platform/text.h"
-#include "validators/access_rules.h"
 #include "validators/address.h"
+#include "validators/check.h"
 #include "validators/parts.h"
-#include "validators/regex.h"
 #include "validators/rows.h"
+#include "validators/rule_name.h"
 #include "validators/texts.h"
 
 using namespace kobd;
@@ -21,7 +21,6 @@ constexpr int kDaysOfWeek = 7;
 constexpr int kDayText = 32;  // bytes of one part of "Weekdays" with its zero byte
 constexpr uint32_t kLastHour = 23;
 constexpr uint32_t kLastMinute = 59;
-constexpr char kDayPattern[] = "^(Mon|Tue|Wed|Thu|Fri|Sat|Sun)$";
 
 // One of the two tables: its name in the log, its fields, and what only one of them does.
 struct RuleTable
@@ -32,7 +31,7 @@ struct RuleTable
     TextField weekdays;
     TextField time_start;
     TextField time_stop;
-    bool name_counts;  // "Name" is required and checked
+    bool checks_name;  // "Name" is required and checked
     bool traces_days;  // writes how many days there are and how each one matched
 };
 
@@ -59,7 +58,7 @@ bool TrimFields(const RuleTable& table, void* row)
         TrimField(row, field);
     for (const TextField field : {table.host, table.weekdays, table.time_start, table.time_stop})
         if (FieldView(row, field).empty()) return false;
-    return !table.name_counts || !FieldView(row, table.name).empty();
+    return !table.checks_name || !FieldView(row, table.name).empty();
 }
 
 bool IsRuleName(const RuleTable& table, const char* name)
@@ -82,9 +81,9 @@ bool IsDevice(const RuleTable& table, const char* host)
 bool IsDay(const RuleTable& table, const char* day)
 {
     LOG_ALWAYS(table.function, "%s ", day);
-    const int status = Regex(kDayPattern).Match(day, nullptr, 0);
-    if (table.traces_days) LOG_ALWAYS(table.function, "status:%d ", status);
-    return status == 0;
+    const bool known = IsOneOf(day, {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"});
+    if (table.traces_days) LOG_ALWAYS(table.function, "status:%d ", known ? 0 : 1);
+    return known;
 }
 
 // Days by name, each at most once.
@@ -96,8 +95,7 @@ bool AreDays(const RuleTable& table, const char* weekdays)
     for (int i = 0; i < days.count; ++i)
         if (!IsDay(table, days.part[i])) return false;
     for (int i = 0; i < days.count; ++i)
-        for (int j = 0; j < i; ++j)
-            if (strcmp(days.part[i], days.part[j]) == 0) return false;
+        if (days.IsRepeated(i)) return false;
     return true;
 }
 
@@ -141,11 +139,11 @@ bool IsPeriod(const RuleTable& table, const char* start, const char* stop)
 int Judge(const RuleTable& table, void* row)
 {
     if (row == nullptr || !TrimFields(table, row)) return kInvalidArgument;
-    if (table.name_counts && !IsRuleName(table, FieldCopy(row, table.name).Text())) return kInvalidArgument;
+    if (table.checks_name && !IsRuleName(table, FieldCopy(row, table.name).Text())) return kInvalidArgument;
     const bool accepted =
         IsDevice(table, FieldCopy(row, table.host).Text()) && AreDays(table, FieldCopy(row, table.weekdays).Text()) &&
         IsPeriod(table, FieldCopy(row, table.time_start).Text(), FieldCopy(row, table.time_stop).Text());
-    return accepted ? kSuccess : kInvalidArgument;
+    return Verdict(accepted);
 }
 }  // namespace
 

@@ -1,15 +1,18 @@
 // Parental control by weekly spans of time.
+#include "validators/new_parent_control.h"
+
 #include <algorithm>
 #include <cstring>
 #include <string_view>
 
-#include "daemon/base/result.h"
 #include "platform/lists.h"
 #include "platform/text.h"
-#include "validators/access_rules.h"
 #include "validators/address.h"
+#include "validators/check.h"
 #include "validators/parts.h"
 #include "validators/rows.h"
+#include "validators/rule_name.h"
+#include "validators/texts.h"
 
 using namespace kobd;
 
@@ -42,7 +45,7 @@ bool AreColumnsValid(const void* row)
     if (name.Empty() || host.Empty() || time.Empty() || enable.Empty()) return false;
     if (name.View().size() > kRuleNameMax || validNameRestriction(name.Text()) == 0) return false;
     if (validMac(host.Text()) != kSuccess || validTimeStr(time.Text()) != kSuccess) return false;
-    return enable.View() == "0" || enable.View() == "1";
+    return IsOneOf(enable.View(), {"0", "1"});
 }
 }  // namespace
 
@@ -59,8 +62,7 @@ int validNewParentControl(void* row)
 
 int validTimeStr(const char* text)
 {
-    if (text == nullptr) return kInvalidArgument;
-    const size_t length = strlen(text);
+    const size_t length = strlen(OrEmpty(text));
     if (length < kSpanLength || length > kTimeMax || (length - kSpanLength) % (kSpanLength + 1) != 0)
         return kInvalidArgument;
     const Parts<kSpansMax, kSpanSlot> spans(text, ',');
@@ -72,7 +74,7 @@ int validTimeStr(const char* text)
 
 int validTimeSingle(const char* text)
 {
-    if (text == nullptr || strlen(text) != kSpanLength || !string_is_digits(text)) return kInvalidArgument;
+    if (strlen(OrEmpty(text)) != kSpanLength || string_is_digits(text) == 0) return kInvalidArgument;
     const auto digit = [text](int place) { return text[place] - '0'; };
     const int first_day = digit(0);
     const int last_day = digit(1);
@@ -80,6 +82,5 @@ int validTimeSingle(const char* text)
     const int end_hour = digit(4) * 10 + digit(5);
     if (std::max(first_day, last_day) > kLastDay || std::max(start_hour, end_hour) > kLastHour) return kInvalidArgument;
     if (first_day == last_day && start_hour > end_hour) return kInvalidArgument;
-    if (last_day != 0 && first_day > last_day) return kInvalidArgument;
-    return kSuccess;
+    return Verdict(last_day == 0 || first_day <= last_day);
 }

@@ -1,6 +1,8 @@
 // A text cut at a separator, for the checks of lists and pairs.
 #pragma once
 
+#include <cstring>
+
 #include "platform/text.h"
 
 namespace kobd
@@ -17,6 +19,14 @@ struct Parts
     }
 
     bool TooMany() const { return count > most; }
+
+    // Whether part `place` also stands before that place.
+    bool IsRepeated(int place) const
+    {
+        for (int i = 0; i < place; ++i)
+            if (strcmp(part[i], part[place]) == 0) return true;
+        return false;
+    }
 
     char part[most + 1][slot_bytes] = {};  // parts that the text does not have are empty
     int count;                             // of the parts; more than `most` says only that there are too many

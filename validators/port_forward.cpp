@@ -1,17 +1,15 @@
 // Port forwarding and port redirection, which share one list: two rules may not claim the same
 // external port.
-#include <array>
+#include "validators/port_forward.h"
+
 #include <cstdio>
 #include <cstdlib>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
 #include "platform/lists.h"
-#include "platform/text.h"
 #include "validators/address.h"
-#include "validators/filters.h"
+#include "validators/check.h"
 #include "validators/parts.h"
-#include "validators/protocol.h"
+#include "validators/port.h"
 #include "validators/rows.h"
 
 using namespace kobd;
@@ -20,12 +18,13 @@ namespace
 {
 using Row = PortForwardRow;
 
+constexpr const char* kFunction = "securityPortForwardListValid";
 constexpr int kPortBounds = 2;  // the lower and the upper one
 
 // A port or a range of ports as text, cut at "-".
 using PortTexts = Parts<kPortBounds, Row::kSrcPort.width + 1>;
 
-// External ports that a rule claims, both ends included.
+// The external ports that a rule claims, both ends included.
 struct PortClaim
 {
     long long first;
@@ -34,8 +33,8 @@ struct PortClaim
 
 long long Number(const char* text) { return strtoll(text, nullptr, 10); }
 
-// "MinPort" to "MaxPort", a row without the latter standing for one port. A row without "MinPort"
-// was given by "SrcPort" alone and claims that: port 0 would collide with every other such row.
+// "MinPort" to "MaxPort"; a row without "MaxPort" claims one port. A row without "MinPort" was given by
+// "SrcPort" alone and claims that: port 0 would collide with every other such row.
 PortClaim ClaimOf(const void* row)
 {
     const FieldCopy min_port(row, Row::kMinPort);
@@ -73,32 +72,26 @@ bool IsPortRange(const char* text)
 
 bool IsSameRule(const void* a, const void* b)
 {
-    return SameField(a, b, Row::kProtocol) && SameField(a, b, Row::kSrcPort) && SameField(a, b, Row::kDestIpAddress) &&
-           SameField(a, b, Row::kDestPort);
-}
-
-int Refuse(const char* why)
-{
-    LOG_ALWAYS("securityPortForwardListValid", "%s", why);
-    return kInvalidArgument;
+    return SameFields(a, b, {Row::kProtocol, Row::kSrcPort, Row::kDestIpAddress, Row::kDestPort});
 }
 }  // namespace
 
 int securityPortForwardListValid(void* row)
 {
     if (row == nullptr) return kInvalidArgument;
-    if (!IsForwardProtocol(FieldView(row, Row::kProtocol))) return Refuse("invalid protocol\n");
-    if (!FillSrcPort(row) || !IsPortRange(FieldCopy(row, Row::kSrcPort).Text())) return Refuse("invalid port range\n");
-    if (validIpv4(FieldCopy(row, Row::kDestIpAddress).Text()) != kSuccess) return Refuse("invalid ipv4\n");
+    if (!IsForwardProtocol(FieldView(row, Row::kProtocol))) return Refuse(kFunction, "invalid protocol\n");
+    if (!FillSrcPort(row) || !IsPortRange(FieldCopy(row, Row::kSrcPort).Text()))
+        return Refuse(kFunction, "invalid port range\n");
+    if (validIpv4(FieldCopy(row, Row::kDestIpAddress).Text()) != kSuccess) return Refuse(kFunction, "invalid ipv4\n");
 
     const RowBlock other = NewRowBlock(Row::kSize);
-    if (other == nullptr) return Refuse("no enough memory\n");
+    if (other == nullptr) return Refuse(kFunction, "no enough memory\n");
     const PortClaim claim = ClaimOf(row);
     OtherRows others(nextSecPortForwardList, RowIndex(row), other.get());
     while (others.Read())
     {
-        if (IsSameRule(row, other.get())) return Refuse("the entry has been in list\n");
-        if (Overlap(claim, ClaimOf(other.get()))) return Refuse("Port overlap\n");
+        if (IsSameRule(row, other.get())) return Refuse(kFunction, "the entry has been in list\n");
+        if (Overlap(claim, ClaimOf(other.get()))) return Refuse(kFunction, "Port overlap\n");
     }
     return others.Result();
 }

@@ -4,9 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
-#include "validators/texts.h"
+#include "validators/check.h"
 
 namespace kobd
 {
@@ -52,6 +50,12 @@ void CopyCaptures(const char* text, const regmatch_t* matches, char (*captures)[
 }
 }  // namespace
 
+int MatchWithLine(const char* text, const char* pattern)
+{
+    char captures[kCaptureSlots][kCaptureBytes] = {};
+    return regexMatchFunction(text, pattern, captures);
+}
+
 int MatchAndPrint(const char* text, const char* pattern)
 {
     const Regex regex(pattern);
@@ -77,11 +81,7 @@ int regexMatchFunction(const char* text, const char* pattern, char (*captures)[k
         kobd::CopyCaptures(text, matches, captures);
         return kobd::kSuccess;
     }
-    if (regex.Compiled() && error == REG_NOMATCH)
-    {
-        LOG_ALWAYS(kFunction, "REGEX_ERROR: regex no match\n");
-        return kobd::kInvalidArgument;
-    }
+    if (regex.Compiled() && error == REG_NOMATCH) return kobd::Refuse(kFunction, "REGEX_ERROR: regex no match\n");
     char reason[kobd::kErrorTextMax];
     regex.ErrorText(error, reason, sizeof reason);
     LOG_ALWAYS(kFunction, "REGEX_ERROR: %s\n", reason);

@@ -41,6 +41,9 @@ private:
 // Whether `text` matches; false for a pattern that does not compile. Writes no log line.
 bool RegexMatches(const char* text, const char* pattern);
 
+// As regexMatchFunction, for a caller that needs no captures.
+int MatchWithLine(const char* text, const char* pattern);
+
 // 0 when `text` matches, else 2; prints "match" to standard output on a match, and "nomatch" when
 // the pattern does not compile.
 int MatchAndPrint(const char* text, const char* pattern);

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <string_view>
 
@@ -38,8 +39,8 @@ void StoreField(void* row, TextField field, std::string_view text);
 // Removes the blanks around a text field, in the row.
 void TrimField(void* row, TextField field);
 
-// Whether a field has the same text in both rows.
-bool SameField(const void* a, const void* b, TextField field);
+// Whether each of the fields has the same text in both rows.
+bool SameFields(const void* a, const void* b, std::initializer_list<TextField> fields);
 
 // The platform's walk over a table: see platform/lists.h.
 using RowNext = int (*)(int32_t previous, void* row);

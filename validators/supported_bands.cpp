@@ -2,8 +2,6 @@
 #include "validators/supported_bands.h"
 
 #include <algorithm>
-#include <cstring>
-#include <string_view>
 
 #include "dictionary/integer.h"
 #include "platform/nvram.h"
@@ -14,7 +12,7 @@ namespace kobd
 {
 namespace
 {
-constexpr size_t kStoredBytes = 257;  // one byte more than any caller keeps of a list
+constexpr size_t kStoredBytes = 257;  // one byte more than any caller keeps, to see that a list is longer
 }
 
 void ReadBandList(const char* key, std::span<char> list)
@@ -31,15 +29,15 @@ void ReadBandList(const char* key, std::span<char> list)
     CopyWhole(kept, list);
 }
 
-BandNumbers SplitBandList(char* list, std::span<int32_t> bands)
+BandNumbers SplitBandList(std::string_view list, std::span<int32_t> bands)
 {
     BandNumbers numbers;
-    char* rest = nullptr;
-    for (char* item = strtok_r(list, " ", &rest); item != nullptr; item = strtok_r(nullptr, " ", &rest))
+    for (std::string_view item = TakeWord(list, ' '); !item.empty(); item = TakeWord(list, ' '))
     {
-        const bool digits = string_is_digits(item);
+        char number[kStoredBytes];
+        const bool digits = CopyWhole(item, number) && string_is_digits(number) != 0;
         numbers.digits_only = numbers.digits_only && digits;
-        if (numbers.count < bands.size()) bands[numbers.count++] = digits ? ReadInteger(item) : 0;
+        if (numbers.count < bands.size()) bands[numbers.count++] = digits ? ReadInteger(number) : 0;
     }
     return numbers;
 }

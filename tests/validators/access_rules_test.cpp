@@ -5,6 +5,7 @@
 #include "tests/recording_platform.h"
 #include "tests/validators/row_verdict.h"
 #include "validators/access_rules.h"
+#include "validators/rule_name.h"
 
 namespace kobd::test
 {

@@ -1,7 +1,7 @@
 // Values of addresses and what follows from them.
 #include <gtest/gtest.h>
 
-#include "validators/address.h"
+#include "validators/address_arithmetic.h"
 
 namespace kobd::test
 {

@@ -6,7 +6,7 @@
 #include "tests/recording_platform.h"
 #include "tests/validators/judge.h"
 #include "validators/band_tables.h"
-#include "validators/radio.h"
+#include "validators/channel_lock.h"
 
 namespace kobd::test
 {

@@ -2,7 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "tests/validators/judge.h"
-#include "validators/address.h"
+#include "validators/domain.h"
+#include "validators/url.h"
 
 namespace kobd::test
 {

@@ -14,12 +14,16 @@
 #include "tests/process_setup.h"
 #include "tests/validators/judge.h"
 #include "validators/address.h"
-#include "validators/cbsd.h"
+#include "validators/address_arithmetic.h"
+#include "validators/band_lock.h"
+#include "validators/domain.h"
 #include "validators/lan.h"
 #include "validators/management.h"
+#include "validators/port.h"
 #include "validators/radio.h"
 #include "validators/regex.h"
-#include "validators/sim.h"
+#include "validators/service.h"
+#include "validators/texts.h"
 
 namespace kobd::test
 {

@@ -9,6 +9,7 @@
 #include "tests/requests.h"
 #include "tests/validators/judge.h"
 #include "validators/lan.h"
+#include "validators/wan.h"
 
 namespace kobd::test
 {

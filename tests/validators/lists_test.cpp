@@ -5,6 +5,8 @@
 #include "dictionary/staged_values.h"
 #include "tests/recording_platform.h"
 #include "tests/validators/row_verdict.h"
+#include "validators/bundled_address.h"
+#include "validators/speed_dial.h"
 #include "validators/static_route.h"
 
 namespace kobd::test

@@ -4,7 +4,7 @@
 #include "tests/recording_platform.h"
 #include "tests/validators/judge.h"
 #include "tests/validators/row_verdict.h"
-#include "validators/access_rules.h"
+#include "validators/new_parent_control.h"
 
 namespace kobd::test
 {

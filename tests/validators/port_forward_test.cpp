@@ -3,7 +3,7 @@
 
 #include "tests/recording_platform.h"
 #include "tests/validators/row_verdict.h"
-#include "validators/filters.h"
+#include "validators/port_forward.h"
 
 namespace kobd::test
 {

@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "tests/validators/judge.h"
-#include "validators/address.h"
+#include "validators/band_lock.h"
+#include "validators/port.h"
+#include "validators/service.h"
+#include "validators/texts.h"
 
 namespace kobd::test
 {

@@ -1,5 +1,6 @@
 // Radio modes, band locks, tracking areas and transmit power.
 #include "validators/radio.h"
+#include "validators/band_lock.h"
 
 #include <gtest/gtest.h>
 

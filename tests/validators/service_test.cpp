@@ -11,7 +11,8 @@
 #include "tests/process_setup.h"
 #include "tests/requests.h"
 #include "tests/validators/judge.h"
-#include "validators/lan.h"
+#include "validators/service.h"
+#include "validators/wan.h"
 
 namespace kobd::test
 {

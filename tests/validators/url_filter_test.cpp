@@ -5,7 +5,7 @@
 
 #include "tests/recording_platform.h"
 #include "tests/validators/row_verdict.h"
-#include "validators/filters.h"
+#include "validators/url_filter.h"
 
 namespace kobd::test
 {
