@@ -20,7 +20,7 @@ namespace
 constexpr int kDaysOfWeek = 7;
 constexpr int kDayText = 32;  // bytes of one part of "Weekdays" with its zero byte
 constexpr uint32_t kLastHour = 23;
-constexpr uint32_t kLastMinute = 59;
+constexpr uint32_t kMinutes = 60;  // of an hour
 
 // One of the two tables: its name in the log, its fields, and what only one of them does.
 struct RuleTable
@@ -86,7 +86,7 @@ bool IsDay(const RuleTable& table, const char* day)
     return known;
 }
 
-// Days by name, each at most once.
+// Whether the text names days, each at most once.
 bool AreDays(const RuleTable& table, const char* weekdays)
 {
     const Parts<kDaysOfWeek, kDayText> days(weekdays, ',', parseStrBySeparator);
@@ -99,27 +99,21 @@ bool AreDays(const RuleTable& table, const char* weekdays)
     return true;
 }
 
-struct TimeOfDay
-{
-    uint32_t hour;
-    uint32_t minute;
-};
-
 constexpr int kTimeParts = 2;  // hours and minutes
 
 // A time of day as text, cut at ":".
 using TimeTexts = Parts<kTimeParts, AccessRestrictionRow::kTimeStart.width + 1>;
 
-// 0:00 to 23:59, in any number of digits.
-std::optional<TimeOfDay> ReadTimeOfDay(const TimeTexts& texts)
+// Minutes since midnight; a time is 0:00 to 23:59, in any number of digits.
+std::optional<uint32_t> ReadTimeOfDay(const TimeTexts& texts)
 {
     const std::optional<uint32_t> hour = ReadDigits(texts.part[0]);
     const std::optional<uint32_t> minute = ReadDigits(texts.part[1]);
-    if (!hour || !minute || *hour > kLastHour || *minute > kLastMinute) return {};
-    return TimeOfDay{*hour, *minute};
+    if (!hour || !minute || *hour > kLastHour || *minute >= kMinutes) return {};
+    return *hour * kMinutes + *minute;
 }
 
-// From a time to the same or a later one of the same day.
+// Whether the second time is the first one or a later one of the same day.
 bool IsPeriod(const RuleTable& table, const char* start, const char* stop)
 {
     LOG_ALWAYS(table.function, "START:%s    STOP:%s", start, stop);
@@ -130,10 +124,9 @@ bool IsPeriod(const RuleTable& table, const char* start, const char* stop)
         LOG_ALWAYS(table.function, "separator error");
         return false;
     }
-    const std::optional<TimeOfDay> from = ReadTimeOfDay(start_texts);
-    const std::optional<TimeOfDay> to = ReadTimeOfDay(stop_texts);
-    if (!from || !to) return false;
-    return from->hour < to->hour || (from->hour == to->hour && from->minute <= to->minute);
+    const std::optional<uint32_t> from = ReadTimeOfDay(start_texts);
+    const std::optional<uint32_t> to = ReadTimeOfDay(stop_texts);
+    return from && to && *from <= *to;
 }
 
 int Judge(const RuleTable& table, void* row)

@@ -56,13 +56,14 @@ bool IsIpv4(std::string_view text)
     return true;
 }
 
-// Strictly between the outermost addresses of the classes, seen as one number.
+// Whether the address lies strictly between the outermost addresses of the classes.
 bool InUnicastRange(uint32_t address)
 {
     return (address > 0x01000000 && address < 0x7EFFFFFF) || (address > 0x80000000 && address < 0xFFFFFFFF);
 }
 
-// By the decimal numbers of the text, which octal or hexadecimal parts do not give: 0x10 counts 0.
+// Judges by the decimal numbers of the text. An octal or hexadecimal part is read as if it were decimal:
+// 0x10 is 0.
 bool InsideItsClass(std::string_view text)
 {
     std::array<unsigned long, kAddressParts> parts;

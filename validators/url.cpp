@@ -29,8 +29,8 @@ constexpr const char* kHttpNumericHost = HTTP_SCHEMES NUMERIC_HOST PORT_AND_PATH
 constexpr const char* kHttpNamedHost = HTTP_SCHEMES NAMED_HOST PORT_AND_PATH;
 constexpr const char* kHttpIpv6Host = HTTP_SCHEMES IPV6_HOST PORT_AND_PATH;
 
-// Whether validIpv4 takes the host of a URL that matches a numeric host: what stands behind "//",
-// up to a path or a port. The pattern alone lets 127.0.0.1 and leading zeros through.
+// Whether validIpv4 takes the host of a URL with a numeric host. The host stands behind "//" and ends at
+// a path or a port. The pattern alone lets 127.0.0.1 and leading zeros through.
 bool NumericHostValid(std::string_view url)
 {
     std::string_view host = url.substr(url.find('/') + 2);
