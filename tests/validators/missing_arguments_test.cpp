@@ -8,36 +8,9 @@
 #include <type_traits>
 #include <utility>
 
-#include "daemon/exported_data.h"
 #include "dictionary/name_index.h"
-#include "platform/kobd_exports.h"
 #include "tests/process_setup.h"
-#include "validators/access_rules.h"
-#include "validators/address.h"
-#include "validators/address_arithmetic.h"
-#include "validators/band_lock.h"
-#include "validators/bundled_address.h"
-#include "validators/cbsd.h"
-#include "validators/cell_lock.h"
-#include "validators/channel_lock.h"
-#include "validators/domain.h"
-#include "validators/filters.h"
-#include "validators/lan.h"
-#include "validators/management.h"
-#include "validators/new_parent_control.h"
-#include "validators/port.h"
-#include "validators/port_forward.h"
-#include "validators/radio.h"
-#include "validators/regex.h"
-#include "validators/rule_name.h"
-#include "validators/service.h"
-#include "validators/sim.h"
-#include "validators/speed_dial.h"
-#include "validators/static_route.h"
-#include "validators/texts.h"
-#include "validators/url.h"
-#include "validators/url_filter.h"
-#include "validators/wan.h"
+#include "tests/validators/all_checks.h"
 
 namespace kobd::test
 {
