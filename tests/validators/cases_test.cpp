@@ -1,10 +1,35 @@
-// Runs the case files: what each check accepts, refuses and writes. tests/validators/case_file.h tells
-// what stands in them.
+// Runs the case files tests/validators/cases/*.txt: what each check accepts, refuses and writes.
+//
+//   # a comment
+//   check validIpv4                    Cases of these checks follow; the platform is reset.
+//   accept 10.0.0.1 1.0.0.1            # why these values are accepted
+//   refuse 0.0.0.0 : "a line\n" "b"    Behind ":" the lines that are written, in their order. Without
+//                                      ":" the lines are not looked at.
+//   ends 1300; : "a line\n"            The log ends with these lines; of rows, with all functions' names.
+//   row validMacFilter FwMacFilterTable MAC=00:11:22:33:44:55     A check of rows, and a good row.
+//   accept MAC=00-11-22-33-44-55 =AA:BB:CC:DD:EE:FF + MAC_LIST=x   Rows that differ from it: "=" repeats
+//                                      the column, "+" changes one more column of the same row.
+//   accept MinPort=1 > SrcPort=1       Behind ">" what the check changes in the row, else nothing.
+//   stored 3 MAC=AA:BB:CC:DD:EE:FF     A stored row of index 3.
+//   as 3                               The index of the judged rows from here on, at first 1.
+//   raw 24 aa:bb                       Bytes that are put into every judged row, at this offset.
+//   walk "no memory\n"                 The good row against stored rows; what is written without memory.
+//   with KEY=TEXT                      What the platform answers, by getter or key of its store, and what
+//                                      the request in hand gives to an object. "interfaces" counts WAN
+//                                      interfaces, "profile0" enables the first APN or not.
+//   accept 1 @ KEY=TEXT                The same, for this line alone.
+//   include FILE                       The lines of another file stand here.
+//
+// A value is a word, or stands between double quotes. \n, \t, \\, \", \{ and \xHH are bytes; {ab*3} is
+// ababab, and "#" in it counts: {#;*3} is 1;2;3;
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <optional>
+#include <string_view>
 #include <type_traits>
 
 #include "dictionary/name_index.h"
@@ -13,7 +38,6 @@
 #include "tables/row_codec.h"
 #include "tests/recording_platform.h"
 #include "tests/validators/all_checks.h"
-#include "tests/validators/case_file.h"
 #include "tests/validators/judge.h"
 #include "tests/validators/row_verdict.h"
 
@@ -22,6 +46,107 @@ namespace kobd::test
 namespace
 {
 using Words = std::vector<std::string>;
+
+struct CaseToken
+{
+    std::string text;
+    bool sign;  // ":", ">", "+" or "@" by itself and without quotes
+};
+
+struct CaseLine
+{
+    int number;
+    std::vector<CaseToken> tokens;  // at least the command
+    std::string why;                // behind "#"
+};
+
+class Reader
+{
+public:
+    explicit Reader(std::string_view line) : rest_(line) {}
+
+    // The next token of the line; false at its end or at the reason.
+    bool Next(CaseToken* token)
+    {
+        rest_.remove_prefix(std::min(rest_.find_first_not_of(' '), rest_.size()));
+        if (rest_.empty() || rest_.front() == '#') return false;
+        *token = {};
+        bool quoted = false;
+        const std::string_view begin = rest_;
+        while (!rest_.empty() && (quoted || rest_.front() != ' '))
+        {
+            const bool quote = rest_.front() == '"';
+            if (quote) rest_.remove_prefix(1);
+            quoted = quoted != quote;
+            if (!quote) token->text += Piece();
+        }
+        const std::string_view raw = begin.substr(0, begin.size() - rest_.size());
+        token->sign = raw == ":" || raw == ">" || raw == "+" || raw == "@";
+        return true;
+    }
+
+    std::string Why() const { return std::string(rest_.substr(std::min(rest_.find_first_not_of("# "), rest_.size()))); }
+
+private:
+    // One character, escape or repetition.
+    std::string Piece()
+    {
+        const char c = Take();
+        if (c == '\\') return Escape();
+        return c == '{' ? Repetition() : std::string(1, c);
+    }
+
+    std::string Escape()
+    {
+        const char c = Take();
+        if (c == 'n') return "\n";
+        if (c == 't') return "\t";
+        if (c != 'x') return std::string(1, c);
+        const std::string digits = {Take(), Take()};
+        return std::string(1, static_cast<char>(strtol(digits.c_str(), nullptr, 16)));
+    }
+
+    std::string Repetition()
+    {
+        std::string part;
+        while (rest_.front() != '*' || rest_.substr(1).find_first_not_of("0123456789") != rest_.find('}') - 1)
+            part += Piece();
+        rest_.remove_prefix(1);
+        const int times = atoi(std::string(rest_).c_str());
+        rest_.remove_prefix(rest_.find('}') + 1);
+        std::string text;
+        const size_t counter = part.find('#');
+        for (int i = 1; i <= times; ++i)
+            text += counter == part.npos ? part : std::string(part).replace(counter, 1, std::to_string(i));
+        return text;
+    }
+
+    char Take()
+    {
+        const char c = rest_.front();
+        rest_.remove_prefix(1);
+        return c;
+    }
+
+    std::string_view rest_;
+};
+
+// The lines of the file that hold a command.
+std::vector<CaseLine> ReadCases(const std::string& path)
+{
+    std::vector<CaseLine> lines;
+    std::ifstream file(path);
+    int number = 0;
+    for (std::string text; std::getline(file, text);)
+    {
+        CaseLine line = {++number, {}, {}};
+        Reader reader(text);
+        for (CaseToken token; reader.Next(&token);) line.tokens.push_back(token);
+        line.why = reader.Why();
+        if (!line.tokens.empty()) lines.push_back(line);
+    }
+    return lines;
+}
 
 constexpr std::string_view kPredicates[] = {
     "validIp",       "validIpInput",     "validProtocol",       "validPortFormat",
@@ -61,12 +186,6 @@ public:
         }
     }
 
-    ~Runner()
-    {
-        g_stConfigWANIF.count = 0;
-        StagedValuesFree();
-    }
-
 private:
     void Do(const CaseLine& line)
     {
@@ -78,19 +197,18 @@ private:
         if (command == "accept" || command == "refuse") return Judge(line, command == "accept");
         if (command == "stored") return Store(words);
         if (command == "as") return void(index_ = std::stoi(words[0]));
-        if (command == "walk") return row_.ExpectWalk(words.empty() ? nullptr : words[0].c_str());
+        if (command == "walk") return Walk(words.empty() ? nullptr : words[0].c_str());
         if (command == "ends") return Judge(line, {});
         if (command == "raw") return void(raw_ = {std::stoul(words[0]), words[1]});
         if (command == "include") return Run(std::string(KOBD_CASES "/") + words[0]);
-        if (command == "profile") return PutRow("ApnConfigTable", std::stoi(words[0]), {Split(words[1])});
-        if (command == "interfaces") return void(g_stConfigWANIF.count = std::stoul(words[0]));
-        SetState(command, words);
+        ASSERT_EQ(command, "with");
+        for (const std::string& word : words) state_.push_back(Split(word));
     }
 
     void Reset()
     {
         ResetRows();
-        StagedValuesFree();
+        state_.clear();
         checks_.clear();
         row_ = {};
         index_ = 1;
@@ -121,34 +239,37 @@ private:
 
     void Store(const Words& words)
     {
-        if (words.empty()) return platform.rows[row_.table].clear();
         Fields changes;
         for (size_t i = 1; i < words.size(); ++i) changes.push_back(Split(words[i]));
         const int32_t index = std::stoi(words[0]);
         platform.rows[row_.table][index] = row_.Row(index, changes);
     }
 
-    void SetState(const std::string& command, const Words& words)
+    void Walk(const char* no_memory)
     {
-        if (command == "stage") StagedValuesFree();
-        for (const std::string& word : words)
-        {
-            const auto [name, text] = Split(word);
-            if (command == "value")
-                platform.values[name] = text;
-            else if (command == "nvram")
-                platform.nvram[name] = text;
-            else if (command == "stage")
-                ASSERT_EQ(StageValue(*NameLookup(name).object, text), 0);
+        SetState(state_);
+        row_.ExpectWalk(no_memory);
+        StagedValuesFree();
+    }
+
+    void SetState(const Fields& state)
+    {
+        for (const auto& [key, text] : state)
+            if (key == "interfaces")
+                g_stConfigWANIF.count = static_cast<uint32_t>(std::stoul(text));
+            else if (key.starts_with("profile"))
+                PutRow("ApnConfigTable", key.back() - '0', {{"ApnEnable", text}});
+            else if (const ObjDef* object = NameLookup(key.c_str()).object)
+                ASSERT_EQ(StageValue(*object, text), 0);
             else
-                FAIL() << "no command " << command;
-        }
+                (key.starts_with("get") || key.ends_with("Get") ? platform.values : platform.nvram)[key] = text;
     }
 
     // One line of values: their codes, unless it tells only how the log ends; the lines that are
     // written, when it tells them; what the check changes in the row.
-    void Judge(const CaseLine& line, std::optional<bool> accept) const
+    void Judge(const CaseLine& line, std::optional<bool> accept)
     {
+        Fields state = state_;
         std::vector<Words> items;
         std::optional<Words> written;
         Fields changed;
@@ -158,6 +279,8 @@ private:
             const CaseToken& token = line.tokens[i];
             if (token.sign)
                 sign = token.text[0];
+            else if (sign == '@')
+                state.push_back(Split(token.text));
             else if (sign == '>')
                 changed.push_back(Split(token.text));
             else if (sign == ':')
@@ -168,10 +291,15 @@ private:
                 items.push_back({token.text});
             if (token.sign && sign == ':') written.emplace();
         }
+        const RecordingPlatform before = platform;
+        SetState(state);
         if (row_.validator != nullptr)
             JudgeRows(items, accept, written, changed);
         else
             JudgeTexts(items, accept, written);
+        platform = before;
+        StagedValuesFree();
+        g_stConfigWANIF.count = 0;
     }
 
     void JudgeTexts(const std::vector<Words>& items, std::optional<bool> accept,
@@ -243,6 +371,7 @@ private:
     }
 
     Words names_;
+    Fields state_;  // of every line
     std::vector<Check> checks_;
     RowCheck row_ = {};
     int32_t index_ = 1;

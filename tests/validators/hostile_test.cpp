@@ -92,13 +92,11 @@ std::vector<std::string> HostileTexts()
             texts.push_back(text.substr(0, length - 1) + ";");
         }
         // Every mixture keeps another set of repeats alive.
-        for (const char* alphabet :
-             {"aA-", "aA--------", "aaaaaA-", "a-", "a.A-", "aaaaaaaaaaaaaaaaaaaa.-", "a/", "a:"})
-            for (unsigned seed = 1; seed <= 3; ++seed)
-            {
-                texts.push_back(Random(alphabet, length, seed));
-                texts.push_back(("http://[" + texts.back()).substr(0, length));
-            }
+        for (const char* alphabet : {"aA-", "aaaaaA-", "a-", "a.A-", "aaaaaaaaaaaaaaaaaaaa.-", "a/", "a:"})
+        {
+            texts.push_back(Random(alphabet, length, 1));
+            texts.push_back(("http://[" + texts.back()).substr(0, length));
+        }
     }
     return texts;
 }
@@ -111,32 +109,20 @@ int Regex16(const char* text)
 
 int RegexPlace(const char* text)
 {
-    int start = 0;
-    int end = 0;
-    return checkRegex(text, "^[a-z\\.&_=]+(:[0-9]{1,4}/)?([a-z\\.&_=]+/?)*$", &start, &end);
+    int place[2];
+    return checkRegex(text, "^[a-z\\.&_=]+(:[0-9]{1,4}/)?([a-z\\.&_=]+/?)*$", &place[0], &place[1]);
 }
 
 int Bands(const char* text) { return validBandLock(text, text) + validBandLock(text, "1 2 3"); }
-
-int TrimCopy(const char* text)
-{
-    std::string copy = text;
-    Trim(copy.data());
-    return 0;
-}
-
-// A long number is taken, which costs more than refusing it.
-int Bandwidth(const char* text) { return validIperfUdpBandWidth((std::string(text) + "M").c_str()); }
 
 // The checks of all objects, each once, and what no object names.
 std::vector<Check> AllChecks()
 {
     std::vector<Check> checks = {
-        CHECK(validIpv6),       CHECK(validIp),       CHECK(validIpInput),  CHECK(validDomain),
-        CHECK(checkDomain),     CHECK(validMac),      CHECK(validIpRange),  CHECK(validPortRange),
-        CHECK(validPortFormat), CHECK(validProtocol), CHECK(validDmzIp),    CHECK(validDdnsServiceProvider),
-        CHECK(isBroadcastIP),   CHECK(Regex16),       CHECK(RegexPlace),    CHECK(Bands),
-        CHECK(TrimCopy),        CHECK(validPreMode),  CHECK(validErrValid), CHECK(Bandwidth)};
+        CHECK(validIpv6),       CHECK(validIp),       CHECK(validIpInput), CHECK(validDomain),
+        CHECK(checkDomain),     CHECK(validMac),      CHECK(validIpRange), CHECK(validPortRange),
+        CHECK(validPortFormat), CHECK(validProtocol), CHECK(validDmzIp),   CHECK(validDdnsServiceProvider),
+        CHECK(isBroadcastIP),   CHECK(Regex16),       CHECK(RegexPlace),   CHECK(Bands)};
     for (const ObjDef& object : kObjects)
     {
         const auto same = [&](const Check& check) { return check.function == object.check.validator; };
