@@ -29,7 +29,6 @@ const struct
     {{{kIp, "10.1.2.1"}, {kMask, "255.255.255.0"}, {kStart, "10.1.2.10"}, {kEnd, "10.1.2.20"}}, 0, "a move"},
     {{{kEnd, "10.1.2.20"}, {kStart, "10.1.2.10"}, {kMask, "255.255.255.0"}, {kIp, "10.1.2.1"}}, 0, "any order"},
     {{{kStart, "10.1.2.10"}, {kEnd, "10.1.2.20"}}, 2, "a pool that moves without its LAN"},
-    {{{kIp, "10.1.2.1"}, {kIp, "10.1.3.1"}, {kStart, "10.1.2.10"}}, 2, "the last value of an object is the new one"},
     {{{kIp, "10.1.3.1"}, {kIp, "10.1.2.1"}, {kStart, "10.1.2.10"}}, 0, "the last value of an object is the new one"},
 };
 }  // namespace
