@@ -179,7 +179,9 @@ class Runner
 public:
     void Run(const std::string& path)
     {
-        for (const CaseLine& line : ReadCases(path))
+        const std::vector<CaseLine> lines = ReadCases(path);
+        ASSERT_FALSE(lines.empty()) << "cannot read " << path << "; the tests see an empty /tmp";
+        for (const CaseLine& line : lines)
         {
             const testing::ScopedTrace trace(path.c_str(), line.number, line.why);
             Do(line);
