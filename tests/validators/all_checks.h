@@ -1,5 +1,9 @@
-// The headers of all exported functions, for tests that expand tests/system/exported_names.def.
+// All exported functions, for tests that expand tests/system/exported_names.def.
 #pragma once
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
 
 #include "daemon/exported_data.h"
 #include "platform/kobd_exports.h"
@@ -29,3 +33,15 @@
 #include "validators/url.h"
 #include "validators/url_filter.h"
 #include "validators/wan.h"
+
+namespace kobd::test
+{
+// Whether the exported function of that name answers 1 for yes and 0 for no.
+inline bool IsPredicate(std::string_view name)
+{
+    constexpr std::string_view kPredicates[] = {
+        "validIp",       "validIpInput",     "validProtocol",        "validPortFormat",
+        "isBroadcastIP", "isLastByteZeroIP", "validNameRestriction", "includeForbiddenCharacter"};
+    return std::find(std::begin(kPredicates), std::end(kPredicates), name) != std::end(kPredicates);
+}
+}  // namespace kobd::test

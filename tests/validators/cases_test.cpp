@@ -148,10 +148,6 @@ std::vector<CaseLine> ReadCases(const std::string& path)
     return lines;
 }
 
-constexpr std::string_view kPredicates[] = {
-    "validIp",       "validIpInput",     "validProtocol",       "validPortFormat",
-    "isBroadcastIP", "isLastByteZeroIP", "validNameRestriction"};
-
 // The exported check of that name, when it has this type; else nullptr.
 template <typename Function>
 Function* Exported(std::string_view wanted)
@@ -321,11 +317,6 @@ private:
                 EXPECT_TRUE(right) << check.name << ": " << item[0].substr(0, 80) << "\nanswered " << verdict
                                    << "\nexpected " << expected;
             }
-    }
-
-    static bool IsPredicate(std::string_view name)
-    {
-        return std::find(std::begin(kPredicates), std::end(kPredicates), name) != std::end(kPredicates);
     }
 
     void JudgeRows(std::vector<Words> items, std::optional<bool> accept, const std::optional<Words>& written,
