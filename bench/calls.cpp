@@ -14,6 +14,7 @@
 #include "tables/row_codec.h"
 #include "tests/namespaces.h"
 #include "validators/address.h"
+#include "validators/domain.h"
 #include "validators/sim.h"
 
 namespace kobd::bench

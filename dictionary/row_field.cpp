@@ -97,7 +97,8 @@ int StoreText(char* field, const ColumnDef& column, const char* text)
     const size_t length = strlen(text);
     if (length >= column.length) return kTooLong;
     memcpy(field, text, length + 1);
-    if (column.type == VT_STRING_UPPER) StringUpper(field);
+    // A library may leave its text as it is and return the upper-case text in another place.
+    if (column.type == VT_STRING_UPPER) memmove(field, StringUpper(field), length + 1);
     return kAccepted;
 }
 }  // namespace

@@ -66,8 +66,9 @@ int SnapshotRead(const char* name, std::span<char> value)
 
 int SnapshotGet(const char* name, char* value)
 {
-    const kobd::ObjDef* object = kobd::NameLookup(name).object;
+    const kobd::ObjDef* object = name != nullptr ? kobd::NameLookup(name).object : nullptr;
     if (object == nullptr) return kobd::kNotFound;
+    if (value == nullptr) return kobd::kInvalidArgument;
     if (object->staged->text != nullptr)
     {
         strcpy(value, object->staged->text);

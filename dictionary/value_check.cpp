@@ -198,6 +198,7 @@ int ObjsParameterCheck(std::span<const char> payload)
 
 int includeForbiddenCharacter(const char* text, const char* set, int count)
 {
+    if (text == nullptr || set == nullptr) return 0;
     for (int i = 0; i < count; ++i)
         if (set[i] != 0 && strchr(text, set[i]) != nullptr) return 1;
     return 0;

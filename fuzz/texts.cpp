@@ -13,8 +13,13 @@
 #include "fuzz/recorded.h"
 #include "fuzz/target.h"
 #include "validators/address.h"
-#include "validators/lan_wan.h"
+#include "validators/address_arithmetic.h"
+#include "validators/band_lock.h"
+#include "validators/domain.h"
+#include "validators/lan.h"
+#include "validators/port.h"
 #include "validators/regex.h"
+#include "validators/texts.h"
 
 using namespace kobd;
 

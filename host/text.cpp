@@ -7,6 +7,7 @@
 namespace
 {
 constexpr int kMacBytes = 6;
+constexpr int kDigits = 2048;  // what isdigit of a common C library answers for a digit
 
 void CopyPart(const char* part, size_t length, char* place, int size)
 {
@@ -25,20 +26,19 @@ int HexDigit(char c)
 }
 }  // namespace
 
-bool string_is_digits(const char* text)
+int string_is_digits(const char* text)
 {
     while (*text >= '0' && *text <= '9') ++text;
-    return *text == 0;
+    return *text == 0 ? kDigits : 0;
 }
 
 int parse_str_by_separator(const char* text, char separator, char* slots, int slot_size, int slot_count)
 {
     int count = 0;
-    while (*text != 0)
+    while (*text != 0 && count < slot_count)
     {
         const char* end = strchrnul(text, separator);
-        if (count < slot_count)
-            CopyPart(text, static_cast<size_t>(end - text), slots + size_t(count) * size_t(slot_size), slot_size);
+        CopyPart(text, static_cast<size_t>(end - text), slots + size_t(count) * size_t(slot_size), slot_size);
         ++count;
         text = *end != 0 ? end + 1 : end;
     }

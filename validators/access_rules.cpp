@@ -1,26 +1,26 @@
-// Access restriction and parental control: who may not get out, on which days, from when to when.
+// Access restriction and parental control: which device is cut off, on which days and at what time.
+#include "validators/access_rules.h"
+
 #include <cstdint>
 #include <cstring>
 #include <optional>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
 #include "platform/text.h"
 #include "validators/address.h"
-#include "validators/numbers.h"
-#include "validators/regex.h"
+#include "validators/check.h"
+#include "validators/parts.h"
 #include "validators/rows.h"
-#include "validators/time_rules.h"
+#include "validators/rule_name.h"
+#include "validators/texts.h"
 
 using namespace kobd;
 
 namespace
 {
 constexpr int kDaysOfWeek = 7;
-constexpr size_t kDayText = 32;  // bytes of one part of "Weekdays" with its zero byte
+constexpr int kDayText = 32;  // bytes of one part of "Weekdays" with its zero byte
 constexpr uint32_t kLastHour = 23;
-constexpr uint32_t kLastMinute = 59;
-constexpr char kDayPattern[] = "^(Mon|Tue|Wed|Thu|Fri|Sat|Sun)$";
+constexpr uint32_t kMinutes = 60;  // of an hour
 
 // One of the two tables: its name in the log, its fields, and what only one of them does.
 struct RuleTable
@@ -31,7 +31,7 @@ struct RuleTable
     TextField weekdays;
     TextField time_start;
     TextField time_stop;
-    bool name_counts;  // "Name" is required and checked
+    bool checks_name;  // "Name" is required and checked
     bool traces_days;  // writes how many days there are and how each one matched
 };
 
@@ -58,7 +58,7 @@ bool TrimFields(const RuleTable& table, void* row)
         TrimField(row, field);
     for (const TextField field : {table.host, table.weekdays, table.time_start, table.time_stop})
         if (FieldView(row, field).empty()) return false;
-    return !table.name_counts || !FieldView(row, table.name).empty();
+    return !table.checks_name || !FieldView(row, table.name).empty();
 }
 
 bool IsRuleName(const RuleTable& table, const char* name)
@@ -81,77 +81,62 @@ bool IsDevice(const RuleTable& table, const char* host)
 bool IsDay(const RuleTable& table, const char* day)
 {
     LOG_ALWAYS(table.function, "%s ", day);
-    const int status = Regex(kDayPattern).Match(day, nullptr, 0);
-    if (table.traces_days) LOG_ALWAYS(table.function, "status:%d ", status);
-    return status == 0;
+    const bool known = IsOneOf(day, {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"});
+    if (table.traces_days) LOG_ALWAYS(table.function, "status:%d ", known ? 0 : 1);
+    return known;
 }
 
-// Days by name, each at most once.
+// Whether the text names days, each at most once.
 bool AreDays(const RuleTable& table, const char* weekdays)
 {
-    char days[kDaysOfWeek][kDayText] = {};
-    const int count = parseStrBySeparator(weekdays, ',', days[0], sizeof days[0], kDaysOfWeek);
-    if (table.traces_days) LOG_ALWAYS(table.function, "partnum:%d ", count);
-    if (count > kDaysOfWeek) return false;
-    for (int i = 0; i < count; ++i)
-        if (!IsDay(table, days[i])) return false;
-    for (int i = 0; i < count; ++i)
-        for (int j = 0; j < i; ++j)
-            if (strcmp(days[i], days[j]) == 0) return false;
+    const Parts<kDaysOfWeek, kDayText> days(weekdays, ',', parseStrBySeparator);
+    if (table.traces_days) LOG_ALWAYS(table.function, "partnum:%d ", days.count);
+    if (days.TooMany()) return false;
+    for (int i = 0; i < days.count; ++i)
+        if (!IsDay(table, days.part[i])) return false;
+    for (int i = 0; i < days.count; ++i)
+        if (days.IsRepeated(i)) return false;
     return true;
 }
 
-struct TimeOfDay
-{
-    uint32_t hour;
-    uint32_t minute;
-};
+constexpr int kTimeParts = 2;  // hours and minutes
 
 // A time of day as text, cut at ":".
-struct TimeTexts
-{
-    static constexpr int kParts = 2;  // hours and minutes
+using TimeTexts = Parts<kTimeParts, AccessRestrictionRow::kTimeStart.width + 1>;
 
-    explicit TimeTexts(const char* text) : count(parseStrBySeparator(text, ':', part[0], sizeof part[0], kParts)) {}
-
-    char part[kParts][AccessRestrictionRow::kTimeStart.width + 1] = {};
-    int count;  // parts of the text, which may have more
-};
-
-// 0:00 to 23:59, in any number of digits.
-std::optional<TimeOfDay> ReadTimeOfDay(const TimeTexts& texts)
+// Minutes since midnight; a time is 0:00 to 23:59, in any number of digits.
+std::optional<uint32_t> ReadTimeOfDay(const TimeTexts& texts)
 {
     const std::optional<uint32_t> hour = ReadDigits(texts.part[0]);
     const std::optional<uint32_t> minute = ReadDigits(texts.part[1]);
-    if (!hour || !minute || *hour > kLastHour || *minute > kLastMinute) return {};
-    return TimeOfDay{*hour, *minute};
+    if (!hour || !minute || *hour > kLastHour || *minute >= kMinutes) return {};
+    return *hour * kMinutes + *minute;
 }
 
-// From a time to the same or a later one of the same day.
+// Whether the second time is the first one or a later one of the same day.
 bool IsPeriod(const RuleTable& table, const char* start, const char* stop)
 {
     LOG_ALWAYS(table.function, "START:%s    STOP:%s", start, stop);
-    const TimeTexts start_texts(start);
-    const TimeTexts stop_texts(stop);
-    if (start_texts.count != TimeTexts::kParts || stop_texts.count != TimeTexts::kParts)
+    const TimeTexts start_texts(start, ':', parseStrBySeparator);
+    const TimeTexts stop_texts(stop, ':', parseStrBySeparator);
+    if (start_texts.count != kTimeParts || stop_texts.count != kTimeParts)
     {
         LOG_ALWAYS(table.function, "separator error");
         return false;
     }
-    const std::optional<TimeOfDay> from = ReadTimeOfDay(start_texts);
-    const std::optional<TimeOfDay> to = ReadTimeOfDay(stop_texts);
-    if (!from || !to) return false;
-    return from->hour < to->hour || (from->hour == to->hour && from->minute <= to->minute);
+    const std::optional<uint32_t> from = ReadTimeOfDay(start_texts);
+    const std::optional<uint32_t> to = ReadTimeOfDay(stop_texts);
+    return from && to && *from <= *to;
 }
 
 int Judge(const RuleTable& table, void* row)
 {
     if (row == nullptr || !TrimFields(table, row)) return kInvalidArgument;
-    if (table.name_counts && !IsRuleName(table, FieldCopy(row, table.name).Text())) return kInvalidArgument;
+    if (table.checks_name && !IsRuleName(table, FieldCopy(row, table.name).Text())) return kInvalidArgument;
     const bool accepted =
         IsDevice(table, FieldCopy(row, table.host).Text()) && AreDays(table, FieldCopy(row, table.weekdays).Text()) &&
         IsPeriod(table, FieldCopy(row, table.time_start).Text(), FieldCopy(row, table.time_stop).Text());
-    return accepted ? kSuccess : kInvalidArgument;
+    return Verdict(accepted);
 }
 }  // namespace
 

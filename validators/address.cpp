@@ -1,22 +1,23 @@
-// Addresses and masks.
+// Addresses as text.
 #include "validators/address.h"
 
 #include <arpa/inet.h>
 #include <strings.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
-#include "platform/text.h"
-#include "validators/numbers.h"
+#include "validators/address_arithmetic.h"
+#include "validators/check.h"
+#include "validators/parts.h"
 #include "validators/regex.h"
+#include "validators/texts.h"
 
-namespace kobd
-{
+using namespace kobd;
+
 namespace
 {
 constexpr int kAddressParts = 4;
@@ -24,6 +25,7 @@ constexpr uint32_t kPartMax = 255;
 constexpr uint32_t kLoopback = 127;    // first part, RFC 1122
 constexpr uint32_t kClassCLast = 223;  // first part; above are multicast and reserved addresses, RFC 791
 constexpr uint32_t kPrefixMax = 32;    // bits
+constexpr std::string_view kHexDigits = "0123456789abcdefABCDEF";
 constexpr size_t kIpCopy = 20;         // bytes of validIp's working copy
 constexpr size_t kIpRangeCopy = 1024;  // bytes of validIpRange's working copy
 constexpr size_t kMacLength = 17;      // characters, six pairs and five separators
@@ -38,16 +40,7 @@ constexpr const char* kInputAddressAndPrefix =
 int LogVerdict(bool valid, const char* function, const char* text, const char* what)
 {
     LOG_ALWAYS(function, "[%s] is %s %s\n", text, valid ? "valid" : "invalid", what);
-    return valid ? kSuccess : kInvalidArgument;
-}
-
-// The next part of a dotted text; `rest` becomes what follows its dot, or has no data any more.
-std::string_view NextPart(std::string_view& rest)
-{
-    const size_t dot = rest.find('.');
-    const std::string_view part = rest.substr(0, dot);
-    rest = dot == std::string_view::npos ? std::string_view() : rest.substr(dot + 1);
-    return part;
+    return Verdict(valid);
 }
 
 bool IsIpv4(std::string_view text)
@@ -55,7 +48,7 @@ bool IsIpv4(std::string_view text)
     if (text == "255.255.255.255" || std::count(text.begin(), text.end(), '.') != kAddressParts - 1) return false;
     for (int i = 0; i < kAddressParts; ++i)
     {
-        const std::string_view part = NextPart(text);
+        const std::string_view part = TakePart(text, '.');
         const auto number = ReadDigits(part);
         if (!number || *number > kPartMax || (part[0] == '0' && part.size() > 1)) return false;
         if (i == 0 && (*number == 0 || *number == kLoopback)) return false;
@@ -63,17 +56,18 @@ bool IsIpv4(std::string_view text)
     return true;
 }
 
-// Strictly between the outermost addresses of the classes, seen as one number.
+// Whether the address lies strictly between the outermost addresses of the classes.
 bool InUnicastRange(uint32_t address)
 {
     return (address > 0x01000000 && address < 0x7EFFFFFF) || (address > 0x80000000 && address < 0xFFFFFFFF);
 }
 
-// By the decimal numbers of the text, which octal or hexadecimal parts do not give: 0x10 counts 0.
+// Judges by the decimal numbers of the text. An octal or hexadecimal part is read as if it were decimal:
+// 0x10 is 0.
 bool InsideItsClass(std::string_view text)
 {
     std::array<unsigned long, kAddressParts> parts;
-    for (unsigned long& part : parts) part = strtoul(NextPart(text).data(), nullptr, 10);
+    for (unsigned long& part : parts) part = strtoul(TakePart(text, '.').data(), nullptr, 10);
     const unsigned long a = parts[0];
     if (a == 0 || a == kLoopback || a > kClassCLast) return false;
     const auto others_are = [&](unsigned long number)
@@ -86,109 +80,113 @@ bool InsideItsClass(std::string_view text)
 int CheckInputWithPrefix(const char* text)
 {
     constexpr const char* kFunction = "validIpInput";
-    char parts[kInputSlots][kInputSlot] = {};
-    parseStrBySeparator(text, '/', parts[0], kInputSlot, kInputSlots);
-    LOG_ALWAYS(kFunction, "midSeparate[0] : %s", parts[0]);
-    LOG_ALWAYS(kFunction, "midSeparate[1] : %s", parts[1]);
-    if (validIp(parts[0]) == 0)
+    const Parts<kInputSlots, kInputSlot> parts(text, '/', parseStrBySeparator);
+    const char* address = parts.part[0];
+    const char* prefix_text = parts.part[1];
+    LOG_ALWAYS(kFunction, "midSeparate[0] : %s", address);
+    LOG_ALWAYS(kFunction, "midSeparate[1] : %s", prefix_text);
+    if (validIp(address) == 0)
     {
         LOG_ALWAYS(kFunction, "not valid separate ip");
         return 0;
     }
-    const auto prefix = ReadDigits(parts[1]);
-    if (strlen(parts[1]) <= 2 && prefix && *prefix <= kPrefixMax) return 1;
+    const auto prefix = ReadDigits(prefix_text);
+    if (strlen(prefix_text) <= 2 && prefix && *prefix <= kPrefixMax) return 1;
     LOG_ALWAYS(kFunction, "not valid mask");
     return 0;
 }
-
-bool IsHexDigit(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
 }  // namespace
-}  // namespace kobd
 
 int validIpv4(const char* text)
 {
+    text = OrEmpty(text);
     LOG_ALWAYS("validIpv4", "validstart\n");
-    return kobd::LogVerdict(kobd::IsIpv4(text), "validIpv4", text, "IPv4");
+    return LogVerdict(IsIpv4(text), "validIpv4", text, "IPv4");
 }
 
 int validIpv6(const char* text)
 {
+    text = OrEmpty(text);
     in6_addr address;
-    return kobd::LogVerdict(inet_pton(AF_INET6, text, &address) == 1, "validIpv6", text, "IPv6");
+    return LogVerdict(inet_pton(AF_INET6, text, &address) == 1, "validIpv6", text, "IPv6");
 }
 
 int validIp(const char* text)
 {
     constexpr const char* kFunction = "validIp";
+    text = OrEmpty(text);
     // One C library's conversion ends at white space and ignores the rest, another's refuses it.
-    const bool whole = strlen(text) < kobd::kIpCopy && strpbrk(text, " \t\n\v\f\r") == nullptr;
+    const bool whole = strlen(text) < kIpCopy && strpbrk(text, " \t\n\v\f\r") == nullptr;
     const in_addr_t address = whole ? inet_addr(text) : INADDR_NONE;
     if (address == INADDR_NONE)
     {
         LOG_ALWAYS(kFunction, "input[%s] not ip addr", text);
         return 0;
     }
-    if (!kobd::InUnicastRange(ntohl(address)))
+    if (!InUnicastRange(ntohl(address)))
     {
         LOG_ALWAYS(kFunction, "[%s] invalid ip", text);
         return 0;
     }
     // The conversion takes shortened forms, such as 10.1, too.
     const std::string_view view = text;
-    if (std::count(view.begin(), view.end(), '.') != kobd::kAddressParts - 1) return 0;
-    return kobd::InsideItsClass(view) ? 1 : 0;
+    if (std::count(view.begin(), view.end(), '.') != kAddressParts - 1) return 0;
+    return InsideItsClass(view) ? 1 : 0;
 }
 
 int validIpInput(const char* text)
 {
+    if (text == nullptr) return 0;
     if (*text == 0) return 1;
-    if (kobd::RegexMatches(text, kobd::kInputAddress))
+    if (RegexMatches(text, kInputAddress))
     {
         if (validIp(text) == 1) return 1;
         LOG_ALWAYS("validIpInput", "not valid ip:%s", text);
         return 0;
     }
-    return kobd::RegexMatches(text, kobd::kInputAddressAndPrefix) ? kobd::CheckInputWithPrefix(text) : 0;
+    return RegexMatches(text, kInputAddressAndPrefix) ? CheckInputWithPrefix(text) : 0;
 }
 
 int validMask(const char* text)
 {
-    const bool ipv4 = validIpv4(text) == kobd::kSuccess;
-    if (!ipv4 && validIpv6(text) != kobd::kSuccess) return kobd::kInvalidArgument;
+    text = OrEmpty(text);
+    const bool ipv4 = validIpv4(text) == kSuccess;
+    if (!ipv4 && validIpv6(text) != kSuccess) return kInvalidArgument;
     const uint32_t mask = ipv4 ? static_cast<uint32_t>(iptonum(text)) : 0;
-    return kobd::LogVerdict(ipv4 && ((0 - mask) & ~mask) == 0, "validMask", text, "mask");
+    return LogVerdict(ipv4 && IsContiguous(mask), "validMask", text, "mask");
 }
 
 int validMac(const char* text)
 {
+    text = OrEmpty(text);
     if (strcasecmp(text, "ff:ff:ff:ff:ff:ff") == 0)
     {
         LOG_ALWAYS("validMac", "[%s] is invalid mac\n", text);
-        return kobd::kInvalidArgument;
+        return kInvalidArgument;
     }
     const std::string_view view = text;
-    if (view.size() != kobd::kMacLength || (view[2] != ':' && view[2] != '-')) return kobd::kInvalidArgument;
+    if (view.size() != kMacLength || (view[2] != ':' && view[2] != '-')) return kInvalidArgument;
     for (size_t i = 0; i < view.size(); ++i)
     {
         const bool separator = i % 3 == 2;
-        if (separator ? view[i] != view[2] : !kobd::IsHexDigit(view[i])) return kobd::kInvalidArgument;
+        if (separator ? view[i] != view[2] : kHexDigits.find(view[i]) == kHexDigits.npos) return kInvalidArgument;
     }
-    return kobd::kSuccess;
+    return kSuccess;
 }
 
 int validIpRange(const char* text)
 {
-    char address[kobd::kIpRangeCopy];
-    if (!kobd::CopyWhole(text, address)) return kobd::kInvalidArgument;
+    char address[kIpRangeCopy];
+    if (!CopyWhole(OrEmpty(text), address)) return kInvalidArgument;
     char* slash = strchr(address, '/');
     if (slash != nullptr) *slash = 0;
-    if (validIpv4(address) != kobd::kSuccess && validIpv6(address) != kobd::kSuccess) return kobd::kInvalidArgument;
-    if (slash == nullptr) return kobd::kInvalidArgument;
-    const auto prefix = kobd::ReadDigits(slash + 1);
-    return prefix && *prefix >= 1 && *prefix <= kobd::kPrefixMax ? kobd::kSuccess : kobd::kInvalidArgument;
+    if (validIpv4(address) != kSuccess && validIpv6(address) != kSuccess) return kInvalidArgument;
+    if (slash == nullptr) return kInvalidArgument;
+    const auto prefix = ReadDigits(slash + 1);
+    return Verdict(prefix && *prefix >= 1 && *prefix <= kPrefixMax);
 }
 
 int validAddressExzerobc(const char* text)
 {
-    return validIpv4(text) == kobd::kSuccess && isLastByteZeroIP(text) == 0 ? kobd::kSuccess : kobd::kInvalidArgument;
+    return Verdict(validIpv4(text) == kSuccess && isLastByteZeroIP(text) == 0);
 }

@@ -1,25 +1,40 @@
 // The values of addresses, and what follows from them about a LAN's segment.
+#include "validators/address_arithmetic.h"
+
+#include <cstdlib>
 #include <cstring>
 
-#include "daemon/base/result.h"
-#include "validators/address.h"
-#include "validators/dotted.h"
+#include "validators/check.h"
 
 namespace
 {
 constexpr int64_t kNoText = -1;
 constexpr int64_t kNoAddress = -2;
 constexpr int64_t kNoSubnet = -3;
-constexpr int64_t kPartEnd = 256;           // parts of an address are below
+constexpr int64_t kPartEnd = 256;           // numbers of an address are below
 constexpr int64_t kSegmentAddresses = 256;  // from "head" to "end", whatever the mask
 
-// Whether the last part of a dotted text is `part`.
 int LastPartIs(const char* text, int64_t part)
 {
     const auto parts = kobd::ReadDotted(text);
     return parts && (*parts)[3] == part ? 1 : 0;
 }
 }  // namespace
+
+std::optional<kobd::DottedParts> kobd::ReadDotted(const char* text)
+{
+    if (text == nullptr) return std::nullopt;
+    DottedParts parts;
+    for (size_t i = 0; i < parts.size(); ++i)
+    {
+        if (i > 0 && *text++ != '.') return std::nullopt;
+        char* end = nullptr;
+        parts[i] = strtoll(text, &end, 10);
+        if (end == text) return std::nullopt;
+        text = end;
+    }
+    return parts;
+}
 
 int64_t iptonum(const char* text)
 {
@@ -29,7 +44,7 @@ int64_t iptonum(const char* text)
     int64_t value = 0;
     for (const int64_t part : *parts)
     {
-        // Negative parts count as they are; below 32 bits they could overflow the value.
+        // A negative number goes into the sum as it is; below 32 bits it could overflow the value.
         if (part >= kPartEnd || part < INT32_MIN) return kNoAddress;
         value = value * kPartEnd + part;
     }
@@ -52,12 +67,10 @@ int isLastByteZeroIP(const char* text) { return LastPartIs(text, 0); }
 
 int isLanSegmentAddress(const char* address, const char* mask)
 {
-    const int64_t head = getSubnet(address, mask, "head");
-    return head >= 0 && iptonum(address) > head ? kobd::kSuccess : kobd::kInvalidArgument;
+    return kobd::Verdict(iptonum(address) > getSubnet(address, mask, "head"));
 }
 
 int isLanBroadcastIP(const char* address, const char* mask)
 {
-    const int64_t end = getSubnet(address, mask, "end");
-    return end >= 0 && iptonum(address) < end ? kobd::kSuccess : kobd::kInvalidArgument;
+    return kobd::Verdict(iptonum(address) < getSubnet(address, mask, "end"));
 }

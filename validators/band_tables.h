@@ -1,4 +1,4 @@
-// What channel numbers the radio bands cover; used by the channel and the cell lock. Every table is
+// Which channel numbers the radio bands cover, for the channel lock and the cell lock. Every table is
 // indexed by band number and holds a row of zeros for a band that is not defined.
 #pragma once
 

@@ -1,16 +1,15 @@
 // Bindings of an address of the LAN's pool to a MAC address.
-#include <arpa/inet.h>
+#include "validators/bundled_address.h"
 
-#include <cstdio>
 #include <cstring>
 #include <optional>
 
-#include "daemon/base/result.h"
+#include "dictionary/row_field.h"
 #include "platform/lists.h"
 #include "validators/address.h"
-#include "validators/dotted.h"
-#include "validators/lan_values.h"
-#include "validators/lists.h"
+#include "validators/address_arithmetic.h"
+#include "validators/check.h"
+#include "validators/lan.h"
 #include "validators/rows.h"
 
 using namespace kobd;
@@ -19,24 +18,24 @@ namespace
 {
 using Row = BundledAddressRow;
 
-constexpr size_t kIpBytes = 4;
-constexpr size_t kMacBytes = 6;
+constexpr ColumnDef kIp = {"IP", Row::kIpOffset, VT_IPV4, 0};
+constexpr ColumnDef kMac = {"MAC", Row::kMacOffset, VT_MAC, 0};
+constexpr size_t kFieldText = 18;  // bytes of either field as text, "00:00:00:00:00:00"
 constexpr size_t kLastPart = 3;
 
 const unsigned char* IpOf(const void* row) { return static_cast<const unsigned char*>(row) + Row::kIpOffset; }
-const unsigned char* MacOf(const void* row) { return static_cast<const unsigned char*>(row) + Row::kMacOffset; }
 
-bool IsIp(const unsigned char* ip)
+bool AreFieldsValid(const void* row)
 {
-    char text[INET_ADDRSTRLEN];
-    return inet_ntop(AF_INET, ip, text, sizeof text) != nullptr && validIpv4(text) == kSuccess;
+    char text[kFieldText];
+    if (validIpv4(FieldText(row, kIp, text).data()) != kSuccess) return false;
+    return validMac(FieldText(row, kMac, text).data()) == kSuccess;
 }
 
-bool IsMac(const unsigned char* mac)
+bool SameBytes(const void* a, const void* b, const ColumnDef& column)
 {
-    char text[sizeof "00:00:00:00:00:00"];
-    snprintf(text, sizeof text, "%02X:%02X:%02X:%02X:%02X:%02X", mac[0], mac[1], mac[2], mac[3], mac[4], mac[5]);
-    return validMac(text) == kSuccess;
+    const auto field = [&](const void* row) { return static_cast<const char*>(row) + column.offset; };
+    return memcmp(field(a), field(b), FieldWidth(column)) == 0;
 }
 
 int JudgeOtherBindings(const void* row)
@@ -44,8 +43,7 @@ int JudgeOtherBindings(const void* row)
     char other[Row::kSize] = {};
     OtherRows others(nextBundledAddrList_net, RowIndex(row), other);
     while (others.Read())
-        if (memcmp(IpOf(row), IpOf(other), kIpBytes) == 0 || memcmp(MacOf(row), MacOf(other), kMacBytes) == 0)
-            return kInvalidArgument;
+        if (SameBytes(row, other, kIp) || SameBytes(row, other, kMac)) return kInvalidArgument;
     return others.Result();
 }
 
@@ -69,8 +67,7 @@ bool IsInPool(const unsigned char* ip)
 
 int validBundledAddress(void* row)
 {
-    if (row == nullptr || !IsIp(IpOf(row)) || !IsMac(MacOf(row))) return kInvalidArgument;
-    const int code = JudgeOtherBindings(row);
-    if (code != kSuccess) return code;
-    return IsInPool(IpOf(row)) ? kSuccess : kInvalidArgument;
+    if (row == nullptr || !AreFieldsValid(row)) return kInvalidArgument;
+    if (const int code = JudgeOtherBindings(row)) return code;
+    return Verdict(IsInPool(IpOf(row)));
 }

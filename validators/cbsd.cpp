@@ -6,29 +6,22 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
 #include "dictionary/integer.h"
 #include "platform/text.h"
+#include "validators/check.h"
 
-namespace kobd
-{
+using namespace kobd;
+
 namespace
 {
 constexpr int kCoordinatePlaces = 7;
 
-int RefuseAsNoDecimal(const char* function)
-{
-    LOG_ALWAYS(function, "must be decimal\n");
-    return kInvalidArgument;
-}
-
-// Digits with at most one point, or none of either.
+// Digits and at most one point; there may be none of either.
 bool IsUnsignedDecimal(const char* text)
 {
     text += strspn(text, "0123456789");
-    // What the platform says of no digits at all is its own affair; a point may stand at the end.
-    return *text == 0 || (*text == '.' && (text[1] == 0 || string_is_digits(text + 1)));
+    // A point may stand at the end: the platform is not asked about the empty text behind it.
+    return *text == 0 || (*text == '.' && (text[1] == 0 || string_is_digits(text + 1) != 0));
 }
 
 size_t PlacesOf(const char* decimal)
@@ -37,7 +30,7 @@ size_t PlacesOf(const char* decimal)
     return point != nullptr ? strlen(point + 1) : 0;
 }
 
-// Doubles beyond single precision have no defined conversion, hence the bounds.
+// The conversion of a double beyond single precision is undefined, hence the bounds.
 float SinglePrecision(const char* decimal)
 {
     return static_cast<float>(std::clamp<double>(strtod(decimal, nullptr), -FLT_MAX, FLT_MAX));
@@ -47,16 +40,13 @@ int CheckRange(const char* function, const char* value, int lower, int upper)
 {
     if (value == nullptr) return kInvalidArgument;
     if (*value == 0) return kSuccess;
-    if (!string_is_digits(value)) return RefuseAsNoDecimal(function);
+    if (string_is_digits(value) == 0) return Refuse(function, "must be decimal\n");
     const int32_t number = ReadInteger(value);
     if (number >= lower && number <= upper) return kSuccess;
     LOG_ALWAYS(function, "range: %d ~ %d\n", lower, upper);
     return kInvalidArgument;
 }
 }  // namespace
-}  // namespace kobd
-
-using namespace kobd;
 
 int validFloatAccuracy(const char* value, int places, float minimum, float maximum)
 {
@@ -64,13 +54,9 @@ int validFloatAccuracy(const char* value, int places, float minimum, float maxim
     if (value == nullptr) return kInvalidArgument;
     if (*value == 0) return kSuccess;
     const char* decimal = *value == '+' || *value == '-' ? value + 1 : value;
-    if (!IsUnsignedDecimal(decimal)) return RefuseAsNoDecimal(kFunction);
+    if (!IsUnsignedDecimal(decimal)) return Refuse(kFunction, "must be decimal\n");
     if (places < 0 || PlacesOf(decimal) > static_cast<size_t>(places))
-    {
-        // Both callers allow seven.
-        LOG_ALWAYS(kFunction, "accurate to the seventh decimal place.\n");
-        return kInvalidArgument;
-    }
+        return Refuse(kFunction, "accurate to the seventh decimal place.\n");  // both callers allow seven
     const float number = SinglePrecision(value);
     if (number >= minimum && number <= maximum) return kSuccess;
     LOG_ALWAYS(kFunction, "range: %f ~ %f\n", static_cast<double>(minimum), static_cast<double>(maximum));

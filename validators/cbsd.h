@@ -1,13 +1,11 @@
-// Checks of the installation parameters of a Citizens Broadband Radio Service device.
-//
-// Each is given a zero-terminated text and returns 0 to accept it or 2 to refuse it. The empty text
-// is accepted (the parameter is not given), a missing one (nullptr) never.
+// The installation parameters of a Citizens Broadband Radio Service device. All accept the empty text:
+// the parameter is not given. Conventions in validators/check.h.
 #pragma once
 
 extern "C"
 {
     // A decimal number with an optional sign and at most `places` digits behind its point, from
-    // `minimum` to `maximum`. Compared in single precision: what rounds to a bound is at it. A text
+    // `minimum` to `maximum`. It is compared in single precision, so that 90.0000001 is 90. A text
     // without any digit, such as a lone sign, is 0.
     int validFloatAccuracy(const char* value, int places, float minimum, float maximum);
 
@@ -15,7 +13,7 @@ extern "C"
     int validCbsdLatitude(const char* value);
     int validCbsdLongitude(const char* value);
 
-    // Whole numbers, digits only: no sign, so that a lower bound below 0 is never reached.
+    // Whole numbers in digits only. There is no sign, so that a lower bound below 0 is never reached.
     int validCbsdHeight(const char* value);       // 0 to 10000
     int validCbsdHorAccuracy(const char* value);  // 0 to 50
     int validCbsdVerAccuracy(const char* value);  // 0 to 3

@@ -1,23 +1,25 @@
 // The cell lock: a list of cells, each an EARFCN and a physical cell identity.
+#include "validators/cell_lock.h"
+
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <span>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
 #include "dictionary/integer.h"
 #include "platform/text.h"
 #include "validators/band_tables.h"
-#include "validators/radio.h"
+#include "validators/check.h"
+#include "validators/parts.h"
 #include "validators/supported_bands.h"
 
-namespace kobd
-{
+using namespace kobd;
+
 namespace
 {
 constexpr const char* kFunction = "validPcilock";
 constexpr int kEntriesMax = 5;             // cells that can be locked at once
-constexpr size_t kEntryMax = 19;           // characters of an entry
+constexpr int kEntryMax = 19;              // characters of an entry
 constexpr size_t kBandsMax = 10;           // supported bands that are looked at
 constexpr size_t kBandListBytes = 256;     // of the list of supported bands, with its zero byte
 constexpr int32_t kCellIdentityMax = 503;  // physical layer cell identity, 3GPP TS 36.211, 6.11
@@ -28,18 +30,12 @@ constexpr PciLockBand kHighBands[] = {
     {250, 250000, 251500},
 };
 
-// An entry too long for its slot fills it, and is known by that.
-using Entry = char[kEntryMax + 2];
+// An entry that is too long for its slot fills it, and is recognized by that.
+using Entries = Parts<kEntriesMax, kEntryMax + 2>;
 
 int RefuseAsInvalid(const char* text)
 {
     LOG_ALWAYS(kFunction, "[%s] is invalid\n", text);
-    return kInvalidArgument;
-}
-
-int Refuse(const char* line)
-{
-    LOG_ALWAYS(kFunction, "%s", line);
     return kInvalidArgument;
 }
 
@@ -55,10 +51,11 @@ bool InBand(int32_t channel, int32_t band)
 
 int CheckEntry(const char* entry, std::span<const int32_t> supported)
 {
-    Entry channel;
+    char channel[kEntryMax + 2];
     const char* cell = split_str_by_sep(entry, ",", channel, sizeof channel);
-    if (strlen(entry) > kEntryMax || *channel == 0 || *cell == 0) return RefuseAsInvalid(entry);
-    if (!string_is_digits(channel) || !string_is_digits(cell)) return Refuse("pcilock must be digit\n");
+    if (strlen(entry) > size_t{kEntryMax} || *channel == 0 || *cell == 0) return RefuseAsInvalid(entry);
+    if (string_is_digits(channel) == 0 || string_is_digits(cell) == 0)
+        return Refuse(kFunction, "pcilock must be digit\n");
     if (ReadInteger(cell) > kCellIdentityMax) return RefuseAsInvalid(cell);
     const int32_t number = ReadInteger(channel);
     const bool in_band =
@@ -67,39 +64,33 @@ int CheckEntry(const char* entry, std::span<const int32_t> supported)
 }
 
 // Ends at the first entry that is wrong by itself; of repeated ones each is named.
-int CheckEntries(std::span<const Entry> entries, std::span<const int32_t> supported)
+int CheckEntries(const Entries& entries, std::span<const int32_t> supported)
 {
     int result = kSuccess;
-    for (size_t i = 0; i < entries.size(); ++i)
+    for (int i = 0; i < entries.count; ++i)
     {
-        if (entries[i][0] == 0) return Refuse("pcilock is empty\n");
-        if (const int code = CheckEntry(entries[i], supported)) return code;
-        const auto same = [&](const Entry& earlier) { return strcmp(earlier, entries[i]) == 0; };
-        if (std::any_of(entries.begin(), entries.begin() + static_cast<ptrdiff_t>(i), same))
-        {
-            LOG_ALWAYS(kFunction, "[%s] is duplicate\n", entries[i]);
-            result = kInvalidArgument;
-        }
+        const char* entry = entries.part[i];
+        if (*entry == 0) return Refuse(kFunction, "pcilock is empty\n");
+        if (const int code = CheckEntry(entry, supported)) return code;
+        if (!entries.IsRepeated(i)) continue;
+        LOG_ALWAYS(kFunction, "[%s] is duplicate\n", entry);
+        result = kInvalidArgument;
     }
     return result;
 }
 }  // namespace
-}  // namespace kobd
-
-using namespace kobd;
 
 int validPcilock(const char* value)
 {
-    const size_t length = value != nullptr ? strlen(value) : 0;
-    if (length < 2 || value[length - 1] != ';') return Refuse("invalid");
+    const size_t length = strlen(OrEmpty(value));
+    if (length < 2 || value[length - 1] != ';') return Refuse(kFunction, "invalid");
 
     char list[kBandListBytes];
     ReadBandList(kLteBandsKey, list);
     int32_t bands[kBandsMax];
     const BandNumbers supported = SplitBandList(list, bands);
 
-    Entry entries[kEntriesMax];
-    const int count = parse_str_by_separator(value, ';', entries[0], sizeof(Entry), kEntriesMax);
-    if (count > kEntriesMax) return Refuse("max is 5\n");
-    return CheckEntries({entries, static_cast<size_t>(count)}, {bands, supported.count});
+    const Entries entries(value, ';');
+    if (entries.TooMany()) return Refuse(kFunction, "max is 5\n");
+    return CheckEntries(entries, {bands, supported.count});
 }

@@ -1,18 +1,18 @@
 // The channel lock: a list of EARFCNs and NR-ARFCNs, each within a band that the module supports.
+#include "validators/channel_lock.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
 #include "dictionary/integer.h"
 #include "platform/text.h"
 #include "validators/band_tables.h"
-#include "validators/radio.h"
+#include "validators/check.h"
 #include "validators/supported_bands.h"
 
-namespace kobd
-{
+using namespace kobd;
+
 namespace
 {
 constexpr const char* kFunction = "validEarfcnlock";
@@ -54,43 +54,42 @@ int ReadSupportedBands(const Generation& generation, SupportedBands* supported)
     return kSuccess;
 }
 
-bool InLteBand(uint32_t channel, std::span<const int32_t> bands)
+uint32_t ChannelCount(const LteEarfcnBand& row) { return row.count; }
+uint32_t ChannelCount(const NrArfcnBand& row) { return row.width / row.raster; }
+
+// The first of `bands` whose downlink has the channel. A row whose first channel is 0 is passed over:
+// undefined bands, bands without a downlink, and LTE band 1, so that no EARFCN below 600 can be locked.
+template <typename Row, size_t rows>
+const Row* FindBand(uint32_t channel, const SupportedBands& supported, const std::array<Row, rows>& table)
 {
-    for (const int32_t band : bands)
+    for (const int32_t band : supported.All())
     {
-        if (static_cast<size_t>(band) >= LteEarfcnBandTable.size()) continue;
-        const LteEarfcnBand& row = LteEarfcnBandTable[static_cast<size_t>(band)];
-        // Band 1, whose first channel is 0, is passed over like a band that is not defined: no
-        // EARFCN below 600 can be locked.
-        if (row.dl_first == 0 || channel < row.dl_first || channel >= row.dl_first + row.count) continue;
-        LOG_ALWAYS(kFunction, "4G -> [%d]\n", band);
-        LOG_ALWAYS(kFunction, "dl_start_earfcn -> [%d]\n", row.dl_first);
-        LOG_ALWAYS(kFunction, "band_width -> [%d]\n", row.count);
-        return true;
+        if (static_cast<size_t>(band) >= rows) continue;
+        const Row& row = table[static_cast<size_t>(band)];
+        if (row.dl_first != 0 && channel >= row.dl_first && channel - row.dl_first < ChannelCount(row)) return &row;
     }
-    return false;
+    return nullptr;
 }
 
-bool InNrBand(uint32_t channel, std::span<const int32_t> bands)
+bool InLteBand(uint32_t channel, const SupportedBands& supported)
 {
-    for (const int32_t band : bands)
-    {
-        if (static_cast<size_t>(band) >= NrArfcnBandTable.size()) continue;
-        const NrArfcnBand& row = NrArfcnBandTable[static_cast<size_t>(band)];
-        if (row.dl_first == 0 || channel < row.dl_first || channel >= row.dl_first + row.width / row.raster) continue;
-        LOG_ALWAYS(kFunction, "5G -> [%d]\n", band);
-        LOG_ALWAYS(kFunction, "dl_start_narfcn -> [%d]\n", row.dl_first);
-        LOG_ALWAYS(kFunction, "band_width -> [%d]\n", row.width);
-        LOG_ALWAYS(kFunction, "raster_ref -> [%d]\n", row.raster);
-        return true;
-    }
-    return false;
+    const LteEarfcnBand* row = FindBand(channel, supported, LteEarfcnBandTable);
+    if (row == nullptr) return false;
+    LOG_ALWAYS(kFunction, "4G -> [%d]\n", row->band);
+    LOG_ALWAYS(kFunction, "dl_start_earfcn -> [%d]\n", row->dl_first);
+    LOG_ALWAYS(kFunction, "band_width -> [%d]\n", row->count);
+    return true;
 }
 
-int Refuse(const char* line)
+bool InNrBand(uint32_t channel, const SupportedBands& supported)
 {
-    LOG_ALWAYS(kFunction, "%s", line);
-    return kInvalidArgument;
+    const NrArfcnBand* row = FindBand(channel, supported, NrArfcnBandTable);
+    if (row == nullptr) return false;
+    LOG_ALWAYS(kFunction, "5G -> [%d]\n", row->band);
+    LOG_ALWAYS(kFunction, "dl_start_narfcn -> [%d]\n", row->dl_first);
+    LOG_ALWAYS(kFunction, "band_width -> [%d]\n", row->width);
+    LOG_ALWAYS(kFunction, "raster_ref -> [%d]\n", row->raster);
+    return true;
 }
 
 struct Channels
@@ -103,16 +102,16 @@ struct Channels
 
 int AcceptChannel(const char* text, Channels* channels)
 {
-    if (!string_is_digits(text)) return Refuse("find not digits arfcn value !!!\n");
-    if (channels->count == kChannelsMax) return Refuse("lock arfcns_num too large !!!\n");
+    if (string_is_digits(text) == 0) return Refuse(kFunction, "find not digits arfcn value !!!\n");
+    if (channels->count == kChannelsMax) return Refuse(kFunction, "lock arfcns_num too large !!!\n");
 
     const int32_t number = ReadInteger(text);
     const uint32_t channel = static_cast<uint32_t>(number);
     LOG_ALWAYS(kFunction, "arfcn_val[%d] -> [%d]\n", static_cast<int>(channels->count), number);
     for (size_t i = 0; i < channels->count; ++i)
-        if (channels->accepted[i] == channel) return Refuse("find repeated arfcn value !!!\n");
-    if (!InLteBand(channel, channels->lte.All()) && !InNrBand(channel, channels->nr.All()))
-        return Refuse("find not support arfcn value !!!\n");
+        if (channels->accepted[i] == channel) return Refuse(kFunction, "find repeated arfcn value !!!\n");
+    if (!InLteBand(channel, channels->lte) && !InNrBand(channel, channels->nr))
+        return Refuse(kFunction, "find not support arfcn value !!!\n");
     channels->accepted[channels->count++] = channel;
     return kSuccess;
 }
@@ -123,19 +122,16 @@ bool IsChannelList(const char* list, size_t length)
     return length >= 2 && list[0] != ';' && list[length - 1] == ';' && strstr(list, ";;") == nullptr;
 }
 }  // namespace
-}  // namespace kobd
-
-using namespace kobd;
 
 int validEarfcnlock(const char* value)
 {
-    if (value == nullptr) return Refuse("buffer is NULL !!!\n");
+    if (value == nullptr) return Refuse(kFunction, "buffer is NULL !!!\n");
     char list[kListMax + 1];
     const size_t length = strnlen(value, kListMax + 1);
     memcpy(list, value, std::min(length, kListMax));
     list[std::min(length, kListMax)] = 0;
     LOG_ALWAYS(kFunction, "arfcns_list: [%s]\n", list);
-    if (length > kListMax || !IsChannelList(list, length)) return Refuse("invalid arfcns_list format !!!\n");
+    if (length > kListMax || !IsChannelList(list, length)) return Refuse(kFunction, "invalid arfcns_list format !!!\n");
 
     Channels channels;
     if (const int code = ReadSupportedBands(kLte, &channels.lte)) return code;

@@ -1,15 +1,14 @@
 // Domain names.
-#include <algorithm>
-#include <cstring>
+#include "validators/domain.h"
+
 #include <string_view>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
-#include "validators/address.h"
+#include "validators/check.h"
 #include "validators/regex.h"
+#include "validators/texts.h"
 
-namespace kobd
-{
+using namespace kobd;
+
 namespace
 {
 constexpr size_t kDomainCopy = 1024;  // bytes
@@ -20,24 +19,16 @@ constexpr const char* kDomain = "^([a-zA-Z0-9][-a-zA-Z0-9]{0,62}[.])*[a-zA-Z0-9]
 constexpr const char* kUrlDomain =
     "^((https|http|ftp|rtsp|mms)?://)?([0-9a-zA-Z_!~*'()-]+.)*([0-9a-zA-Z][0-9a-z-]{0,61})*.[a-zA-Z]{2,6}$";
 
-// The next part between dots that is not empty; nothing behind the last.
-std::string_view NextLabel(std::string_view& rest)
-{
-    rest.remove_prefix(std::min(rest.find_first_not_of('.'), rest.size()));
-    const std::string_view label = rest.substr(0, rest.find('.'));
-    rest.remove_prefix(label.size());
-    return label;
-}
-
+// The last part between dots that is not empty; the whole text when it has no dot.
 std::string_view LastLabel(std::string_view text, const char* function)
 {
     if (text.find('.') == std::string_view::npos) return text;
     std::string_view last;
-    std::string_view next = NextLabel(text);
+    std::string_view next = TakeWord(text, '.');
     while (!next.empty())
     {
         last = next;
-        next = NextLabel(text);
+        next = TakeWord(text, '.');
         const std::string_view shown = next.empty() ? "(null)" : next;
         LOG_ALWAYS(function, "last p string:%.*s", static_cast<int>(shown.size()), shown.data());
     }
@@ -46,15 +37,14 @@ std::string_view LastLabel(std::string_view text, const char* function)
 
 int CheckName(const char* text, const char* pattern, const char* function)
 {
-    const std::string_view view = text;
+    const std::string_view view = OrEmpty(text);
     if (view.empty() || view.size() >= kDomainCopy) return kInvalidArgument;
     // A top-level domain has no digits; this is what tells a name from an address.
     if (LastLabel(view, function).find_first_of("0123456789") != std::string_view::npos) return kInvalidArgument;
     return MatchAndPrint(text, pattern);
 }
 }  // namespace
-}  // namespace kobd
 
-int validDomain(const char* text) { return kobd::CheckName(text, kobd::kDomain, "validDomain"); }
+int validDomain(const char* text) { return CheckName(text, kDomain, "validDomain"); }
 
-int checkDomain(const char* text) { return kobd::CheckName(text, kobd::kUrlDomain, "checkDomain"); }
+int checkDomain(const char* text) { return CheckName(text, kUrlDomain, "checkDomain"); }

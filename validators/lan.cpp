@@ -1,18 +1,18 @@
 // The LAN's address, masks and pool.
+#include "validators/lan.h"
+
 #include <algorithm>
 #include <cstring>
 
-#include "daemon/base/result.h"
 #include "dictionary/snapshot.h"
 #include "validators/address.h"
-#include "validators/dotted.h"
-#include "validators/lan_values.h"
-#include "validators/lan_wan.h"
+#include "validators/address_arithmetic.h"
+#include "validators/check.h"
 #include "validators/regex.h"
 
-namespace kobd
-{
-AddressText ReadAddress(const char* object)
+using namespace kobd;
+
+AddressText kobd::ReadAddress(const char* object)
 {
     AddressText text;
     // What cannot be read is the empty text, which no check takes for an address.
@@ -20,7 +20,7 @@ AddressText ReadAddress(const char* object)
     return text;
 }
 
-bool IsLanHost(const char* value)
+bool kobd::IsLanHost(const char* value)
 {
     const AddressText lan = ReadAddress("networkLanSettingIp");
     const AddressText mask = ReadAddress("networkLanSettingMask");
@@ -69,49 +69,37 @@ bool IsReservedSegment(const char* value)
     return parts && FirstPartsEqual(*parts, {10, 254, 254, 0});
 }
 }  // namespace
-}  // namespace kobd
 
-int validLanMask(const char* value) { return kobd::MatchAndPrint(value, "^255.255.255.(252|248|240|224|192|128|0)$"); }
+int validLanMask(const char* value) { return MatchAndPrint(value, "^255.255.255.(252|248|240|224|192|128|0)$"); }
 
 int validLanIp(const char* value)
 {
-    if (validIpv4(value) != kobd::kSuccess || kobd::IsReservedSegment(value)) return kobd::kInvalidArgument;
-    const kobd::AddressText mask = kobd::ReadAddress("networkLanSettingMask");
+    if (validIpv4(value) != kSuccess || IsReservedSegment(value)) return kInvalidArgument;
+    const AddressText mask = ReadAddress("networkLanSettingMask");
     // With the masks of a LAN the second test lets every address pass, the segment's broadcast
     // address included; it refuses when there is no mask to judge by.
-    const bool host = isLanSegmentAddress(value, mask.data()) == 0 && isLanBroadcastIP(value, mask.data()) == 0;
-    return host ? kobd::kSuccess : kobd::kInvalidArgument;
+    return Verdict(isLanSegmentAddress(value, mask.data()) == 0 && isLanBroadcastIP(value, mask.data()) == 0);
 }
 
 int validExternIp(const char* value)
 {
-    if (validIpv4(value) != kobd::kSuccess) return kobd::kInvalidArgument;
-    const bool lan = strcmp(value, kobd::ReadAddress("networkLanSettingIp").data()) == 0;
-    return lan ? kobd::kInvalidArgument : kobd::kSuccess;
+    if (validIpv4(value) != kSuccess) return kInvalidArgument;
+    return Verdict(strcmp(value, ReadAddress("networkLanSettingIp").data()) != 0);
 }
 
-int validDhcpStart(const char* value)
-{
-    return kobd::IsPoolEnd(value, kobd::PoolEnd::kStart) ? kobd::kSuccess : kobd::kInvalidArgument;
-}
+int validDhcpStart(const char* value) { return Verdict(IsPoolEnd(value, PoolEnd::kStart)); }
 
-int validDhcpEnd(const char* value)
-{
-    return kobd::IsPoolEnd(value, kobd::PoolEnd::kEnd) ? kobd::kSuccess : kobd::kInvalidArgument;
-}
+int validDhcpEnd(const char* value) { return Verdict(IsPoolEnd(value, PoolEnd::kEnd)); }
 
-int validDmzIp(const char* value)
-{
-    return validIpv4(value) == kobd::kSuccess && kobd::IsLanHost(value) ? kobd::kSuccess : kobd::kInvalidArgument;
-}
+int validDmzIp(const char* value) { return Verdict(validIpv4(value) == kSuccess && IsLanHost(value)); }
 
 int inSameSegment(const char* first, const char* second, const char* mask)
 {
-    const auto a = kobd::ReadDotted(first);
-    const auto b = kobd::ReadDotted(second);
-    const auto m = kobd::ReadDotted(mask);
-    if (!a || !b || !m) return kobd::kInvalidArgument;
-    for (size_t i = 0; i < kobd::kSegmentParts; ++i)
-        if (((*a)[i] & (*m)[i]) != ((*b)[i] & (*m)[i])) return kobd::kInvalidArgument;
-    return kobd::kSuccess;
+    const auto a = ReadDotted(first);
+    const auto b = ReadDotted(second);
+    const auto m = ReadDotted(mask);
+    if (!a || !b || !m) return kInvalidArgument;
+    for (size_t i = 0; i < kSegmentParts; ++i)
+        if (((*a)[i] & (*m)[i]) != ((*b)[i] & (*m)[i])) return kInvalidArgument;
+    return kSuccess;
 }

@@ -1,14 +1,11 @@
-// Checks of management, diagnostic and voice settings.
-//
-// Each is given a zero-terminated text and returns 0 to accept it or 2 to refuse it. A missing text
-// (nullptr) is refused.
+// Settings of management, diagnosis and voice. Conventions in validators/check.h.
 #pragma once
 
 extern "C"
 {
-    // The APN, counted from 1, over which the TR-069 agent connects: 1 where there is only one WAN
-    // interface; else one of those configured that carries the default route, is enabled, or has
-    // no profile to say that it is not.
+    // The number of the APN, from 1, over which the TR-069 agent connects. Where there is one WAN
+    // interface only 1 is accepted. Elsewhere it is one of the configured interfaces that carries the
+    // default route, or whose profile is enabled or cannot be read.
     int validTr069BindApnIndex(const char* value);
 
     // A bandwidth in kilobits or megabits per second: "500K", "10M"; no leading zero.

@@ -1,14 +1,18 @@
 // Parental control by weekly spans of time.
+#include "validators/new_parent_control.h"
+
 #include <algorithm>
 #include <cstring>
 #include <string_view>
 
-#include "daemon/base/result.h"
 #include "platform/lists.h"
 #include "platform/text.h"
 #include "validators/address.h"
+#include "validators/check.h"
+#include "validators/parts.h"
 #include "validators/rows.h"
-#include "validators/time_rules.h"
+#include "validators/rule_name.h"
+#include "validators/texts.h"
 
 using namespace kobd;
 
@@ -19,7 +23,7 @@ using Row = NewParentControlRow;
 constexpr size_t kSpanLength = 6;  // characters of one span
 constexpr int kSpansMax = 84;
 constexpr size_t kTimeMax = kSpansMax * (kSpanLength + 1) - 1;  // characters, "," between the spans
-constexpr size_t kSpanSlot = 8;  // bytes; longer parts are cut, and still too long for a span
+constexpr int kSpanSlot = 8;  // bytes; longer parts are cut, and still too long for a span
 
 constexpr int kLastDay = 6;
 constexpr int kLastHour = 23;
@@ -41,7 +45,7 @@ bool AreColumnsValid(const void* row)
     if (name.Empty() || host.Empty() || time.Empty() || enable.Empty()) return false;
     if (name.View().size() > kRuleNameMax || validNameRestriction(name.Text()) == 0) return false;
     if (validMac(host.Text()) != kSuccess || validTimeStr(time.Text()) != kSuccess) return false;
-    return enable.View() == "0" || enable.View() == "1";
+    return IsOneOf(enable.View(), {"0", "1"});
 }
 }  // namespace
 
@@ -58,21 +62,19 @@ int validNewParentControl(void* row)
 
 int validTimeStr(const char* text)
 {
-    if (text == nullptr) return kInvalidArgument;
-    const size_t length = strlen(text);
+    const size_t length = strlen(OrEmpty(text));
     if (length < kSpanLength || length > kTimeMax || (length - kSpanLength) % (kSpanLength + 1) != 0)
         return kInvalidArgument;
-    char spans[kSpansMax][kSpanSlot] = {};
-    const int count = parse_str_by_separator(text, ',', spans[0], kSpanSlot, kSpansMax);
-    if (count < 1 || count > kSpansMax) return kInvalidArgument;
-    for (int i = 0; i < count; ++i)
-        if (validTimeSingle(spans[i]) != kSuccess) return kInvalidArgument;
+    const Parts<kSpansMax, kSpanSlot> spans(text, ',');
+    if (spans.count < 1 || spans.TooMany()) return kInvalidArgument;
+    for (int i = 0; i < spans.count; ++i)
+        if (validTimeSingle(spans.part[i]) != kSuccess) return kInvalidArgument;
     return kSuccess;
 }
 
 int validTimeSingle(const char* text)
 {
-    if (text == nullptr || strlen(text) != kSpanLength || !string_is_digits(text)) return kInvalidArgument;
+    if (strlen(OrEmpty(text)) != kSpanLength || string_is_digits(text) == 0) return kInvalidArgument;
     const auto digit = [text](int place) { return text[place] - '0'; };
     const int first_day = digit(0);
     const int last_day = digit(1);
@@ -80,6 +82,5 @@ int validTimeSingle(const char* text)
     const int end_hour = digit(4) * 10 + digit(5);
     if (std::max(first_day, last_day) > kLastDay || std::max(start_hour, end_hour) > kLastHour) return kInvalidArgument;
     if (first_day == last_day && start_hour > end_hour) return kInvalidArgument;
-    if (last_day != 0 && first_day > last_day) return kInvalidArgument;
-    return kSuccess;
+    return Verdict(last_day == 0 || first_day <= last_day);
 }

@@ -1,16 +1,15 @@
 // Port forwarding and port redirection, which share one list: two rules may not claim the same
 // external port.
-#include <array>
+#include "validators/port_forward.h"
+
 #include <cstdio>
 #include <cstdlib>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
 #include "platform/lists.h"
-#include "platform/text.h"
 #include "validators/address.h"
-#include "validators/firewall.h"
-#include "validators/protocol.h"
+#include "validators/check.h"
+#include "validators/parts.h"
+#include "validators/port.h"
 #include "validators/rows.h"
 
 using namespace kobd;
@@ -19,21 +18,13 @@ namespace
 {
 using Row = PortForwardRow;
 
+constexpr const char* kFunction = "securityPortForwardListValid";
 constexpr int kPortBounds = 2;  // the lower and the upper one
 
-// A port or a range of ports as text, cut at "-"; parts that are not there are empty.
-struct PortTexts
-{
-    explicit PortTexts(const char* text)
-        : count(parse_str_by_separator(text, '-', part[0], sizeof part[0], kPortBounds))
-    {
-    }
+// A port or a range of ports as text, cut at "-".
+using PortTexts = Parts<kPortBounds, Row::kSrcPort.width + 1>;
 
-    char part[kPortBounds][Row::kSrcPort.width + 1] = {};
-    int count;  // parts of the text, which may have more than two
-};
-
-// External ports that a rule claims, both ends included.
+// The external ports that a rule claims, both ends included.
 struct PortClaim
 {
     long long first;
@@ -42,15 +33,15 @@ struct PortClaim
 
 long long Number(const char* text) { return strtoll(text, nullptr, 10); }
 
-// "MinPort" to "MaxPort", a row without the latter standing for one port. A row without "MinPort"
-// was given by "SrcPort" alone and claims that: port 0 would collide with every other such row.
+// "MinPort" to "MaxPort"; a row without "MaxPort" claims one port. A row without "MinPort" was given by
+// "SrcPort" alone and claims that: port 0 would collide with every other such row.
 PortClaim ClaimOf(const void* row)
 {
     const FieldCopy min_port(row, Row::kMinPort);
     const FieldCopy max_port(row, Row::kMaxPort);
     if (!min_port.Empty())
         return {Number(min_port.Text()), Number(max_port.Empty() ? min_port.Text() : max_port.Text())};
-    const PortTexts src_port(FieldCopy(row, Row::kSrcPort).Text());
+    const PortTexts src_port(FieldCopy(row, Row::kSrcPort).Text(), '-');
     return {Number(src_port.part[0]), Number(src_port.part[src_port.count > 1 ? 1 : 0])};
 }
 
@@ -73,40 +64,34 @@ bool FillSrcPort(void* row)
 
 bool IsPortRange(const char* text)
 {
-    const PortTexts ports(text);
-    if (ports.count > kPortBounds || validPortRange(ports.part[0]) != kSuccess) return false;
+    const PortTexts ports(text, '-');
+    if (ports.TooMany() || validPortRange(ports.part[0]) != kSuccess) return false;
     if (ports.count < kPortBounds) return true;
     return validPortRange(ports.part[1]) == kSuccess && Number(ports.part[0]) <= Number(ports.part[1]);
 }
 
 bool IsSameRule(const void* a, const void* b)
 {
-    return SameField(a, b, Row::kProtocol) && SameField(a, b, Row::kSrcPort) && SameField(a, b, Row::kDestIpAddress) &&
-           SameField(a, b, Row::kDestPort);
-}
-
-int Refuse(const char* why)
-{
-    LOG_ALWAYS("securityPortForwardListValid", "%s", why);
-    return kInvalidArgument;
+    return SameFields(a, b, {Row::kProtocol, Row::kSrcPort, Row::kDestIpAddress, Row::kDestPort});
 }
 }  // namespace
 
 int securityPortForwardListValid(void* row)
 {
     if (row == nullptr) return kInvalidArgument;
-    if (!IsForwardProtocol(FieldView(row, Row::kProtocol))) return Refuse("invalid protocol\n");
-    if (!FillSrcPort(row) || !IsPortRange(FieldCopy(row, Row::kSrcPort).Text())) return Refuse("invalid port range\n");
-    if (validIpv4(FieldCopy(row, Row::kDestIpAddress).Text()) != kSuccess) return Refuse("invalid ipv4\n");
+    if (!IsForwardProtocol(FieldView(row, Row::kProtocol))) return Refuse(kFunction, "invalid protocol\n");
+    if (!FillSrcPort(row) || !IsPortRange(FieldCopy(row, Row::kSrcPort).Text()))
+        return Refuse(kFunction, "invalid port range\n");
+    if (validIpv4(FieldCopy(row, Row::kDestIpAddress).Text()) != kSuccess) return Refuse(kFunction, "invalid ipv4\n");
 
     const RowBlock other = NewRowBlock(Row::kSize);
-    if (other == nullptr) return Refuse("no enough memory\n");
+    if (other == nullptr) return Refuse(kFunction, "no enough memory\n");
     const PortClaim claim = ClaimOf(row);
     OtherRows others(nextSecPortForwardList, RowIndex(row), other.get());
     while (others.Read())
     {
-        if (IsSameRule(row, other.get())) return Refuse("the entry has been in list\n");
-        if (Overlap(claim, ClaimOf(other.get()))) return Refuse("Port overlap\n");
+        if (IsSameRule(row, other.get())) return Refuse(kFunction, "the entry has been in list\n");
+        if (Overlap(claim, ClaimOf(other.get()))) return Refuse(kFunction, "Port overlap\n");
     }
     return others.Result();
 }

@@ -4,8 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
+#include "validators/check.h"
 
 namespace kobd
 {
@@ -20,7 +19,7 @@ bool Regex::Matches(const char* text) const { return Match(text, nullptr, 0) == 
 
 int Regex::Match(const char* text, regmatch_t* matches, size_t count) const
 {
-    return Compiled() ? regexec(&compiled_, text, count, matches, 0) : error_;
+    return Compiled() ? regexec(&compiled_, OrEmpty(text), count, matches, 0) : error_;
 }
 
 void Regex::ErrorText(int error, char* text, size_t size) const
@@ -51,6 +50,12 @@ void CopyCaptures(const char* text, const regmatch_t* matches, char (*captures)[
 }
 }  // namespace
 
+int MatchWithLine(const char* text, const char* pattern)
+{
+    char captures[kCaptureSlots][kCaptureBytes] = {};
+    return regexMatchFunction(text, pattern, captures);
+}
+
 int MatchAndPrint(const char* text, const char* pattern)
 {
     const Regex regex(pattern);
@@ -64,7 +69,7 @@ int MatchAndPrint(const char* text, const char* pattern)
 int regexMatchFunction(const char* text, const char* pattern, char (*captures)[kobd::kCaptureBytes])
 {
     constexpr const char* kFunction = "regexMatchFunction";
-    if (text == nullptr || pattern == nullptr) return kobd::kInvalidArgument;
+    if (text == nullptr || pattern == nullptr || captures == nullptr) return kobd::kInvalidArgument;
     const kobd::Regex regex(pattern);
     // Asking for sub-matches makes an engine keep its way through the text, so a text that does not
     // match, however long, is refused before that.
@@ -76,11 +81,7 @@ int regexMatchFunction(const char* text, const char* pattern, char (*captures)[k
         kobd::CopyCaptures(text, matches, captures);
         return kobd::kSuccess;
     }
-    if (regex.Compiled() && error == REG_NOMATCH)
-    {
-        LOG_ALWAYS(kFunction, "REGEX_ERROR: regex no match\n");
-        return kobd::kInvalidArgument;
-    }
+    if (regex.Compiled() && error == REG_NOMATCH) return kobd::Refuse(kFunction, "REGEX_ERROR: regex no match\n");
     char reason[kobd::kErrorTextMax];
     regex.ErrorText(error, reason, sizeof reason);
     LOG_ALWAYS(kFunction, "REGEX_ERROR: %s\n", reason);
@@ -90,6 +91,7 @@ int regexMatchFunction(const char* text, const char* pattern, char (*captures)[k
 int checkRegex(const char* text, const char* pattern, int* start, int* end)
 {
     constexpr const char* kFunction = "checkRegex";
+    if (text == nullptr || pattern == nullptr || start == nullptr || end == nullptr) return REG_NOMATCH;
     regmatch_t whole;  // where groups matched is of no interest to any caller
     const int result = kobd::Regex(pattern).Match(text, &whole, 1);
     if (result != 0) return result;

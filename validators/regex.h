@@ -1,5 +1,6 @@
-// Regular expressions for the validators: POSIX extended, without case folding, newlines as any
-// other character. Patterns say with ^ and $ themselves whether the whole text has to match.
+// Regular expressions for the checks: POSIX extended, without case folding; a newline is like any other
+// character. Patterns say with ^ and $ themselves whether the whole text has to match. A missing text
+// (nullptr) is matched like the empty text.
 #pragma once
 
 #include <regex.h>
@@ -21,9 +22,9 @@ public:
     // False when the engine refuses the pattern, or has no memory for it; then nothing matches.
     bool Compiled() const { return error_ == 0; }
 
-    // Whether the pattern occurs in `text`. A pattern that begins with ^ costs time and memory in
-    // proportion to the text, whatever it repeats, because no sub-matches are asked for; any other
-    // one is tried at every place of the text.
+    // Whether the pattern occurs in `text`. No sub-matches are asked for: a pattern that begins with ^
+    // then costs time and memory in proportion to the text, whatever it repeats. Any other pattern is
+    // tried at every place of the text.
     bool Matches(const char* text) const;
 
     // The engine's own result, 0 for a match, with `count` sub-matches; the compile error when the
@@ -41,23 +42,26 @@ private:
 // Whether `text` matches; false for a pattern that does not compile. Writes no log line.
 bool RegexMatches(const char* text, const char* pattern);
 
-// 0 when `text` matches, else 2; prints "match" to standard output on a match, and "nomatch" when
-// the pattern does not compile.
+// As regexMatchFunction, for a caller that needs no captures.
+int MatchWithLine(const char* text, const char* pattern);
+
+// 0 when `text` matches, else 2. Prints "match" to standard output on a match, and "nomatch" when the
+// pattern does not compile.
 int MatchAndPrint(const char* text, const char* pattern);
 }  // namespace kobd
 
 extern "C"
 {
     // Matches `text` and hands out what the groups of `pattern` matched.
-    //   captures: zeroed slots, one more than the pattern has groups (16 at most count); slot 0
-    //   receives the whole match, slot i group i. The first unused group ends the walk; an empty
-    //   part, or one of more than 511 bytes, leaves its slot as it is.
-    // 0 match; 2 no match, no text, no pattern or one that does not compile. Every refusal but a
-    // missing argument writes a line that begins with "REGEX_ERROR: ".
+    //   captures: zeroed slots, one more than the pattern has groups, of which 16 are used; slot 0
+    //   receives the whole match, slot i the text of group i. The first unused group ends the copying;
+    //   an empty part, or one of more than 511 bytes, leaves its slot as it is.
+    // 0 match; 2 no match, a missing argument, or a pattern that does not compile. Every refusal but
+    // that of a missing argument writes a line that begins with "REGEX_ERROR: ".
     int regexMatchFunction(const char* text, const char* pattern, char (*captures)[kobd::kCaptureBytes]);
 
-    // Looks for `pattern` in `text` and stores where it was found, as byte offsets; on a match it
-    // writes three lines: the pattern and both offsets.
-    // The engine's result: 0 match, 1 no match (the offsets are then left alone).
+    // Looks for `pattern` in `text`. On a match it stores the byte offsets of the match, and writes three
+    // lines: the pattern and both offsets.
+    // The engine's result: 0 match; 1 no match or a missing argument, and the offsets are left alone.
     int checkRegex(const char* text, const char* pattern, int* start, int* end);
 }

@@ -1,6 +1,5 @@
-// Where the row validators find their fields. The rows come from outside without alignment and
-// with whatever bytes they had; dictionary/catalogue/validated_rows.cpp refuses to compile when a
-// place here is not the catalogue's.
+// Where the checks of rows find their fields. dictionary/catalogue/validated_rows.cpp refuses to compile
+// when a place here is not the catalogue's.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +15,7 @@ struct TextField
 
 inline constexpr uint32_t kWidestField = 600;  // NewParentControlRow::kTime
 
-// One description a row layout; kSize is the size of the row in bytes.
+// One struct for each row layout; kSize is the size of the row in bytes.
 struct MacFilterRow
 {
     static constexpr uint32_t kSize = 64;

@@ -1,11 +1,11 @@
 // Reading rows whose bytes nobody has looked at yet.
 #include "validators/rows.h"
 
+#include <algorithm>
 #include <new>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
-#include "validators/address.h"
+#include "validators/check.h"
+#include "validators/texts.h"
 
 namespace kobd
 {
@@ -36,7 +36,11 @@ void TrimField(void* row, TextField field)
     if (text.View() != FieldView(row, field)) StoreField(row, field, text.View());
 }
 
-bool SameField(const void* a, const void* b, TextField field) { return FieldView(a, field) == FieldView(b, field); }
+bool SameFields(const void* a, const void* b, std::initializer_list<TextField> fields)
+{
+    return std::all_of(fields.begin(), fields.end(),
+                       [&](TextField field) { return FieldView(a, field) == FieldView(b, field); });
+}
 
 bool OtherRows::Read()
 {

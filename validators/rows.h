@@ -1,10 +1,11 @@
-// Rows as the row validators see them: bytes without alignment, the index first, texts that may
-// lack their zero byte; and the rows stored in the same table.
+// Rows as their checks see them: bytes without alignment, the index first, texts that may lack their zero
+// byte. And the other rows that are stored in the same table.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <memory>
 #include <string_view>
 
@@ -13,11 +14,11 @@
 
 namespace kobd
 {
-// A text field where it stands: up to its zero byte, or its whole width without one. Lives as long
-// as the row and follows its changes.
+// A text field in its row, up to the zero byte; the whole width when there is none. The view is valid as
+// long as the row, and shows its changes.
 std::string_view FieldView(const void* row, TextField field);
 
-// A copy of a text field, always with a zero byte, for the checks that want one.
+// A copy of a text field, always with a zero byte.
 class FieldCopy
 {
 public:
@@ -38,14 +39,14 @@ void StoreField(void* row, TextField field, std::string_view text);
 // Removes the blanks around a text field, in the row.
 void TrimField(void* row, TextField field);
 
-// Whether a field has the same text in both rows.
-bool SameField(const void* a, const void* b, TextField field);
+// Whether each of the fields has the same text in both rows.
+bool SameFields(const void* a, const void* b, std::initializer_list<TextField> fields);
 
-// The platform's walk over a table: see platform/lists.h.
+// The next operation of a table, see platform/lists.h.
 using RowNext = int (*)(int32_t previous, void* row);
 
-// Walks the rows stored in a table apart from the one whose index is `own`: a row is no duplicate
-// of itself. Every read overwrites the block of the row read before.
+// Walks the rows stored in a table, but not the one whose index is `own`: a row is no duplicate of
+// itself. Every read overwrites the row that was read before.
 class OtherRows
 {
 public:
@@ -55,8 +56,8 @@ public:
     // Reads the next row into the block; false at the end.
     bool Read();
 
-    // What the walk says once Read has told the end: 0, or 2 when it was given up because the
-    // list never came to an end. What was not read may collide, so the row is refused.
+    // The verdict once Read has returned false: 0, or 2 when the list did not come to an end and the
+    // walk was given up. A row that was not read may collide, so the row is refused.
     int Result() const;
 
 private:

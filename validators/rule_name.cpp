@@ -1,10 +1,11 @@
 // The names of access rules and parental control rules.
+#include "validators/rule_name.h"
+
 #include <algorithm>
 #include <cstring>
 #include <string_view>
 
-#include "daemon/base/log.h"
-#include "validators/time_rules.h"
+#include "validators/check.h"
 
 namespace
 {
@@ -15,10 +16,8 @@ constexpr bool IsPrintable(char c) { return c > ' ' && c <= '~'; }
 
 int validNameRestriction(const char* name)
 {
-    if (name == nullptr) return 0;
-    const std::string_view text(name, strnlen(name, kNameMax + 1));
-    if (text.empty() || text.size() > kNameMax) return 0;
-    if (!std::all_of(text.begin(), text.end(), IsPrintable)) return 0;
+    const std::string_view text(kobd::OrEmpty(name), strnlen(kobd::OrEmpty(name), kNameMax + 1));
+    if (text.empty() || text.size() > kNameMax || !std::all_of(text.begin(), text.end(), IsPrintable)) return 0;
     if (text.find_first_of(kRefused) != text.npos)
     {
         LOG_ALWAYS("validNameRestriction", "---name is not in a-z or A-Z or 0-9---");

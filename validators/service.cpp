@@ -1,17 +1,17 @@
-// Time zone, position, dynamic DNS provider, configuration file.
+// Time zone, position, dynamic DNS, configuration file and Wi-Fi keys.
+#include "validators/service.h"
+
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
-#include <span>
+#include <cstring>
 #include <string_view>
 
-#include "daemon/base/result.h"
-#include "validators/lan_wan.h"
-#include "validators/numbers.h"
+#include "validators/check.h"
+#include "validators/texts.h"
 
-namespace kobd
-{
+using namespace kobd;
+
 namespace
 {
 using namespace std::string_view_literals;
@@ -33,11 +33,6 @@ constexpr std::array kDdnsProviders = {
     "DDNS2.EXAMPLE.ORG"sv, "DDNS3.EXAMPLE.ORG"sv};
 static_assert(kDdnsProviders.size() == 14);
 
-bool IsOneOf(std::string_view value, std::span<const std::string_view> texts)
-{
-    return std::find(texts.begin(), texts.end(), value) != texts.end();
-}
-
 bool IsWholeHourZone(std::string_view zone)
 {
     const auto hours = ReadDigits(zone.substr(4, 2));
@@ -54,22 +49,26 @@ bool IsZone(std::string_view zone)
 int CheckDegrees(const char* value, double limit)
 {
     const auto degrees = ReadReal(value);
-    return degrees && *degrees >= -limit && *degrees <= limit ? kSuccess : kInvalidArgument;
+    return Verdict(degrees && *degrees >= -limit && *degrees <= limit);
 }
 }  // namespace
-}  // namespace kobd
 
-int validSystemTimezone(const char* value) { return kobd::IsZone(value) ? kobd::kSuccess : kobd::kInvalidArgument; }
+int validSystemTimezone(const char* value) { return Verdict(IsZone(OrEmpty(value))); }
 
-int validDdnsServiceProvider(const char* value)
+int validDdnsServiceProvider(const char* value) { return Verdict(IsOneOf(OrEmpty(value), kDdnsProviders)); }
+
+int validGpsLongitude(const char* value) { return CheckDegrees(value, kLongitudeMax); }
+
+int validGpsLatitude(const char* value) { return CheckDegrees(value, kLatitudeMax); }
+
+int validGpsAltitude(const char* value) { return Verdict(ReadReal(value).has_value()); }
+
+int validConfigFile(const char* value) { return Verdict(access(OrEmpty(value), F_OK) == 0); }
+
+int validWifiPassword(const char* text)
 {
-    return kobd::IsOneOf(value, kobd::kDdnsProviders) ? kobd::kSuccess : kobd::kInvalidArgument;
+    if (text == nullptr) return kInvalidArgument;
+    // "0x" would be taken for a key in hexadecimal digits.
+    const bool hexadecimal = text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+    return Verdict(!hexadecimal && strchr(text, ' ') == nullptr);
 }
-
-int validGpsLongitude(const char* value) { return kobd::CheckDegrees(value, kobd::kLongitudeMax); }
-
-int validGpsLatitude(const char* value) { return kobd::CheckDegrees(value, kobd::kLatitudeMax); }
-
-int validGpsAltitude(const char* value) { return kobd::ReadReal(value) ? kobd::kSuccess : kobd::kInvalidArgument; }
-
-int validConfigFile(const char* value) { return access(value, F_OK) == 0 ? kobd::kSuccess : kobd::kInvalidArgument; }

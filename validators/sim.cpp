@@ -3,13 +3,13 @@
 
 #include <cstring>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
 #include "platform/text.h"
+#include "validators/check.h"
+#include "validators/parts.h"
 #include "validators/regex.h"
 
-namespace kobd
-{
+using namespace kobd;
+
 namespace
 {
 constexpr size_t kPinMin = 4;  // digits of a PIN, 3GPP TS 31.101, 9.5.1
@@ -17,64 +17,40 @@ constexpr size_t kPinMax = 8;
 constexpr int kSimLockMax = 18;  // PLMN codes of a SIM lock
 constexpr size_t kPlmnMin = 5;   // digits: mobile country code 3, network code 2 or 3
 constexpr size_t kPlmnMax = 6;
-constexpr size_t kPlmnSlot = 8;  // bytes; a code too long fills its slot and is known by that
+constexpr int kPlmnSlot = 8;  // bytes; a code that is too long fills its slot and is recognized by that
 
-int RefuseSimLock(const char* line)
+// Digits alone, at least `shortest` and at most `longest`.
+bool IsCode(const char* text, size_t shortest, size_t longest)
 {
-    LOG_ALWAYS("validLteSimlock", "%s", line);
-    return kInvalidArgument;
-}
-
-bool IsPlmn(const char* code)
-{
-    const size_t length = strlen(code);
-    return string_is_digits(code) && length >= kPlmnMin && length <= kPlmnMax;
+    const size_t length = strnlen(text, longest + 1);
+    return length >= shortest && length <= longest && string_is_digits(text) != 0;
 }
 }  // namespace
-}  // namespace kobd
 
-using namespace kobd;
+int validLockPin(const char* value) { return Verdict(RegexMatches(value, "^(0|1),([0-9]{4,8})$")); }
 
-int validLockPin(const char* value)
-{
-    return value != nullptr && RegexMatches(value, "^(0|1),([0-9]{4,8})$") ? kSuccess : kInvalidArgument;
-}
+int validEnterPin(const char* value) { return Verdict(IsCode(OrEmpty(value), kPinMin, kPinMax)); }
 
-int validEnterPin(const char* value)
-{
-    if (value == nullptr) return kInvalidArgument;
-    const size_t length = strnlen(value, kPinMax + 1);
-    return length >= kPinMin && length <= kPinMax && string_is_digits(value) ? kSuccess : kInvalidArgument;
-}
+int ValidVerifyPin(const char* value) { return Verdict(RegexMatches(value, "^([0-9]{4,8}),([0-9]{4,8})$")); }
 
-int ValidVerifyPin(const char* value)
-{
-    return value != nullptr && RegexMatches(value, "^([0-9]{4,8}),([0-9]{4,8})$") ? kSuccess : kInvalidArgument;
-}
-
-int validEnterPuk(const char* value)
-{
-    return value != nullptr && RegexMatches(value, "^([0-9]{8}),([0-9]{4,8})$") ? kSuccess : kInvalidArgument;
-}
+int validEnterPuk(const char* value) { return Verdict(RegexMatches(value, "^([0-9]{8}),([0-9]{4,8})$")); }
 
 int validLtePlmnlock(const char* value)
 {
     if (value != nullptr && *value == 0) return kSuccess;
-    char captures[2][kCaptureBytes] = {};
-    return regexMatchFunction(value, "^([0-9]{5,6})$", captures);
+    return MatchWithLine(value, "^([0-9]{5,6})$");
 }
 
 int validLteSimlock(const char* value)
 {
+    constexpr const char* kFunction = "validLteSimlock";
     if (value == nullptr) return kInvalidArgument;
-    char codes[kSimLockMax][kPlmnSlot];
-    const int count = parse_str_by_separator(value, ';', codes[0], kPlmnSlot, kSimLockMax);
-    if (count > kSimLockMax) return RefuseSimLock("max is 18\n");
-    for (int i = 0; i < count; ++i)
+    const Parts<kSimLockMax, kPlmnSlot> codes(value, ';');
+    if (codes.TooMany()) return Refuse(kFunction, "max is 18\n");
+    for (int i = 0; i < codes.count; ++i)
     {
-        if (!IsPlmn(codes[i])) return RefuseSimLock("PLMN must be 5 or 6 digits\n");
-        for (int earlier = 0; earlier < i; ++earlier)
-            if (strcmp(codes[earlier], codes[i]) == 0) return RefuseSimLock("PLMN duplicate\n");
+        if (!IsCode(codes.part[i], kPlmnMin, kPlmnMax)) return Refuse(kFunction, "PLMN must be 5 or 6 digits\n");
+        if (codes.IsRepeated(i)) return Refuse(kFunction, "PLMN duplicate\n");
     }
     return kSuccess;
 }

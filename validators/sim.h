@@ -1,8 +1,5 @@
-// Checks of what clients may write for the SIM: PIN and PUK commands, PLMN and SIM lock. Only the
-// form is judged; nothing is compared with a stored code.
-//
-// Each is given a zero-terminated text and returns 0 to accept it or 2 to refuse it. What is not
-// named below is refused, a missing text (nullptr) always.
+// The commands and locks of the SIM: PIN, PUK, PLMN lock and SIM lock. Only the form is checked; nothing
+// is compared with a stored code. Conventions in validators/check.h.
 #pragma once
 
 extern "C"
@@ -22,7 +19,7 @@ extern "C"
     // One PLMN code of 5 or 6 digits, or the empty text for no lock.
     int validLtePlmnlock(const char* value);
 
-    // At most 18 different PLMN codes of 5 or 6 digits with ";" between them, the last one may be
-    // followed by one too; or the empty text for no lock.
+    // At most 18 different PLMN codes of 5 or 6 digits with ";" between them, and perhaps one ";" behind
+    // the last; or the empty text for no lock.
     int validLteSimlock(const char* value);
 }

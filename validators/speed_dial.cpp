@@ -1,12 +1,13 @@
 // Speed dial: short numbers that stand for telephone numbers.
+#include "validators/speed_dial.h"
+
 #include <cstdlib>
 #include <string_view>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
 #include "platform/lists.h"
-#include "validators/lists.h"
+#include "validators/check.h"
 #include "validators/rows.h"
+#include "validators/texts.h"
 
 using namespace kobd;
 
@@ -14,17 +15,13 @@ namespace
 {
 using Row = SpeedDialRow;
 
+constexpr const char* kFunction = "speedDialListValid";
 constexpr size_t kNumberMax = 32;       // characters
 constexpr size_t kDescriptionMax = 31;  // characters
 constexpr std::string_view kDigits = "0123456789";
 constexpr std::string_view kNumberKeys = "1234567890*#";
 constexpr std::string_view kDescriptionCharacters =
     "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ1234567890[]@=.-*()$#!_ ^{}|~";
-
-bool IsMadeOf(std::string_view text, std::string_view characters)
-{
-    return text.find_first_not_of(characters) == text.npos;
-}
 
 // 1 to 99 in one or two digits.
 bool IsSpeedDialNumber(std::string_view text)
@@ -34,29 +31,23 @@ bool IsSpeedDialNumber(std::string_view text)
 }
 
 int SpeedDialNumber(const void* row) { return atoi(FieldCopy(row, Row::kSpeedDialNumber).Text()); }
-
-int Refuse(const char* why)
-{
-    LOG_ALWAYS("speedDialListValid", "%s", why);
-    return kInvalidArgument;
-}
 }  // namespace
 
 int speedDialListValid(void* row)
 {
     if (row == nullptr) return kInvalidArgument;
-    if (!IsSpeedDialNumber(FieldView(row, Row::kSpeedDialNumber))) return Refuse("invalid speedDialNum");
+    if (!IsSpeedDialNumber(FieldView(row, Row::kSpeedDialNumber))) return Refuse(kFunction, "invalid speedDialNum");
     const std::string_view number = FieldView(row, Row::kActureNumber);
-    if (number.size() > kNumberMax || !IsMadeOf(number, kNumberKeys)) return Refuse("invalid actureNum");
+    if (number.size() > kNumberMax || !IsMadeOf(number, kNumberKeys)) return Refuse(kFunction, "invalid actureNum");
     const std::string_view description = FieldView(row, Row::kDescription);
     if (description.size() > kDescriptionMax || !IsMadeOf(description, kDescriptionCharacters))
-        return Refuse("invalid description");
+        return Refuse(kFunction, "invalid description");
 
     const RowBlock other = NewRowBlock(Row::kSize);
-    if (other == nullptr) return Refuse("memery alloc failed");
+    if (other == nullptr) return Refuse(kFunction, "memery alloc failed");
     const int own = SpeedDialNumber(row);
     OtherRows others(speedDialListNext, RowIndex(row), other.get());
     while (others.Read())
-        if (SpeedDialNumber(other.get()) == own) return Refuse("the entry has been in the list");
+        if (SpeedDialNumber(other.get()) == own) return Refuse(kFunction, "the entry has been in the list");
     return others.Result();
 }

@@ -1,15 +1,16 @@
 // URLs of upgrade and management servers.
+#include "validators/url.h"
+
 #include <cstring>
 #include <string_view>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
 #include "validators/address.h"
-#include "validators/numbers.h"
+#include "validators/check.h"
 #include "validators/regex.h"
+#include "validators/texts.h"
 
-namespace kobd
-{
+using namespace kobd;
+
 namespace
 {
 constexpr size_t kUrlCopy = 1024;  // bytes
@@ -28,8 +29,8 @@ constexpr const char* kHttpNumericHost = HTTP_SCHEMES NUMERIC_HOST PORT_AND_PATH
 constexpr const char* kHttpNamedHost = HTTP_SCHEMES NAMED_HOST PORT_AND_PATH;
 constexpr const char* kHttpIpv6Host = HTTP_SCHEMES IPV6_HOST PORT_AND_PATH;
 
-// Whether validIpv4 takes the host of a URL that matches a numeric host: what stands behind "//",
-// up to a path or a port. The pattern alone lets 127.0.0.1 and leading zeros through.
+// Whether validIpv4 takes the host of a URL with a numeric host. The host stands behind "//" and ends at
+// a path or a port. The pattern alone lets 127.0.0.1 and leading zeros through.
 bool NumericHostValid(std::string_view url)
 {
     std::string_view host = url.substr(url.find('/') + 2);
@@ -54,32 +55,27 @@ bool HttpMatches(const char* text, const char* pattern)
     return regex.Matches(text);
 }
 }  // namespace
-}  // namespace kobd
 
 int validFtpUrl(const char* text)
 {
-    if (strlen(text) >= kobd::kUrlCopy) return kobd::kInvalidArgument;
-    const bool accepted = kobd::RegexMatches(text, kobd::kFtpNumericHost)
-                              ? kobd::NumericHostValid(text)
-                              : kobd::RegexMatches(text, kobd::kFtpNamedHost);
-    return accepted ? kobd::kSuccess : kobd::kInvalidArgument;
+    text = OrEmpty(text);
+    if (strlen(text) >= kUrlCopy) return kInvalidArgument;
+    const bool accepted =
+        RegexMatches(text, kFtpNumericHost) ? NumericHostValid(text) : RegexMatches(text, kFtpNamedHost);
+    return Verdict(accepted);
 }
 
 int validHttpUrl(const char* text)
 {
     constexpr const char* kFunction = "validHttpUrl";
-    if (strlen(text) >= kobd::kUrlCopy) return kobd::kInvalidArgument;
-    const bool numeric = kobd::HttpMatches(text, kobd::kHttpNumericHost);
-    if (numeric && !kobd::NumericHostValid(text))
-    {
-        LOG_ALWAYS(kFunction, "error\n");
-        return kobd::kInvalidArgument;
-    }
-    if (numeric || kobd::HttpMatches(text, kobd::kHttpNamedHost))
+    text = OrEmpty(text);
+    if (strlen(text) >= kUrlCopy) return kInvalidArgument;
+    const bool numeric = HttpMatches(text, kHttpNumericHost);
+    if (numeric && !NumericHostValid(text)) return Refuse(kFunction, "error\n");
+    if (numeric || HttpMatches(text, kHttpNamedHost))
     {
         LOG_ALWAYS(kFunction, "match\n");
-        return kobd::kSuccess;
+        return kSuccess;
     }
-    const bool ipv6 = kobd::HttpMatches(text, kobd::kHttpIpv6Host) && kobd::Ipv6HostValid(text);
-    return ipv6 ? kobd::kSuccess : kobd::kInvalidArgument;
+    return Verdict(HttpMatches(text, kHttpIpv6Host) && Ipv6HostValid(text));
 }

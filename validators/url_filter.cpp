@@ -1,9 +1,9 @@
 // Filters by URL: what the firewall can match in a request for a web page.
+#include "validators/url_filter.h"
+
 #include <cstring>
 
-#include "daemon/base/log.h"
-#include "daemon/base/result.h"
-#include "validators/firewall.h"
+#include "validators/check.h"
 #include "validators/regex.h"
 #include "validators/rows.h"
 
@@ -11,9 +11,11 @@ using namespace kobd;
 
 namespace
 {
-// The patterns as they have always been. A backslash inside brackets is an ordinary character
-// (POSIX), and so \-\ there is the range from one backslash to the next: the hyphen is not among
-// the characters of a host or path, and a URL with a backslash has been refused before.
+constexpr const char* kFunction = "validUrlFilter";
+
+// A backslash inside brackets is an ordinary character (POSIX), so that \-\ is the range from one
+// backslash to the next. The hyphen is therefore not among the characters of a host or a path; a URL
+// with a backslash has been refused before.
 constexpr char kBackslash[] = "\\\\";
 constexpr char kHostAndPath[] = "^[A-Za-z0-9\\.\\-\\?&_=]+(:[0-9]{1,4}/)?([A-Za-z0-9\\.\\-\\?&_=]+/?)*$";
 constexpr char kAddress[] = "^([0-9]{1,3})\\.([0-9]{1,3})\\.([0-9]{1,3})\\.([0-9]{1,3})$";
@@ -29,16 +31,10 @@ bool Matches(const char* text, const char* pattern)
     return checkRegex(text, pattern, &start, &end) == 0;
 }
 
-int Refuse(const char* why)
-{
-    LOG_ALWAYS("validUrlFilter", "%s", why);
-    return kInvalidArgument;
-}
-
 int JudgeWithoutScheme(const char* url)
 {
-    if (!Matches(url, kHostAndPath)) return Refuse("invalid symbol");
-    if (Matches(url, kAddress)) return Refuse("cannot input ip");
+    if (!Matches(url, kHostAndPath)) return Refuse(kFunction, "invalid symbol");
+    if (Matches(url, kAddress)) return Refuse(kFunction, "cannot input ip");
     return kSuccess;
 }
 
@@ -48,10 +44,10 @@ int JudgeWithScheme(const char* url)
     int end;
     if (checkRegex(url, kScheme, &start, &end) != 0) return kInvalidArgument;
     const char* rest = url + (end - start);
-    LOG_ALWAYS("validUrlFilter", "------URL:%s", rest);
-    if (Matches(rest, kSlashes)) return Refuse("------more than 1 slash");
-    if (!Matches(rest, kHostAndPath)) return Refuse("invalid symbol");
-    if (Matches(rest, kAddressFirst)) return Refuse("cannot input ip");
+    LOG_ALWAYS(kFunction, "------URL:%s", rest);
+    if (Matches(rest, kSlashes)) return Refuse(kFunction, "------more than 1 slash");
+    if (!Matches(rest, kHostAndPath)) return Refuse(kFunction, "invalid symbol");
+    if (Matches(rest, kAddressFirst)) return Refuse(kFunction, "cannot input ip");
     return kSuccess;
 }
 }  // namespace

@@ -1,20 +1,22 @@
 // Gateways, and the servers that the router talks to.
+#include "validators/wan.h"
+
 #include <cstdio>
 #include <cstring>
 
-#include "daemon/base/result.h"
 #include "dictionary/records.h"
 #include "dictionary/snapshot.h"
 #include "platform/connection.h"
 #include "platform/nvram.h"
 #include "platform/text.h"
 #include "validators/address.h"
-#include "validators/lan_values.h"
-#include "validators/lan_wan.h"
-#include "validators/numbers.h"
+#include "validators/check.h"
+#include "validators/domain.h"
+#include "validators/lan.h"
+#include "validators/texts.h"
 
-namespace kobd
-{
+using namespace kobd;
+
 namespace
 {
 constexpr size_t kVpnServerMax = 67;    // characters
@@ -40,11 +42,6 @@ bool ProfileEnabled(uint32_t profile)
     return strcmp(enable, "1") == 0;
 }
 
-bool IsAddressOrDomain(const char* value)
-{
-    return validIpv4(value) == kSuccess || validIpv6(value) == kSuccess || validDomain(value) == kSuccess;
-}
-
 // The upgrade folder's scheme decides whether its server may go without user and password.
 bool UpgradeNeedsCredentials()
 {
@@ -55,42 +52,39 @@ bool UpgradeNeedsCredentials()
     return strcmp(scheme, "http") != 0 && strcmp(scheme, "https") != 0;
 }
 }  // namespace
-}  // namespace kobd
 
 int validWanGateway(const char* value)
 {
-    if (validIpv4(value) != kobd::kSuccess || !kobd::IsLanHost(value)) return kobd::kInvalidArgument;
-    const bool lan = strcmp(value, kobd::ReadAddress("networkLanSettingIp").data()) == 0;
-    return lan ? kobd::kInvalidArgument : kobd::kSuccess;
+    if (validDmzIp(value) != kSuccess) return kInvalidArgument;
+    return Verdict(strcmp(value, ReadAddress("networkLanSettingIp").data()) != 0);
 }
 
 int validDefaultGateway(const char* value)
 {
-    const uint32_t profile = kobd::ReadDigits(value).value_or(0);
-    if (profile < 1 || profile > kobd::ProfileCount()) return kobd::kInvalidArgument;
-    return kobd::ProfileEnabled(profile) ? kobd::kSuccess : kobd::kInvalidArgument;
+    const uint32_t profile = ReadDigits(OrEmpty(value)).value_or(0);
+    if (profile < 1 || profile > ProfileCount()) return kInvalidArgument;
+    return Verdict(ProfileEnabled(profile));
 }
 
 int validVpnserver(const char* value)
 {
-    const size_t length = strlen(value);
-    if (length < 1 || length > kobd::kVpnServerMax) return kobd::kInvalidArgument;
-    const bool server = validAddressExzerobc(value) == kobd::kSuccess || checkDomain(value) == kobd::kSuccess;
-    return server ? kobd::kSuccess : kobd::kInvalidArgument;
+    const size_t length = strlen(OrEmpty(value));
+    if (length < 1 || length > kVpnServerMax) return kInvalidArgument;
+    return Verdict(validAddressExzerobc(value) == kSuccess || checkDomain(value) == kSuccess);
 }
 
 int validWatchdogPingServer(const char* value)
 {
-    return kobd::IsAddressOrDomain(value) ? kobd::kSuccess : kobd::kInvalidArgument;
+    return Verdict(validIpv4(value) == kSuccess || validIpv6(value) == kSuccess || validDomain(value) == kSuccess);
 }
 
 int validSnmpTrapServer(const char* value) { return validWatchdogPingServer(value); }
 
 int validFtpUsr(const char* value)
 {
-    const bool needed = kobd::UpgradeNeedsCredentials();
-    if (needed && *value == 0) return kobd::kInvalidArgument;
-    return strlen(value) <= kobd::kCredentialMax ? kobd::kSuccess : kobd::kInvalidArgument;
+    const bool needed = UpgradeNeedsCredentials();
+    if (value == nullptr || (needed && *value == 0)) return kInvalidArgument;
+    return Verdict(strlen(value) <= kCredentialMax);
 }
 
 int validFtpPwd(const char* value) { return validFtpUsr(value); }

@@ -87,12 +87,12 @@ int kobd_log_print(const char* function, int line, const char* format, ...)
     strftime(stamp, sizeof stamp, "%Y/%m/%d  %H:%M:%S", &local);
 
     char text[kobd::kLogLineMax + 1] = {};
-    const int prefix = snprintf(text, sizeof text, "\n%s %s[%d]: ", stamp, function, line);
+    const int prefix = snprintf(text, sizeof text, "\n%s %s[%d]: ", stamp, function != nullptr ? function : "", line);
     const size_t used = prefix < 0 ? 0 : prefix > kobd::kLogLineMax ? kobd::kLogLineMax : size_t(prefix);
 
     va_list arguments;
     va_start(arguments, format);
-    const int message = vsnprintf(text + used, sizeof text - used, format, arguments);
+    const int message = format != nullptr ? vsnprintf(text + used, sizeof text - used, format, arguments) : -1;
     va_end(arguments);
     if (message < 0)
     {

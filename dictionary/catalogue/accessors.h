@@ -2,11 +2,17 @@
 #pragma once
 
 #include "validators/address.h"
+#include "validators/band_lock.h"
 #include "validators/cbsd.h"
-#include "validators/lan_wan.h"
+#include "validators/cell_lock.h"
+#include "validators/channel_lock.h"
+#include "validators/lan.h"
 #include "validators/management.h"
 #include "validators/radio.h"
+#include "validators/service.h"
 #include "validators/sim.h"
+#include "validators/url.h"
+#include "validators/wan.h"
 
 extern "C"
 {

@@ -38,21 +38,6 @@ uint32_t NrChannel(uint32_t frequency)
 }
 }  // namespace
 
-TEST(BandTables, RowsStandAtTheirBandNumber)
-{
-    size_t lte = 0;
-    for (size_t i = 0; i < LteEarfcnBandTable.size(); ++i)
-    {
-        EXPECT_EQ(LteEarfcnBandTable[i].band, LteEarfcnBandTable[i].count != 0 ? i : 0) << i;
-        lte += LteEarfcnBandTable[i].count != 0;
-    }
-    EXPECT_EQ(lte, 74u);
-    for (size_t i = 0; i < NrArfcnBandTable.size(); ++i)
-        EXPECT_EQ(NrArfcnBandTable[i].band, NrArfcnBandTable[i].width != 0 ? i : 0) << i;
-    for (size_t i = 0; i < PciLockBandTable.size(); ++i)
-        EXPECT_TRUE(PciLockBandTable[i].band == static_cast<int>(i) || PciLockBandTable[i].high == 0) << i;
-}
-
 TEST(BandTables, BandsOfBothGenerationsShareTheirSpectrum)
 {
     size_t shared = 0;
@@ -79,14 +64,9 @@ TEST(BandTables, NrChannelNumbersFollowFromTheFrequencies)
         const uint32_t low = row.dl_low != 0 ? row.dl_low : row.ul_low;
         EXPECT_EQ(row.raster, low < 3000000 ? 5u : low < 24250000 ? 15u : 60u) << row.band;
         const auto own = kOwnFirst.find(row.band);
-        for (const auto& [first, frequency] : {Range{row.dl_first, row.dl_low}, Range{row.ul_first, row.ul_low}})
-        {
-            EXPECT_EQ(first, own != kOwnFirst.end() ? own->second : NrChannel(frequency)) << row.band;
-        }
-        if (row.dl_low == row.ul_low)
-        {
-            EXPECT_EQ(row.dl_first, row.ul_first) << row.band;
-        }
+        const auto expected = [&](uint32_t kHz) { return own != kOwnFirst.end() ? own->second : NrChannel(kHz); };
+        EXPECT_EQ(row.dl_first, expected(row.dl_low)) << row.band;
+        EXPECT_EQ(row.ul_first, expected(row.ul_low)) << row.band;
     }
 }
 
@@ -102,10 +82,6 @@ TEST(BandTables, CellLockRangesAreTheChannelRangesButForTheseBands)
     {
         const auto other = kOther.find(band);
         EXPECT_EQ(CellRange(band), other != kOther.end() ? other->second : LteRange(band)) << band;
-        if (other != kOther.end())
-        {
-            EXPECT_NE(CellRange(band), LteRange(band)) << band << " is no exception";
-        }
     }
 }
 }  // namespace kobd::test

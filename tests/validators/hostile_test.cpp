@@ -14,26 +14,28 @@
 #include "tests/process_setup.h"
 #include "tests/validators/judge.h"
 #include "validators/address.h"
-#include "validators/cbsd.h"
-#include "validators/lan_wan.h"
+#include "validators/address_arithmetic.h"
+#include "validators/band_lock.h"
+#include "validators/domain.h"
+#include "validators/lan.h"
 #include "validators/management.h"
+#include "validators/port.h"
 #include "validators/radio.h"
 #include "validators/regex.h"
-#include "validators/sim.h"
+#include "validators/service.h"
+#include "validators/texts.h"
 
 namespace kobd::test
 {
 namespace
 {
 #if defined(__SANITIZE_ADDRESS__) || !defined(__GLIBC__)
-// Sanitized, or for the router and then emulated: neither tells what the daemon would need.
-constexpr double kMsMax = 1000;
-constexpr bool kMemoryMeans = false;
+constexpr bool kAsInTheDaemon = false;  // sanitized, or emulated for the router
 #else
-constexpr double kMsMax = 50;  // processor time of one call
-constexpr bool kMemoryMeans = true;
+constexpr bool kAsInTheDaemon = true;
 #endif
-constexpr long kMemoryMax = 4 * 1024;  // KiB more than before
+constexpr double kMsMax = kAsInTheDaemon ? 50 : 1000;  // processor time of one call
+constexpr long kMemoryMax = 4 * 1024;                  // KiB more than before
 
 double ProcessorMs()
 {
@@ -88,13 +90,11 @@ std::vector<std::string> HostileTexts()
             texts.push_back(text.substr(0, length - 1) + ";");
         }
         // Every mixture keeps another set of repeats alive.
-        for (const char* alphabet :
-             {"aA-", "aA--------", "aaaaaA-", "a-", "a.A-", "aaaaaaaaaaaaaaaaaaaa.-", "a/", "a:"})
-            for (unsigned seed = 1; seed <= 3; ++seed)
-            {
-                texts.push_back(Random(alphabet, length, seed));
-                texts.push_back(("http://[" + texts.back()).substr(0, length));
-            }
+        for (const char* alphabet : {"aA-", "aaaaaA-", "a-", "a.A-", "aaaaaaaaaaaaaaaaaaaa.-", "a/", "a:"})
+        {
+            texts.push_back(Random(alphabet, length, 1));
+            texts.push_back(("http://[" + texts.back()).substr(0, length));
+        }
     }
     return texts;
 }
@@ -107,32 +107,20 @@ int Regex16(const char* text)
 
 int RegexPlace(const char* text)
 {
-    int start = 0;
-    int end = 0;
-    return checkRegex(text, "^[a-z\\.&_=]+(:[0-9]{1,4}/)?([a-z\\.&_=]+/?)*$", &start, &end);
+    int place[2];
+    return checkRegex(text, "^[a-z\\.&_=]+(:[0-9]{1,4}/)?([a-z\\.&_=]+/?)*$", &place[0], &place[1]);
 }
 
 int Bands(const char* text) { return validBandLock(text, text) + validBandLock(text, "1 2 3"); }
-
-int TrimCopy(const char* text)
-{
-    std::string copy = text;
-    Trim(copy.data());
-    return 0;
-}
-
-// A long number is taken, which costs more than refusing it.
-int Bandwidth(const char* text) { return validIperfUdpBandWidth((std::string(text) + "M").c_str()); }
 
 // The checks of all objects, each once, and what no object names.
 std::vector<Check> AllChecks()
 {
     std::vector<Check> checks = {
-        CHECK(validIpv6),       CHECK(validIp),       CHECK(validIpInput),  CHECK(validDomain),
-        CHECK(checkDomain),     CHECK(validMac),      CHECK(validIpRange),  CHECK(validPortRange),
-        CHECK(validPortFormat), CHECK(validProtocol), CHECK(validDmzIp),    CHECK(validDdnsServiceProvider),
-        CHECK(isBroadcastIP),   CHECK(Regex16),       CHECK(RegexPlace),    CHECK(Bands),
-        CHECK(TrimCopy),        CHECK(validPreMode),  CHECK(validErrValid), CHECK(Bandwidth)};
+        CHECK(validIpv6),       CHECK(validIp),       CHECK(validIpInput), CHECK(validDomain),
+        CHECK(checkDomain),     CHECK(validMac),      CHECK(validIpRange), CHECK(validPortRange),
+        CHECK(validPortFormat), CHECK(validProtocol), CHECK(validDmzIp),   CHECK(validDdnsServiceProvider),
+        CHECK(isBroadcastIP),   CHECK(Regex16),       CHECK(RegexPlace),   CHECK(Bands)};
     for (const ObjDef& object : kObjects)
     {
         const auto same = [&](const Check& check) { return check.function == object.check.validator; };
@@ -167,10 +155,7 @@ TEST(HostileTexts, CostLittle)
         const long memory = Memory("VmHWM") - before;
         RecordProperty(check.name, std::to_string(slowest) + " ms, " + std::to_string(memory) + " KiB");
         EXPECT_LT(slowest, kMsMax) << check.name << " on " << texts[slowest_text].substr(0, 60);
-        if (kMemoryMeans)
-        {
-            EXPECT_LT(memory, kMemoryMax) << check.name;
-        }
+        EXPECT_LT(kAsInTheDaemon ? memory : 0, kMemoryMax) << check.name;
     }
 }
 }  // namespace kobd::test

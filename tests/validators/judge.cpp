@@ -1,7 +1,5 @@
 #include "tests/validators/judge.h"
 
-#include <gtest/gtest.h>
-
 #include "tests/process_setup.h"
 
 namespace kobd::test
@@ -50,31 +48,5 @@ std::string Judge(const Check& check, std::string_view text)
     for (const std::string& line : LogLines(output.Text()))
         verdict += "|" + (line.starts_with(own) ? line.substr(own.size()) : line);
     return verdict;
-}
-
-void ExpectCodes(const Check& check, const std::vector<TextsByCode>& kinds)
-{
-    for (const TextsByCode& kind : kinds)
-        for (const std::string& text : kind.texts)
-        {
-            const std::vector<char> exact = ExactText(text);
-            OutputCapture output;
-            EXPECT_EQ(check.function(exact.data()), kind.code)
-                << check.name << "(" << text.substr(0, 80) << "): " << kind.why;
-        }
-}
-
-void ExpectVerdicts(const Check& check, const std::vector<TextsByVerdict>& kinds)
-{
-    for (const TextsByVerdict& kind : kinds)
-        for (const std::string& text : kind.texts)
-            EXPECT_EQ(Judge(check, text), kind.verdict) << check.name << "(" << text.substr(0, 80) << "): " << kind.why;
-    OutputCapture output;
-    EXPECT_EQ(check.function(nullptr), kRefuses) << check.name << ", no text";
-}
-
-void ExpectLogs(const std::vector<LogCase>& cases)
-{
-    for (const LogCase& c : cases) EXPECT_EQ(Judge(c.check, c.text), c.log) << c.check.name << "(" << c.text << ")";
 }
 }  // namespace kobd::test

@@ -13,101 +13,72 @@ namespace kobd::test
 {
 namespace
 {
-using Slots = char[kCaptureSlots][kCaptureBytes];
-
 // Called through Judge, which gives it the text alone.
 const char* pattern = nullptr;
-Slots slots;
+char slots[kCaptureSlots][kCaptureBytes];
 int start = 0;
 int end = 0;
 
-int regexMatchFunction_(const char* text)
-{
-    memset(slots, 0, sizeof slots);
-    return regexMatchFunction(text, pattern, slots);
-}
+const Check kMatch = {"regexMatchFunction", [](const char* text)
+                      {
+                          memset(slots, 0, sizeof slots);
+                          return regexMatchFunction(text, pattern, slots);
+                      }};
+const Check kCheck = {"checkRegex", [](const char* text) { return checkRegex(text, pattern, &start, &end); }};
 
-int checkRegex_(const char* text)
+// The texts of the first slots, each behind a "|".
+std::string Slots(int count)
 {
-    start = end = -7;
-    return checkRegex(text, pattern, &start, &end);
+    std::string texts;
+    for (int i = 0; i < count; ++i) texts += "|" + std::string(slots[i]);
+    return texts;
 }
-
-const Check kMatch = {"regexMatchFunction", regexMatchFunction_};
-const Check kCheck = {"checkRegex", checkRegex_};
 }  // namespace
 
 TEST(RegexMatchFunction, HandsOutTheGroups)
 {
     pattern = "^([0-9]+)-([a-z]*)-(x)?(.*)$";
     EXPECT_EQ(Judge(kMatch, "12-ab-xyz"), "0");
-    EXPECT_STREQ(slots[0], "12-ab-xyz");
-    EXPECT_STREQ(slots[1], "12");
-    EXPECT_STREQ(slots[2], "ab");
-    EXPECT_STREQ(slots[3], "x");
-    EXPECT_STREQ(slots[4], "yz");
-    EXPECT_STREQ(slots[5], "") << "no fifth group";
-
+    EXPECT_EQ(Slots(6), "|12-ab-xyz|12|ab|x|yz|");
     EXPECT_EQ(Judge(kMatch, "1--xz"), "0");
-    EXPECT_STREQ(slots[2], "") << "an empty group";
-    EXPECT_STREQ(slots[3], "x") << "the walk goes on after an empty group";
-
+    EXPECT_EQ(Slots(5), "|1--xz|1||x|z") << "the copying goes on behind an empty group";
     EXPECT_EQ(Judge(kMatch, "1-a-yz"), "0");
-    EXPECT_STREQ(slots[3], "");
-    EXPECT_STREQ(slots[4], "") << "the first unused group ends the walk";
-}
+    EXPECT_EQ(Slots(5), "|1-a-yz|1|a||") << "and ends at the first unused one";
 
-TEST(RegexMatchFunction, LongGroupsStayOut)
-{
     pattern = "^(a*)(b)$";
     EXPECT_EQ(Judge(kMatch, std::string(510, 'a') + "b"), "0");
-    EXPECT_EQ(std::string(slots[0]).size(), 511u) << "as long as a slot takes";
-    EXPECT_EQ(std::string(slots[1]).size(), 510u);
+    EXPECT_EQ(Slots(2), "|" + std::string(510, 'a') + "b|" + std::string(510, 'a')) << "as long as a slot takes";
     EXPECT_EQ(Judge(kMatch, std::string(512, 'a') + "b"), "0");
-    EXPECT_STREQ(slots[0], "") << "513 characters";
-    EXPECT_STREQ(slots[1], "") << "512 characters";
-    EXPECT_STREQ(slots[2], "b") << "the walk goes on";
-}
+    EXPECT_EQ(Slots(3), "|||b") << "longer parts stay out";
 
-TEST(RegexMatchFunction, SixteenSlotsAtMost)
-{
     pattern = "(a)(b)(c)(d)(e)(f)(g)(h)(i)(j)(k)(l)(m)(n)(o)(p)(q)";
     EXPECT_EQ(Judge(kMatch, "abcdefghijklmnopq"), "0");
-    EXPECT_STREQ(slots[15], "o") << "the sixteenth slot, and none behind it";
+    EXPECT_STREQ(slots[15], "o") << "the sixteenth slot is the last";
 }
 
 TEST(RegexMatchFunction, SaysWhyNot)
 {
     pattern = "^a$";
-    EXPECT_EQ(Judge(kMatch, "b"), "2|REGEX_ERROR: regex no match\n");
-    EXPECT_EQ(Judge(kMatch, "A"), "2|REGEX_ERROR: regex no match\n") << "case counts";
-    EXPECT_EQ(Judge(kMatch, "a\n"), "2|REGEX_ERROR: regex no match\n") << "a line end is a character";
+    for (const char* text : {"b", "A", "a\n"}) EXPECT_EQ(Judge(kMatch, text), "2|REGEX_ERROR: regex no match\n");
     pattern = "a(b";
-    EXPECT_TRUE(Judge(kMatch, "a").starts_with("2|REGEX_ERROR: ")) << "and the engine's own text";
-    EXPECT_FALSE(Judge(kMatch, "a").ends_with("no match\n"));
+    const std::string broken = Judge(kMatch, "a");
+    EXPECT_TRUE(broken.starts_with("2|REGEX_ERROR: ") && !broken.ends_with("no match\n")) << broken;
     pattern = nullptr;
-    EXPECT_EQ(Judge(kMatch, "a"), "2") << "no pattern";
-    OutputCapture output;
-    EXPECT_EQ(regexMatchFunction(nullptr, "a", slots), 2) << "no text";
-    EXPECT_EQ(output.Text(), "");
+    EXPECT_EQ(Judge(kMatch, "a"), "2") << "a missing argument writes nothing";
 }
 
 TEST(CheckRegex, TellsWhere)
 {
     pattern = "(b+)c";
     EXPECT_EQ(Judge(kCheck, "abbbc"), "0|str____(b+)c|s____1|e____5");
-    EXPECT_EQ(start, 1);
-    EXPECT_EQ(end, 5);
+    EXPECT_EQ(std::pair(start, end), std::pair(1, 5));
     EXPECT_EQ(Judge(kCheck, "abbb"), "1") << "no match writes nothing";
-    EXPECT_EQ(start, -7);
+    EXPECT_EQ(start, 1) << "and leaves the offsets alone";
     pattern = "x*";
     EXPECT_EQ(Judge(kCheck, "aaa"), "0|str____x*|s____0|e____0") << "an empty match";
-    pattern = "^(http|https)://";
-    EXPECT_EQ(Judge(kCheck, "https://a"), "0|str____^(http|https)://|s____0|e____8");
     pattern = "[";
     const std::string broken = Judge(kCheck, "a");
-    EXPECT_NE(broken.substr(0, 1), "0");
-    EXPECT_EQ(broken.size(), 1u) << "a pattern that does not compile writes nothing either";
+    EXPECT_TRUE(broken != "0" && broken.size() == 1) << "a pattern that does not compile writes nothing either";
 }
 
 // Where engines differ, patterns mean what POSIX says they mean.
@@ -121,40 +92,28 @@ TEST(Regex, MeansTheSameOnEveryCLibrary)
         const char* why;
     } kCases[] = {
         {"^[a\\.]+$", "a\\.", true, "a backslash in brackets stands for itself"},
-        {"^[\\?]$", "\\", true, "a backslash in brackets stands for itself"},
         {"^[\\-z]$", "a", true, "and may begin a range"},
         {"^[a-c-]+$", "b-", true, "a dash at the end stands for itself"},
-        {"^\\[x\\]$", "[x]", true, "escaped brackets"},
         {"^\\[(a{0,2}:{0,1}){1,3}\\]$", "[]", true, "a repeated group may match nothing"},
         {"^(a{0,2}:{0,1}){1,3}$", "aaaaaa", true, "three times two"},
         {"^(a{0,2}:{0,1}){1,3}$", "aaaaaaa", false, "one too many"},
         {"^((a*)*b)*$", "aaabab", true, "nested stars"},
-        {"^((/?)|(/x+)+/?)$", "", true, "an alternative that may be empty"},
-        {"^((/?)|(/x+)+/?)$", "/xx/x/", true, "and the other one"},
-        {"^a{0,62}$", "", true, "no repeat at all"},
+        {"^((/?)|(/x+)+/?)$", "/xx/x/", true, "an alternative that may be empty, and the other one"},
         {"^.$", "\n", true, "a dot takes a line end"},
         {"^.$", "\xFF", true, "a dot takes any byte"},
         {"^a$", "a\nb", false, "only the end of the text is an end"},
         {"^[a-z]$", "B", false, "ranges are of bytes"},
-        {"^a|b$", "xb", true, "an anchor belongs to its alternative"},
+        {"(", "a", false, "what does not compile matches nothing"},
     };
-    for (const auto& c : kCases)
-    {
-        const Regex regex(c.pattern);
-        ASSERT_TRUE(regex.Compiled()) << c.pattern;
-        EXPECT_EQ(regex.Matches(c.text), c.match) << c.pattern << " on " << c.text << ": " << c.why;
-    }
-    EXPECT_FALSE(RegexMatches("a", "(")) << "what does not compile matches nothing";
+    for (const auto& c : kCases) EXPECT_EQ(RegexMatches(c.text, c.pattern), c.match) << c.pattern << ": " << c.why;
 }
 
 TEST(MatchAndPrint, PrintsOneWordOrNone)
 {
     OutputCapture output;
     EXPECT_EQ(MatchAndPrint("a", "^a$"), 0);
-    EXPECT_EQ(output.Text(), "match");
     EXPECT_EQ(MatchAndPrint("b", "^a$"), 2);
-    EXPECT_EQ(output.Text(), "match");
     EXPECT_EQ(MatchAndPrint("b", "("), 2);
-    EXPECT_EQ(output.Text(), "matchnomatch");
+    EXPECT_EQ(output.Text(), "matchnomatch") << "no word for a text that does not match";
 }
 }  // namespace kobd::test

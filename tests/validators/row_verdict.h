@@ -15,35 +15,12 @@ struct RowVerdict
     int code = -1;
     std::string row;                 // as the validator left it
     std::vector<std::string> lines;  // "function: message"
-    std::string own;                 // the messages of the validator itself, joined by "|"
+    std::vector<std::string> own;    // the messages of the validator itself
 };
 
 // Calls the validator with the row in a block of exactly its size at an odd address, so that the
 // sanitizers see every byte read beside it and every access that needs alignment.
 RowVerdict JudgeRow(int (*validator)(void*), const char* name, const std::string& row);
-
-inline constexpr int kAccept = 0;
-inline constexpr int kRefuse = 2;
-inline constexpr const char* kSilent = "";
-
-// One row that differs from a good one, judged.
-struct RowCase
-{
-    Fields changes;
-    int code;
-    std::string own;  // messages of the validator itself
-    const char* why;
-};
-
-// Values of one column that are alike to a validator.
-struct ColumnCase
-{
-    const char* column;
-    int code;
-    std::string own;
-    const char* why;
-    std::vector<std::string> values;
-};
 
 struct RowCheck
 {
@@ -52,22 +29,11 @@ struct RowCheck
     const char* table;  // whose layout the row has and whose list holds the stored rows
     Fields good;        // an acceptable row
 
-    // Has the list hold these rows, each by its own index, and no others.
-    void Store(const std::vector<std::string>& rows) const;
-
     std::string Row(int32_t index, const Fields& changes = {}) const;
     // The row with every byte of a text field set to `c`, the zero byte too.
     std::string Unended(std::string_view column, char c) const;
 
-    std::string Text(const std::string& row, std::string_view column) const;
     RowVerdict Judge(const std::string& row) const { return JudgeRow(validator, name, row); }
-
-    // Judges every case as row 1 and expects its code, its messages and, unless the row may be
-    // changed, that it was left as it was.
-    void Expect(const std::vector<RowCase>& cases, bool may_change = false) const;
-
-    // Every value alone in its column of a good row.
-    void ExpectEach(const std::vector<ColumnCase>& cases) const;
 
     // Each column with no zero byte inside its width: nothing beside it is read (which the
     // sanitizers see at the end of the row) or written.
