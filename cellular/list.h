@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "cellular/family.h"
@@ -27,7 +28,10 @@ struct CellularList
     CellularEntry head = {&head, &head};  // links alone; both point here when the list is empty
     int32_t count = 0;
     int32_t highest = 0;  // largest index in use, 0 for an empty list
-    bool loaded = false;  // set by the first load
+    bool loaded = false;  // set by the first load that read all it asked for
+    // Request in which a load failed: it is not tried again before the next one, or a row that could not be
+    // read would be written back as zeros.
+    std::optional<uint32_t> failed = std::nullopt;
 };
 
 // A zero-filled entry that no list has yet; nullptr without memory. ReleaseEntry gives it back.

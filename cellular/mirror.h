@@ -4,9 +4,10 @@
 //   tr069_interface.NAME=<family word>       a section an entry; its option "index" holds the index
 //   tr069_cellular.NAME.<field>='<value>'    the fields, and "name" with the family word
 //
-// What commands answer decides nothing but the values: a missing or failing uci reads as empty
-// texts. Commands that set something are followed by a commit of tr069_interface alone; committing
-// tr069_cellular is left to the router.
+// An exit status decides nothing: an option that uci does not find reads as the empty text. A command
+// that could not be run, or did not end in time, has no answer; a load then fails as a whole. Commands
+// that set something are followed by a commit of tr069_interface alone; committing tr069_cellular is left
+// to the router.
 #pragma once
 
 #include "cellular/list.h"
@@ -21,8 +22,9 @@ enum SaveMode : int
 };
 
 // Replaces the list by what the configuration holds. Ends early, with the entries loaded so far,
-// without memory and at a section whose name is not letters and digits.
-void LoadList(CellularList& list);
+// without memory and at a section whose name is not letters and digits. 0; 4 a command had no answer: that
+// is logged, and the list is empty and counts as not loaded.
+int LoadList(CellularList& list);
 
 // Writes one entry to the configuration.
 //   kSaveDelete  removes `section`, commits and loads the list again; the row is not used

@@ -6,15 +6,19 @@
 #include <limits>
 
 #include "cellular/mirror.h"
+#include "daemon/base/log.h"
+#include "daemon/base/reply.h"
 #include "daemon/base/result.h"
 
 namespace kobd
 {
 namespace
 {
-void LoadOnce(CellularList& list)
+// 0; 4 the list cannot be loaded in this request.
+[[nodiscard]] int LoadOnce(CellularList& list)
 {
-    if (!list.loaded) LoadList(list);
+    if (list.loaded) return kSuccess;
+    return list.failed == RequestNumber() ? int{kSystemError} : LoadList(list);
 }
 
 int CopyRow(const CellularList& list, CellularEntry* entry, void* row)
@@ -45,6 +49,10 @@ int Modify(CellularList& list, CellularEntry* entry, int32_t index, const void* 
 {
     const SectionName section(list.family, entry);
     TakeRow(list, entry, index, row);
+    const SectionName next(list.family, entry);
+    if (strcmp(next.text, section.text) != 0)
+        LOG_ALWAYS(list.family.save_name, "row %d is saved as \"%s\" and names \"%s\": later saves go there", index,
+                   section.text, next.text);
     return SaveEntry(list, section.text, entry->Row(), kSaveModify);
 }
 
@@ -60,7 +68,7 @@ int Create(CellularList& list, int32_t index, const void* row)
 
 int CellularAdd(CellularList& list, int32_t* index)
 {
-    LoadOnce(list);
+    if (const int code = LoadOnce(list)) return code;
     if (list.count >= kCellularMax) return kTableFull;
     if (list.highest == std::numeric_limits<int32_t>::max()) return kTableFull;  // no index is left
     *index = list.highest + 1;
@@ -69,7 +77,7 @@ int CellularAdd(CellularList& list, int32_t* index)
 
 int CellularDel(CellularList& list, int32_t index)
 {
-    LoadOnce(list);
+    if (const int code = LoadOnce(list)) return code;
     CellularEntry* entry = FindEntry(list, index);
     if (entry == nullptr) return kIndexNotFound;
     const SectionName section(list.family, entry);
@@ -80,13 +88,13 @@ int CellularDel(CellularList& list, int32_t index)
 
 int CellularGet(CellularList& list, int32_t index, void* row)
 {
-    LoadOnce(list);
+    if (const int code = LoadOnce(list)) return code;
     return CopyRow(list, FindEntry(list, index), row);
 }
 
 int CellularSet(CellularList& list, int32_t index, const void* row)
 {
-    LoadOnce(list);
+    if (const int code = LoadOnce(list)) return code;
     if (index < 0) return kIndexNotFound;
     if (CellularEntry* entry = FindEntry(list, index)) return Modify(list, entry, index, row);
     if (index <= list.highest || list.count >= kCellularMax) return kIndexNotFound;
@@ -95,7 +103,7 @@ int CellularSet(CellularList& list, int32_t index, const void* row)
 
 int CellularNext(CellularList& list, int32_t previous, void* row)
 {
-    LoadOnce(list);
+    if (const int code = LoadOnce(list)) return code;
     CellularEntry* entry = previous == -1 ? &list.head : FindEntry(list, previous);
     return entry == nullptr ? kIndexNotFound : CopyRow(list, EntryAfter(list, entry), row);
 }

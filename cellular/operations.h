@@ -1,5 +1,5 @@
 // The table operations of a cellular list. Each loads the list from the configuration before its
-// first use. Row blocks belong to the caller and have the family's row size.
+// first use, and answers 4 when that fails. Row blocks belong to the caller and have the family's row size.
 #pragma once
 
 #include <cstdint>

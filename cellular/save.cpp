@@ -1,11 +1,10 @@
 // Writing an entry of a cellular list to the configuration.
 #include <cstdio>
-#include <cstdlib>
 
+#include "cellular/commands.h"
 #include "cellular/mirror.h"
 #include "cellular/shell_command.h"
 #include "daemon/base/log.h"
-#include "platform/shell.h"
 
 namespace kobd
 {
@@ -22,26 +21,33 @@ static_assert(sizeof "uci set tr069_cellular..=''" + kLongestFieldName + (1 + kQ
                   kCommandBytes,
               "every command of a save fits");
 
-// Results are not looked at: what uci could not store shows when it is read again.
-void RunShell(const ShellCommand& command)
+// A save in hand: whose log lines it writes, and the section that it writes to.
+struct Save
 {
-    if (system(command.Text()) != 0) return;
-}
+    const CellularFamily& family;
+    std::string_view section;
 
-void SetOption(const char* config, std::string_view section, const char* option, std::string_view value)
-{
-    RunShell(ShellCommand("uci set ")
-                 .Add(config)
-                 .Add(".")
-                 .Add(section)
-                 .Add(".")
-                 .Add(option)
-                 .Add("='")
-                 .AddSingleQuoted(value)
-                 .Add("'"));
-}
+    void SetOption(const char* config, const char* option, std::string_view value) const
+    {
+        RunCommand(family.save_name, "uci set",
+                   ShellCommand("uci set ")
+                       .Add(config)
+                       .Add(".")
+                       .Add(section)
+                       .Add(".")
+                       .Add(option)
+                       .Add("='")
+                       .AddSingleQuoted(value)
+                       .Add("'"));
+    }
 
-void Commit() { RunShell(ShellCommand("uci commit ").Add(kEntryConfig)); }
+    void Delete() const
+    {
+        RunCommand(family.save_name, "uci delete", ShellCommand("uci delete ").Add(kEntryConfig).Add(".").Add(section));
+    }
+
+    void Commit() const { RunCommand(family.save_name, "uci commit", ShellCommand("uci commit ").Add(kEntryConfig)); }
+};
 
 bool MayWrite(const CellularFamily& family, std::string_view section)
 {
@@ -51,10 +57,12 @@ bool MayWrite(const CellularFamily& family, std::string_view section)
     return false;
 }
 
+// A delete has been done when the list cannot be loaded again; that is logged, and the next request tries.
 int DeleteSection(CellularList& list, std::string_view section)
 {
-    if (MayWrite(list.family, section)) RunShell(ShellCommand("uci delete ").Add(kEntryConfig).Add(".").Add(section));
-    Commit();
+    const Save save{list.family, section};
+    if (MayWrite(list.family, section)) save.Delete();
+    save.Commit();
     LoadList(list);
     return 0;
 }
@@ -62,21 +70,22 @@ int DeleteSection(CellularList& list, std::string_view section)
 void MakeSection(const CellularFamily& family, char* name)
 {
     char output[kCellularText];
-    shell_cmd_return_str(ShellCommand("uci add ").Add(kEntryConfig).Add(" ").Add(family.word).Text(), output,
-                         sizeof output);
-    SetTextAt(name, output);
+    const ShellCommand command = ShellCommand("uci add ").Add(kEntryConfig).Add(" ").Add(family.word);
+    const bool made = ReadCommand(family.save_name, "uci add", command, Part::kFirstLine, output, sizeof output);
+    SetTextAt(name, made ? output : "");
 }
 
 int WriteOptions(const CellularFamily& family, std::string_view section, const char* row)
 {
     if (!MayWrite(family, section)) return 0;
-    SetOption(kValueConfig, section, "name", family.word);
+    const Save save{family, section};
+    save.SetOption(kValueConfig, "name", family.word);
     for (const CellularField& field : family.fields)
-        SetOption(kValueConfig, section, field.name, TextAt(row + field.offset));
+        save.SetOption(kValueConfig, field.name, TextAt(row + field.offset));
     char index[kNumberBytes];
     snprintf(index, sizeof index, "%d", RowIndexOf(row));
-    SetOption(family.index_config, section, "index", index);
-    Commit();
+    save.SetOption(family.index_config, "index", index);
+    save.Commit();
     return 0;
 }
 }  // namespace

@@ -3,31 +3,24 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <csignal>
 #include <cstdint>
 #include <cstring>
 #include <ctime>
 
-extern char** environ;
+#include "daemon/base/clock.h"
+#include "daemon/base/shell_process.h"
+
+using namespace kobd;
 
 namespace
 {
 constexpr int64_t kCommandMs = 10000;    // for a command as a whole: a stuck one must not stop the daemon
 constexpr long kShortestLookNs = 50000;  // between looks at a shell that is about to end, doubled each time
 constexpr long kLongestLookNs = 5000000;
-
-int64_t NowMs()
-{
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
-}
 
 // What is kept of a command's output.
 struct Output
@@ -44,38 +37,6 @@ struct Output
         if (size != 0) text[length] = 0;
     }
 };
-
-// The command's own shell, in a process group of its own so that a stuck one ends with all it
-// started. Signals are as a new process expects them, whatever the daemon's thread blocks or
-// ignores. -1 when there is none.
-pid_t StartShell(const char* command, int output)
-{
-    posix_spawn_file_actions_t files;
-    posix_spawnattr_t attributes;
-    if (posix_spawn_file_actions_init(&files) != 0) return -1;
-    if (posix_spawnattr_init(&attributes) != 0)
-    {
-        posix_spawn_file_actions_destroy(&files);
-        return -1;
-    }
-    sigset_t set;
-    sigemptyset(&set);
-    posix_spawnattr_setsigmask(&attributes, &set);
-    for (const int ignored : {SIGPIPE, SIGHUP, SIGCHLD}) sigaddset(&set, ignored);
-    posix_spawnattr_setsigdefault(&attributes, &set);
-    posix_spawnattr_setpgroup(&attributes, 0);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP);
-    posix_spawn_file_actions_adddup2(&files, output, STDOUT_FILENO);
-
-    char shell[] = "/bin/sh";
-    char option[] = "-c";
-    char* const arguments[] = {shell, option, const_cast<char*>(command), nullptr};
-    pid_t process = -1;
-    const int error = posix_spawn(&process, shell, &files, &attributes, arguments, environ);
-    posix_spawn_file_actions_destroy(&files);
-    posix_spawnattr_destroy(&attributes);
-    return error == 0 ? process : -1;
-}
 
 enum class Pipe
 {
@@ -97,26 +58,6 @@ Pipe Drain(int pipe, Output* output)
     }
 }
 
-// Takes the status of an ended shell. False while it runs. Where SIGCHLD is ignored the kernel
-// keeps no status: what was printed is then all there is, and counts as success.
-bool Ended(pid_t process, int* result)
-{
-    int status = 0;
-    const pid_t ended = waitpid(process, &status, WNOHANG);
-    if (ended == 0 || (ended < 0 && errno == EINTR)) return false;
-    *result = ended < 0 ? 0 : WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return true;
-}
-
-// Ends the shell and what it started.
-void End(pid_t process)
-{
-    kill(-process, SIGKILL);
-    while (waitpid(process, nullptr, 0) < 0 && errno == EINTR)
-    {
-    }
-}
-
 // Reads until the shell has ended; what it left running may hold the pipe open for as long as it
 // likes. The shell's exit status, -1 when it had to be ended.
 int Collect(pid_t process, int pipe, Output* output)
@@ -125,11 +66,11 @@ int Collect(pid_t process, int pipe, Output* output)
     timespec look = {0, kLongestLookNs};
     pollfd readable = {pipe, POLLIN, 0};
     int result = -1;
-    while (!Ended(process, &result))
+    while (!ShellEnded(process, &result))
     {
         if (NowMs() >= deadline)
         {
-            End(process);
+            EndShell(process);
             return -1;
         }
         if (readable.fd < 0) look.tv_nsec = std::min(look.tv_nsec * 2, kLongestLookNs);
@@ -141,7 +82,7 @@ int Collect(pid_t process, int pipe, Output* output)
     return result;
 }
 
-int RunShell(const char* command, Output output)
+int RunForOutput(const char* command, Output output)
 {
     if (output.size != 0) *output.text = 0;
     int pipe[2];
@@ -158,12 +99,12 @@ int RunShell(const char* command, Output output)
 
 int shell_cmd_return_file_all(const char* command, char* output, size_t size)
 {
-    return RunShell(command, {output, size});
+    return RunForOutput(command, {output, size});
 }
 
 int shell_cmd_return_str(const char* command, char* output, size_t size)
 {
-    const int result = RunShell(command, {output, size});
+    const int result = RunForOutput(command, {output, size});
     if (size != 0) output[strcspn(output, "\n")] = 0;
     return result;
 }

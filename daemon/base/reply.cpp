@@ -11,13 +11,20 @@ namespace
 {
 alignas(MessageHeader) char reply_buffer[kMessageMax];
 
+uint32_t request_number = 0;
+
 // Where the 32-bit result lies: first item of the payload, behind its item header.
 constexpr size_t kResultValue = sizeof(MessageHeader) + kItemHeader;
 }  // namespace
 
+uint32_t RequestNumber() { return request_number; }
+
+void NextRequest() { ++request_number; }
+
 Reply::Reply(const MessageHeader* request, const char* function)
     : function_(function), items_(std::span(reply_buffer).subspan(sizeof(MessageHeader))), debug_(kobd_log_level() > 0)
 {
+    NextRequest();
     memcpy(reply_buffer, request, sizeof(MessageHeader));
     PushInt(kTagResult, kInvalidArgument);
 }

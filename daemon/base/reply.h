@@ -1,6 +1,7 @@
 // The frame in which every request handler answers, and the notifications the daemon sends.
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string_view>
 
@@ -22,6 +23,11 @@ inline std::span<const char> Payload(const MessageHeader* message)
 
 // True when the request carries at least one item: a lone item header is none.
 inline bool HasItems(const MessageHeader* request) { return request->length > kItemHeader; }
+
+// The number of the request in hand: what lasts for one request compares it. Each reply begins the next
+// request; so does NextRequest, for calls that belong to none.
+uint32_t RequestNumber();
+void NextRequest();
 
 // One reply. It is built in the process's only reply buffer, so that one exists at a time. A handler
 // creates it first, pushes items, and ends with Send or SendResult.

@@ -31,7 +31,7 @@ namespace
 constexpr int kAgainMs = 2000;      // between attempts to join, and between looks for queues of killed clients
 constexpr int kTakenAgainMs = 250;  // the same while another daemon has the module, which may be about to end
 constexpr int kQueueAgainMs = 100;  // between attempts to have a queue again
-constexpr int kHandlerMs = 1000;    // for a handler to come back when the bus is left
+constexpr int kHandlerMs = 1500;    // for a handler to come back when the bus is left
 constexpr useconds_t kLookUs = 500;
 
 // State of the process's one membership on the bus.
@@ -195,7 +195,7 @@ void ServeUntilStopped(int* claim)
 }
 
 // Ends the receive thread, which waits for a message or for a queue. False when it is in a handler that does not
-// come back within a second; the process is then about to end, and keeps the module until it has.
+// come back in time; the process is then about to end, and keeps the module until it has.
 bool StopReceiving()
 {
     bus.serving = false;

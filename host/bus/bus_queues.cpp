@@ -42,13 +42,6 @@ BusHeader LoadBusHeader(const MessageHeader* message)
 
 void StoreBusHeader(MessageHeader* message, const BusHeader& header) { memcpy(message, &header, sizeof header); }
 
-int64_t NowMs()
-{
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return int64_t{now.tv_sec} * 1000 + now.tv_nsec / 1000000;
-}
-
 key_t ClientKey(pid_t process, int slot) { return kClientKeyBit | (slot << kProcessBits) | (process & kProcessMask); }
 
 bool IsTrusted(const ipc_perm& of)

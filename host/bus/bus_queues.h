@@ -11,6 +11,7 @@
 
 #include <cstdint>
 
+#include "daemon/base/clock.h"
 #include "daemon/base/messages.h"
 #include "platform/message.h"
 
@@ -101,5 +102,4 @@ void ReclaimQueues();
 // Removes the queues of the modules that listen to the daemon where nobody has the module any more.
 void ReclaimModuleQueues();
 
-int64_t NowMs();
 }  // namespace kobd::host

@@ -152,9 +152,9 @@ TEST_F(Faults, AQueueThatIsTooSmallRefusesInTimeAndIsWidenedOnceAllowed)
     fault.Arm(Call::kSetQueue, "*", EPERM);  // some root may exceed the limit
     ASSERT_EQ(msgctl(host::ModuleQueue(kModuleKobd, false), IPC_RMID, nullptr), 0);
     EXPECT_TRUE(LogSays("is too small: Operation not permitted")) << FileText(kLog);
-    const int64_t start = host::NowMs();
+    const int64_t start = NowMs();
     EXPECT_EQ(Request(kSet, {{kTagObjectName, "webHttpPort"}, {kTagValue, "8084"}}, 300).bus, 5);
-    EXPECT_LT(host::NowMs() - start, 2000);
+    EXPECT_LT(NowMs() - start, 2000);
     room.Lift();
     fault.Disarm();
     EXPECT_EQ(SetObject("webHttpPort", "8085"), 0) << "within its five seconds";
@@ -189,10 +189,10 @@ TEST_F(Faults, AStoppedDaemonRefusesInTimeAndServesWhatItsQueueHeld)
     request.header.length = sizeof request.payload;
     int sent = 0;
     while (BusClientSend(&client, &request.header, 0) == 0) ++sent;
-    const int64_t start = host::NowMs();
+    const int64_t start = NowMs();
     EXPECT_EQ(BusClientSend(&client, &request.header, 300), 5);
-    EXPECT_GE(host::NowMs() - start, 300);
-    EXPECT_LT(host::NowMs() - start, 2000);
+    EXPECT_GE(NowMs() - start, 300);
+    EXPECT_LT(NowMs() - start, 2000);
     kill(daemon_.Process(), SIGCONT);
     alignas(MessageHeader) char reply[kMessageMax];
     for (int answered = 0; answered < sent; ++answered)
