@@ -31,8 +31,7 @@ struct RuleTable
     TextField weekdays;
     TextField time_start;
     TextField time_stop;
-    bool checks_name;  // "Name" is required and checked
-    bool traces_days;  // writes how many days there are and how each one matched
+    bool restriction;  // requires and checks "Name"; writes how many days there are and how each matched
 };
 
 constexpr RuleTable kAccessRestriction = {"validAccessRestriction",
@@ -41,7 +40,6 @@ constexpr RuleTable kAccessRestriction = {"validAccessRestriction",
                                           AccessRestrictionRow::kWeekdays,
                                           AccessRestrictionRow::kTimeStart,
                                           AccessRestrictionRow::kTimeStop,
-                                          true,
                                           true};
 constexpr RuleTable kParentControl = {"validParentControl",
                                       ParentControlRow::kName,
@@ -49,7 +47,6 @@ constexpr RuleTable kParentControl = {"validParentControl",
                                       ParentControlRow::kWeekdays,
                                       ParentControlRow::kTimeStart,
                                       ParentControlRow::kTimeStop,
-                                      false,
                                       false};
 
 bool TrimFields(const RuleTable& table, void* row)
@@ -58,7 +55,7 @@ bool TrimFields(const RuleTable& table, void* row)
         TrimField(row, field);
     for (const TextField field : {table.host, table.weekdays, table.time_start, table.time_stop})
         if (FieldView(row, field).empty()) return false;
-    return !table.checks_name || !FieldView(row, table.name).empty();
+    return !table.restriction || !FieldView(row, table.name).empty();
 }
 
 bool IsRuleName(const RuleTable& table, const char* name)
@@ -82,7 +79,7 @@ bool IsDay(const RuleTable& table, const char* day)
 {
     LOG_ALWAYS(table.function, "%s ", day);
     const bool known = IsOneOf(day, {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"});
-    if (table.traces_days) LOG_ALWAYS(table.function, "status:%d ", known ? 0 : 1);
+    if (table.restriction) LOG_ALWAYS(table.function, "status:%d ", known ? 0 : 1);
     return known;
 }
 
@@ -90,7 +87,7 @@ bool IsDay(const RuleTable& table, const char* day)
 bool AreDays(const RuleTable& table, const char* weekdays)
 {
     const Parts<kDaysOfWeek, kDayText> days(weekdays, ',', parseStrBySeparator);
-    if (table.traces_days) LOG_ALWAYS(table.function, "partnum:%d ", days.count);
+    if (table.restriction) LOG_ALWAYS(table.function, "partnum:%d ", days.count);
     if (days.TooMany()) return false;
     for (int i = 0; i < days.count; ++i)
         if (!IsDay(table, days.part[i])) return false;
@@ -132,7 +129,7 @@ bool IsPeriod(const RuleTable& table, const char* start, const char* stop)
 int Judge(const RuleTable& table, void* row)
 {
     if (row == nullptr || !TrimFields(table, row)) return kInvalidArgument;
-    if (table.checks_name && !IsRuleName(table, FieldCopy(row, table.name).Text())) return kInvalidArgument;
+    if (table.restriction && !IsRuleName(table, FieldCopy(row, table.name).Text())) return kInvalidArgument;
     const bool accepted =
         IsDevice(table, FieldCopy(row, table.host).Text()) && AreDays(table, FieldCopy(row, table.weekdays).Text()) &&
         IsPeriod(table, FieldCopy(row, table.time_start).Text(), FieldCopy(row, table.time_stop).Text());

@@ -21,40 +21,18 @@ namespace
 using Row = StaticRouteRow;
 
 constexpr const char* kFunction = "validNetWorkStaticRouteList";
-constexpr int64_t kPartMax = 255;
 
-// Four numbers of 0 to 255 in digits, and nothing else. A number beyond that would wrap into
-// another mask.
-std::optional<DottedParts> ReadMask(const FieldCopy& netmask)
+// The mask as one number. Nothing for a mask that no route may have, and two lines about it.
+std::optional<uint32_t> JudgeMask(const FieldCopy& netmask)
 {
     const std::string_view text = netmask.View();
-    if (!IsMadeOf(text, "0123456789.") || std::count(text.begin(), text.end(), '.') != 3) return {};
-    const std::optional<DottedParts> parts = ReadDotted(netmask.Text());
-    if (!parts || std::any_of(parts->begin(), parts->end(), [](int64_t part) { return part > kPartMax; })) return {};
-    return parts;
-}
-
-// The mask as numbers. Nothing for one that no route may have, and two lines about it.
-std::optional<DottedParts> JudgeMask(const FieldCopy& netmask)
-{
-    const std::optional<DottedParts> parts = ReadMask(netmask);
-    if (!parts || netmask.View() == "0.0.0.0" || !IsContiguous(static_cast<uint32_t>(iptonum(netmask.Text()))))
-    {
-        LOG_ALWAYS("validStaticRouteMask", "[%s] is invalid mask\n", netmask.Text());
-        LOG_ALWAYS(kFunction, "invalid mask\n");
-        return {};
-    }
-    LOG_ALWAYS("validStaticRouteMask", "[%s] is valid mask\n", netmask.Text());
-    return parts;
-}
-
-bool IsNetworkAddress(const char* ip, const DottedParts& mask)
-{
-    const std::optional<DottedParts> address = ReadDotted(ip);
-    if (!address) return false;
-    for (size_t i = 0; i < mask.size(); ++i)
-        if (((*address)[i] & mask[i]) != (*address)[i]) return false;
-    return true;
+    const bool dotted = IsMadeOf(text, "0123456789.") && std::count(text.begin(), text.end(), '.') == 3;
+    const int64_t mask = dotted ? iptonum(netmask.Text()) : -1;
+    const bool valid = mask >= 0 && text != "0.0.0.0" && IsContiguous(static_cast<uint32_t>(mask));
+    LOG_ALWAYS("validStaticRouteMask", "[%s] is %s mask\n", netmask.Text(), valid ? "valid" : "invalid");
+    if (valid) return static_cast<uint32_t>(mask);
+    LOG_ALWAYS(kFunction, "invalid mask\n");
+    return {};
 }
 
 int JudgeOtherRoutes(const void* row)
@@ -72,11 +50,12 @@ int JudgeOtherRoutes(const void* row)
 int validNetWorkStaticRouteList(void* row)
 {
     if (row == nullptr) return kInvalidArgument;
-    const std::optional<DottedParts> mask = JudgeMask(FieldCopy(row, Row::kNetmask));
+    const std::optional<uint32_t> mask = JudgeMask(FieldCopy(row, Row::kNetmask));
     if (!mask) return kInvalidArgument;
     const FieldCopy ip(row, Row::kIp);
     if (validIpv4(ip.Text()) != kSuccess) return Refuse(kFunction, "invalid ipaddress\n");
-    if (!IsNetworkAddress(ip.Text(), *mask)) return Refuse(kFunction, "ip & subnet not equal ip\n");
+    const int64_t address = iptonum(ip.Text());
+    if ((address & *mask) != address) return Refuse(kFunction, "ip & subnet not equal ip\n");
     const bool lan = FieldView(row, Row::kInterface) == "LAN";
     if (lan && validLanIp(FieldCopy(row, Row::kGateway).Text()) != kSuccess)
         return Refuse(kFunction, "gateway and LAN IP not the same subnet\n");
