@@ -7,10 +7,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <new>
 #include <vector>
 
 #include "host/objects/object_values.h"
 #include "host/state/load_report.h"
+#include "host/state/report.h"
 #include "host/state/state_store.h"
 #include "host/tables/list_state.h"
 #include "platform/kob_platform.h"
@@ -31,6 +33,7 @@ bool KeepUnreadableOf(const std::vector<StateFile>& files)
 }
 
 int Commit()
+try
 {
     std::vector<StateFile> files;
     const bool objects = ObjectValuesChanged();
@@ -47,9 +50,14 @@ int Commit()
     if (tables) ListsKept();
     return 0;
 }
-}  // namespace
+catch (const std::bad_alloc&)
+{
+    return OutOfMemory("update_config", kUpdateFailed);
+}
 
-void LoadState()
+// False when memory ran out. Half a state must not be served: the next commit would write it over the whole one.
+bool TryLoad()
+try
 {
     if (access(StateFolder().c_str(), W_OK | X_OK) != 0)
         kobd_log_print("LoadState", __LINE__, "cannot write in the state folder %s: %s, changes will not survive",
@@ -59,6 +67,18 @@ void LoadState()
                        strerror(errno));
     ObjectValuesLoad(StateFolder() + "/" + kObjectsFile);
     ListsLoad(StateFolder() + "/" + kTablesFile);
+    return true;
+}
+catch (const std::bad_alloc&)
+{
+    OutOfMemory("LoadState", 0);
+    return false;
+}
+}  // namespace
+
+void LoadState()
+{
+    while (!TryLoad()) sleep(1);
 }
 }  // namespace kobd::host
 

@@ -20,7 +20,7 @@ constexpr int kSendFailed = 5;
 
 int Called(const char* service, int argument)
 {
-    Journal(std::string(service) + " " + std::to_string(argument));
+    Journal(service, std::to_string(argument));
     return 0;
 }
 }  // namespace
@@ -29,7 +29,7 @@ ConfigWanInterfaces g_stConfigWANIF = {{"rmnet_data0", "rmnet_data1", "rmnet_dat
 
 int setDualwanNetSelectMode_lte(const char* mode)
 {
-    Journal(std::string("setDualwanNetSelectMode_lte ") + mode);
+    Journal("setDualwanNetSelectMode_lte", mode);
     return nvram_set("dualwan_net_select_mode", mode);
 }
 

@@ -6,8 +6,11 @@
 
 #include <climits>
 #include <cstdlib>
+#include <new>
 #include <string>
 #include <string_view>
+
+#include "host/state/report.h"
 
 namespace kobd::host
 {
@@ -39,6 +42,7 @@ std::string ProgramFolder()
 }  // namespace
 
 void ProvideUci()
+try
 {
     const char* inherited = getenv("PATH");
     const std::string path = inherited != nullptr ? inherited : std::string(kUsualPath);
@@ -51,5 +55,9 @@ void ProvideUci()
         setenv("PATH", (path + ":" + folder).c_str(), 1);
         return;
     }
+}
+catch (const std::bad_alloc&)
+{
+    OutOfMemory("ProvideUci", 0);
 }
 }  // namespace kobd::host

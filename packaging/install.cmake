@@ -72,6 +72,7 @@ install(CODE "
     configure_file(\"${KOBD_PACKAGING}/debian/\${file}.in\" \"${KOBD_MADE}/\${file}\" @ONLY)
   endforeach()")
 install(FILES ${KOBD_MADE}/kobd.service DESTINATION lib/systemd/system)
+install(FILES ${KOBD_PACKAGING}/debian/kobd.tmpfiles DESTINATION lib/tmpfiles.d RENAME kobd.conf)
 # Not in /etc/init.d, so that nothing leaves the prefix: whoever wants it there makes a link.
 install(PROGRAMS ${KOBD_MADE}/kobd.init DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/kobd RENAME init)
 

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
+#include <new>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -11,6 +13,7 @@
 
 #include "dictionary/value_type.h"
 #include "host/state/load_report.h"
+#include "host/state/report.h"
 #include "host/tables/list_values.h"
 #include "platform/nvram.h"
 
@@ -100,6 +103,16 @@ std::string DefaultValue(const Row& row)
     return "";
 }
 
+void ForgetRows()
+{
+    values.by_key.clear();
+    values.nvram_key.fill(nullptr);
+    values.of_list.fill(nullptr);
+    values.touched.clear();
+    values.unknown.clear();
+    values.dirty = false;
+}
+
 void NameRows()
 {
     for (size_t number = 0; number < kRowCount; ++number)
@@ -143,7 +156,7 @@ int GiveText(const std::string& text, char* value)
 
 void ObjectValuesLoad(const std::string& path)
 {
-    values = {};
+    ForgetRows();
     NameRows();
     Settings settings;
     ReportLoad("ObjectValuesLoad", path, LoadSettings(WhatCounts(path), &settings));
@@ -175,32 +188,39 @@ Settings ObjectValuesState()
 void ObjectValuesKept() { values.dirty = false; }
 
 int ObjectValueGet(size_t number, char* value)
+try
 {
     if (const char* key = values.nvram_key[number])
-    {
-        nv_get(key, value, kValueBuffer);
-        return 0;
-    }
+        return nv_get(key, value, kValueBuffer) != 0 && errno == ENOMEM ? kInvokeFailed : 0;
     if (const ListValue* of_list = values.of_list[number]) return GiveText(ListValueText(*of_list), value);
     return GiveText(values.running[values.home[number]], value);
 }
+catch (const std::bad_alloc&)
+{
+    return OutOfMemory("ObjectValueGet", kInvokeFailed);
+}
 
 int ObjectValueSet(size_t number, const char* value)
+try
 {
     if (const char* key = values.nvram_key[number]) return nvram_set(key, value) == 0 ? 0 : kInvokeFailed;
     const size_t home = values.home[number];
     std::string& text = values.running[home];
     if (strlen(value) >= kValueBuffer) return kInvokeFailed;  // it could never be read again
     if (text == value) return 0;
+    Touch(home);  // first: both may run out of memory, and a value that is not touched would not be kept
     text = value;
-    Touch(home);
     values.dirty = true;
     return 0;
+}
+catch (const std::bad_alloc&)
+{
+    return OutOfMemory("ObjectValueSet", kInvokeFailed);
 }
 
 int ObjectAction(size_t number, const char* value)
 {
-    Journal(std::string(kRows[number].name) + " " + value);
+    Journal(kRows[number].name, value);
     return ObjectValueSet(number, value);
 }
 }  // namespace kobd::host

@@ -18,7 +18,7 @@ Settings ObjectValuesState();
 void ObjectValuesKept();
 
 // Behind the accessors; `number` is the object's row in the catalogue. 0, or 17 for a value that
-// does not fit the buffer of object get.
+// does not fit the buffer of object get, and when memory runs out; nothing has changed then.
 int ObjectValueGet(size_t number, char* value);
 int ObjectValueSet(size_t number, const char* value);
 

@@ -8,30 +8,18 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cstdio>
 #include <cstring>
 #include <ctime>
+#include <new>
 
+#include "host/state/report.h"
 #include "host/state/state_save.h"
-
-// The daemon exports its log. Another program that uses a store has none; it reports on standard
-// error.
-extern "C" int kobd_log_print(const char* function, int line, const char* format, ...)
-    __attribute__((weak, format(printf, 3, 4)));
-
-#define REPORT(...)                                               \
-    do                                                            \
-    {                                                             \
-        if (kobd_log_print != nullptr)                            \
-            kobd_log_print("SharedStore", __LINE__, __VA_ARGS__); \
-        else                                                      \
-            fprintf(stderr, __VA_ARGS__), fputc('\n', stderr);    \
-    } while (false)
 
 namespace kobd::host
 {
 namespace
 {
+constexpr const char* kFunction = "SharedStore";
 constexpr std::chrono::seconds kLockWait{2};  // a stopped process must not stop the others
 constexpr long kLookNs = 1000000;
 
@@ -87,7 +75,8 @@ bool LoadForChange(const std::string& path, Settings* settings)
     if (result == LoadResult::kUnreadable) return false;
     if (result != LoadResult::kDamaged) return true;
     const std::string aside = KeepAside(path);
-    REPORT("%s is damaged, kept as %s, factory values serve", path.c_str(), aside.empty() ? "it is" : aside.c_str());
+    REPORT(kFunction, "%s is damaged, kept as %s, factory values serve", path.c_str(),
+           aside.empty() ? "it is" : aside.c_str());
     return !aside.empty();
 }
 }  // namespace
@@ -115,12 +104,13 @@ bool SharedStore::Change(Settings* settings, std::string_view key, std::string_v
 }
 
 int SharedStore::Get(const char* key, char* value, size_t size) const
+try
 {
     *value = 0;
     Settings settings;
     const LoadResult result = LoadSettings(Path(), &settings);
     if (result == LoadResult::kUnreadable)
-        REPORT("cannot read %s (%s), factory values serve", Path().c_str(), strerror(errno));
+        REPORT(kFunction, "cannot read %s (%s), factory values serve", Path().c_str(), strerror(errno));
     if (result == LoadResult::kDamaged)
     {
         const StoreLock lock(Path() + ".lock");
@@ -128,26 +118,39 @@ int SharedStore::Get(const char* key, char* value, size_t size) const
     }
     const auto found = Find(settings, key);
     const std::string_view text = found != settings.end() ? std::string_view(found->second) : Factory(key);
-    if (text.data() == nullptr) return -1;
+    if (text.data() == nullptr)
+    {
+        errno = ENOENT;
+        return -1;
+    }
     const size_t length = std::min(text.size(), size - 1);
     memcpy(value, text.data(), length);
     value[length] = 0;
     return 0;
 }
+catch (const std::bad_alloc&)
+{
+    return OutOfMemory(kFunction, -1);
+}
 
 int SharedStore::Set(const char* key, const char* value) const
+try
 {
     if (!IsKey(key) || strlen(value) > kStoreValueMax) return -1;
     const std::string path = Path();
     const StoreLock lock(path + ".lock");
     if (!lock.Held())
     {
-        REPORT("cannot lock %s: %s", path.c_str(), strerror(errno));
+        REPORT(kFunction, "cannot lock %s: %s", path.c_str(), strerror(errno));
         return -1;
     }
     Settings settings;
     if (LoadForChange(path, &settings) && (!Change(&settings, key, value) || SaveSettings(path, settings))) return 0;
-    REPORT("cannot write %s: %s", path.c_str(), strerror(errno));
+    REPORT(kFunction, "cannot write %s: %s", path.c_str(), strerror(errno));
     return -1;
+}
+catch (const std::bad_alloc&)
+{
+    return OutOfMemory(kFunction, -1);
 }
 }  // namespace kobd::host

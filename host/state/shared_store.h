@@ -29,12 +29,12 @@ public:
     constexpr SharedStore(const char* file, std::span<const FactoryValue> factory) : file_(file), factory_(factory) {}
 
     // Copies the value of `key` into `value`, cut to `size` - 1 characters. 0, or -1 and the empty
-    // text for an unknown key. A file that is damaged is kept aside and reported, one that cannot
-    // be read is reported; factory values then serve.
+    // text: errno ENOENT for an unknown key, ENOMEM when memory ran out. A file that is damaged is kept aside and
+    // reported, one that cannot be read is reported; factory values then serve.
     int Get(const char* key, char* value, size_t size) const;
 
     // 0, or -1 when nothing was changed: a key that is no name or a text that is too long, a lock
-    // that another process keeps for two seconds, a file that cannot be read or written (reported).
+    // that another process keeps for two seconds, a file that cannot be read or written, no memory (reported).
     int Set(const char* key, const char* value) const;
 
 private:

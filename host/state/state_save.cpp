@@ -81,7 +81,8 @@ void RemoveTemporary(const std::string& folder, const std::vector<StateFile>& fi
 bool SaveSettings(const std::string& path, const Settings& settings)
 {
     const std::string temporary = path + kTemporary;
-    return WriteTemporary(temporary, settings) && MoveIntoPlace(temporary, path) && SyncFolder(FolderOf(path));
+    const std::string folder = FolderOf(path);  // before the move: memory may run out
+    return WriteTemporary(temporary, settings) && MoveIntoPlace(temporary, path) && SyncFolder(folder);
 }
 
 bool SaveText(const std::string& path, std::string_view text)
@@ -100,6 +101,7 @@ bool SaveTogether(const std::string& folder, const std::vector<StateFile>& files
         RemoveTemporary(folder, files);
         return false;
     }
+    note_may_lie_there = true;
     if (!WriteNote(folder, files))
     {
         // It may have got its name before that: a note that stays must find all files or none.
@@ -108,7 +110,6 @@ bool SaveTogether(const std::string& folder, const std::vector<StateFile>& files
         errno = error;
         return false;
     }
-    note_may_lie_there = true;
     // A file that cannot be moved now is moved by whoever finds the note next.
     for (const StateFile& file : files)
     {

@@ -8,7 +8,9 @@
 #include <cerrno>
 #include <cstdlib>
 #include <ctime>
+#include <new>
 
+#include "host/state/report.h"
 #include "host/state/state_save.h"
 
 namespace kobd::host
@@ -82,19 +84,20 @@ bool WriteAll(int file, std::string_view bytes)
 }
 
 // Whether the new file is the folder's owner's, made so where root works in the folder of a user.
-bool IsOfFolderOwner(int file, const std::string& path)
+bool IsOfFolderOwner(int file, const std::string& path_of_folder)
 {
     struct stat folder = {};
     if (geteuid() != 0) return true;
-    if (stat(FolderOf(path).c_str(), &folder) != 0) return false;
+    if (stat(path_of_folder.c_str(), &folder) != 0) return false;
     return folder.st_uid == 0 || fchown(file, folder.st_uid, folder.st_gid) == 0;
 }
 
 // A file that nobody had before, so that its owner may be changed: -1 with errno EEXIST where there is one.
 int CreateNew(const std::string& path, int flags)
 {
+    const std::string folder = FolderOf(path);  // before the file is open: memory may run out
     const int file = open(path.c_str(), flags | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode);
-    if (file < 0 || IsOfFolderOwner(file, path)) return file;
+    if (file < 0 || IsOfFolderOwner(file, folder)) return file;
     RemoveKeepingError(path);
     const int error = errno;
     close(file);
@@ -109,6 +112,13 @@ int CreateFresh(const std::string& path)
     if (file >= 0 || errno != EEXIST || unlink(path.c_str()) != 0) return file;
     return CreateNew(path, O_WRONLY);
 }
+
+// Closes the file, when memory runs out as well.
+struct OpenFile
+{
+    int number;
+    ~OpenFile() { close(number); }
+};
 
 bool ReadAll(int file, std::string* text)
 {
@@ -208,10 +218,9 @@ LoadResult LoadSettings(const std::string& path, Settings* settings)
     settings->clear();
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
     if (file < 0) return errno == ENOENT ? LoadResult::kMissing : LoadResult::kUnreadable;
+    const OpenFile closed_at_the_end{file};
     std::string text;
-    const bool read = ReadAll(file, &text);
-    close(file);
-    if (!read) return LoadResult::kUnreadable;
+    if (!ReadAll(file, &text)) return LoadResult::kUnreadable;
     if (ParseSettings(text, settings)) return LoadResult::kLoaded;
     settings->clear();
     return LoadResult::kDamaged;
@@ -279,8 +288,9 @@ std::string NameAside(const std::string& path)
 
 std::string KeepAside(const std::string& path)
 {
-    const std::string aside = NameAside(path);
-    return rename(path.c_str(), aside.c_str()) == 0 ? aside : std::string();
+    std::string aside = NameAside(path);
+    if (rename(path.c_str(), aside.c_str()) != 0) aside.clear();
+    return aside;
 }
 
 std::string KeepCopy(const std::string& path)
@@ -290,14 +300,23 @@ std::string KeepCopy(const std::string& path)
     return errno == ENOENT ? std::string() : KeepAside(path);  // a file system without links, or a folder
 }
 
-void Journal(std::string_view line)
+void Journal(std::string_view what, std::string_view argument)
+try
 {
     const std::string path = StateFolder() + "/journal";
+    const std::string aside = path + ".1";
+    std::string line = Escape(what);
+    if (argument.data() != nullptr) line += " " + Escape(argument);
+    line += '\n';
     const int file = OpenOrCreate(path, O_WRONLY | O_APPEND);
     if (file < 0) return;
-    WriteAll(file, Escape(line) + "\n");
+    WriteAll(file, line);
     const bool large = lseek(file, 0, SEEK_END) > kJournalBytes;
     close(file);
-    if (large) rename(path.c_str(), (path + ".1").c_str());
+    if (large) rename(path.c_str(), aside.c_str());
+}
+catch (const std::bad_alloc&)
+{
+    OutOfMemory("Journal", 0);
 }
 }  // namespace kobd::host

@@ -78,7 +78,8 @@ std::string KeepAside(const std::string& path);
 // Gives a file that is going to be replaced such a name, too; moves it where it can have but one.
 std::string KeepCopy(const std::string& path);
 
-// One line to the journal of the host platform: what a router would have done. A journal of more
+// One line to the journal of the host platform: what a router would have done, and with which argument. A line
+// is lost, and the log says so, where memory runs out. A journal of more
 // than 1 MiB is moved to "journal.1" in the place of an earlier one, so that both stay bounded.
-void Journal(std::string_view line);
+void Journal(std::string_view what, std::string_view argument = {});
 }  // namespace kobd::host

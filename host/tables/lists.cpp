@@ -5,10 +5,12 @@
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
+#include <new>
 #include <string>
 
 #include "dictionary/catalogue/layouts.h"
 #include "dictionary/row_field.h"
+#include "host/state/report.h"
 #include "host/tables/nvram_columns.h"
 #include "host/tables/row_text.h"
 #include "platform/kobd_exports.h"
@@ -17,6 +19,7 @@ namespace kobd::host
 {
 namespace
 {
+constexpr int kInvokeFailed = 17;
 constexpr const char* kPathColumn = "pPath";
 
 struct Operation
@@ -102,8 +105,7 @@ int HandOut(const List& list, const Row* found, void* row)
 {
     if (found == nullptr) return kIndexNotFound;
     memcpy(row, found->block.data(), found->block.size());
-    FillFromNvram(list, row);
-    return 0;
+    return FillFromNvram(list, row);
 }
 }  // namespace
 
@@ -129,11 +131,16 @@ size_t ListOf(std::string_view function)
 }
 
 int ListAdd(size_t list, int32_t* index)
+try
 {
     List& in = AllLists()[list];
     const int result = in.rows.Add(index);
     if (result == 0) in.changed = true;
     return result;
+}
+catch (const std::bad_alloc&)
+{
+    return OutOfMemory("ListAdd", kInvokeFailed);
 }
 
 int ListDel(size_t list, int32_t index)
@@ -145,12 +152,18 @@ int ListDel(size_t list, int32_t index)
 }
 
 int ListGet(size_t list, int32_t index, void* row)
+try
 {
     List& in = AllLists()[list];
     return HandOut(in, in.rows.Find(index), row);
 }
+catch (const std::bad_alloc&)
+{
+    return OutOfMemory("ListGet", kInvokeFailed);
+}
 
 int ListSet(size_t list, int32_t index, const void* row)
+try
 {
     List& in = AllLists()[list];
     Row* found = in.rows.Find(index);
@@ -165,8 +178,13 @@ int ListSet(size_t list, int32_t index, const void* row)
     in.changed = true;
     return 0;
 }
+catch (const std::bad_alloc&)
+{
+    return OutOfMemory("ListSet", kInvokeFailed);
+}
 
 int ListSetParentPath(size_t list, int32_t index, const char* parent_path)
+try
 {
     List& in = AllLists()[list];
     Row* row = in.rows.Find(index);
@@ -179,10 +197,19 @@ int ListSetParentPath(size_t list, int32_t index, const char* parent_path)
                        index, strlen(parent_path));
     return result;
 }
+catch (const std::bad_alloc&)
+{
+    return OutOfMemory("ListSetParentPath", kInvokeFailed);
+}
 
 int ListNext(size_t list, int32_t previous, void* row)
+try
 {
     List& in = AllLists()[list];
     return HandOut(in, in.rows.Next(previous), row);
+}
+catch (const std::bad_alloc&)
+{
+    return OutOfMemory("ListNext", kInvokeFailed);
 }
 }  // namespace kobd::host

@@ -29,7 +29,7 @@ List* FindList(std::string_view table);  // nullptr: the platform keeps no such 
 size_t ListOf(std::string_view function);
 
 // Behind the operations; rows are blocks of the list's row size. 0; 13 no such row; 15 the list is
-// full, or has given every index.
+// full, or has given every index; 17 memory ran out, and nothing has changed.
 int ListAdd(size_t list, int32_t* index);
 int ListDel(size_t list, int32_t index);
 int ListGet(size_t list, int32_t index, void* row);

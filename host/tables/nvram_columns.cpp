@@ -2,6 +2,7 @@
 #include "host/tables/nvram_columns.h"
 
 #include <array>
+#include <cerrno>
 #include <string>
 
 #include "dictionary/row_field.h"
@@ -34,16 +35,20 @@ std::string KeyOf(const NvramColumn& in_nvram, const void* row)
 }
 }  // namespace
 
-void FillFromNvram(const List& list, void* row)
+int FillFromNvram(const List& list, void* row)
 {
     for (const NvramColumn& in_nvram : kNvramColumns)
     {
         if (list.table != std::string_view(in_nvram.table)) continue;
         const ColumnDef* column = FindColumn(*list.layout, in_nvram.column);
         std::array<char, kFieldTextMax> value;
-        if (column == nullptr || nv_get(KeyOf(in_nvram, row).c_str(), value.data(), column->length) != 0) continue;
-        static_cast<void>(TableFieldFromString(row, *column, value.data()));  // cut to fit by the store
+        if (column == nullptr) continue;
+        if (nv_get(KeyOf(in_nvram, row).c_str(), value.data(), column->length) == 0)
+            static_cast<void>(TableFieldFromString(row, *column, value.data()));  // cut to fit by the store
+        else if (errno == ENOMEM)  // a row without it would be set without it
+            return kInvokeFailed;
     }
+    return 0;
 }
 
 int MoveToNvram(const List& list, void* row)

@@ -7,8 +7,8 @@
 namespace kobd::host
 {
 // Puts the values of nvram into the columns of a row that is handed out, its index in its first word.
-// A key that nvram does not have leaves the column as it is.
-void FillFromNvram(const List& list, void* row);
+// A key that nvram does not have leaves the column as it is. 0; 17 when memory ran out.
+int FillFromNvram(const List& list, void* row);
 
 // Sets nvram to what the columns of the row say and empties them. 0; 17 when nvram could not be
 // written.

@@ -24,8 +24,8 @@ int RowList::Add(int32_t* index)
 Row* RowList::Append(int32_t index)
 {
     if (index <= last_index_) return nullptr;
-    last_index_ = index;
     Row& row = rows_.emplace_back(Row{std::vector<char>(row_size_)});
+    last_index_ = index;
     memcpy(row.block.data(), &index, sizeof index);
     return &row;
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/mount.h>
 #include <sys/msg.h>
+#include <sys/resource.h>
 #include <sys/sem.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,7 +11,9 @@
 #include <cerrno>
 #include <csignal>
 #include <fstream>
+#include <map>
 
+#include "client/dictionary.h"
 #include "daemon/base/tlv.h"
 #include "host/bus/bus_queues.h"
 #include "tests/namespaces.h"
@@ -225,6 +228,39 @@ TEST_F(Faults, AFullDiskLosesNothingThatWasDurableAndIsCaughtUpWith)
     EXPECT_EQ(system("ls /tmp/state/*.new >/dev/null 2>&1 && exit 1 || exit 0"), 0) << "no temporary file";
     daemon_.End(SIGTERM);
     umount(kState);
+}
+
+TEST_F(Faults, ADaemonWithoutMemoryRefusesAndLosesNothing)
+{
+    if (*KOBD_EMULATOR != 0) GTEST_SKIP() << "the emulator would run out of memory, not the daemon";
+    setenv("MALLOC_ARENA_MAX", "1", 1);  // one heap, which the limit bounds
+    ASSERT_TRUE(daemon_.Start());
+    unsetenv("MALLOC_ARENA_MAX");
+    const rlim_t pages = std::stoull(FileText("/proc/" + std::to_string(daemon_.Process()) + "/statm"));
+    const rlim_t bytes = pages * static_cast<rlim_t>(getpagesize());
+    if (bytes >> 40 != 0) GTEST_SKIP() << "the memory of a sanitizer has no bound";
+    const rlimit none_left = {bytes, RLIM_INFINITY};
+    const rlimit all = {RLIM_INFINITY, RLIM_INFINITY};
+    ASSERT_EQ(prlimit(daemon_.Process(), RLIMIT_AS, &none_left, nullptr), 0);
+    const std::string value(500, 'v');
+    std::map<std::string, int> results;
+    for (const client::ObjectEntry& object : client::Objects())
+        if (object.access == client::Access::kReadWrite && object.type == VT_STRING && object.limitation == nullptr &&
+            object.validator == nullptr)
+            results[object.name] = SetObject(object.name, value);
+    EXPECT_TRUE(LogSays("update_config[")) << "commits failed as well";
+    ASSERT_EQ(prlimit(daemon_.Process(), RLIMIT_AS, &all, nullptr), 0);
+    EXPECT_EQ(Request(kUpdate, {}).result, 0);
+    daemon_.End(SIGKILL);
+    ASSERT_TRUE(daemon_.Start());
+    int refused = 0;
+    for (const auto& [name, result] : results)
+    {
+        EXPECT_TRUE(result == 0 || result == 17) << name << " " << result;
+        EXPECT_EQ(GetObject(name) == value, result == 0) << name;
+        refused += result != 0;
+    }
+    EXPECT_GT(refused, 0);
 }
 
 TEST_F(Faults, AReplyThatItsClientCannotTakeIsDroppedAndTold)
