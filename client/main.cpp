@@ -4,8 +4,8 @@
 #include <csignal>
 #include <cstdio>
 
-#include "client/pending_set.h"
-#include "client/run_command.h"
+#include "client/commands/run_command.h"
+#include "client/state/pending_set.h"
 
 int main(int count, char** arguments)
 {

@@ -3,7 +3,7 @@
 . "$(dirname "$0")/check.sh"
 
 pages=$build_folder/packaging
-cat "$source_folder"/client/*.cpp "$source_folder"/client/*.def >"$work/client"
+cat "$source_folder"/client/*/*.cpp "$source_folder"/client/*/*.def >"$work/client"
 sed -n 's/^    {"\([a-z-]*\)", .* Command[A-Z][A-Za-z]*},$/\1/p' "$work/client" >"$work/commands"
 while read -r command; do
     escaped=$(printf '%s' "$command" | sed 's/-/\\\\-/g')

@@ -5,8 +5,8 @@
 #include <csignal>
 #include <fstream>
 
-#include "client/diagnose.h"
-#include "client/dictionary.h"
+#include "client/dictionary/diagnose.h"
+#include "client/dictionary/dictionary.h"
 #include "dictionary/value_check.h"
 #include "host/bus/bus_queues.h"
 #include "tests/system/daemon_test.h"

@@ -6,8 +6,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "client/dictionary.h"
-#include "client/tables.h"
+#include "client/dictionary/dictionary.h"
+#include "client/dictionary/tables.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 #include "tests/system/object_samples.h"
