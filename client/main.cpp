@@ -16,6 +16,6 @@ int main(int count, char** arguments)
     if (isatty(STDOUT_FILENO) == 0) setvbuf(stdout, buffer, _IOFBF, sizeof buffer);
     signal(SIGPIPE, SIG_DFL);  // a reader that has enough ends kobctl without a word
     const Words words(arguments + 1, arguments + count);
-    RestoreOverdue(words.empty() ? "" : words.front());
+    if (const std::string said = RestoreOverdue(words.empty() ? "" : words.front()); !said.empty()) SayError(said);
     return RunCommand(words, {});
 }

@@ -12,30 +12,38 @@ namespace kobd::client
 {
 namespace
 {
-int Resume(const Options& options, bool pending)
+struct Confirmed
 {
-    if (!pending || StartWaiting()) return 0;
-    return Fail(options, kSystemError, std::string("confirm --resume: ") + strerror(errno));
+    std::string names = {};  // of what is kept
+    std::string error = {};
+    int code = 0;
+};
+
+Confirmed Confirm(const Options& options)
+{
+    PendingSet pending;
+    if (!pending.Error().empty()) return {"", "confirm: " + pending.Error(), kSystemError};
+    if (options.resume && (!pending.IsPending() || StartWaiting())) return {};
+    if (options.resume) return {"", std::string("confirm --resume: ") + strerror(errno), kSystemError};
+    if (!pending.IsPending()) return {"", "there is nothing to confirm", kInvalidArgument};
+    const std::string names = pending.Names();
+    if (pending.IsOverdue())
+    {
+        const std::string error = pending.TakeBack(options);
+        return {"", "too late to confirm " + names + ": " + (error.empty() ? "the old values are back" : error),
+                kInvalidArgument};
+    }
+    if (!pending.Withdraw()) return {"", std::string("confirm: ") + strerror(errno), kSystemError};
+    return {names};
 }
 }  // namespace
 
 int CommandConfirm(const Options& options, const Words&)
 {
     if (!MayBePending() && options.resume) return 0;
-    PendingSet pending;
-    if (!pending.Error().empty()) return Fail(options, kSystemError, "confirm: " + pending.Error());
-    if (options.resume) return Resume(options, pending.IsPending());
-    if (!pending.IsPending()) return Fail(options, kInvalidArgument, "there is nothing to confirm");
-    const std::string names = pending.Names();
-    if (pending.IsOverdue())
-    {
-        const std::string error = pending.TakeBack(options);
-        return Fail(options, kInvalidArgument,
-                    "too late to confirm " + names + ": " + (error.empty() ? "the old values are back" : error));
-    }
-    if (!pending.Withdraw()) return Fail(options, kSystemError, std::string("confirm: ") + strerror(errno));
-    if (options.json) return 0;
-    printf("kept: %s\n", names.c_str());
+    const Confirmed confirmed = Confirm(options);  // holds the lock of the pending set no longer
+    if (!confirmed.error.empty()) return Fail(options, confirmed.code, confirmed.error);
+    if (!options.json && !confirmed.names.empty()) printf("kept: %s\n", confirmed.names.c_str());
     return 0;
 }
 }  // namespace kobd::client

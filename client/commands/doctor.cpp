@@ -153,6 +153,13 @@ void LookAtLog(Report* report)
                     std::string("debug lines are on, rm ") + kDebugSwitchFile + " turns them off");
 }
 
+std::string WhatIsPending()
+{
+    if (!MayBePending()) return "";
+    const PendingSet pending;
+    return pending.IsPending() ? pending.Names() + ": waiting for kobctl confirm" : pending.Error();
+}
+
 void LookAtState(Report* report)
 {
     const std::string folder = host::StateFolderName();
@@ -164,9 +171,7 @@ void LookAtState(Report* report)
     const unsigned long long free_bytes = static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize;
     report->Judge(free_bytes >= kLeastFree, "state", std::to_string(free_bytes / 1024) + " KB free",
                   "values cannot be made durable; make room");
-    if (MayBePending())
-        if (const PendingSet pending; pending.IsPending())
-            report->Say(Finding::kNote, "state", pending.Names() + ": waiting for kobctl confirm");
+    if (const std::string pending = WhatIsPending(); !pending.empty()) report->Say(Finding::kNote, "state", pending);
     if (access(RefusedFile().c_str(), F_OK) == 0)
         report->Say(Finding::kWrong, "state",
                     RefusedFile() + " has old values that could not be set back: set what is needed and remove it");

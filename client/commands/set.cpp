@@ -42,34 +42,55 @@ Response Send(const Options& options, const std::vector<Assignment>& pairs)
 }
 
 // The exit status, after an error line where the set was not done.
-int Report(const Options& options, const std::vector<Assignment>& pairs, const Response& response, const LogWindow& log)
+int Report(const Options& options, const std::vector<Assignment>& pairs, const Response& response,
+           const std::vector<LogLine>& log)
 {
     if (response.code == 0) return 0;
     if (response.too_large)
         return Fail(options, kBufferLimit, "these values do not fit one request of 8192 bytes; nothing was set");
     if (response.from_bus) return FailChange(options, response.code, true, "set");
-    return FailRequest(options, response.code, false, Reason(pairs, log.Lines()));
+    return FailRequest(options, response.code, false, Reason(pairs, log));
 }
 
-// A set whose values go back by themselves: the old ones are on the disk before the new ones are sent.
+struct Tried
+{
+    int begin_code = 0;
+    std::string not_begun = {};
+    Response response = {};
+    std::vector<LogLine> log = {};
+    std::string not_back = {};  // why the old values did not return
+};
+
+// Keeps the old values on the disk, then sends the new ones.
+Tried TrySet(const Options& options, const std::vector<Assignment>& pairs)
+{
+    Tried tried;
+    PendingSet pending;
+    tried.not_begun = pending.Begin(options, pairs, &tried.begin_code);
+    if (!tried.not_begun.empty()) return tried;
+    const LogWindow log;
+    tried.response = Send(options, pairs);
+    tried.log = log.Lines();
+    const bool unknown = tried.response.from_bus && tried.response.code == kReplyTimeout;
+    if (tried.response.code == 0 || unknown) return tried;
+    // Refused, perhaps after a part of it: the router itself may refuse what the checks let pass.
+    if (!pending.IsUnchanged(options) || !pending.Withdraw()) tried.not_back = pending.TakeBack(options);
+    return tried;
+}
+
+// A set whose values go back by themselves.
 int SetUntilConfirmed(const Options& options, const std::vector<Assignment>& pairs)
 {
-    PendingSet pending;
-    if (const int status = pending.Begin(options, pairs)) return status;
-    const LogWindow log;
-    const Response response = Send(options, pairs);
-    const int status = Report(options, pairs, response, log);
-    const bool unknown = response.from_bus && response.code == kReplyTimeout;
+    const Tried tried = TrySet(options, pairs);  // holds the lock of the pending set no longer
+    if (!tried.not_begun.empty())
+        return Fail(options, tried.begin_code, "set --confirm: " + tried.not_begun + "; nothing was set");
+    const int status = Report(options, pairs, tried.response, tried.log);
+    const bool unknown = tried.response.from_bus && tried.response.code == kReplyTimeout;
     if (status == 0 && options.json) return printf("{\"confirm_within\":%d}\n", options.confirm_s) < 0 ? 1 : 0;
     if (status == 0 || unknown)
-    {
         fprintf(status == 0 ? stdout : stderr, "%sthe old values return in %d seconds unless kobctl confirm follows\n",
                 status == 0 ? "" : "kobctl: ", options.confirm_s);
-        return status;
-    }
-    // Refused, perhaps after a part of it: the router itself may refuse what the checks let pass.
-    const std::string error = pending.IsUnchanged(options) && pending.Withdraw() ? "" : pending.TakeBack(options);
-    if (!error.empty()) SayError(error);
+    if (!tried.not_back.empty()) SayError(tried.not_back);
     return status;
 }
 }  // namespace
@@ -82,7 +103,8 @@ int CommandSet(const Options& options, const Words& words)
         return WrongUse(options, "set takes --silent or --confirm, not both", "set");
     if (options.confirm_s > 0) return SetUntilConfirmed(options, pairs);
     const LogWindow log;
-    return Report(options, pairs, Send(options, pairs), log);
+    const Response response = Send(options, pairs);
+    return Report(options, pairs, response, log.Lines());
 }
 
 int CommandCommit(const Options& options, const Words&)

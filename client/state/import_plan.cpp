@@ -2,6 +2,7 @@
 #include "client/state/import_plan.h"
 
 #include <algorithm>
+#include <charconv>
 #include <map>
 
 #include "client/arguments/assignment.h"
@@ -73,13 +74,24 @@ bool IsAs(const TableRow& present, const ColumnValues& wanted)
                        [&](const auto& value) { return ValueOf(present, value.first) == value.second; });
 }
 
+// Whether the value is one that the daemon keeps in a flag. To people a flag is 0 or 1, but other modules set
+// it to any 32-bit integer, the daemon takes that, and an export then holds it.
+bool IsStoredFlag(const TableEntry& table, const FileValue& value)
+{
+    const ColumnDef* column = FindColumn(table, value.name);
+    int32_t number = 0;
+    const char* end = value.value.data() + value.value.size();
+    return column != nullptr && column->type == VT_BOOL &&
+           std::from_chars(value.value.data(), end, number).ptr == end && value.value == std::to_string(number);
+}
+
 void CheckRow(const TableEntry& table, const FileRow& row, Errors* errors)
 {
     FirstLines lines;
     for (const FileValue& value : row.values)
     {
         int code = 0;
-        std::string wrong = WhatIsWrong(table, value.name, value.value, &code);
+        std::string wrong = IsStoredFlag(table, value) ? "" : WhatIsWrong(table, value.name, value.value, &code);
         const ColumnDef* column = FindColumn(table, value.name);
         if (wrong.empty() && column->alias_of != nullptr)
             wrong = value.name + " is another name of " + column->alias_of;

@@ -3,6 +3,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -10,7 +11,6 @@
 #include <cerrno>
 #include <charconv>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -67,45 +67,51 @@ Words NamesOf(const std::vector<Assignment>& pairs)
     return names;
 }
 
-// Reads the present values of what `pairs` name. 0, or the exit status after an error line.
-int ReadPresent(const Options& options, const std::vector<Assignment>& pairs, std::vector<Assignment>* present)
+// Reads the present values of what `pairs` name. What stands against it, with its code, or the empty text.
+std::string ReadPresent(const Options& options, const std::vector<Assignment>& pairs, std::vector<Assignment>* present,
+                        int* code)
 {
-    const auto refuse = [&](int code, const std::string& why)
-    { return Fail(options, code, "set --confirm: " + why + "; nothing was set"); };
+    *code = kInvalidArgument;
     for (const Assignment& pair : pairs)
-        if (const std::string why = WhyNot(pair); !why.empty()) return refuse(kInvalidArgument, why);
+        if (std::string why = WhyNot(pair); !why.empty()) return why;
     Values values;
     const Response response = ReadValues(options, NamesOf(pairs), &values);
-    if (response.code != 0) return FailRequest(options, response.code, response.from_bus, "set --confirm");
+    *code = response.code;
+    if (response.from_bus) return WhyNoAnswer(options, response.code) + ": " + CodeText(response.code);
+    if (response.code != 0) return CodeText(response.code);
     for (const Assignment& pair : pairs)
     {
         const auto found = values.find(pair.name);
-        if (found == values.end()) return refuse(kSystemError, pair.name + " could not be read");
+        *code = kSystemError;
+        if (found == values.end()) return pair.name + " could not be read";
+        *code = kInvalidArgument;
         if (const std::string wrong = WhatIsWrong(pair.name, found->second); !wrong.empty())
-            return refuse(kInvalidArgument, "the present value could not be set again: " + wrong);
+            return "the present value could not be set again: " + wrong;
         present->push_back({pair.name, found->second});
     }
-    return 0;
+    return "";
 }
 
-// One waiting process is enough. Who finds another gives it a moment, since that one may be about to
-// end; else it sees for itself what is pending now.
-bool BecomeTheOneThatWaits()
+// Opens and locks the file within two seconds. -1 with errno, EWOULDBLOCK when another process keeps the lock.
+int OpenLocked(const char* name)
 {
     constexpr int kTries = 20;
     constexpr useconds_t kPauseUs = 100000;
-    const int file = open((host::StateFolder() + "/confirm.waiting").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    const int file = open((host::StateFolder() + name).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     for (int i = 0; file >= 0 && i < kTries; ++i)
     {
-        if (flock(file, LOCK_EX | LOCK_NB) == 0) return true;  // held until the process ends
+        if (flock(file, LOCK_EX | LOCK_NB) == 0) return file;
         usleep(kPauseUs);
     }
-    return false;
+    const int error = errno;
+    if (file >= 0) close(file);
+    errno = error;
+    return -1;
 }
 
-// Whatever the caller had open, high numbers too: procd's functions hold a service's lock on
-// descriptor 1000, and a waiting process that inherits it would keep the service from being stopped.
-void CloseInherited()
+// Closes all that the caller had open but `kept`, high numbers too: procd's functions hold a service's lock
+// on descriptor 1000, and a waiting process that inherits it would keep the service from being stopped.
+void CloseInherited(int kept)
 {
     std::vector<int> files;
     if (DIR* folder = opendir("/proc/self/fd"))
@@ -114,38 +120,61 @@ void CloseInherited()
         closedir(folder);
     }
     for (const int file : files)
-        if (file > STDERR_FILENO) close(file);
+        if (file > STDERR_FILENO && file != kept) close(file);
 }
 
-[[noreturn]] void WaitAndRestore()
+// Leaves the caller's session and files, and says so by a byte on `ready`, which it closes.
+bool Detach(int ready)
 {
     setsid();
-    CloseInherited();
+    CloseInherited(ready);
     const int nothing = open("/dev/null", O_RDWR);
     for (int file = 0; file < 3; ++file) dup2(nothing, file);
-    if (chdir("/") != 0) _exit(1);
     for (const int number : {SIGINT, SIGQUIT, SIGTERM, SIGHUP}) signal(number, SIG_DFL);
-    if (!BecomeTheOneThatWaits()) _exit(0);
+    signal(SIGPIPE, SIG_IGN);  // the caller may be dead by now, which changes nothing
+    const bool told = chdir("/") == 0 && (write(ready, "", 1) == 1 || errno == EPIPE);
+    close(ready);
+    return told;
+}
+
+[[noreturn]] void WaitAndRestore(int ready)
+{
+    // One waiting process is enough. Another one that is about to end has two seconds to do so.
+    if (!Detach(ready) || OpenLocked("/confirm.waiting") < 0) _exit(1);
     for (;;)
     {
         {
             PendingSet pending;
-            if (!pending.IsPending()) _exit(0);
+            if (!pending.IsPending() && (pending.Error().empty() || !MayBePending())) _exit(0);
             if (pending.IsOverdue()) (void)pending.TakeBack({});  // kept and tried again while nobody answers
         }
         sleep(1);
     }
 }
+
+// Waits until the new process has let go of everything that it inherited. False with errno.
+bool WaitUntilDetached(int ready)
+{
+    constexpr int kLongestMs = 2000;
+    pollfd there = {ready, POLLIN, 0};
+    char byte = 0;
+    const int arrived = poll(&there, 1, kLongestMs);
+    if (arrived == 0) errno = ETIMEDOUT;
+    if (arrived <= 0) return false;
+    errno = ECHILD;  // the end of the pipe without a byte: it is dead
+    return read(ready, &byte, 1) == 1;
+}
 }  // namespace
 
-PendingSet::PendingSet()
+PendingSet::PendingSet() : lock_(OpenLocked("/confirm.lock"))
 {
-    lock_ = open((host::StateFolder() + "/confirm.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
-    if (lock_ < 0) error_ = "cannot write in " + host::StateFolder() + ": " + strerror(errno);
-    while (lock_ >= 0 && flock(lock_, LOCK_EX) != 0 && errno == EINTR)
-    {
-    }
-    Load();
+    const std::string folder = host::StateFolder();
+    if (lock_ >= 0)
+        Load();
+    else if (errno == EWOULDBLOCK)
+        error_ = "another kobctl has been at work on " + folder + "/confirm for two seconds, try again";
+    else
+        error_ = "cannot write in " + folder + ": " + strerror(errno);
 }
 
 PendingSet::~PendingSet()
@@ -157,7 +186,7 @@ void PendingSet::Load()
 {
     host::Settings settings;
     if (host::LoadSettings(PendingFile(), &settings) == host::LoadResult::kDamaged)
-        SayError(PendingFile() + " is damaged, kept as " + host::KeepAside(PendingFile()));
+        error_ = PendingFile() + " is damaged, kept as " + host::KeepAside(PendingFile());
     bool old = false;
     for (const auto& [name, value] : settings)
     {
@@ -169,23 +198,24 @@ void PendingSet::Load()
     pending_ = !old_values_.empty();
 }
 
-int PendingSet::Begin(const Options& options, const std::vector<Assignment>& pairs)
+std::string PendingSet::Begin(const Options& options, const std::vector<Assignment>& pairs, int* code)
 {
-    if (!error_.empty()) return Fail(options, kSystemError, "set --confirm: " + error_);
-    if (pending_)
-        return Fail(options, kInvalidArgument,
-                    "another set waits for kobctl confirm (" + Names() + "); nothing was set");
-    if (const int status = ReadPresent(options, pairs, &old_values_)) return status;
+    *code = kSystemError;
+    if (!error_.empty()) return error_;
+    *code = kInvalidArgument;
+    if (pending_) return "another set waits for kobctl confirm (" + Names() + ")";
+    if (std::string why = ReadPresent(options, pairs, &old_values_, code); !why.empty()) return why;
     const auto bytes = ItemBytes(SetItems(old_values_));
-    if (!bytes || bytes->size() > kPayloadMax)
-        return Fail(options, kBufferLimit, "set --confirm: the old values do not fit one request; nothing was set");
+    *code = kBufferLimit;
+    if (!bytes || bytes->size() > kPayloadMax) return "the old values do not fit one request";
+    *code = kSystemError;
     due_s_ = NowS() + options.confirm_s;
     boot_ = ThisBoot();
     pending_ = host::SaveText(PendingFile(), Text());
-    if (pending_ && StartWaiting()) return 0;
+    if (pending_ && StartWaiting()) return "";
     const std::string why = strerror(errno);
     if (pending_) Withdraw();
-    return Fail(options, kSystemError, "set --confirm: cannot keep the old values: " + why + "; nothing was set");
+    return "cannot keep the old values: " + why;
 }
 
 std::string PendingSet::Text() const
@@ -237,24 +267,28 @@ std::string PendingSet::TakeBack(const Options& options)
 
 bool StartWaiting()
 {
-    fflush(nullptr);
+    int ready[2];
+    if (pipe2(ready, O_CLOEXEC) != 0) return false;
     const pid_t process = fork();
-    if (process == 0) WaitAndRestore();
-    return process > 0;
+    if (process == 0) WaitAndRestore(ready[1]);
+    close(ready[1]);
+    const bool detached = process > 0 && WaitUntilDetached(ready[0]);
+    const int error = errno;
+    close(ready[0]);
+    errno = error;
+    return detached;
 }
 
-void RestoreOverdue(const std::string& command)
+std::string RestoreOverdue(const std::string& command)
 {
     for (const char* without :
          {"", "help", "--help", "--version", "confirm", "complete-names", "list", "describe", "doctor"})
-        if (command == without) return;
-    if (!MayBePending()) return;
+        if (command == without) return "";
+    if (!MayBePending()) return "";
     PendingSet pending;
-    if (!pending.IsOverdue()) return;
+    if (!pending.IsOverdue()) return pending.Error();
     const std::string error = pending.TakeBack({});
-    fprintf(
-        stderr, "kobctl: %s\n",
-        error.empty() ? ("not confirmed in time, the old values are back: " + pending.Names()).c_str() : error.c_str());
+    return error.empty() ? "not confirmed in time, the old values are back: " + pending.Names() : error;
 }
 
 std::string RefusedFile() { return host::StateFolderName() + "/confirm.refused"; }

@@ -12,20 +12,22 @@
 
 namespace kobd::client
 {
-// One process at a time looks at the pending set, as long as such an object exists.
+// One process at a time looks at the pending set, as long as such an object exists. Print nothing meanwhile: a
+// terminal that is stopped would keep every other kobctl out.
 class PendingSet
 {
 public:
-    PendingSet();  // waits for the lock
+    PendingSet();  // waits for the lock, at most two seconds
     PendingSet(const PendingSet&) = delete;
     PendingSet& operator=(const PendingSet&) = delete;
     ~PendingSet();
 
     // Keeps the present values of what is about to be set, on the disk, and starts the process that
-    // waits. 0, or the exit status after an error line: nothing is pending then and nothing may be set.
-    int Begin(const Options& options, const std::vector<Assignment>& pairs);
+    // waits. What stands against it, with its result code, or the empty text: nothing is pending then and
+    // nothing may be set.
+    std::string Begin(const Options& options, const std::vector<Assignment>& pairs, int* code);
 
-    // What keeps this user from looking, or the empty text.
+    // What keeps this process from looking, or the empty text.
     const std::string& Error() const { return error_; }
 
     bool IsPending() const { return pending_; }
@@ -57,12 +59,12 @@ private:
 // Whether there may be a pending set; only looks, and makes no state folder.
 bool MayBePending();
 
-// Starts the process that waits, without waiting. False with errno.
+// Starts the process that waits and returns once it has closed all that it inherited. False with errno.
 bool StartWaiting();
 
-// Where a set is overdue, sets the old values before `command` runs and says so; kobctl confirm says
-// it itself.
-void RestoreOverdue(const std::string& command);
+// Where a set is overdue, sets the old values before `command` runs. A line that says so, or why it was not
+// done, or the empty text; kobctl confirm says it itself.
+std::string RestoreOverdue(const std::string& command);
 
 // Where values lie that the daemon refused to take back.
 std::string RefusedFile();
