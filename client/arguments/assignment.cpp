@@ -1,27 +1,29 @@
 // NAME=VALUE words.
 #include "client/arguments/assignment.h"
 
-#include "daemon/base/result.h"
 #include "daemon/base/tlv.h"
 
 namespace kobd::client
 {
-bool ReadAssignments(const Options& options, const char* command, const Words& words, std::vector<Assignment>* pairs)
+Failure ReadAssignments(const std::string& takes, const Words& words, Assignments* pairs)
 {
     for (const std::string& word : words)
     {
         const size_t equals = word.find('=');
-        if (equals == std::string::npos || equals == 0)
-        {
-            WrongUse(options, std::string(command) + " takes NAME=VALUE, not '" + word + "'", command);
-            return false;
-        }
+        if (equals == std::string::npos || equals == 0) return {kWrongUse, takes + ", not '" + word + "'"};
         pairs->push_back({word.substr(0, equals), word.substr(equals + 1)});
     }
-    return true;
+    return {};
 }
 
-Items SetItems(const std::vector<Assignment>& pairs)
+std::string NamesOf(const Assignments& pairs)
+{
+    Words names;
+    for (const Assignment& pair : pairs) names.push_back(pair.name);
+    return Joined(names);
+}
+
+Items SetItems(const Assignments& pairs)
 {
     Items items;
     for (const auto& [name, value] : pairs)

@@ -1,10 +1,11 @@
-// NAME=VALUE words of set and check.
+// Words of the form NAME=VALUE.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "client/commands/commands.h"
+#include "client/arguments/words.h"
+#include "client/output/failure.h"
 #include "client/requests/request.h"
 
 namespace kobd::client
@@ -13,11 +14,18 @@ struct Assignment
 {
     std::string name;
     std::string value;
+
+    std::string Text() const { return name + "=" + value; }
 };
 
-// Reads the words of `command`. False after an error line when one is not NAME=VALUE.
-bool ReadAssignments(const Options& options, const char* command, const Words& words, std::vector<Assignment>* pairs);
+using Assignments = std::vector<Assignment>;
+
+// Reads the words. `takes` begins the failure for a word of another form: "set takes NAME=VALUE".
+Failure ReadAssignments(const std::string& takes, const Words& words, Assignments* pairs);
+
+// "NAME, NAME".
+std::string NamesOf(const Assignments& pairs);
 
 // The pairs as the items of a set request.
-Items SetItems(const std::vector<Assignment>& pairs);
+Items SetItems(const Assignments& pairs);
 }  // namespace kobd::client

@@ -1,115 +1,131 @@
 // Options and words.
 #include "client/arguments/command_line.h"
 
+#include <getopt.h>
+
+#include <algorithm>
 #include <cmath>
-#include <cstddef>
 #include <cstdlib>
+#include <string>
 
 #include "client/dictionary/nearest.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {
 namespace
 {
 constexpr double kLongestTimeout = 24.0 * 60 * 60;  // seconds
-constexpr long kHighestCount = 1000000;
-constexpr long kLongestConfirm = 7L * 24 * 60 * 60;  // seconds
+constexpr int kHighestCount = 1000000;
+constexpr int kLongestConfirm = 7 * 24 * 60 * 60;  // seconds
 
-bool ReadSeconds(const std::string& text, int* milliseconds)
+constexpr option kOptions[] = {
+    {"json", no_argument, nullptr, 'j'},
+    {"timeout", required_argument, nullptr, 't'},
+    {"silent", no_argument, nullptr, 's'},
+    {"confirm", required_argument, nullptr, 'c'},
+    {"parent", required_argument, nullptr, 'p'},
+    {"follow", no_argument, nullptr, 'f'},
+    {"count", required_argument, nullptr, 'n'},
+    {"resume", no_argument, nullptr, 'r'},
+    {"help", no_argument, nullptr, 'h'},
+    {"version", no_argument, nullptr, 'v'},
+    {nullptr, 0, nullptr, 0},
+};
+constexpr std::string_view kForEveryCommand = "jth";
+
+Failure ReadSeconds(const std::string& text, int* milliseconds)
 {
     char* end = nullptr;
     const double seconds = strtod(text.c_str(), &end);
-    if (text.empty() || *end != 0 || !std::isfinite(seconds) || seconds < 0 || seconds > kLongestTimeout) return false;
+    if (text.empty() || *end != 0 || !std::isfinite(seconds) || seconds < 0 || seconds > kLongestTimeout)
+        return {kWrongUse, "--timeout takes seconds, not '" + text + "'"};
     *milliseconds = static_cast<int>(seconds * 1000);
-    return true;
+    return {};
 }
 
-bool ReadNumber(const std::string& text, long highest, int* number)
+Failure ReadNumber(const std::string& text, int highest, const char* takes, int* number)
 {
-    char* end = nullptr;
-    const long read = strtol(text.c_str(), &end, 10);
-    if (text.empty() || *end != 0 || read < 1 || read > highest) return false;
-    *number = static_cast<int>(read);
-    return true;
+    const auto read = ReadInteger(text, 1, highest);
+    if (!read) return {kWrongUse, std::string(takes) + ", not '" + text + "'"};
+    *number = static_cast<int>(*read);
+    return {};
 }
 
-// Reads the option and the word that follows it. The error, or the empty text.
-std::string ReadValue(const std::string& option, const std::string& value, Options* options)
+Failure Apply(char letter, const std::string& value, Options* options)
 {
-    if (option == "--parent" && value.empty()) return "--parent takes the path of an object";
-    if (option == "--parent") options->parent = value;
-    if (option == "--timeout" && !ReadSeconds(value, &options->timeout_ms))
-        return "--timeout takes seconds, not '" + value + "'";
-    if (option == "--count" && !ReadNumber(value, kHighestCount, &options->count))
-        return "--count takes a number, not '" + value + "'";
-    if (option == "--confirm" && !ReadNumber(value, kLongestConfirm, &options->confirm_s))
-        return "--confirm takes seconds from 1 to 604800, not '" + value + "'";
-    return "";
+    switch (letter)
+    {
+        case 'j': options->json = true; break;
+        case 's': options->silent = true; break;
+        case 'f': options->follow = true; break;
+        case 'r': options->resume = true; break;
+        case 'h': options->help = true; break;
+        case 'v': options->version = true; break;
+        case 'p': options->parent = value; break;
+        case 't': return ReadSeconds(value, &options->timeout_ms);
+        case 'n': return ReadNumber(value, kHighestCount, "--count takes a number", &options->count);
+        default:
+            return ReadNumber(value, kLongestConfirm, "--confirm takes seconds from 1 to 604800", &options->confirm_s);
+    }
+    if (letter == 'p' && value.empty()) return {kWrongUse, "--parent takes the path of an object"};
+    return {};
 }
 
-// The switch that the option turns on, or nullptr.
-bool* SwitchOf(const std::string& option, Options* options)
+Failure Unknown(const std::string& word)
 {
-    if (option == "--json") return &options->json;
-    if (option == "--silent") return &options->silent;
-    if (option == "--follow") return &options->follow;
-    if (option == "--resume") return &options->resume;
-    if (option == "--help") return &options->help;
-    if (option == "--version") return &options->version;
-    return nullptr;
+    Words names;
+    std::vector<const char*> candidates;
+    for (const option& one : kOptions)
+        if (one.name != nullptr) names.push_back("--" + std::string(one.name));
+    for (const std::string& name : names) candidates.push_back(name.c_str());
+    return {kWrongUse, "unknown option " + word + DidYouMean(NearestOf(word, candidates))};
 }
 
-bool TakesValue(const std::string& option)
+// Reads the option at `optind` and moves behind it. getopt_long takes "--sil" for "--silent", which we do not.
+Failure ReadOption(const std::vector<char*>& arguments, CommandLine* line)
 {
-    return option == "--parent" || option == "--timeout" || option == "--count" || option == "--confirm";
-}
-
-bool IsForEveryCommand(const std::string& option)
-{
-    return option == "--json" || option == "--timeout" || option == "--help";
-}
-
-std::string Unknown(const std::string& option)
-{
-    constexpr const char* kOptions[] = {"--json",   "--timeout", "--silent", "--confirm", "--parent",
-                                        "--follow", "--count",   "--resume", "--help",    "--version"};
-    return "unknown option " + option + DidYouMean(NearestOf(option, kOptions));
+    const std::string word = arguments[static_cast<size_t>(optind)];
+    int which = -1;
+    const int letter = getopt_long(static_cast<int>(arguments.size()) - 1, arguments.data(), "+:", kOptions, &which);
+    const std::string name = word.substr(2, word.find('=') - 2);
+    const option* known =
+        std::find_if(kOptions, std::end(kOptions) - 1, [&](const option& one) { return name == one.name; });
+    if (known->name == nullptr || letter == '?') return Unknown(word);
+    if (kForEveryCommand.find(static_cast<char>(known->val)) == std::string_view::npos)
+        line->own_options.push_back("--" + name);
+    return Apply(static_cast<char>(known->val), letter == ':' || optarg == nullptr ? "" : optarg, &line->options);
 }
 }  // namespace
 
-std::string ReadCommandLine(const Words& arguments, Options* options, Words* words, Words* given)
+Failure ReadCommandLine(const Words& arguments, CommandLine* line)
 {
-    for (size_t i = 0; i < arguments.size(); ++i)
+    Words copies = arguments;
+    std::vector<char*> pointers = {nullptr};  // where the program's name stands
+    for (std::string& copy : copies) pointers.push_back(copy.data());
+    pointers.push_back(nullptr);
+    opterr = 0;
+    for (optind = 1; optind <= static_cast<int>(arguments.size());)
     {
-        std::string word = arguments[i] == "-h" ? "--help" : arguments[i];
+        const std::string& word = arguments[static_cast<size_t>(optind) - 1];
         if (word == "--")
         {
-            words->insert(words->end(), arguments.begin() + static_cast<ptrdiff_t>(i) + 1, arguments.end());
-            return "";
+            line->words.insert(line->words.end(), arguments.begin() + optind, arguments.end());
+            return {};
         }
-        if (!word.starts_with("--"))
+        if (word == "-h") line->options.help = true;
+        if (word.starts_with("--"))
         {
-            words->push_back(word);
+            if (Failure failure = ReadOption(pointers, line)) return failure;
             continue;
         }
-        const size_t equals = word.find('=');
-        const bool joined = equals != std::string::npos && TakesValue(word.substr(0, equals));
-        const std::string value = joined ? word.substr(equals + 1) : i + 1 < arguments.size() ? arguments[i + 1] : "";
-        if (joined) word.resize(equals);
-        bool* turned_on = SwitchOf(word, options);
-        if (turned_on == nullptr && !TakesValue(word)) return Unknown(word);
-        if (!IsForEveryCommand(word)) given->push_back(word);
-        if (turned_on != nullptr)
-            *turned_on = true;
-        else if (const std::string error = ReadValue(word, value, options); !error.empty())
-            return error;
-        else if (!joined)
-            ++i;
+        if (word != "-h") line->words.push_back(word);
+        ++optind;
     }
-    return "";
+    return {};
 }
 
-std::string SplitLine(std::string_view line, Words* words)
+Failure SplitLine(std::string_view line, Words* words)
 {
     char quote = 0;
     bool in_word = false;
@@ -117,13 +133,13 @@ std::string SplitLine(std::string_view line, Words* words)
     {
         const char c = line[i];
         const bool blank = quote == 0 && (c == ' ' || c == '\t' || c == '\r');
-        if (quote == 0 && !in_word && c == '#') return "";
+        if (quote == 0 && !in_word && c == '#') return {};
         if (!blank && !in_word) words->emplace_back();
         in_word = !blank;
         if (blank) continue;
         if (c == '\\' && quote != '\'')
         {
-            if (++i == line.size()) return "a backslash ends the line";
+            if (++i == line.size()) return {kInvalidArgument, "a backslash ends the line"};
             words->back() += line[i];
         }
         else if (c == quote)
@@ -133,6 +149,7 @@ std::string SplitLine(std::string_view line, Words* words)
         else
             words->back() += c;
     }
-    return quote == 0 ? "" : std::string("a ") + quote + " is not closed";
+    if (quote == 0) return {};
+    return {kInvalidArgument, std::string("a ") + quote + " is not closed"};
 }
 }  // namespace kobd::client

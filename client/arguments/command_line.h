@@ -1,19 +1,25 @@
-// The words behind "kobctl": options taken out, and the lines of a batch parted into words.
+// The words after "kobctl", and the lines of a batch.
 #pragma once
 
-#include <string>
 #include <string_view>
 
-#include "client/commands/commands.h"
+#include "client/arguments/options.h"
+#include "client/arguments/words.h"
+#include "client/output/failure.h"
 
 namespace kobd::client
 {
-// Splits options from words. Options of single commands, with their dashes, also go to `given`. The
-// error, or the empty text.
-[[nodiscard]] std::string ReadCommandLine(const Words& arguments, Options* options, Words* words, Words* given);
+struct CommandLine
+{
+    Options options = {};
+    Words words = {};
+    Words own_options = {};  // those that not every command takes, as given: "--silent"
+};
 
-// Parts a line into words at blanks: '...' holds anything but a quote, in "..." and outside of quotes
-// a backslash makes the next character an ordinary one, # at the start of a word begins a comment.
-// Nothing else has a meaning. The error, or the empty text.
-[[nodiscard]] std::string SplitLine(std::string_view line, Words* words);
+// Parts arguments into words and options. Options may stand anywhere before "--".
+Failure ReadCommandLine(const Words& arguments, CommandLine* line);
+
+// Parts a line into words at blanks. '...' holds anything but a quote. In "..." and outside of quotes a backslash makes
+// the next character an ordinary one. A # at the start of a word begins a comment. Nothing else has a meaning.
+Failure SplitLine(std::string_view line, Words* words);
 }  // namespace kobd::client

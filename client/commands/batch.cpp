@@ -1,15 +1,9 @@
-// kobctl batch FILE: a command a line, as one would type them behind "kobctl".
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <string>
+// kobctl batch FILE: runs the commands of a file, one a line.
 #include <utility>
-#include <vector>
 
 #include "client/arguments/command_line.h"
 #include "client/arguments/input_file.h"
-#include "client/commands/run_command.h"
-#include "daemon/base/result.h"
+#include "client/commands/commands.h"
 
 namespace kobd::client
 {
@@ -21,44 +15,43 @@ struct Line
     Words words;
 };
 
-// Parts the whole text into commands before the first runs, so that a slip in quoting runs nothing.
-// 0, or the exit status after an error line.
-int ReadLines(const Options& options, const InputFile& file, std::vector<Line>* lines)
+// Parts the whole text into commands before the first one runs, so that a mistake in the quoting runs nothing.
+std::vector<Line> ReadLines(const InputFile& file, std::vector<LineError>* errors)
 {
+    std::vector<Line> lines;
     size_t number = 0;
-    int status = 0;
     for (const std::string_view text : LinesOf(file.text))
     {
         Line line = {++number, {}};
-        std::string error = SplitLine(text, &line.words);
-        if (error.empty() && !line.words.empty() && line.words[0] == "batch") error = "a batch runs no batch";
-        if (!error.empty())
-        {
-            Fail(options, kInvalidArgument, file.name + ":" + std::to_string(number) + ": " + error);
-            status = 2;
-        }
-        if (!line.words.empty()) lines->push_back(std::move(line));
+        if (const Failure failure = SplitLine(text, &line.words))
+            errors->push_back({number, failure.what});
+        else if (!line.words.empty() && line.words[0] == "batch")
+            errors->push_back({number, "a batch runs no batch"});
+        if (!line.words.empty()) lines.push_back(std::move(line));
     }
-    return status;
+    return lines;
 }
 }  // namespace
 
-int CommandBatch(const Options& options, const Words& words)
+Outcome CommandBatch(const Options& options, const Words& words)
 {
     InputFile file;
-    if (const std::string error = ReadInput(words[0], &file); !error.empty())
-        return Fail(options, kSystemError, "batch: " + error);
-    std::vector<Line> lines;
-    if (const int status = ReadLines(options, file, &lines)) return status;
-    for (const Line& line : lines)
+    if (const Failure failure = ReadInput(words[0], &file)) return Failure{failure.code, "batch: " + failure.what};
+    std::vector<LineError> errors;
+    const std::vector<Line> lines = ReadLines(file, &errors);
+    Outcome outcome;
+    outcome.notes = LineTexts(file, errors);
+    if (!errors.empty())
+        outcome.failure = {kWrongUse,
+                           "batch: " + file.name + " has " + Counted(errors.size(), "mistake") + "; nothing was run"};
+    for (size_t i = 0; errors.empty() && outcome.status == 0 && i < lines.size(); ++i)
     {
-        const int status = RunCommand(line.words, options);
-        if (status == 0) continue;
-        const auto left = static_cast<size_t>(&lines.back() - &line);
-        const std::string rest = left == 0 ? "" : ", " + std::to_string(left) + " after it not run";
-        SayError(file.name + ":" + std::to_string(line.number) + ": this command failed" + rest);
-        return status;
+        outcome.status = RunCommand(lines[i].words, options);
+        if (outcome.status == 0) continue;
+        const size_t left = lines.size() - i - 1;
+        outcome.notes.push_back(file.name + ":" + std::to_string(lines[i].number) + ": this command failed" +
+                                (left == 0 ? "" : ", " + std::to_string(left) + " after it not run"));
     }
-    return 0;
+    return outcome;
 }
 }  // namespace kobd::client

@@ -1,156 +1,135 @@
-// kobctl check: would a set be accepted? Judged by the dictionary; only rows are asked for.
+// kobctl check: would a set be accepted? Judged by the dictionary; the daemon is asked for rows alone.
 #include <algorithm>
-#include <cstdio>
-#include <cstring>
 
-#include "client/arguments/assignment.h"
-#include "client/commands/table_commands.h"
+#include "client/commands/commands.h"
 #include "client/dictionary/column_value.h"
 #include "client/dictionary/diagnose.h"
 #include "client/dictionary/dictionary.h"
+#include "client/output/terminal.h"
+#include "client/rows/row_change.h"
+#include "client/rows/table_rows.h"
 #include "daemon/base/result.h"
-#include "platform/message.h"
 
 namespace kobd::client
 {
 namespace
 {
-constexpr int kSomethingOpen = 3;  // exit status
-
-enum class Verdict
+enum Verdict
 {
     kOk,
     kOpen,  // only the daemon can tell
     kRefused,
 };
 
-const char* WordFor(Verdict verdict)
+// The verdicts so far, and the worst of them.
+struct Judgement
 {
-    return verdict == Verdict::kOk ? "ok" : verdict == Verdict::kOpen ? "open" : "refused";
-}
-
-// Prints verdicts and remembers the worst.
-class Judgement
-{
-public:
-    explicit Judgement(const Options& options) : options_(options) {}
-
     void Say(Verdict verdict, const std::string& item, const std::string& why)
     {
-        const char* word = WordFor(verdict);
-        worst_ = std::max(worst_, verdict);
-        if (options_.json)
-            printf("%s{\"item\":%s,\"verdict\":\"%s\",\"why\":%s}", count_ == 0 ? "[" : ",", JsonString(item).c_str(),
-                   word, JsonString(why).c_str());
-        else
-            printf("%s%*s%s%s%s\n", Coloured(ColourOf(verdict), word).c_str(), 9 - static_cast<int>(strlen(word)), "",
-                   item.c_str(), why.empty() ? "" : ": ", why.c_str());
-        ++count_;
+        static constexpr const char* kWords[] = {"ok", "open", "refused"};
+        static constexpr Colour kColours[] = {Colour::kGreen, Colour::kYellow, Colour::kRed};
+        static constexpr size_t kWidth = 9;
+        data.push_back({{"item", item}, {"verdict", kWords[verdict]}, {"why", why}});
+        text += Coloured(kColours[verdict], kWords[verdict], kWidth) + item + (why.empty() ? "" : ": ") + why + "\n";
+        worst = std::max(worst, verdict);
     }
 
-    int Status() const
-    {
-        if (options_.json) printf("]\n");
-        return worst_ == Verdict::kOk ? 0 : worst_ == Verdict::kOpen ? kSomethingOpen : 1;
-    }
-
-private:
-    static Colour ColourOf(Verdict verdict)
-    {
-        return verdict == Verdict::kOk ? Colour::kGreen : verdict == Verdict::kOpen ? Colour::kYellow : Colour::kRed;
-    }
-
-    const Options& options_;
-    Verdict worst_ = Verdict::kOk;
-    int count_ = 0;
+    Json data = Json::array();
+    std::string text = {};
+    Verdict worst = kOk;
 };
 
-std::string DecidedBy(const char* check)
+std::string DecidedBy(const std::string& check)
 {
     const char* rule = RuleOf(check);
-    return std::string("the daemon decides (") + check + ")" +
-           (rule != nullptr ? std::string("; it takes ") + rule : "");
+    return "the daemon decides (" + check + ")" + (rule != nullptr ? std::string("; it takes ") + rule : "");
 }
 
-void JudgeObjects(const std::vector<Assignment>& pairs, Judgement* judgement)
+// What is wrong, without the item that the text begins with.
+std::string WithoutItem(std::string wrong, const Assignment& item)
 {
-    for (const auto& [name, value] : pairs)
+    if (wrong.starts_with(item.Text() + ": ")) wrong.erase(0, item.Text().size() + 2);
+    return wrong;
+}
+
+void JudgeObjects(const Assignments& pairs, Judgement* judgement)
+{
+    for (const Assignment& pair : pairs)
     {
-        const std::string item = name + "=" + value;
-        const ObjectEntry* object = FindObject(name);
-        std::string wrong = WhatIsWrong(name, value);
-        if (wrong.starts_with(item + ": ")) wrong.erase(0, item.size() + 2);
+        const ObjectEntry* object = FindObject(pair.name);
+        const std::string wrong = WithoutItem(WhatIsWrong(pair.name, pair.value), pair);
         if (!wrong.empty())
-            judgement->Say(Verdict::kRefused, item, wrong);
+            judgement->Say(kRefused, pair.Text(), wrong);
         else if (object->validator != nullptr)
-            judgement->Say(Verdict::kOpen, item, DecidedBy(object->validator));
+            judgement->Say(kOpen, pair.Text(), DecidedBy(object->validator));
         else
-            judgement->Say(Verdict::kOk, item, "");
+            judgement->Say(kOk, pair.Text(), "");
     }
-    const auto bytes = ItemBytes(SetItems(pairs));
-    if (!bytes || bytes->size() > kPayloadMax)
-        judgement->Say(Verdict::kRefused, "all of them", "these values do not fit one request of 8192 bytes");
+    if (!FitsOneRequest(SetItems(pairs)))
+        judgement->Say(kRefused, "all of them", "these values do not fit one request of 8192 bytes");
 }
 
-void JudgeRow(const Options& options, const RowAddress& row, const std::string& item, Judgement* judgement)
+// The words of a refusal, without its code.
+std::string WhyNot(const Options& options, int code, const RowAddress& row)
 {
+    std::string what = RefusalOf(options, code, kSet, {row}).what;
+    return what.erase(what.size() - CodeText(code).size() - 2);
+}
+
+void JudgeRow(const Options& options, const RowAddress& row, Judgement* judgement)
+{
+    if (!row.table->Has(kSet)) return judgement->Say(kRefused, row.Text(), WhyNot(options, kMethodUnavailable, row));
     std::vector<TableRow> rows;
-    std::string error;
-    const Response response = DumpRows(options, {row.first}, &rows, &error);
-    const bool there =
-        std::any_of(rows.begin(), rows.end(), [&](const TableRow& one) { return one.index == row.second; });
-    const std::string check = row.first->validator;
-    if (!row.first->Has(kSet))
-        judgement->Say(Verdict::kRefused, item, Refusal(options, kMethodUnavailable, kSet, {row}));
-    else if (response.code != 0 || !error.empty())
-        judgement->Say(Verdict::kOpen, item,
-                       std::string("whether there is such a row is not known: ") +
-                           (error.empty() ? ResultText(response.code) : error));
-    else if (!there)
-        judgement->Say(Verdict::kRefused, item, Refusal(options, kIndexNotFound, kSet, {row}));
-    else
-        judgement->Say(check.empty() ? Verdict::kOk : Verdict::kOpen, item,
-                       check.empty() ? "" : DecidedBy(check.c_str()));
+    const Failure failure = DumpRows(options, "whether there is such a row is not known", {row.table}, &rows);
+    if (failure) return judgement->Say(kOpen, row.Text(), failure.what);
+    if (std::none_of(rows.begin(), rows.end(), [&](const TableRow& one) { return one.index == row.index; }))
+        return judgement->Say(kRefused, row.Text(), WhyNot(options, kIndexNotFound, row));
+    const std::string check = row.table->validator;
+    judgement->Say(check.empty() ? kOk : kOpen, row.Text(), check.empty() ? "" : DecidedBy(check));
 }
 
-// One group TABLE INDEX COLUMN=VALUE... from the word `i` on; `i` moves behind it. 0, or the exit
-// status after an error line.
-int JudgeGroup(const Options& options, const Words& words, size_t* i, Judgement* judgement)
+// Judges one group TABLE INDEX COLUMN=VALUE... from the word `i` on, and moves `i` behind it.
+Failure JudgeGroup(const Options& options, const Words& words, size_t* i, Judgement* judgement)
 {
-    const TableEntry* table = TableOrFail(options, words[(*i)++]);
-    if (table == nullptr) return 1;
-    int32_t index = 0;
-    if (!IndexOrFail(options, *i < words.size() ? words[(*i)++] : "", &index)) return 2;
-    const std::string row = table->name + (" " + std::to_string(index));
+    RowAddress row = {nullptr, 0};
+    if (Failure failure = ReadTable(words[(*i)++], &row.table)) return failure;
+    if (Failure failure = ReadRowIndex(*i < words.size() ? words[(*i)++] : "", &row.index)) return failure;
     Words group;
     for (; *i < words.size() && FindTable(words[*i]) == nullptr; ++*i) group.push_back(words[*i]);
-    std::vector<Assignment> pairs;
-    if (!ReadAssignments(options, "check", group, &pairs)) return 2;
-    JudgeRow(options, {table, index}, row, judgement);
-    for (const auto& [column, value] : pairs)
+    Assignments pairs;
+    if (Failure failure = ReadAssignments("check takes NAME=VALUE", group, &pairs)) return failure;
+    JudgeRow(options, row, judgement);
+    for (const Assignment& pair : pairs)
     {
         int code = 0;
-        const std::string item = column + "=" + value;
-        std::string wrong = WhatIsWrong(*table, column, value, &code);
-        if (wrong.starts_with(item + ": ")) wrong.erase(0, item.size() + 2);
-        judgement->Say(wrong.empty() ? Verdict::kOk : Verdict::kRefused, row + " " + item, wrong);
+        const std::string wrong = WithoutItem(WhatIsWrong(*row.table, pair.name, pair.value, &code), pair);
+        judgement->Say(wrong.empty() ? kOk : kRefused, row.Text() + " " + pair.Text(), wrong);
     }
-    return 0;
+    return {};
+}
+
+Failure Judge(const Options& options, const Words& words, Judgement* judgement)
+{
+    Assignments pairs;
+    if (words[0].find('=') != std::string::npos)
+    {
+        if (Failure failure = ReadAssignments("check takes NAME=VALUE", words, &pairs)) return failure;
+        JudgeObjects(pairs, judgement);
+    }
+    else
+        for (size_t i = 0; i < words.size();)
+            if (Failure failure = JudgeGroup(options, words, &i, judgement)) return failure;
+    return {};
 }
 }  // namespace
 
-int CommandCheck(const Options& options, const Words& words)
+Outcome CommandCheck(const Options& options, const Words& words)
 {
-    Judgement judgement(options);
-    if (words[0].find('=') == std::string::npos)
-    {
-        for (size_t i = 0; i < words.size();)
-            if (const int status = JudgeGroup(options, words, &i, &judgement)) return status;
-        return judgement.Status();
-    }
-    std::vector<Assignment> pairs;
-    if (!ReadAssignments(options, "check", words, &pairs)) return 2;
-    JudgeObjects(pairs, &judgement);
-    return judgement.Status();
+    Judgement judgement;
+    if (Failure failure = Judge(options, words, &judgement)) return failure;
+    Outcome outcome(judgement.data, judgement.text);
+    constexpr int kStatus[] = {0, 3, 1};  // by the worst verdict
+    outcome.status = kStatus[judgement.worst];
+    return outcome;
 }
 }  // namespace kobd::client

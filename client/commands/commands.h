@@ -1,33 +1,52 @@
-// The commands of kobctl, a file a group. Each returns the exit status: 0, 1 failed, 2 wrong use, 3 left open.
+// The commands of kobctl. commands.def has one row for each, with its help; the function of a command stands in the
+// file of its group.
 #pragma once
 
+#include <cstddef>
+#include <span>
 #include <string>
-#include <vector>
 
-#include "client/output/output.h"
+#include "client/arguments/options.h"
+#include "client/arguments/words.h"
+#include "client/output/outcome.h"
 
 namespace kobd::client
 {
-using Words = std::vector<std::string>;
+#define COMMAND(group, name, words, least, most, options, function, ...) \
+    Outcome function(const Options& options_given, const Words& words_given);
+#define GROUP(...)
+#include "client/commands/commands.def"
+#undef COMMAND
+#undef GROUP
 
-int CommandGet(const Options& options, const Words& names);
-int CommandSet(const Options& options, const Words& assignments);
-int CommandCheck(const Options& options, const Words& assignments);
-int CommandConfirm(const Options& options, const Words& none);
-int CommandCommit(const Options& options, const Words& none);
-int CommandBatch(const Options& options, const Words& file);
-int CommandExport(const Options& options, const Words& file);
-int CommandImport(const Options& options, const Words& file);
-int CommandDoctor(const Options& options, const Words& none);
-int CommandList(const Options& options, const Words& pattern);
-int CommandDescribe(const Options& options, const Words& names);
-int CommandShow(const Options& options, const Words& none);
-int CommandWatch(const Options& options, const Words& patterns);
-int CommandEvent(const Options& options, const Words& name_and_text);
-int CommandJournal(const Options& options, const Words& none);
-int CommandNvram(const Options& options, const Words& words);   // get KEY... or set KEY=VALUE...
-int CommandConfig(const Options& options, const Words& words);  // likewise
-int CommandTable(const Options& options, const Words& command);
-int CommandHelp(const Options& options, const Words& command);
-int CommandCompleteNames(const Options& options, const Words& kind);
+struct Command
+{
+    const char* group;  // its heading in the overview, empty for commands that people do not type
+    const char* name;   // one word, or two: "table set"
+    const char* words;  // those it takes, as the help shows them
+    size_t least_words;
+    size_t most_words;
+    const char* options;                           // its own, beside those of every command
+    Outcome (*run)(const Options&, const Words&);  // nullptr: commands of two words begin with this name
+    const char* summary;
+    const char* details;  // the help below the first line
+};
+
+// In the order of the overview.
+std::span<const Command> Commands();
+
+// The second words of the commands that begin with `first`: "list", "describe".
+Words SecondWords(const std::string& first);
+
+// Runs the command of a command line, whose options are added to `defaults`, and prints its outcome. Returns the exit
+// status.
+int RunCommand(const Words& command_line, const Options& defaults);
+
+// The values by name: one alone as it is, several as NAME=VALUE.
+Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone);
+
+struct TableEntry;
+
+// What describe and table describe show of a table.
+Outcome DescribedTable(const TableEntry& table);
 }  // namespace kobd::client

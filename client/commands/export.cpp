@@ -1,10 +1,6 @@
 // kobctl export [FILE]: all that can be set, in one file.
 #include <sys/stat.h>
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-
 #include "client/commands/commands.h"
 #include "client/dictionary/diagnose.h"
 #include "client/state/router_state.h"
@@ -16,25 +12,23 @@ namespace kobd::client
 {
 namespace
 {
-// 1 when an object could not be read, after a line for each.
-int AppendValues(const RouterState& state, SettingsFile* file)
+// Appends the values of all objects. A note for each that could not be read.
+void AppendValues(const RouterState& state, SettingsFile* file, std::vector<std::string>* notes)
 {
-    int status = 0;
     for (const ObjectEntry& object : Objects())
     {
         if (!IsExported(object)) continue;
-        const auto found = state.values.find(object.name);
-        if (found != state.values.end())
+        const std::string name = object.name;
+        const auto found = state.values.find(name);
+        if (found == state.values.end())
         {
-            // A router may hold what its own limits refuse, as an empty text from the factory.
-            const bool settable = WhatIsWrong(object.name, found->second).empty();
-            file->values.push_back({0, (settable ? "" : "# ") + std::string(object.name), found->second});
+            notes->push_back("export: " + name + " could not be read by the router and is left out");
             continue;
         }
-        SayError("export: " + std::string(object.name) + " could not be read by the router and is left out");
-        status = 1;
+        // A router may hold what its own limits refuse, for example an empty text from the factory.
+        const bool settable = WhatIsWrong(name, found->second).empty();
+        file->values.push_back({0, (settable ? "" : "# ") + name, found->second});
     }
-    return status;
 }
 
 void AppendTables(const RouterState& state, SettingsFile* file)
@@ -48,38 +42,35 @@ void AppendTables(const RouterState& state, SettingsFile* file)
             if (row.table != table.name) continue;
             FileRow out = {0};
             for (const ColumnDef& column : table.layout.columns)
-                if (const std::string value = ValueOf(row, column.name); IsExported(column) && !value.empty())
+                if (const std::string value = row.ValueOf(column.name); IsExported(column) && !value.empty())
                     out.values.push_back({0, column.name, value});
             file->tables.back().rows.push_back(out);
         }
     }
 }
 
-int Save(const Options& options, const std::string& path, const std::string& text)
+Failure Save(const std::string& path, const std::string& text)
 {
     struct stat there;
     if (stat(path.c_str(), &there) == 0 && !S_ISREG(there.st_mode))
-        return Fail(options, kSystemError,
-                    "export: " + path + " is not a file; without FILE it goes to standard output");
-    if (host::SaveText(path, text)) return 0;
-    return Fail(options, kSystemError, "export: cannot write " + path + ": " + strerror(errno));
+        return {kSystemError, "export: " + path + " is not a file; without FILE it goes to standard output"};
+    return host::SaveText(path, text) ? Failure() : SystemFailure("export: cannot write " + path);
 }
 }  // namespace
 
-int CommandExport(const Options& options, const Words& words)
+Outcome CommandExport(const Options& options, const Words& words)
 {
-    if (options.json) return WrongUse(options, "export takes no --json, its file has one form", "export");
+    if (options.json) return Failure{kWrongUse, "export takes no --json, its file has one form"};
     RouterState state;
-    if (const int status = ReadRouter(options, "export", &state)) return status;
+    if (Failure failure = ReadRouter(options, "export", &state)) return failure;
     SettingsFile file;
-    const int incomplete = AppendValues(state, &file);
+    Outcome outcome;
+    AppendValues(state, &file, &outcome.notes);
     AppendTables(state, &file);
-    const std::string text = SettingsText(file);
-    if (!words.empty())
-    {
-        const int status = Save(options, words[0], text);
-        return status != 0 ? status : incomplete;
-    }
-    return fputs(text.c_str(), stdout) < 0 ? 1 : incomplete;
+    if (words.empty())
+        outcome.text = SettingsText(file);
+    else
+        outcome.failure = Save(words[0], SettingsText(file));
+    return outcome;
 }
 }  // namespace kobd::client

@@ -1,7 +1,6 @@
-// kobctl help [COMMAND]: one screen of 24 lines and 80 columns each.
-#include <cstdio>
-#include <cstring>
+// kobctl help [COMMAND]: pages of at most 24 lines and 80 columns, made from the rows of the commands.
 #include <string>
+#include <string_view>
 
 #include "client/commands/commands.h"
 #include "client/dictionary/nearest.h"
@@ -10,53 +9,73 @@ namespace kobd::client
 {
 namespace
 {
-constexpr char kOverview[] =
-    "kobctl: reads and changes the router's objects and tables\n"
+constexpr char kEnd[] =
     "\n"
-    "Values  get NAME...            current values\n"
-    "        set NAME=VALUE...      new values, checked together, made durable\n"
-    "        check NAME=VALUE...    would set accept them? changes nothing\n"
-    "        confirm                keep what set --confirm SECONDS changed\n"
-    "        commit                 make durable what was set silently\n"
-    "Tables  table COMMAND ...      list describe columns max dump get set add del\n"
-    "Names   list [PATTERN]         names that match\n"
-    "        describe NAME...       type, access, what it takes, its check\n"
-    "        show                   all names, as the daemon lists them\n"
-    "Files   export [FILE]          all settable values and rows, one readable file\n"
-    "        import FILE            sets them again, all checked first\n"
-    "        batch FILE             a command a line, stops at the first failure\n"
-    "Events  watch [PATTERN...]     announcements as they arrive\n"
-    "        event NAME [TEXT]      a network event to the daemon\n"
-    "        journal [--follow]     what a router would have done\n"
-    "Stores  nvram, config          get KEY... or set KEY=VALUE...\n"
-    "State   doctor                 what is wrong, and what to do\n"
-    "\n"
-    "help COMMAND has examples. With every command: --timeout SECONDS (5), and --json\n"
-    "but for export.\n"
+    "kobctl help COMMAND has examples. Every command takes --timeout SECONDS (5) and,\n"
+    "except for export, --json.\n"
     "Exit status: 0 success, 1 refused or failed, 2 wrong use, 3 check left open.\n";
 
-struct Help
+std::string Padded(std::string text, size_t width)
 {
-    const char* command;
-    const char* text;
-};
+    text.resize(std::max(text.size(), width), ' ');
+    return text;
+}
 
-#define HELP(command, text) {command, text},
-constexpr Help kHelp[] = {
-#include "client/commands/help.def"
-};
-#undef HELP
+std::string Usage(const Command& command)
+{
+    return std::string(command.name) + (*command.words == 0 ? "" : " ") + command.words;
+}
+
+bool IsTwoWords(const Command& command) { return std::string_view(command.name).find(' ') != std::string_view::npos; }
+
+std::string Overview()
+{
+    std::string text = "kobctl: reads and changes the router's objects and tables\n\n";
+    std::string_view last;
+    for (const Command& command : Commands())
+    {
+        if (*command.group == 0 || IsTwoWords(command)) continue;
+        text +=
+            Padded(last == command.group ? "" : command.group, 8) + Padded(Usage(command), 21) + command.summary + "\n";
+        last = command.group;
+    }
+    return text + kEnd;
+}
+
+// The commands of two words that begin with this one, a line each.
+std::string SecondCommands(const Command& first)
+{
+    constexpr size_t kColumn = 28;
+    std::string text;
+    for (const Command& command : Commands())
+    {
+        if (!std::string_view(command.name).starts_with(std::string(first.name) + " ")) continue;
+        const std::string usage = "  " + Usage(command).substr(std::string_view(first.name).size() + 1);
+        text += Padded(usage, kColumn) + (usage.size() < kColumn ? "" : "\n" + std::string(kColumn, ' ')) +
+                command.summary + "\n";
+    }
+    return text;
+}
+
+std::string Page(const Command& command)
+{
+    std::string details = command.details;
+    if (details.starts_with('\n')) details.erase(0, 1);
+    return "kobctl " + Usage(command) + ": " + command.summary + "\n\n" +
+           (command.run == nullptr ? SecondCommands(command) + "\n" : "") + details;
+}
 }  // namespace
 
-int CommandHelp(const Options& options, const Words& command)
+Outcome CommandHelp(const Options&, const Words& words)
 {
-    if (command.empty() || command[0] == "help") return fputs(kOverview, stdout) < 0 ? 1 : 0;
-    std::vector<const char*> commands;
-    for (const Help& help : kHelp)
+    if (words.empty() || words[0] == "help") return {{}, Overview()};
+    std::vector<const char*> names;
+    for (const Command& command : Commands())
     {
-        if (command[0] == help.command) return fputs(help.text, stdout) < 0 ? 1 : 0;
-        commands.push_back(help.command);
+        if (*command.group == 0) continue;
+        if (words[0] == command.name) return {{}, Page(command)};
+        names.push_back(command.name);
     }
-    return WrongUse(options, "there is no command " + command[0] + DidYouMean(NearestOf(command[0], commands)));
+    return Failure{kWrongUse, "there is no command " + words[0] + DidYouMean(NearestOf(words[0], names))};
 }
 }  // namespace kobd::client

@@ -1,107 +1,77 @@
 // kobctl import FILE: checks the whole file, then sets what differs from the router.
 #include <algorithm>
-#include <cstdio>
 
-#include "client/arguments/assignment.h"
-#include "client/arguments/input_file.h"
 #include "client/commands/commands.h"
+#include "client/dictionary/dictionary.h"
 #include "client/requests/log_window.h"
 #include "client/rows/import_rows.h"
-#include "client/state/import_plan.h"
 #include "daemon/base/result.h"
-#include "platform/message.h"
 
 namespace kobd::client
 {
 namespace
 {
-// "1 line", "2 lines".
-std::string Counted(size_t count, const char* word)
-{
-    return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
-}
-
-using FileValues = std::vector<const FileValue*>;
+using FileValues = std::span<const FileValue* const>;
 
 // One run of the import: what it sent, what was set and what was refused.
 class Import
 {
 public:
-    Import(const Options& options, std::string file) : options_(options), file_(std::move(file)) {}
+    Import(const Options& options, const InputFile& file) : options_(options), file_(file) {}
 
-    // Sends the values, as many together as fit one request. Where a request is refused, its halves:
-    // so that checks across values see as much as possible at once, and the wrong one is found. What
-    // stays refused is returned.
-    FileValues SendValues(const FileValues& values)
+    // Sends the values, as many together as fit one request. Where a request is refused it sends its halves, so that
+    // checks across values see as much as possible at once and the wrong value is found. Returns what stays refused.
+    std::vector<const FileValue*> SendValues(const std::vector<const FileValue*>& values)
     {
-        FileValues refused;
+        refused_.clear();
         refusals_.clear();
-        for (size_t from = 0; from < values.size() && lost_.empty();)
+        for (FileValues left = values; !left.empty() && lost_.empty();)
         {
             size_t count = 1;
-            while (from + count < values.size() &&
-                   Fits({values.begin() + At(from), values.begin() + At(from + count + 1)}))
-                ++count;
-            SendOrHalve({values.begin() + At(from), values.begin() + At(from + count)}, &refused);
-            from += count;
+            while (count < left.size() && FitsOneRequest(ItemsOf(left.first(count + 1)))) ++count;
+            SendOrHalve(left.first(count));
+            left = left.subspan(count);
         }
-        return refused;
+        return refused_;
     }
 
     void SendTable(const TablePlan& plan)
     {
         if (!lost_.empty()) return;
         const std::string name = plan.table->name;
-        if (const std::string why = ReplaceRows(options_, plan); !why.empty())
-            table_refusals_.push_back({plan.line, name + ": " + why});
-        else
-            Say(plan.line, name + ": rows set");
-        tables_ += table_refusals_.empty() || table_refusals_.back().line != plan.line;
+        const Failure failure = ReplaceRows(options_, plan);
+        if (failure) return table_refusals_.push_back({plan.line, name + ": " + failure.what});
+        Say(plan.line, name + ": rows set");
+        ++tables_;
     }
 
-    // Says what was refused and counts what was set. The exit status.
-    int Finish()
+    // What was refused, and how much was set.
+    Outcome Finish() const
     {
-        std::vector<LineError> errors = refusals_;
-        errors.insert(errors.end(), table_refusals_.begin(), table_refusals_.end());
-        for (const auto& [line, what] : errors) SayError(file_ + ":" + std::to_string(line) + ": " + what);
-        if (options_.json)
-            printf("{\"values_set\":%zu,\"tables_set\":%zu,\"refused\":%zu}\n", values_, tables_, errors.size());
-        else
-            printf("%s and the rows of %s set, %s refused\n", Counted(values_, "value").c_str(),
-                   Counted(tables_, "table").c_str(), Counted(errors.size(), "line").c_str());
-        if (!lost_.empty()) return Fail(options_, kSystemError, "import: " + lost_ + "; what was set before is listed");
-        return errors.empty() ? 0 : 1;
+        Outcome outcome;
+        outcome.notes = LineTexts(file_, refusals_);
+        for (std::string& text : LineTexts(file_, table_refusals_)) outcome.notes.push_back(std::move(text));
+        const size_t refused = outcome.notes.size();
+        outcome.data = {{"values_set", values_}, {"tables_set", tables_}, {"refused", refused}};
+        outcome.text = Counted(values_, "value") + " and the rows of " + Counted(tables_, "table") + " set, " +
+                       Counted(refused, "line") + " refused\n";
+        if (!lost_.empty()) outcome.failure = {kSystemError, "import: " + lost_ + "; what was set before is listed"};
+        return outcome;
     }
 
 private:
-    static ptrdiff_t At(size_t place) { return static_cast<ptrdiff_t>(place); }
-
-    static Items ItemsOf(const FileValues& values)
+    static Items ItemsOf(FileValues values)
     {
-        std::vector<Assignment> pairs;
+        Assignments pairs;
         for (const FileValue* value : values) pairs.push_back({value->name, value->value});
         return SetItems(pairs);
     }
 
-    static bool Fits(const FileValues& values)
-    {
-        const auto bytes = ItemBytes(ItemsOf(values));
-        return bytes && bytes->size() <= kPayloadMax;
-    }
-
-    static std::string RefusalOf(const FileValue& value, const LogWindow& log)
-    {
-        const std::string why = WhyRefused(log.Lines(), value.name, value.value);
-        return value.name + "=" + value.value + ": " + (why.empty() ? "" : why + "; ") + "it takes " +
-               Accepts(*FindObject(value.name));
-    }
-
-    void SendOrHalve(const FileValues& values, FileValues* refused)
+    void SendOrHalve(FileValues values)
     {
         if (!lost_.empty()) return;
         const LogWindow log;
-        const Response response = Call(kRequestSet, ItemsOf(values), options_.timeout_ms);
+        const Response response = Call(options_, KOBD_SET, ItemsOf(values));
         if (response.code == 0)
         {
             values_ += values.size();
@@ -110,27 +80,29 @@ private:
         else if (response.from_bus)
             lost_ = ResultText(response.code);
         else if (values.size() == 1)
-        {
-            const FileValue& value = *values[0];
-            refusals_.push_back({value.line, RefusalOf(value, log) + ": " + CodeText(response.code)});
-            refused->push_back(&value);
-        }
+            Refuse(*values[0], Refused(response.code, RefusalText(log.Lines(), values[0]->name, values[0]->value)));
         else
         {
-            const auto middle = values.begin() + At(values.size() / 2);
-            SendOrHalve({values.begin(), middle}, refused);
-            SendOrHalve({middle, values.end()}, refused);
+            SendOrHalve(values.first(values.size() / 2));
+            SendOrHalve(values.subspan(values.size() / 2));
         }
+    }
+
+    void Refuse(const FileValue& value, const Failure& failure)
+    {
+        refusals_.push_back({value.line, failure.what});
+        refused_.push_back(&value);
     }
 
     void Say(size_t line, const std::string& what) const
     {
-        if (!options_.json) printf("%s:%zu: %s\n", file_.c_str(), line, what.c_str());
+        (void)Print(options_, {{}, file_.name + ":" + std::to_string(line) + ": " + what + "\n"});
     }
 
     const Options& options_;
-    std::string file_;
+    const InputFile& file_;
     std::string lost_;  // why the daemon was not reached any more
+    std::vector<const FileValue*> refused_;
     std::vector<LineError> refusals_;
     std::vector<LineError> table_refusals_;
     size_t values_ = 0;
@@ -139,34 +111,13 @@ private:
 
 bool HasOwnCheck(const FileValue* value) { return FindObject(value->name)->validator != nullptr; }
 
-int RefuseFile(const Options& options, const std::string& name, std::vector<LineError> errors)
+// Values with a check of their own look at each other, so they go first and together. A check that looks at rows, or at
+// a value without a check, passes when it is made once more after those.
+Outcome Carry(const Options& options, const InputFile& file, ImportPlan plan)
 {
-    std::stable_sort(errors.begin(), errors.end(), [](const auto& a, const auto& b) { return a.line < b.line; });
-    for (const auto& [line, what] : errors) SayError(name + ":" + std::to_string(line) + ": " + what);
-    return Fail(options, kInvalidArgument,
-                "import: " + name + " has " + Counted(errors.size(), "mistake") + "; nothing was changed");
-}
-}  // namespace
-
-int CommandImport(const Options& options, const Words& words)
-{
-    InputFile input;
-    if (const std::string error = ReadInput(words[0], &input); !error.empty())
-        return Fail(options, kSystemError, "import: " + error);
-    SettingsFile file;
-    std::vector<LineError> errors;
-    ReadSettings(input.text, &file, &errors);
-    RouterState router;
-    if (errors.empty())
-        if (const int status = ReadRouter(options, "import", &router)) return status;
-    ImportPlan plan = errors.empty() ? PlanImport(file, router, &errors) : ImportPlan{};
-    if (!errors.empty()) return RefuseFile(options, input.name, std::move(errors));
-
-    // FileValues with a check of their own look at each other, so they go first and together; a check that
-    // looks at rows, or at a value without a check, passes when it is made once more after those.
     std::stable_partition(plan.values.begin(), plan.values.end(), HasOwnCheck);
-    Import import(options, input.name);
-    FileValues refused = import.SendValues(plan.values);
+    Import import(options, file);
+    std::vector<const FileValue*> refused = import.SendValues(plan.values);
     for (const TablePlan& table : plan.tables) import.SendTable(table);
     for (size_t before = SIZE_MAX; !refused.empty() && refused.size() < before;)
     {
@@ -174,5 +125,27 @@ int CommandImport(const Options& options, const Words& words)
         refused = import.SendValues(refused);
     }
     return import.Finish();
+}
+}  // namespace
+
+Outcome CommandImport(const Options& options, const Words& words)
+{
+    InputFile input;
+    if (const Failure failure = ReadInput(words[0], &input)) return Failure{failure.code, "import: " + failure.what};
+    SettingsFile file;
+    RouterState router;
+    ImportPlan plan;
+    std::vector<LineError> errors;
+    ReadSettings(input.text, &file, &errors);
+    if (errors.empty())
+    {
+        if (Failure failure = ReadRouter(options, "import", &router)) return failure;
+        plan = PlanImport(file, router, &errors);
+    }
+    if (errors.empty()) return Carry(options, input, std::move(plan));
+    Outcome outcome = Failure{kInvalidArgument, "import: " + input.name + " has " + Counted(errors.size(), "mistake") +
+                                                    "; nothing was changed"};
+    outcome.notes = LineTexts(input, errors);
+    return outcome;
 }
 }  // namespace kobd::client

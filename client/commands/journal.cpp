@@ -1,16 +1,13 @@
-// kobctl journal [--follow]: what the host platform noted of the things a router would have done.
+// kobctl journal [--follow]: what the imitated router noted of the things that a router would have done.
 #include <unistd.h>
 
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 #include <fstream>
-#include <string>
 
 #include "client/commands/commands.h"
-#include "daemon/base/result.h"
+#include "client/output/terminal.h"
 #include "host/state/state_store.h"
 
 namespace kobd::client
@@ -21,8 +18,8 @@ constexpr long kLookNs = 100000000;  // how late a new line may be printed
 
 volatile sig_atomic_t stop = 0;
 
-// Prints the whole lines from `place` on and moves it behind the last of them; a line that is being
-// written waits for its end. `printed` counts towards --count.
+// Prints the whole lines from `place` on and moves it behind the last of them; a line that is still being written waits
+// for its end. `printed` counts towards --count.
 void PrintLines(const Options& options, const std::string& path, std::streamoff* place, int* printed)
 {
     std::ifstream file(path, std::ios::binary | std::ios::ate);
@@ -30,19 +27,18 @@ void PrintLines(const Options& options, const std::string& path, std::streamoff*
     file.seekg(*place);
     for (std::string line; std::getline(file, line) && !file.eof();)
     {
-        printf("%s\n", (options.json ? JsonString(line) : Shown(line)).c_str());
+        (void)Print(options, {line, Shown(line) + "\n"});
         *place = file.tellg();
         if (++*printed == options.count) break;
     }
-    if (options.follow) fflush(stdout);  // an error of it stays for the end
+    if (options.follow) fflush(stdout);  // its error is said at the end
 }
 }  // namespace
 
-int CommandJournal(const Options& options, const Words&)
+Outcome CommandJournal(const Options& options, const Words&)
 {
     const std::string path = host::StateFolder() + "/journal";
-    if (!options.follow && access(path.c_str(), R_OK) != 0)
-        return Fail(options, kSystemError, "cannot read " + path + ": " + strerror(errno));
+    if (!options.follow && access(path.c_str(), R_OK) != 0) return SystemFailure("cannot read " + path);
     signal(SIGINT, [](int) { stop = 1; });
     signal(SIGTERM, [](int) { stop = 1; });
     std::streamoff place = 0;
@@ -54,6 +50,6 @@ int CommandJournal(const Options& options, const Words&)
         nanosleep(&pause, nullptr);
         PrintLines(options, path, &place, &printed);
     }
-    return 0;
+    return {};
 }
 }  // namespace kobd::client

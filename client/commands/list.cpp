@@ -1,9 +1,5 @@
 // kobctl list [PATTERN], describe NAME..., and the names for completion: from the dictionary alone.
-#include <cstdio>
-#include <string>
-
 #include "client/commands/commands.h"
-#include "client/commands/table_commands.h"
 #include "client/dictionary/dictionary.h"
 #include "client/dictionary/nearest.h"
 #include "client/dictionary/tables.h"
@@ -13,6 +9,7 @@ namespace kobd::client
 {
 namespace
 {
+// The positions of the name in the dictionary: "7", or "7 and 12" for a name that stands there twice.
 std::string Positions(const std::string& name)
 {
     std::string positions;
@@ -21,86 +18,75 @@ std::string Positions(const std::string& name)
     return positions;
 }
 
-void DescribeObject(const Options& options, const ObjectEntry& object, const char* separator)
+Outcome DescribedObject(const ObjectEntry& object)
 {
     const std::string positions = Positions(object.name);
     const bool twice = positions.find(' ') != std::string::npos;
-    const char* validator = object.validator != nullptr ? object.validator : "";
-    if (options.json)
-    {
-        printf(
-            "%s{\"name\":%s,\"kind\":\"object\",\"type\":\"%s\",\"access\":\"%s\",\"accepts\":%s,\"limitation\":%s,"
-            "\"validator\":\"%s\",\"position\":\"%s\"}",
-            separator, JsonString(object.name).c_str(), TypeName(object.type), AccessText(object.access),
-            JsonString(Accepts(object)).c_str(),
-            JsonString(object.limitation != nullptr ? object.limitation : "").c_str(), validator, positions.c_str());
-        return;
-    }
-    printf("%s\n  type      %s\n  access    %s\n  accepts   %s\n", object.name, TypeName(object.type),
-           AccessText(object.access), Accepts(object).c_str());
-    if (object.validator != nullptr) printf("  checked   by %s\n", validator);
-    printf("  position  %s%s\n", positions.c_str(), twice ? " (requests reach the first)" : "");
+    const std::string validator = object.validator != nullptr ? object.validator : "";
+    const std::string name = object.name;
+    return {{{"name", name},
+             {"kind", "object"},
+             {"type", TypeName(object.type)},
+             {"access", AccessText(object.access)},
+             {"accepts", Accepts(object)},
+             {"limitation", object.limitation != nullptr ? object.limitation : ""},
+             {"validator", validator},
+             {"position", positions}},
+            name + "\n  type      " + TypeName(object.type) + "\n  access    " + AccessText(object.access) +
+                "\n  accepts   " + Accepts(object) + "\n" +
+                (validator.empty() ? "" : "  checked   by " + validator + "\n") + "  position  " + positions +
+                (twice ? " (requests reach the first)" : "") + "\n"};
 }
 }  // namespace
 
-int CommandList(const Options& options, const Words& pattern)
+Outcome CommandList(const Options&, const Words& pattern)
 {
-    const char* separator = "";
-    int found = 0;
-    const auto print = [&](const char* name, const char* kind)
+    Outcome outcome(Json::array(), "");
+    const auto add = [&](const char* name, const char* kind)
     {
         if (!pattern.empty() && !MatchesName(pattern[0], name)) return;
-        if (options.json)
-            printf("%s{\"name\":%s,\"kind\":\"%s\"}", separator, JsonString(name).c_str(), kind);
-        else
-            printf("%s\n", name);
-        separator = ",";
-        ++found;
+        outcome.data.push_back({{"name", name}, {"kind", kind}});
+        outcome.text += std::string(name) + "\n";
     };
-    if (options.json) printf("[");
-    for (const ObjectEntry& object : Objects()) print(object.name, "object");
-    for (const TableEntry& table : Tables()) print(table.name, "table");
-    if (options.json) printf("]\n");
-    if (found > 0) return 0;
-    SayError("no name matches '" + pattern[0] + "'");
-    return 1;
+    for (const ObjectEntry& object : Objects()) add(object.name, "object");
+    for (const TableEntry& table : Tables()) add(table.name, "table");
+    if (outcome.text.empty()) outcome.notes.push_back("no name matches '" + pattern[0] + "'");
+    return outcome;
 }
 
-int CommandDescribe(const Options& options, const Words& names)
+Outcome CommandDescribe(const Options&, const Words& names)
 {
-    int status = 0;
-    const char* separator = "";
-    if (options.json) printf("[");
+    Outcome outcome(Json::array(), "");
     for (const std::string& name : names)
     {
         const ObjectEntry* object = FindObject(name);
         const TableEntry* table = FindTable(name);
-        if (object != nullptr)
-            DescribeObject(options, *object, separator);
-        else if (table != nullptr)
-            DescribeTable(options, *table, separator);
-        else
+        if (object == nullptr && table == nullptr)
         {
-            SayError("there is no object or table " + name + DidYouMean(Nearest(name)) + ": " + CodeText(kNotFound));
-            status = 1;
+            outcome.notes.push_back(
+                Refused(kNotFound, "there is no object or table " + name + DidYouMean(Nearest(name))).what);
             continue;
         }
-        separator = ",";
+        const Outcome one = object != nullptr ? DescribedObject(*object) : DescribedTable(*table);
+        outcome.data.push_back(one.data);
+        outcome.text += one.text;
     }
-    if (options.json) printf("]\n");
-    return status;
+    return outcome;
 }
 
-int CommandCompleteNames(const Options&, const Words& words)
+Outcome CommandCompleteNames(const Options&, const Words& words)
 {
     const std::string kind = words.empty() ? "objects" : words[0];
     const TableEntry* table = words.size() == 2 ? FindTable(words[1]) : nullptr;
+    Words names;
     if (kind == "objects")
-        for (const ObjectEntry& object : Objects()) printf("%s\n", object.name);
+        for (const ObjectEntry& object : Objects()) names.emplace_back(object.name);
     if (kind == "tables")
-        for (const TableEntry& one : Tables()) printf("%s\n", one.name);
+        for (const TableEntry& one : Tables()) names.emplace_back(one.name);
     if (kind == "columns" && table != nullptr)
-        for (const ColumnDef& column : table->layout.columns) printf("%s\n", column.name);
-    return 0;
+        for (const ColumnDef& column : table->layout.columns) names.emplace_back(column.name);
+    Outcome outcome;
+    for (const std::string& name : names) outcome.text += name + "\n";
+    return outcome;
 }
 }  // namespace kobd::client

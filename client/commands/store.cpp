@@ -1,12 +1,10 @@
-// kobctl nvram and kobctl config: the stores that the router's processes share. They are read and
-// written in their files, no daemon is needed.
+// kobctl nvram and kobctl config: the stores that the router's processes share. Their files are read and written
+// without the daemon.
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <string>
 
+#include "client/arguments/assignment.h"
 #include "client/commands/commands.h"
 #include "daemon/base/result.h"
 #include "host/state/state_store.h"
@@ -17,81 +15,53 @@ namespace kobd::client
 {
 namespace
 {
-constexpr size_t kValueBuffer = 8192;  // more than either store keeps
-
 struct Store
 {
-    const char* name;
+    std::string name;
     int (*get)(const char* key, char* value, size_t size);
     int (*set)(const char* key, const char* value);
 };
 
-int Get(const Options& options, const Store& store, const Words& words)
+const Store kNvram = {"nvram", nv_get, nvram_set};
+const Store kConfig = {"config", kob_get_config, kob_set_config};
+
+Outcome Get(const Store& store, const Words& keys)
 {
+    constexpr size_t kValueBuffer = 8192;  // more than either store keeps
     const std::string path = host::StateFolderName() + "/" + store.name;
-    if (access(path.c_str(), R_OK) != 0 && errno != ENOENT)  // the library would show what the factory set
-        return Fail(options, kSystemError,
-                    std::string(store.name) + " get: cannot read " + path + ": " + strerror(errno));
-    int status = 0;
-    const char* separator = "";
-    if (options.json) printf("{");
-    for (size_t i = 1; i < words.size(); ++i)
+    if (access(path.c_str(), R_OK) != 0 && errno != ENOENT)  // the library would show the factory's values
+        return SystemFailure(store.name + " get: cannot read " + path);
+    std::vector<std::pair<std::string, std::string>> found;
+    std::vector<std::string> missing;
+    for (const std::string& key : keys)
     {
-        const std::string& key = words[i];
         char value[kValueBuffer];
-        if (store.get(key.c_str(), value, sizeof value) != 0)
-        {
-            SayError(std::string(store.name) + " has no " + key);
-            status = 1;
-            continue;
-        }
-        if (options.json)
-            printf("%s%s:%s", separator, JsonString(key).c_str(), JsonString(value).c_str());
-        else if (words.size() == 2)
-            printf("%s\n", Shown(value).c_str());
+        if (store.get(key.c_str(), value, sizeof value) == 0)
+            found.emplace_back(key, value);
         else
-            printf("%s=%s\n", key.c_str(), Shown(value).c_str());
-        separator = ",";
+            missing.push_back(store.name + " has no " + key);
     }
-    if (options.json) printf("}\n");
-    return status;
+    Outcome outcome = ValuesOutcome(found, keys.size() == 1);
+    outcome.notes = missing;
+    return outcome;
 }
 
-// All words are looked at before the first is set: a slip changes nothing.
-int Set(const Options& options, const Store& store, const Words& words)
+// All words are looked at before the first value is set: a mistake changes nothing.
+Outcome Set(const Store& store, const Words& words)
 {
-    for (size_t i = 1; i < words.size(); ++i)
-        if (const size_t equals = words[i].find('='); equals == std::string::npos || equals == 0)
-            return WrongUse(options, std::string(store.name) + " set takes KEY=VALUE, not '" + words[i] + "'",
-                            store.name);
-    for (size_t i = 1; i < words.size(); ++i)
-    {
-        const size_t equals = words[i].find('=');
-        const std::string key = words[i].substr(0, equals);
-        if (store.set(key.c_str(), words[i].c_str() + equals + 1) != 0)
-            return Fail(options, kSystemError,
-                        std::string(store.name) + " set " + key +
-                            ": not set; a key is printable characters without blanks, a value at most 2047 "
-                            "characters, and the state folder must be writable");
-    }
-    return 0;
-}
-
-int Run(const Options& options, const Store& store, const Words& words)
-{
-    if (words.size() > 1 && words[0] == "get") return Get(options, store, words);
-    if (words.size() > 1 && words[0] == "set") return Set(options, store, words);
-    return WrongUse(options, std::string(store.name) + " takes get KEY... or set KEY=VALUE...", store.name);
+    Assignments pairs;
+    if (Failure failure = ReadAssignments(store.name + " set takes KEY=VALUE", words, &pairs)) return failure;
+    for (const auto& [key, value] : pairs)
+        if (store.set(key.c_str(), value.c_str()) != 0)
+            return Failure{kSystemError, store.name + " set " + key +
+                                             ": not set; a key is printable characters without blanks, a value at "
+                                             "most 2047 characters, and the state folder must be writable"};
+    return {};
 }
 }  // namespace
 
-int CommandNvram(const Options& options, const Words& words)
-{
-    return Run(options, {"nvram", nv_get, nvram_set}, words);
-}
-
-int CommandConfig(const Options& options, const Words& words)
-{
-    return Run(options, {"config", kob_get_config, kob_set_config}, words);
-}
+Outcome NvramGet(const Options&, const Words& keys) { return Get(kNvram, keys); }
+Outcome NvramSet(const Options&, const Words& words) { return Set(kNvram, words); }
+Outcome ConfigGet(const Options&, const Words& keys) { return Get(kConfig, keys); }
+Outcome ConfigSet(const Options&, const Words& words) { return Set(kConfig, words); }
 }  // namespace kobd::client

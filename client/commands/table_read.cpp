@@ -1,68 +1,104 @@
 // kobctl table dump and table get.
-#include <algorithm>
-
-#include "client/commands/table_commands.h"
-#include "client/requests/dump_file.h"
+#include "client/commands/commands.h"
+#include "client/dictionary/column_value.h"
+#include "client/output/grid.h"
+#include "client/rows/row_address.h"
+#include "client/rows/table_rows.h"
 #include "daemon/base/result.h"
 #include "daemon/base/tlv.h"
 
 namespace kobd::client
 {
-Response DumpRows(const Options& options, const std::vector<const TableEntry*>& tables, std::vector<TableRow>* rows,
-                  std::string* error)
+namespace
 {
-    Items items;
-    for (const TableEntry* table : tables) items.emplace_back(kTagTableName, table->name);
-    const Response response = Call(kRequestTableDump, items, options.timeout_ms);
-    if (response.code != 0) return response;
-    std::string bytes;
-    *error = response.items.empty() ? "the reply names no file" : TakeDumpFile(response.items[0].text, &bytes);
-    if (!error->empty()) return response;
-    const auto read = ReadItems(bytes);
-    if (!read || !AppendRows(*read, rows)) *error = "the dump file holds no rows that can be read";
-    return response;
+bool IsNumberColumn(const TableEntry& table, const std::string& name)
+{
+    const ColumnDef* column = FindColumn(table, name);
+    return column != nullptr && IsNumber(column->type);
 }
 
-int TableDump(const Options& options, const Words& names)
+// The value as a number, where the column has numbers and the text is one.
+Json JsonOf(const TableEntry& table, const std::string& column, const std::string& text)
+{
+    if (!IsNumberColumn(table, column)) return text;
+    Json number = Json::parse(text, nullptr, false);
+    return number.is_number_integer() && number.dump() == text ? number : Json(text);
+}
+
+Json JsonOf(const TableEntry& table, const TableRow& row)
+{
+    Json out = {{"index", row.index}};
+    for (size_t i = 0; i < row.columns.size(); ++i) out[row.columns[i]] = JsonOf(table, row.columns[i], row.values[i]);
+    return out;
+}
+
+Grid GridOf(const TableEntry& table, const std::vector<TableRow>& rows)
+{
+    Grid grid;
+    for (const TableRow& row : rows)
+    {
+        if (row.table != table.name) continue;
+        if (grid.heading.empty())
+        {
+            grid.heading.emplace_back("index");
+            grid.heading.insert(grid.heading.end(), row.columns.begin(), row.columns.end());
+        }
+        grid.lines.push_back({std::to_string(row.index)});
+        grid.lines.back().insert(grid.lines.back().end(), row.values.begin(), row.values.end());
+        grid.lines.back().resize(grid.heading.size());
+    }
+    for (const std::string& name : grid.heading) grid.right.push_back(IsNumberColumn(table, name));
+    if (!grid.right.empty()) grid.right[0] = true;
+    return grid;
+}
+
+std::string TextOf(const TableEntry& table, const std::vector<TableRow>& rows)
+{
+    const Grid grid = GridOf(table, rows);
+    const size_t count = grid.lines.size();
+    const std::string title = std::string(table.name) + ", " +
+                              (count == 0   ? "no rows"
+                               : count == 1 ? "1 row"
+                                            : std::to_string(count) + " rows");
+    return title + "\n" + (count > 0 ? FittingText(grid, DisplayWidth()) : "");
+}
+
+// The rows, table after table.
+Outcome RowsOutcome(const std::vector<const TableEntry*>& tables, const std::vector<TableRow>& rows)
+{
+    Outcome outcome;
+    for (const TableEntry* table : tables)
+    {
+        Json& out = outcome.data[table->name] = Json::array();
+        for (const TableRow& row : rows)
+            if (row.table == table->name) out.push_back(JsonOf(*table, row));
+        outcome.text += (outcome.text.empty() ? "" : "\n") + TextOf(*table, rows);
+    }
+    return outcome;
+}
+}  // namespace
+
+Outcome TableDump(const Options& options, const Words& names)
 {
     std::vector<const TableEntry*> tables;
-    for (const std::string& name : names)
-    {
-        const TableEntry* table = TableOrFail(options, name);
-        if (table == nullptr) return 1;
-        if (std::find(tables.begin(), tables.end(), table) == tables.end()) tables.push_back(table);
-    }
     std::vector<TableRow> rows;
-    std::string error;
-    const Response response = DumpRows(options, tables, &rows, &error);
-    if (response.code != 0) return FailRequest(options, response.code, response.from_bus, "table dump");
-    if (!error.empty()) return Fail(options, kSystemError, "table dump: " + error);
-    PrintRows(options, tables, rows);
-    return 0;
+    if (Failure failure = ReadTables(names, &tables)) return failure;
+    if (Failure failure = DumpRows(options, "table dump", tables, &rows)) return failure;
+    return RowsOutcome(tables, rows);
 }
 
-int TableGet(const Options& options, const Words& words)
+Outcome TableGet(const Options& options, const Words& words)
 {
-    const TableEntry* table = TableOrFail(options, words[0]);
-    if (table == nullptr) return 1;
-    std::vector<int32_t> indexes;
-    if (!IndexesOrFail(options, words, &indexes)) return 2;
-
-    std::vector<Items> parts;
     std::vector<RowAddress> asked;
-    for (const int32_t index : indexes)
-    {
+    if (Failure failure = ReadRows(words, &asked)) return failure;
+    std::vector<Items> parts;
+    for (const auto& [table, index] : asked)
         parts.push_back({Item(kTagTableName, table->name), Item(kTagRowIndex, index)});
-        asked.emplace_back(table, index);
-    }
-    Items answers;
-    const Response response = CallInParts(kRequestTableGet, parts, options.timeout_ms, &answers);
-    if (response.from_bus) return FailRequest(options, response.code, true, "table get");
-    if (response.code != 0)
-        return FailRequest(options, response.code, false, Refusal(options, response.code, kGet, asked));
+    const Response response = CallInParts(options, KOBD_TABLE_GET, parts);
+    if (response.from_bus) return FailureOf(response, "table get");
+    if (response.code != 0) return RefusalOf(options, response.code, kGet, asked);
     std::vector<TableRow> rows;
-    if (!AppendRows(answers, &rows)) return Fail(options, kSystemError, "table get: the reply holds no rows");
-    PrintRows(options, {table}, rows);
-    return 0;
+    if (!AppendRows(response.items, &rows)) return Failure{kSystemError, "table get: the reply holds no rows"};
+    return RowsOutcome({asked[0].table}, rows);
 }
 }  // namespace kobd::client

@@ -1,5 +1,4 @@
-// kobctl watch: joins as the modules that the daemon sends to, those that are free, and prints what
-// arrives.
+// kobctl watch: joins the bus as those modules that the daemon sends to and nobody else is, and prints what arrives.
 #include <array>
 #include <climits>
 #include <csignal>
@@ -7,12 +6,13 @@
 #include <cstring>
 #include <ctime>
 #include <string>
+#include <utility>
 
 #include "client/commands/commands.h"
 #include "client/commands/watch_filter.h"
 #include "client/dictionary/events.h"
 #include "client/library/kobd_client.h"
-#include "client/output/output.h"
+#include "client/output/terminal.h"
 
 namespace kobd::client
 {
@@ -47,50 +47,64 @@ const char* Meaning(uint32_t module, uint16_t id)
     }
 }
 
-std::string DescribeText(kobd_bytes payload, bool json)
+// Adds a member to the object. A message may have several items of one kind, which all become members.
+void AddMember(const std::string& name, Json value, Json* object)
 {
-    std::string text(static_cast<const char*>(payload.next), payload.left);
-    text.resize(strnlen(text.c_str(), text.size()));
-    if (text.empty()) return "";
-    return json ? ",\"text\":" + JsonString(text) : " text=" + Escaped(text);
+    object->get_ref<Json::object_t&>().emplace_back(name, std::move(value));
 }
 
-// The items of a message in words, or as the members of a JSON object.
-std::string Describe(uint16_t id, kobd_bytes payload, bool json)
+// Adds the items of a message. False when the message was cut.
+bool AddItems(kobd_bytes payload, Json* object)
 {
     static const char* const kWords[] = {"result", "object", "value", "table", "index", "column", "parent"};
-    std::string out;
-    if (FindEvent(id) != nullptr) return DescribeText(payload, json);
     kobd_item item{};
     int more = 0;
     while ((more = kobd_bytes_next(&payload, &item)) == 1)
     {
         const std::string word = item.tag < std::size(kWords) ? kWords[item.tag] : "tag" + std::to_string(item.tag);
-        const bool number = item.tag == KOBD_TAG_RESULT || item.tag == KOBD_TAG_ROW_INDEX;
-        const std::string text = number ? std::to_string(item.length == sizeof item.number ? item.number : -1)
-                                        : std::string(item.text != nullptr ? item.text : "?");
-        if (json)
-            out += "," + JsonString(word) + ":" + (number ? text : JsonString(text));
+        if (item.tag == KOBD_TAG_RESULT || item.tag == KOBD_TAG_ROW_INDEX)
+            AddMember(word, item.length == sizeof item.number ? item.number : -1, object);
         else
-            out += " " + word + "=" + Escaped(text);
+            AddMember(word, item.text != nullptr ? item.text : "?", object);
     }
-    return out + (more < 0 && !json ? " (cut)" : "");
+    return more == 0;
 }
 
-void Print(const Options& options, uint32_t module, uint16_t id, kobd_bytes payload)
+// Adds the text of an event, which has no items. There may be none.
+void AddText(kobd_bytes payload, Json* object)
+{
+    std::string text(static_cast<const char*>(payload.next), payload.left);
+    text.resize(strnlen(text.c_str(), text.size()));
+    if (!text.empty()) AddMember("text", text, object);
+}
+
+std::string Now()
 {
     char stamp[32];
     const time_t now = time(nullptr);
     tm local{};
     localtime_r(&now, &local);
     strftime(stamp, sizeof stamp, "%H:%M:%S", &local);
-    const std::string items = Describe(id, payload, options.json);
-    const char* meaning = Meaning(module, id);
-    if (options.json)
-        printf("{\"time\":\"%s\",\"module\":\"%s\",\"id\":%d,\"event\":\"%s\"%s}\n", stamp, ModuleText(module).c_str(),
-               id, meaning, items.c_str());
+    return stamp;
+}
+
+void PrintMessage(const Options& options, uint32_t module, uint16_t id, kobd_bytes payload)
+{
+    Json items = Json::object();
+    bool whole = true;
+    if (FindEvent(id) != nullptr)
+        AddText(payload, &items);
     else
-        printf("%s %s %s (id %d)%s\n", stamp, ModuleText(module).c_str(), meaning, id, items.c_str());
+        whole = AddItems(payload, &items);
+    Outcome outcome({{"time", Now()}, {"module", ModuleText(module)}, {"id", id}, {"event", Meaning(module, id)}}, "");
+    outcome.text = Now() + " " + ModuleText(module) + " " + Meaning(module, id) + " (id " + std::to_string(id) + ")";
+    for (const auto& [name, value] : items.items())
+    {
+        AddMember(name, value, &outcome.data);
+        outcome.text += " " + name + "=" + Escaped(value.is_string() ? value.get<std::string>() : value.dump());
+    }
+    outcome.text += whole ? "\n" : " (cut)\n";
+    (void)Print(options, outcome);
     fflush(stdout);
 }
 
@@ -117,46 +131,42 @@ int Join(Modules* modules)
     return joined;
 }
 
-// Prints what has arrived and is asked for, a message a module, `left` at most. How many; -1 when a
-// queue was removed.
-int PrintArrived(const Options& options, const Words& patterns, const Modules& modules, int left)
+// Prints what has arrived and is asked for, one message a module and `left` at most. Adds to `printed`.
+Failure PrintArrived(const Options& options, const Words& patterns, const Modules& modules, int left, int* printed)
 {
-    int printed = 0;
     for (size_t i = 0; i < modules.size(); ++i)
     {
-        if (modules[i] == nullptr || printed == left) continue;
+        if (modules[i] == nullptr || left == 0) continue;
         uint16_t id = 0;
         const int code = kobd_watch_next(modules[i], 0, &id);
         if (code == KOBD_TIMEOUT) continue;
-        if (code != KOBD_SUCCESS)
-        {
-            Fail(options, code, "the queue of module " + ModuleText(kModules[i]) + " was removed");
-            return -1;
-        }
+        if (code != KOBD_SUCCESS) return {code, "the queue of module " + ModuleText(kModules[i]) + " was removed"};
         if (!IsAskedFor(patterns, id, kobd_watch_payload(modules[i]))) continue;
-        Print(options, kModules[i], id, kobd_watch_payload(modules[i]));
-        ++printed;
+        PrintMessage(options, kModules[i], id, kobd_watch_payload(modules[i]));
+        ++*printed;
+        --left;
     }
-    return printed;
+    return {};
 }
 }  // namespace
 
-int CommandWatch(const Options& options, const Words& patterns)
+Outcome CommandWatch(const Options& options, const Words& patterns)
 {
-    if (const std::string wrong = WrongPattern(patterns); !wrong.empty()) return Fail(options, KOBD_NOT_FOUND, wrong);
+    if (Failure failure = CheckPatterns(patterns)) return failure;
     signal(SIGINT, [](int) { stop = 1; });
     signal(SIGTERM, [](int) { stop = 1; });
     Modules modules{};
-    if (Join(&modules) == 0) return Fail(options, KOBD_INITIALIZE_FAILED, "there is no module left to watch");
-    int printed = 0;
-    for (int seen = 0; printed >= 0 && stop == 0 && !OutputClosed(); seen += printed)
+    if (Join(&modules) == 0) return Failure{KOBD_INITIALIZE_FAILED, "there is no module left to watch"};
+    Failure failure;
+    for (int seen = 0; !failure && stop == 0 && !OutputClosed() && (options.count == 0 || seen < options.count);)
     {
-        if (options.count != 0 && seen >= options.count) break;
-        printed = PrintArrived(options, patterns, modules, options.count == 0 ? INT_MAX : options.count - seen);
+        const int before = seen;
+        failure = PrintArrived(options, patterns, modules, options.count == 0 ? INT_MAX : options.count - seen, &seen);
         const timespec pause = {0, kLookNs};
-        if (printed == 0) nanosleep(&pause, nullptr);
+        if (seen == before && !failure) nanosleep(&pause, nullptr);
+        if (options.count == 0) seen = 0;  // without end, for as long as the router runs
     }
     for (kobd_watch* module : modules) kobd_watch_close(module);
-    return printed < 0 ? 1 : 0;
+    return failure;
 }
 }  // namespace kobd::client

@@ -7,6 +7,7 @@
 #include "client/dictionary/events.h"
 #include "client/dictionary/nearest.h"
 #include "client/dictionary/tables.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {
@@ -27,12 +28,12 @@ bool MatchesAnything(const std::string& pattern)
 }
 }  // namespace
 
-std::string WrongPattern(const Words& patterns)
+Failure CheckPatterns(const Words& patterns)
 {
     for (const std::string& pattern : patterns)
         if (pattern.empty() || !MatchesAnything(pattern))
-            return "no object, table or event matches '" + pattern + "'" + DidYouMean(Nearest(pattern));
-    return "";
+            return {kNotFound, "no object, table or event matches '" + pattern + "'" + DidYouMean(Nearest(pattern))};
+    return {};
 }
 
 bool IsAskedFor(const Words& patterns, uint16_t id, kobd_bytes payload)

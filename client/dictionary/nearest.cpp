@@ -1,6 +1,8 @@
 // Distance between names, by single letters changed, added or left out.
 #include "client/dictionary/nearest.h"
 
+#include <fnmatch.h>
+
 #include <algorithm>
 #include <cctype>
 #include <utility>
@@ -29,6 +31,12 @@ size_t Distance(std::string_view a, std::string_view b)
     return row[b.size()];
 }
 }  // namespace
+
+bool MatchesName(const std::string& pattern, const std::string& name)
+{
+    if (pattern.find_first_of("*?[") == std::string::npos) return name.find(pattern) != std::string::npos;
+    return fnmatch(pattern.c_str(), name.c_str(), 0) == 0;
+}
 
 std::string NearestOf(std::string_view name, std::span<const char* const> candidates)
 {

@@ -5,11 +5,10 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
-#include "client/output/output.h"
+#include "client/output/terminal.h"
 
 namespace kobd::client
 {
@@ -20,7 +19,7 @@ constexpr size_t kGap = 2;
 
 std::string Visible(std::string_view text) { return text.empty() ? "-" : Escaped(text); }
 
-// Places on the screen: bytes that begin a UTF-8 character.
+// Characters on the screen: bytes that begin a UTF-8 character.
 size_t Width(const std::string& text)
 {
     return static_cast<size_t>(std::count_if(
@@ -43,7 +42,7 @@ std::vector<size_t> Widths(const Grid& grid)
     return widths;
 }
 
-void PrintLine(const Grid& grid, const std::vector<std::string>& cells, const std::vector<size_t>& widths)
+std::string LineText(const Grid& grid, const std::vector<std::string>& cells, const std::vector<size_t>& widths)
 {
     std::string line;
     for (size_t i = 0; i < cells.size(); ++i)
@@ -53,25 +52,28 @@ void PrintLine(const Grid& grid, const std::vector<std::string>& cells, const st
         line += grid.right[i] ? padding + cells[i] : cells[i] + padding;
     }
     line.erase(line.find_last_not_of(' ') + 1);
-    printf("%s\n", line.c_str());
+    return line + "\n";
 }
 
-void PrintAsTable(const Grid& grid, const std::vector<size_t>& widths)
+std::string AsTable(const Grid& grid, const std::vector<size_t>& widths)
 {
-    PrintLine(grid, grid.heading, widths);
-    for (const auto& line : grid.lines) PrintLine(grid, line, widths);
+    std::string text = LineText(grid, grid.heading, widths);
+    for (const auto& line : grid.lines) text += LineText(grid, line, widths);
+    return text;
 }
 
-void PrintSideways(const Grid& grid)
+std::string Sideways(const Grid& grid)
 {
     size_t width = 0;
     for (const std::string& cell : grid.heading) width = std::max(width, Width(cell));
+    std::string text;
     for (const auto& line : grid.lines)
     {
-        printf("%s %s\n", grid.heading[0].c_str(), line[0].c_str());
+        text += grid.heading[0] + " " + line[0] + "\n";
         for (size_t i = 1; i < line.size(); ++i)
-            printf("  %-*s  %s\n", static_cast<int>(width), grid.heading[i].c_str(), line[i].c_str());
+            text += "  " + grid.heading[i] + std::string(width + kGap - Width(grid.heading[i]), ' ') + line[i] + "\n";
     }
+    return text;
 }
 }  // namespace
 
@@ -86,21 +88,18 @@ size_t DisplayWidth()
     return kPlainWidth;
 }
 
-void PrintTable(const Grid& grid)
+std::string TableText(const Grid& grid)
 {
     const Grid visible = MakeVisible(grid);
-    PrintAsTable(visible, Widths(visible));
+    return AsTable(visible, Widths(visible));
 }
 
-void PrintFitting(const Grid& grid, size_t width)
+std::string FittingText(const Grid& grid, size_t width)
 {
     const Grid visible = MakeVisible(grid);
     const std::vector<size_t> widths = Widths(visible);
     size_t total = 0;
     for (const size_t one : widths) total += one + kGap;
-    if (total <= width + kGap)
-        PrintAsTable(visible, widths);
-    else
-        PrintSideways(visible);
+    return total <= width + kGap ? AsTable(visible, widths) : Sideways(visible);
 }
 }  // namespace kobd::client

@@ -1,5 +1,5 @@
-// Lines of cells under a heading for a person to read: as a table, or each line turned on its side
-// where the table is wider than the terminal.
+// Lines of cells under a heading, for a person to read: as a table, or with one cell a line where the table is
+// wider than the terminal.
 #pragma once
 
 #include <cstdint>
@@ -15,15 +15,14 @@ struct Grid
     std::vector<std::vector<std::string>> lines;
 };
 
-// Columns of the terminal: those of COLUMNS, else of the terminal itself, else 80, so that what
+// The width of the terminal in characters: that of COLUMNS, else that of the terminal itself, else 80. What
 // goes into a pipe does not change with the window.
 size_t DisplayWidth();
 
-// Prints the grid as a table, two blanks between columns. An empty cell is shown as "-"; bytes that
-// would steer a terminal are shown as "\x1b".
-void PrintTable(const Grid& grid);
+// The grid as a table, two blanks between columns. An empty cell is shown as "-", a byte that would steer a
+// terminal as "\x1b".
+std::string TableText(const Grid& grid);
 
-// As PrintTable when that fits `width`, else a line a cell ("  heading  value") with each line's
-// first cell above.
-void PrintFitting(const Grid& grid, size_t width);
+// The same when that fits `width`; else a line a cell ("  heading  value") below each line's first cell.
+std::string FittingText(const Grid& grid, size_t width);
 }  // namespace kobd::client

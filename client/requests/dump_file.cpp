@@ -5,9 +5,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
 #include <string_view>
+
+#include "client/arguments/input_file.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {
@@ -25,36 +26,25 @@ bool IsDumpName(std::string_view path)
 }
 }  // namespace
 
-bool ReadAll(int file, std::string* bytes)
+Failure TakeDumpFile(const Response& response, std::string* bytes)
 {
-    char part[16384];
-    for (;;)
-    {
-        const ssize_t count = read(file, part, sizeof part);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return count == 0;
-        bytes->append(part, static_cast<size_t>(count));
-    }
-}
-
-std::string TakeDumpFile(const std::string& path, std::string* bytes)
-{
-    if (!IsDumpName(path)) return "the reply names '" + path + "', which is no dump file; it was left alone";
+    if (response.items.empty()) return {kSystemError, "the reply names no file"};
+    const std::string path = response.items[0].text;
+    if (!IsDumpName(path))
+        return {kSystemError, "the reply names '" + path + "', which is no dump file; it was left alone"};
     const int file = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (file < 0) return "cannot open the dump file " + path + ": " + strerror(errno);
+    if (file < 0) return SystemFailure("cannot open the dump file " + path);
     struct stat status;
     if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))
     {
         close(file);
-        return path + " is not a plain file; it was left alone";
+        return {kSystemError, path + " is not a plain file; it was left alone"};
     }
     // Removed before it is read: what follows may fail or be interrupted.
-    const bool removed = unlink(path.c_str()) == 0;
-    const int remove_error = errno;
-    const bool whole = ReadAll(file, bytes);
-    const int read_error = errno;
+    Failure failure;
+    if (unlink(path.c_str()) != 0) failure = SystemFailure("cannot remove the dump file " + path);
+    if (!ReadAll(file, bytes)) failure = SystemFailure("cannot read the dump file " + path);
     close(file);
-    if (!whole) return "cannot read the dump file " + path + ": " + strerror(read_error);
-    return removed ? "" : "cannot remove the dump file " + path + ": " + strerror(remove_error);
+    return failure;
 }
 }  // namespace kobd::client

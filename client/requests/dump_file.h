@@ -3,13 +3,11 @@
 
 #include <string>
 
+#include "client/requests/request.h"
+
 namespace kobd::client
 {
-// Appends what the open file holds from its place on. False with errno when it cannot be read.
-[[nodiscard]] bool ReadAll(int file, std::string* bytes);
-
-// Reads the dump file whole and removes it. The path comes from whoever answered on the bus, so
-// anything but a plain file under a dump file's name is neither read nor removed, and no link is
-// followed. The error, or the empty text.
-[[nodiscard]] std::string TakeDumpFile(const std::string& path, std::string* bytes);
+// Reads the dump file that the reply names whole and removes it. Anybody on the bus may have named it, so anything
+// but a plain file with the name of a dump file is neither read nor removed, and no link is followed.
+Failure TakeDumpFile(const Response& response, std::string* bytes);
 }  // namespace kobd::client

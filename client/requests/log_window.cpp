@@ -7,6 +7,7 @@
 #include <cstring>
 #include <fstream>
 
+#include "client/dictionary/dictionary.h"
 #include "daemon/base/log.h"
 
 namespace kobd::client
@@ -47,6 +48,24 @@ std::vector<LogLine> LinesFrom(ino_t file, off_t start)
         if (ParseLine(text, &line)) lines.push_back(line);
     return lines;
 }
+bool IsVerdict(const LogLine& line, const std::string& verdict)
+{
+    return line.function == kVerdictFunction && line.message == verdict;
+}
+
+// What the check said just before the verdict, with "; " at its end; the empty text when it said nothing.
+std::string CheckMessage(const std::vector<LogLine>& lines, const std::string& verdict)
+{
+    for (size_t end = lines.size(); end > 1; --end)
+    {
+        if (!IsVerdict(lines[end - 1], verdict)) continue;
+        const LogLine& reason = lines[end - 2];
+        const bool praise = reason.message.find("] is valid ") != std::string::npos;  // of a part that passed
+        if (reason.function == kVerdictFunction || reason.message.empty() || praise) return "";
+        return reason.message + " (" + reason.function + "); ";
+    }
+    return "";
+}
 }  // namespace
 
 LogWindow::LogWindow()
@@ -63,22 +82,13 @@ std::vector<LogLine> LastLogLines() { return LinesFrom(0, 0); }
 
 bool WasRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
 {
-    const auto is_verdict = [verdict = Verdict(name, value)](const LogLine& line)
-    { return line.function == kVerdictFunction && line.message == verdict; };
-    return std::any_of(lines.begin(), lines.end(), is_verdict);
+    const std::string verdict = Verdict(name, value);
+    return std::any_of(lines.begin(), lines.end(), [&](const LogLine& line) { return IsVerdict(line, verdict); });
 }
 
-std::string WhyRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
+std::string RefusalText(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
 {
-    const std::string verdict = Verdict(name, value);
-    for (size_t end = lines.size(); end > 0; --end)
-    {
-        if (lines[end - 1].function != kVerdictFunction || lines[end - 1].message != verdict) continue;
-        if (end < 2 || lines[end - 2].function == kVerdictFunction) return "";
-        const LogLine& reason = lines[end - 2];  // the line just before the verdict is the check's last
-        const bool praise = reason.message.find("] is valid ") != std::string::npos;  // of a part that passed
-        return reason.message.empty() || praise ? "" : reason.message + " (" + reason.function + ")";
-    }
-    return "";
+    return name + "=" + value + ": " + CheckMessage(lines, Verdict(name, value)) + "it takes " +
+           Accepts(*FindObject(name));
 }
 }  // namespace kobd::client

@@ -15,8 +15,8 @@ struct LogLine
     std::string message;  // without line ends at its end
 };
 
-// Open one before the request; Lines then gives what was written since. Empty when the log cannot
-// be read, as by another user. Lines of other clients' requests may be among them.
+// Make one before the request; Lines then gives what was written since. Lines of other clients' requests may be
+// among them. There are none when this user may not read the log.
 class LogWindow
 {
 public:
@@ -34,7 +34,7 @@ std::vector<LogLine> LastLogLines();
 // Whether the lines say that `name` with `value` was refused.
 bool WasRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value);
 
-// The message of the check that refused `name` with `value`, and the check's name in brackets; the
-// empty text when no line tells.
-std::string WhyRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value);
+// "NAME=VALUE: MESSAGE (CHECK); it takes ...", with the message of the check that refused the value where the
+// lines have it.
+std::string RefusalText(const std::vector<LogLine>& lines, const std::string& name, const std::string& value);
 }  // namespace kobd::client

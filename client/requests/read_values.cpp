@@ -9,8 +9,8 @@ Response ReadValues(const Options& options, const Words& names, Values* values)
 {
     std::vector<Items> parts;
     for (const std::string& name : names) parts.push_back({Item(kTagObjectName, name)});
-    Items answers;
-    const Response response = CallInParts(kRequestGet, parts, options.timeout_ms, &answers);
+    Response response = CallInParts(options, KOBD_GET, parts);
+    const Items& answers = response.items;
     for (size_t i = 0; i + 1 < answers.size(); i += 2) (*values)[answers[i].text] = answers[i + 1].text;
     return response;
 }

@@ -1,13 +1,14 @@
 // Requests to the daemon.
 #include "client/requests/request.h"
 
+#include <cerrno>
 #include <memory>
 
 namespace kobd::client
 {
 namespace
 {
-constexpr size_t kPartsAtOnce = 100;  // more would only be asked in vain
+constexpr size_t kPartsAtOnce = 100;  // a reply to more would not fit one message
 
 struct FreeItems
 {
@@ -61,14 +62,20 @@ std::optional<Items> ReadItems(std::span<const char> bytes)
     return items;
 }
 
-Response Call(uint16_t id, const Items& items, int timeout_ms)
+bool FitsOneRequest(const Items& items)
+{
+    const auto bytes = ItemBytes(items);
+    return bytes && bytes->size() <= KOBD_PAYLOAD_MAX;
+}
+
+Response Call(const Options& options, kobd_request id, const Items& items)
 {
     const BuiltItems built = Build(items);
     if (built == nullptr) return {.code = KOBD_BUFFER_LIMIT, .too_large = true};
     kobd_client* client = nullptr;
     if (const int code = kobd_client_open(&client)) return {.code = code, .from_bus = true};
-    kobd_client_set_timeout(client, timeout_ms);
-    Response response = {.code = kobd_call(client, static_cast<kobd_request>(id), built.get())};
+    kobd_client_set_timeout(client, options.timeout_ms);
+    Response response = {.code = kobd_call(client, id, built.get()), .timeout_ms = options.timeout_ms};
     response.too_large = kobd_answered(client) == 0 && response.code == KOBD_BUFFER_LIMIT;
     response.from_bus = kobd_answered(client) == 0 && !response.too_large;
     for (kobd_item item{}; kobd_reply_next(client, &item) == 1;) response.items.push_back(Copy(item));
@@ -76,22 +83,48 @@ Response Call(uint16_t id, const Items& items, int timeout_ms)
     return response;
 }
 
-Response CallInParts(uint16_t id, std::span<const Items> parts, int timeout_ms, Items* answers)
+Response CallInParts(const Options& options, kobd_request id, std::span<const Items> parts)
 {
-    Response response = {.code = KOBD_BUFFER_LIMIT};
     if (parts.size() <= kPartsAtOnce)
     {
         Items items;
         for (const Items& part : parts) items.insert(items.end(), part.begin(), part.end());
-        response = Call(id, items, timeout_ms);
+        Response response = Call(options, id, items);
+        if (response.code != KOBD_BUFFER_LIMIT || parts.size() <= 1) return response;
     }
-    if (response.code == KOBD_BUFFER_LIMIT && parts.size() > 1)
+    const size_t middle = parts.size() / 2;
+    Response first = CallInParts(options, id, parts.first(middle));
+    if (first.code != 0) return first;
+    const Response second = CallInParts(options, id, parts.subspan(middle));
+    if (second.code != 0) return second;
+    first.items.insert(first.items.end(), second.items.begin(), second.items.end());
+    return first;
+}
+
+std::string WhyNoAnswer(const Response& response)
+{
+    kobd_module daemon = {};
+    switch (response.code)
     {
-        const size_t middle = parts.size() / 2;
-        response = CallInParts(id, parts.first(middle), timeout_ms, answers);
-        return response.code != 0 ? response : CallInParts(id, parts.subspan(middle), timeout_ms, answers);
+        case KOBD_TIMEOUT: return "no answer within " + std::to_string(response.timeout_ms) + " ms";
+        case KOBD_INITIALIZE_FAILED: return "the system has no message queue for the answer, see kobctl doctor";
+        case KOBD_NOT_RUNNING:
+            return kobd_module_look(KOBD_MODULE_DAEMON, &daemon) == EACCES
+                       ? "kobd runs as another user: be that user or root"
+                       : "kobd is not running on this bus";
+        default: return "kobd was not reached";
     }
-    answers->insert(answers->end(), response.items.begin(), response.items.end());
-    return response;
+}
+
+Failure FailureOf(const Response& response, const std::string& what)
+{
+    if (response.code == 0) return {};
+    return Refused(response.code, what + (response.from_bus ? ": " + WhyNoAnswer(response) : ""));
+}
+
+Failure FailureOfChange(const Response& response, const std::string& what)
+{
+    if (!response.MayBeDone()) return FailureOf(response, what);
+    return Refused(response.code, what + ": " + WhyNoAnswer(response) + ", see whether it was done");
 }
 }  // namespace kobd::client

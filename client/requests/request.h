@@ -8,29 +8,14 @@
 #include <string_view>
 #include <vector>
 
+#include "client/arguments/options.h"
 #include "client/library/kobd_client.h"
+#include "client/output/failure.h"
 
 namespace kobd::client
 {
-enum RequestId : uint16_t
-{
-    kRequestSet = KOBD_SET,
-    kRequestGet = KOBD_GET,
-    kRequestSetSilent = KOBD_SET_SILENT,
-    kRequestUpdate = KOBD_UPDATE,
-    kRequestTableMaxRow = KOBD_TABLE_MAX_ROW,
-    kRequestTableAdd = KOBD_TABLE_ADD,
-    kRequestTableDel = KOBD_TABLE_DEL,
-    kRequestTableGet = KOBD_TABLE_GET,
-    kRequestTableSet = KOBD_TABLE_SET,
-    kRequestTableSetSilent = KOBD_TABLE_SET_SILENT,
-    kRequestTableDump = KOBD_TABLE_DUMP,
-    kRequestShow = KOBD_SHOW,
-    kRequestSubTableAdd = KOBD_SUB_TABLE_ADD,
-};
-
-// One item of a request or of what came back. A request writes the number where there is one. An
-// item that came back has a number whenever it is four bytes long, whatever its text.
+// One item of a request or of a reply. A request sends the number where there is one. An item of a reply has a
+// number whenever it is four bytes long, whatever its text.
 struct Item
 {
     Item(uint16_t item_tag, std::string_view item_text) : tag(item_tag), text(item_text) {}
@@ -46,6 +31,9 @@ using Items = std::vector<Item>;
 // The bytes of the items one after the other; nothing when a text is too long for an item.
 std::optional<std::string> ItemBytes(const Items& items);
 
+// Whether the items fit one request.
+bool FitsOneRequest(const Items& items);
+
 // The items that `bytes` hold; nothing when one runs past their end or is neither text nor number.
 std::optional<Items> ReadItems(std::span<const char> bytes);
 
@@ -54,14 +42,27 @@ struct Response
     int code = 0;            // result of the daemon, or of the library when `from_bus`
     bool from_bus = false;   // no reply arrived
     bool too_large = false;  // the request does not fit one message; nothing was sent
+    int timeout_ms = 0;      // how long the reply was waited for
     Items items = {};        // what follows the result
+
+    // No reply came in time: what was asked for may be done, or be done later.
+    bool MayBeDone() const { return from_bus && code == KOBD_TIMEOUT; }
 };
 
 // Sends one request and waits for its reply.
-Response Call(uint16_t id, const Items& items, int timeout_ms);
+Response Call(const Options& options, kobd_request id, const Items& items);
 
-// Sends one request for many things, `parts` holding the items of each, and collects what is
-// answered in `answers`. Where a request or its reply would not fit one message, asks in halves, so
-// that result 11 is left for a single thing that is too large. Stops at the first other failure.
-Response CallInParts(uint16_t id, std::span<const Items> parts, int timeout_ms, Items* answers);
+// Sends one request for many things; `parts` are the items of each. The response has the items of all replies.
+// Where a request or its reply does not fit one message, each half is asked for by itself, so that only a single
+// thing that is too large ends with result 11. Stops at the first other failure.
+Response CallInParts(const Options& options, kobd_request id, std::span<const Items> parts);
+
+// Why no reply arrived.
+std::string WhyNoAnswer(const Response& response);
+
+// The failure of a request, `what` before its reason; none when the result is 0.
+Failure FailureOf(const Response& response, const std::string& what);
+
+// The same for a request that changes something.
+Failure FailureOfChange(const Response& response, const std::string& what);
 }  // namespace kobd::client

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "daemon/base/result.h"
+
 namespace kobd::client
 {
 namespace
@@ -69,22 +71,22 @@ ChangeFile::~ChangeFile()
     OnEndingSignals(SIG_DFL);
 }
 
-std::string ChangeFile::Write(const Items& items)
+Failure ChangeFile::Write(const Items& items)
 {
     const auto bytes = ItemBytes(items);
-    if (!bytes) return "a value is too long for a change file";
+    if (!bytes) return {kSystemError, "a value is too long for a change file"};
     int file = -1;
     {
         const SignalsHeld held;
         strcpy(path_to_remove, "/tmp/kobctl-XXXXXX");
         file = mkostemp(path_to_remove, O_CLOEXEC);
-        if (file < 0) return std::string("cannot create a change file in /tmp: ") + strerror(errno);
+        if (file < 0) return SystemFailure("cannot create a change file in /tmp");
         path_ = path_to_remove;
         OnEndingSignals(RemoveAndEnd);
     }
-    const bool written = WriteAll(file, *bytes);
-    const int error = errno;
-    if (close(file) == 0 && written) return "";
-    return "cannot write the change file " + path_ + ": " + strerror(error);
+    Failure failure;
+    if (!WriteAll(file, *bytes)) failure = SystemFailure("cannot write the change file " + path_);
+    if (close(file) != 0 && !failure) failure = SystemFailure("cannot write the change file " + path_);
+    return failure;
 }
 }  // namespace kobd::client

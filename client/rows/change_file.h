@@ -7,8 +7,7 @@
 
 namespace kobd::client
 {
-// A change file that exists as long as this object. It is also removed when a signal that ends the
-// program arrives meanwhile. One at a time.
+// A change file that exists as long as this object, one at a time. A signal that ends the program removes it too.
 class ChangeFile
 {
 public:
@@ -17,9 +16,8 @@ public:
     ChangeFile& operator=(const ChangeFile&) = delete;
     ~ChangeFile();
 
-    // Creates the file, mode 0600 under a fresh name, and writes the items. The error, or the empty
-    // text.
-    [[nodiscard]] std::string Write(const Items& items);
+    // Creates the file under a fresh name with mode 0600 and writes the items.
+    Failure Write(const Items& items);
 
     const std::string& Path() const { return path_; }
 

@@ -1,80 +1,19 @@
-// Items to rows, rows to a screen.
+// Items to rows.
 #include "client/rows/table_rows.h"
 
-#include <cstdio>
+#include <algorithm>
 
-#include "client/dictionary/column_value.h"
-#include "client/output/grid.h"
+#include "client/requests/dump_file.h"
+#include "daemon/base/result.h"
 #include "daemon/base/tlv.h"
 
 namespace kobd::client
 {
-namespace
+std::string TableRow::ValueOf(const std::string& column) const
 {
-bool HasType(const TableEntry& table, const std::string& name, bool (*test)(ValueType))
-{
-    const ColumnDef* column = FindColumn(table, name);
-    return column != nullptr && test(column->type);
+    const auto found = std::find(columns.begin(), columns.end(), column);
+    return found == columns.end() ? "" : values[static_cast<size_t>(found - columns.begin())];
 }
-
-// A number as the daemon writes one: JSON takes it as it is, with no digit lost.
-bool IsDecimal(const std::string& text)
-{
-    const size_t first = text.starts_with('-') ? 1 : 0;
-    return text.size() > first && text.find_first_not_of("0123456789", first) == std::string::npos;
-}
-
-void PrintJson(const TableEntry& table, const TableRow& row, const char* separator)
-{
-    printf("%s{\"index\":%d", separator, row.index);
-    for (size_t i = 0; i < row.columns.size(); ++i)
-    {
-        const bool number = HasType(table, row.columns[i], IsNumber) && IsDecimal(row.values[i]);
-        const std::string value = number ? row.values[i] : JsonString(row.values[i]);
-        printf(",%s:%s", JsonString(row.columns[i]).c_str(), value.c_str());
-    }
-    printf("}");
-}
-
-void PrintJson(const std::vector<const TableEntry*>& tables, const std::vector<TableRow>& rows)
-{
-    const char* table_separator = "{";
-    for (const TableEntry* table : tables)
-    {
-        printf("%s%s:[", table_separator, JsonString(table->name).c_str());
-        const char* separator = "";
-        for (const TableRow& row : rows)
-        {
-            if (row.table != table->name) continue;
-            PrintJson(*table, row, separator);
-            separator = ",";
-        }
-        printf("]");
-        table_separator = ",";
-    }
-    printf("}\n");
-}
-
-Grid GridOf(const TableEntry& table, const std::vector<TableRow>& rows)
-{
-    Grid grid;
-    for (const TableRow& row : rows)
-    {
-        if (row.table != table.name) continue;
-        if (grid.heading.empty())
-        {
-            grid.heading.emplace_back("index");
-            grid.heading.insert(grid.heading.end(), row.columns.begin(), row.columns.end());
-        }
-        grid.lines.push_back({std::to_string(row.index)});
-        grid.lines.back().insert(grid.lines.back().end(), row.values.begin(), row.values.end());
-        grid.lines.back().resize(grid.heading.size());
-    }
-    for (const std::string& name : grid.heading) grid.right.push_back(HasType(table, name, IsNumber));
-    if (!grid.right.empty()) grid.right[0] = true;
-    return grid;
-}
-}  // namespace
 
 bool AppendRows(const Items& items, std::vector<TableRow>* rows)
 {
@@ -98,18 +37,17 @@ bool AppendRows(const Items& items, std::vector<TableRow>* rows)
     return previous == kTagValue;
 }
 
-void PrintRows(const Options& options, const std::vector<const TableEntry*>& tables, const std::vector<TableRow>& rows)
+Failure DumpRows(const Options& options, const std::string& what, const std::vector<const TableEntry*>& tables,
+                 std::vector<TableRow>* rows)
 {
-    if (options.json) return PrintJson(tables, rows);
-    const char* blank_line = "";
-    for (const TableEntry* table : tables)
-    {
-        const Grid grid = GridOf(*table, rows);
-        const size_t count = grid.lines.size();
-        const std::string number = count == 0 ? "no" : std::to_string(count);
-        printf("%s%s, %s row%s\n", blank_line, table->name, number.c_str(), count == 1 ? "" : "s");
-        if (count > 0) PrintFitting(grid, DisplayWidth());
-        blank_line = "\n";
-    }
+    Items items;
+    for (const TableEntry* table : tables) items.emplace_back(kTagTableName, table->name);
+    const Response response = Call(options, KOBD_TABLE_DUMP, items);
+    if (Failure failure = FailureOf(response, what)) return failure;
+    std::string bytes;
+    if (const Failure failure = TakeDumpFile(response, &bytes)) return {failure.code, what + ": " + failure.what};
+    const auto read = ReadItems(bytes);
+    if (read && AppendRows(*read, rows)) return {};
+    return {kSystemError, what + ": the dump file holds no rows that can be read"};
 }
 }  // namespace kobd::client

@@ -1,11 +1,11 @@
-// Rows of tables, taken from the items of a reply or of a dump file, and how they are shown.
+// Rows of tables, read from the items of a reply or of a dump file.
 #pragma once
 
 #include <string>
 #include <vector>
 
+#include "client/arguments/words.h"
 #include "client/dictionary/tables.h"
-#include "client/output/output.h"
 #include "client/requests/request.h"
 
 namespace kobd::client
@@ -14,15 +14,19 @@ struct TableRow
 {
     std::string table;
     int32_t index;
-    std::vector<std::string> columns;  // names, in the order in which they came
-    std::vector<std::string> values;   // one a column
+    Words columns;  // names, in the order in which they came
+    Words values;   // one a column
+
+    // The value in this column, empty when the row has none.
+    std::string ValueOf(const std::string& column) const;
 };
 
-// Appends the rows that the items hold: table name, index and pairs of column name and value, any
-// number of rows one after the other. False when the items are in another order.
+// Appends the rows that the items hold: table name, index and pairs of column name and value, one row after the
+// other. False when the items are in another order.
 [[nodiscard]] bool AppendRows(const Items& items, std::vector<TableRow>* rows);
 
-// Prints the rows of the tables, table after table: a title and an aligned table, or with --json an
-// object of table name to rows. Values of numeric columns become JSON numbers, digit by digit.
-void PrintRows(const Options& options, const std::vector<const TableEntry*>& tables, const std::vector<TableRow>& rows);
+// Has the daemon write all rows of the tables to a dump file, and reads and removes it. A failure begins with
+// `what`.
+Failure DumpRows(const Options& options, const std::string& what, const std::vector<const TableEntry*>& tables,
+                 std::vector<TableRow>* rows);
 }  // namespace kobd::client

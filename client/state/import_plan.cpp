@@ -2,14 +2,11 @@
 #include "client/state/import_plan.h"
 
 #include <algorithm>
-#include <charconv>
 #include <map>
 
-#include "client/arguments/assignment.h"
 #include "client/dictionary/column_value.h"
 #include "client/dictionary/diagnose.h"
 #include "client/dictionary/nearest.h"
-#include "platform/message.h"
 
 namespace kobd::client
 {
@@ -31,8 +28,8 @@ std::string WhyNotSet(const FileValue& value)
     const std::string wrong = WhatIsWrong(value.name, value.value);
     if (!wrong.empty()) return wrong;
     if (!IsExported(*FindObject(value.name))) return value.name + " is in no export; kobctl set sets it";
-    const auto bytes = ItemBytes(SetItems({{value.name, value.value}}));
-    return bytes && bytes->size() <= kPayloadMax ? "" : value.name + " does not fit one request of 8192 bytes";
+    const bool fits = FitsOneRequest(SetItems({{value.name, value.value}}));
+    return fits ? "" : value.name + " does not fit one request of 8192 bytes";
 }
 
 void PlanValues(const SettingsFile& file, const RouterState& router, ImportPlan* plan, Errors* errors)
@@ -51,9 +48,9 @@ void PlanValues(const SettingsFile& file, const RouterState& router, ImportPlan*
 }
 
 // A column that the file leaves out is an empty text; a number that it leaves out is not touched.
-ColumnValues WantedOf(const TableEntry& table, const FileRow& row)
+Assignments WantedOf(const TableEntry& table, const FileRow& row)
 {
-    ColumnValues wanted;
+    Assignments wanted;
     for (const ColumnDef& column : table.layout.columns)
     {
         if (!IsExported(column)) continue;
@@ -61,28 +58,26 @@ ColumnValues WantedOf(const TableEntry& table, const FileRow& row)
                                         [&](const FileValue& value) { return value.name == column.name; });
         int code = 0;
         if (found != row.values.end())
-            wanted.emplace_back(column.name, found->value);
+            wanted.push_back({column.name, found->value});
         else if (WhatIsWrong(table, column.name, "", &code).empty())
-            wanted.emplace_back(column.name, "");
+            wanted.push_back({column.name, ""});
     }
     return wanted;
 }
 
-bool IsAs(const TableRow& present, const ColumnValues& wanted)
+bool IsAs(const TableRow& present, const Assignments& wanted)
 {
     return std::all_of(wanted.begin(), wanted.end(),
-                       [&](const auto& value) { return ValueOf(present, value.first) == value.second; });
+                       [&](const Assignment& value) { return present.ValueOf(value.name) == value.value; });
 }
 
-// Whether the value is one that the daemon keeps in a flag. To people a flag is 0 or 1, but other modules set
-// it to any 32-bit integer, the daemon takes that, and an export then holds it.
+// Whether the value is one that the daemon keeps in a flag. For people a flag is 0 or 1; but other modules set it to
+// other integers, the daemon takes those, and an export then holds them.
 bool IsStoredFlag(const TableEntry& table, const FileValue& value)
 {
     const ColumnDef* column = FindColumn(table, value.name);
-    int32_t number = 0;
-    const char* end = value.value.data() + value.value.size();
-    return column != nullptr && column->type == VT_BOOL &&
-           std::from_chars(value.value.data(), end, number).ptr == end && value.value == std::to_string(number);
+    const auto number = ReadInteger(value.value, INT32_MIN, INT32_MAX);
+    return column != nullptr && column->type == VT_BOOL && number && value.value == std::to_string(*number);
 }
 
 void CheckRow(const TableEntry& table, const FileRow& row, Errors* errors)

@@ -2,24 +2,22 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "client/arguments/assignment.h"
 #include "client/state/router_state.h"
 #include "client/state/settings_file.h"
 
 namespace kobd::client
 {
-using ColumnValues = std::vector<std::pair<std::string, std::string>>;
-
-// A table whose rows are not those of the file. Rows that are the same stay; the others are deleted
-// and added behind them. Where rows can neither be added nor deleted, all take their values in place.
+// A table whose rows differ from those of the file. The rows before the first difference stay; those behind it are
+// deleted, and the file's are added. Where rows cannot be added and deleted, they take their values in place.
 struct TablePlan
 {
     const TableEntry* table;
     size_t line;
-    std::vector<TableRow> old = {};         // rows that go
-    std::vector<ColumnValues> wanted = {};  // rows that come
+    std::vector<TableRow> old = {};        // rows that go
+    std::vector<Assignments> wanted = {};  // rows that come
 
     bool InPlace() const { return !(table->Has(kAdd) && table->Has(kDel)); }
 };
@@ -27,10 +25,10 @@ struct TablePlan
 struct ImportPlan
 {
     std::vector<const FileValue*> values = {};  // those that differ; they point into the file
-    std::vector<TablePlan> tables = {};         // likewise
+    std::vector<TablePlan> tables = {};         // those that differ
 };
 
-// Compares the file with the router and checks all that differs by the dictionary. With an error
-// nothing may be changed.
+// Compares the file with the router and checks by the dictionary all that differs. When there are errors nothing
+// may be changed.
 ImportPlan PlanImport(const SettingsFile& file, const RouterState& router, std::vector<LineError>* errors);
 }  // namespace kobd::client

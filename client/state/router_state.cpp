@@ -1,11 +1,7 @@
 // Reading all that can be set.
 #include "client/state/router_state.h"
 
-#include <algorithm>
 #include <string_view>
-
-#include "client/commands/table_commands.h"
-#include "daemon/base/result.h"
 
 namespace kobd::client
 {
@@ -21,26 +17,15 @@ bool IsExported(const TableEntry& table)
 
 bool IsExported(const ColumnDef& column) { return column.alias_of == nullptr && column.type != VT_STRING_PTR; }
 
-int ReadRouter(const Options& options, const char* command, RouterState* state)
+Failure ReadRouter(const Options& options, const std::string& what, RouterState* state)
 {
     Words names;
     for (const ObjectEntry& object : Objects())
         if (IsExported(object)) names.emplace_back(object.name);
-    const Response response = ReadValues(options, names, &state->values);
-    if (response.code != 0) return FailRequest(options, response.code, response.from_bus, command);
-
+    if (Failure failure = FailureOf(ReadValues(options, names, &state->values), what)) return failure;
     std::vector<const TableEntry*> tables;
     for (const TableEntry& table : Tables())
         if (IsExported(table)) tables.push_back(&table);
-    std::string error;
-    const Response dumped = DumpRows(options, tables, &state->rows, &error);
-    if (dumped.code != 0) return FailRequest(options, dumped.code, dumped.from_bus, command);
-    return error.empty() ? 0 : Fail(options, kSystemError, std::string(command) + ": " + error);
-}
-
-std::string ValueOf(const TableRow& row, const std::string& column)
-{
-    const auto found = std::find(row.columns.begin(), row.columns.end(), column);
-    return found == row.columns.end() ? "" : row.values[static_cast<size_t>(found - row.columns.begin())];
+    return DumpRows(options, what, tables, &state->rows);
 }
 }  // namespace kobd::client

@@ -3,7 +3,6 @@
 
 #include <utility>
 
-#include "client/arguments/input_file.h"
 #include "host/state/state_store.h"
 
 namespace kobd::client

@@ -3,18 +3,20 @@
 //   # comment
 //   webHttpPort=8080
 //   description=two\nlines (a backslash is written \\ twice)
-//   [FwUrlFilterTable]           the rows of this table follow; none: it is empty
-//   [FwUrlFilterTable row]       a row, without an index: the router gives those
+//   [FwUrlFilterTable]           the rows of this table follow; it is empty when there are none
+//   [FwUrlFilterTable row]       a row, without an index: the router gives it a new one
 //   URL=example.com              a column; one that is left out is empty
 //   end
 //
-// The last line is "end"; without it the file was cut.
+// The last line is "end". A file without it was cut.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "client/arguments/input_file.h"
 
 namespace kobd::client
 {
@@ -44,13 +46,7 @@ struct SettingsFile
     std::vector<FileTable> tables = {};
 };
 
-struct LineError
-{
-    size_t line;
-    std::string what;
-};
-
-// Reads the text; appends an error for every line that cannot be, of which nothing is kept.
+// Reads the text. Appends an error for every line that cannot be read; nothing of such a line is kept.
 void ReadSettings(std::string_view text, SettingsFile* file, std::vector<LineError>* errors);
 
 // The text of the file. Line numbers are not looked at.
