@@ -4,18 +4,17 @@
 #include <csignal>
 #include <cstdio>
 
-#include "client/pending_set.h"
-#include "client/run_command.h"
+#include "client/commands/commands.h"
+#include "client/state/pending_set.h"
 
 int main(int count, char** arguments)
 {
     using namespace kobd::client;
-    // The C library of the router writes lines through as long as nobody asks for a buffer, and does not keep
-    // what it could not write: the reason would be lost before anybody looks.
+    // musl line-buffers a pipe and drops what it failed to write. Buffer fully, so that FlushOutput can say why.
     static char buffer[64 * 1024];
     if (isatty(STDOUT_FILENO) == 0) setvbuf(stdout, buffer, _IOFBF, sizeof buffer);
-    signal(SIGPIPE, SIG_DFL);  // a reader that has enough ends kobctl without a word
+    signal(SIGPIPE, SIG_DFL);  // a reader that goes away ends kobctl without a word
     const Words words(arguments + 1, arguments + count);
-    RestoreOverdue(words.empty() ? "" : words.front());
+    if (const std::string said = RestoreOverdue(words.empty() ? "" : words.front()); !said.empty()) SayError(said);
     return RunCommand(words, {});
 }

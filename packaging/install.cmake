@@ -41,9 +41,13 @@ configure_file(${KOBD_PACKAGING}/kobd_client.pc.in ${KOBD_MADE}/kobd_client.pc @
 install(FILES ${KOBD_MADE}/kobd_client.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
 # -- pages: some written, some made from the pages of docs/ so that both say the same
-foreach(page kobctl.1 kobd.8 kobd-state.5)
+foreach(page kobd.8 kobd-state.5)
   configure_file(${KOBD_PACKAGING}/man/${page}.in ${KOBD_MADE}/${page} @ONLY)
 endforeach()
+configure_file(${KOBD_PACKAGING}/man/kobctl.1.in ${KOBD_MADE}/kobctl.1.in @ONLY)
+set(KOBD_COMMANDS ${CMAKE_SOURCE_DIR}/scripts/commands-to-man ${CMAKE_SOURCE_DIR}/client/commands/commands.def)
+add_custom_command(OUTPUT ${KOBD_MADE}/kobctl.1 DEPENDS ${KOBD_COMMANDS} ${KOBD_MADE}/kobctl.1.in VERBATIM
+  COMMAND sh -c "exec \"$0\" \"$@\" <${KOBD_MADE}/kobctl.1.in >${KOBD_MADE}/kobctl.1" ${KOBD_COMMANDS})
 function(kobd_page_from_docs document what)
   set(page ${KOBD_MADE}/kobd-${document}.5)
   set(command ${CMAKE_SOURCE_DIR}/scripts/markdown-to-man)
@@ -55,7 +59,7 @@ endfunction()
 kobd_page_from_docs(protocol "the messages of kobd and the bus that carries them")
 kobd_page_from_docs(uci "the cellular tables of kobd and the uci of the host platform")
 get_property(KOBD_MADE_PAGES GLOBAL PROPERTY KOBD_MADE_PAGES)
-add_custom_target(kobd_pages ALL DEPENDS ${KOBD_MADE_PAGES})
+add_custom_target(kobd_pages ALL DEPENDS ${KOBD_MADE}/kobctl.1 ${KOBD_MADE_PAGES})
 install(FILES ${KOBD_MADE}/kobctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES ${KOBD_MADE}/kobd.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8)
 install(FILES ${KOBD_MADE}/kobd-state.5 ${KOBD_MADE_PAGES} DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)

@@ -15,20 +15,28 @@ bool own_namespaces = false;
 
 namespace
 {
+bool Bind(int folder, const std::string& place)
+{
+    const std::string source = "/proc/self/fd/" + std::to_string(folder);
+    return mkdir(place.c_str(), 0700) == 0 && mount(source.c_str(), place.c_str(), nullptr, MS_BIND, nullptr) == 0;
+}
+
 bool Enter()
 {
     if (unshare(CLONE_NEWIPC | CLONE_NEWNS) != 0 || mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
         return false;
-    // Opened within the new namespace, or it could not be mounted there.
+    // Opened within the new namespace, or they could not be mounted there.
     const int programs = open(KOBD_PROGRAMS, O_PATH | O_DIRECTORY | O_CLOEXEC);
-    if (programs < 0) return false;
-    const std::string source = "/proc/self/fd/" + std::to_string(programs);
-    const bool mounted = mount("none", "/tmp", "tmpfs", 0, nullptr) == 0 && mkdir(kPrograms.c_str(), 0700) == 0 &&
-                         mount(source.c_str(), kPrograms.c_str(), nullptr, MS_BIND, nullptr) == 0;
+    const int sources = open(KOBD_SOURCES, O_PATH | O_DIRECTORY | O_CLOEXEC);
+    const bool mounted =
+        mount("none", "/tmp", "tmpfs", 0, nullptr) == 0 && Bind(programs, kPrograms) && Bind(sources, kSources);
     close(programs);
+    close(sources);
     return mounted;
 }
 }  // namespace
+
+std::string SourceFolder() { return own_namespaces ? kSources : KOBD_SOURCES "/"; }
 
 void EnterOwnNamespaces()
 {

@@ -10,11 +10,15 @@ namespace kobd::test
 extern bool own_namespaces;
 
 // Moves this process into such namespaces, once; sets own_namespaces, with a line that says so
-// where that is not allowed. The folder of the built programs is then found at kPrograms, wherever
-// it lies, under /tmp too.
+// where that is not allowed. The folders of the built programs and of the sources are then found
+// at kPrograms and kSources, also when they are under /tmp.
 void EnterOwnNamespaces();
 
 inline const std::string kPrograms = "/tmp/.programs/";
+inline const std::string kSources = "/tmp/.sources/";
+
+// The folder of the sources as this process finds it, for data that tests read.
+std::string SourceFolder();
 }  // namespace kobd::test
 
 #define SKIP_WITHOUT_NAMESPACES() \

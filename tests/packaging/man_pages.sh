@@ -3,13 +3,12 @@
 . "$(dirname "$0")/check.sh"
 
 pages=$build_folder/packaging
-cat "$source_folder"/client/*.cpp "$source_folder"/client/*.def >"$work/client"
-sed -n 's/^    {"\([a-z-]*\)", .* Command[A-Z][A-Za-z]*},$/\1/p' "$work/client" >"$work/commands"
+cat "$source_folder"/client/*/*.cpp "$source_folder"/client/*/*.def >"$work/client"
+sed -n 's/^\(COMMAND\|GROUP\)("[A-Z][a-z]*", "\([^"]*\)".*/\2/p' "$work/client" >"$work/commands"
 while read -r command; do
     escaped=$(printf '%s' "$command" | sed 's/-/\\\\-/g')
-    grep -Eq "^\.(B|BI|BR) \"?$escaped( |\"|\$)" "$pages/kobctl.1" || fail "kobctl.1 does not tell of $command"
-    [ "$command" = complete-names ] && continue  # for the completion itself
-    grep -q "[\" ]${command}[\" ]" "$source_folder/completion/kobctl.bash" || fail "the completion does not know $command"
+    grep -Eq "^\.B \"$escaped( |\")" "$pages/kobctl.1" || fail "kobctl.1 does not tell of $command"
+    grep -q "[\" ]${command##* }[\" ]" "$source_folder/completion/kobctl.bash" || fail "the completion does not know $command"
 done <"$work/commands"
 [ "$(wc -l <"$work/commands")" -ge 10 ] || fail "found only these commands in client/: $(cat "$work/commands")"
 grep -o '"[^"]*"' "$work/client" | grep -o -- '--[a-z][a-z]*' | sed 's/^--//' | sort -u >"$work/options"

@@ -173,13 +173,13 @@ TEST_F(EventSystem, KobctlRefusesWrongWordsAndChangesNothing)
     } kCases[] = {
         {"event NetworkSideways", 2, "there is no event NetworkSideways, the events are ApnChange, ApnIPChange"},
         {"event networkup", 2, "there is no event networkup"},
-        {"event", 2, "needs a name"},
+        {"event", 2, "event takes NAME [TEXT]; see kobctl help event"},
         {"nvram get no_such_key", 1, "nvram has no no_such_key"},
         {"nvram set eth_status", 2, "nvram set takes KEY=VALUE, not 'eth_status'"},
         {"nvram set eth_status=7 =8", 2, "nvram set takes KEY=VALUE, not '=8'"},
         {"nvram set 'a b=1'", 1, "nvram set a b: not set"},
-        {"nvram", 2, "nvram takes get KEY... or set KEY=VALUE...; see kobctl help nvram"},
-        {"config list x", 2, "config takes get KEY... or set KEY=VALUE..."},
+        {"nvram", 2, "nvram takes one of get, set; see kobctl help nvram"},
+        {"config list x", 2, "config takes one of get, set, not 'list'"},
         {"journal x", 2, "takes no 'x'"},
     };
     for (const auto& c : kCases)

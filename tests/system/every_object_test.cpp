@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "client/dictionary.h"
+#include "client/dictionary/dictionary.h"
 #include "daemon/base/tlv.h"
 #include "tests/namespaces.h"
 #include "tests/system/daemon_process.h"

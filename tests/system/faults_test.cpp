@@ -13,7 +13,7 @@
 #include <fstream>
 #include <map>
 
-#include "client/dictionary.h"
+#include "client/dictionary/dictionary.h"
 #include "daemon/base/tlv.h"
 #include "host/bus/bus_queues.h"
 #include "tests/namespaces.h"

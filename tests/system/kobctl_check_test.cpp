@@ -5,8 +5,8 @@
 #include <csignal>
 #include <fstream>
 
-#include "client/diagnose.h"
-#include "client/dictionary.h"
+#include "client/dictionary/diagnose.h"
+#include "client/dictionary/dictionary.h"
 #include "daemon/base/messages.h"
 #include "dictionary/value_check.h"
 #include "host/bus/bus_queues.h"
@@ -86,7 +86,7 @@ webHttpEnable=1
     session = R"session($ kobctl check webHttpPort=81
 ok       webHttpPort=81
 $ kobctl check FwPortFilterTable 9 Protocol=tcp
-open     FwPortFilterTable 9: whether there is such a row is not known: Message not running
+open     FwPortFilterTable 9: whether there is such a row is not known: kobd is not running on this bus: Message not running (3)
 ok       FwPortFilterTable 9 Protocol=tcp
 [3]
 )session";
@@ -102,7 +102,7 @@ TEST_F(KobctlCheck, ABatchStopsAtTheFirstFailure)
               "! kobctl: /tmp/batch:5: this command failed, 2 after it not run\n[1]\n");
     EXPECT_EQ(RunLine("get webHttpEnable").output, "1\n");
     EXPECT_EQ(Batch("set webHttpPort=81\nget\n"),
-              "$ kobctl batch /tmp/batch\n! kobctl: get needs a name; see kobctl help get\n"
+              "$ kobctl batch /tmp/batch\n! kobctl: get takes NAME...; see kobctl help get\n"
               "! kobctl: /tmp/batch:2: this command failed\n[2]\n");
     EXPECT_EQ(Replay("$ kobctl batch /tmp/none\n"),
               "$ kobctl batch /tmp/none\n! kobctl: batch: cannot open /tmp/none: No such file or directory\n[1]\n");
@@ -110,10 +110,11 @@ TEST_F(KobctlCheck, ABatchStopsAtTheFirstFailure)
 
 TEST_F(KobctlCheck, ABatchWithAMistakeInItsQuotingRunsNothing)
 {
-    EXPECT_EQ(
-        Batch("set webHttpPort=81\nget 'x\nbatch f\nget \\"),
-        "$ kobctl batch /tmp/batch\n! kobctl: /tmp/batch:2: a ' is not closed\n"
-        "! kobctl: /tmp/batch:3: a batch runs no batch\n! kobctl: /tmp/batch:4: a backslash ends the line\n[2]\n");
+    EXPECT_EQ(Batch("set webHttpPort=81\nget 'x\nbatch f\nget \\"),
+              "$ kobctl batch /tmp/batch\n! kobctl: /tmp/batch:2: a ' is not closed\n"
+              "! kobctl: /tmp/batch:3: a batch runs no batch\n! kobctl: /tmp/batch:4: a backslash ends the line\n! "
+              "kobctl: batch: /tmp/batch has "
+              "3 mistakes; nothing was run; see kobctl help batch\n[2]\n");
     EXPECT_EQ(RunLine("get webHttpPort").output, "80\n");
 }
 

@@ -4,6 +4,7 @@
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -78,8 +79,9 @@ TEST_F(KobctlConfirm, OldValuesReturnUnlessConfirmed)
     struct stat status;
     ASSERT_EQ(stat(kPending, &status), 0);
     EXPECT_EQ(status.st_mode & 0777u, 0600u);
-    EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=82").errors,
-              "kobctl: another set waits for kobctl confirm (webHttpPort, webHttpEnable); nothing was set\n");
+    EXPECT_EQ(
+        RunLine("set --confirm 60 webHttpPort=82").errors,
+        "kobctl: set --confirm: another set waits for kobctl confirm (webHttpPort, webHttpEnable); nothing was set\n");
     EXPECT_EQ(RunLine("confirm").output, "kept: webHttpPort, webHttpEnable\n");
     EXPECT_EQ(Port(), "81");
     EXPECT_FALSE(IsPending());
@@ -111,6 +113,31 @@ TEST_F(KobctlConfirm, TheNextCallGoesOnForAKilledOne)
     EXPECT_EQ(late.status, 1);
     EXPECT_EQ(late.errors, "kobctl: too late to confirm webHttpPort: the old values are back\n");
     EXPECT_EQ(Port(), "80");
+}
+
+// Ctrl-S on the terminal: nothing that is printed is ever written.
+TEST_F(KobctlConfirm, AStoppedTerminalKeepsNobodyOut)
+{
+    const int screen = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_TRUE(screen >= 0 && grantpt(screen) == 0 && unlockpt(screen) == 0) << "no terminal here";
+    const int terminal = open(ptsname(screen), O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_EQ(tcflow(terminal, TCOOFF), 0);
+    const pid_t stopped = StartKobctlOn(terminal, {"set", "--confirm", "2", "webHttpPort=81"});
+    EXPECT_TRUE(PortBecomes("81"));
+    EXPECT_TRUE(PortBecomes("80"));
+    EXPECT_EQ(RunLine("get webHttpPort").output, "80\n");
+    EXPECT_EQ(waitpid(stopped, nullptr, WNOHANG), 0) << "it did wait for the terminal";
+    EXPECT_EQ(tcflow(terminal, TCOON), 0);
+    EXPECT_EQ(waitpid(stopped, nullptr, 0), stopped);
+    close(terminal);
+    close(screen);
+
+    const int lock = open("/tmp/state/confirm.lock", O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(flock(lock, LOCK_EX), 0);
+    EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=81").errors,
+              "kobctl: set --confirm: another kobctl has been at work on /tmp/state/confirm for two seconds, try "
+              "again; nothing was set\n");
+    close(lock);
 }
 
 // As the service script of the router calls it: with the lock of that service open.

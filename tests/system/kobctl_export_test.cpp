@@ -6,8 +6,9 @@
 #include <fstream>
 #include <sstream>
 
-#include "client/dictionary.h"
-#include "client/tables.h"
+#include "client/dictionary/dictionary.h"
+#include "client/dictionary/tables.h"
+#include "tests/items.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 #include "tests/system/object_samples.h"
@@ -148,6 +149,19 @@ TEST_F(KobctlExport, AWipedRouterIsAsBefore)
             EXPECT_NE(now.find(line + "\n"), std::string::npos) << line << " is neither back nor refused\n"
                                                                 << back.errors;
         }
+}
+
+// kobctl itself takes 0 and 1 for a flag; other modules and the daemon take any integer.
+TEST_F(KobctlExport, FlagsOfOtherModulesAreImportedAgain)
+{
+    const std::string index = RunLine("table add node_588Table").output;
+    std::ofstream("/tmp/changes", std::ios::binary) << Row("node_588Table", std::stoi(index)) + Column("Enable", "192");
+    ASSERT_EQ(Request(kTableSet, {{kTagValue, "/tmp/changes"}}).result, 0);
+    const std::string with_flag = Export();
+    ASSERT_NE(with_flag.find("\nEnable=192\n"), std::string::npos);
+    ASSERT_EQ(RunLine("table del node_588Table " + index.substr(0, index.size() - 1)).status, 0);
+    EXPECT_EQ(Import(with_flag).errors, "");
+    EXPECT_EQ(Export(), with_flag);
 }
 
 TEST_F(KobctlExport, WhatOnlyPassesTogetherIsSentTogether)

@@ -43,11 +43,11 @@ $ kobctl table add FwIpFilterTable --parent Device.Firewall. 'IP_LIST=two words'
 3
 $ kobctl table set FwIpFilterTable 2 DestIPAddress=10.0.0.2 FwIpFilterTable 1 IP_LIST=
 $ kobctl table set --json FwIpFilterTable 2 IP_LIST=b=c FwPortFilterTable 1 Protocol=tcp
-{"error":"FwPortFilterTable has no row 1, it is empty; nothing was set: Table index not found (13)","code":13}
-! kobctl: FwPortFilterTable has no row 1, it is empty; nothing was set: Table index not found (13)
+{"error":"FwPortFilterTable has no row 1, it is empty: Table index not found (13); nothing was set","code":13}
+! kobctl: FwPortFilterTable has no row 1, it is empty: Table index not found (13); nothing was set
 [1]
 $ kobctl table set FwPortForwardTable 1 DestPort=80
-! kobctl: FwPortForwardTable has no row 1, it is empty; nothing was set: Table index not found (13)
+! kobctl: FwPortForwardTable has no row 1, it is empty: Table index not found (13); nothing was set
 [1]
 $ kobctl table set --silent --json FwIpFilterTable 2 IP_LIST=b=c
 {"set":[{"table":"FwIpFilterTable","index":2}]}
@@ -156,7 +156,7 @@ $ kobctl table set FwIpFilterTable 7 IP_LIST=a
 ! kobctl: FwIpFilterTable has no row 7, there is 1, 2: Table index not found (13)
 [1]
 $ kobctl table del FwIpFilterTable 1 7 2
-! kobctl: FwIpFilterTable has no row 7, there is 2; deleted before it: 1: Table index not found (13)
+! kobctl: FwIpFilterTable has no row 7, there is 2: Table index not found (13); deleted before it: 1
 [1]
 $ kobctl table get UPnPTable 1
 ! kobctl: UPnPTable has no get operation, it has next: Method unavailable (16)
@@ -171,7 +171,7 @@ $ kobctl table add IpMacBindTable --parent Device.
 ! kobctl: IpMacBindTable has no setPPath operation, it has add, del, get, set, next, validate: Method unavailable (16)
 [1]
 $ kobctl table add node_traceTable Host=1.1.1.1
-! kobctl: node_traceTable has no set operation, it has add, get, setPPath, next; nothing was added: Method unavailable (16)
+! kobctl: node_traceTable has no set operation, it has add, get, setPPath, next: Method unavailable (16); nothing was added
 [1]
 $ kobctl table del UPnPTable 1
 ! kobctl: UPnPTable has no del operation, it has next: Method unavailable (16)
@@ -338,7 +338,7 @@ TEST_F(KobctlTable, ARowThatItsCheckRefusesIsTakenBack)
     EXPECT_TRUE(added.errors.starts_with("kobctl: FwUrlFilterTable 1 URL=192.168.1.1: ")) << added.errors;
     EXPECT_NE(added.errors.find(" (validUrlFilter); it takes rows with a host or URL"), std::string::npos)
         << added.errors;
-    EXPECT_NE(added.errors.find("; the new row 1 was taken back: "), std::string::npos) << added.errors;
+    EXPECT_NE(added.errors.find("; the new row 1 was taken back\n"), std::string::npos) << added.errors;
     EXPECT_EQ(RunKobctl({"table", "dump", "FwUrlFilterTable"}).output, "FwUrlFilterTable, no rows\n");
 }
 

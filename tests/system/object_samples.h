@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "client/dictionary.h"
+#include "client/dictionary/dictionary.h"
 
 namespace kobd::test
 {

@@ -131,6 +131,8 @@ private:
     std::string_view rest_;
 };
 
+const std::string kCases = "tests/validators/cases/";  // in the folder of the sources
+
 // The lines of the file that hold a command.
 std::vector<CaseLine> ReadCases(const std::string& path)
 {
@@ -173,13 +175,13 @@ std::pair<std::string, std::string> Split(const std::string& assignment)
 class Runner
 {
 public:
-    void Run(const std::string& path)
+    void Run(const std::string& name)
     {
-        const std::vector<CaseLine> lines = ReadCases(path);
-        ASSERT_FALSE(lines.empty()) << "cannot read " << path << "; the tests see an empty /tmp";
+        const std::vector<CaseLine> lines = ReadCases(SourceFolder() + kCases + name);
+        ASSERT_FALSE(lines.empty()) << "cannot read " << kCases << name;
         for (const CaseLine& line : lines)
         {
-            const testing::ScopedTrace trace(path.c_str(), line.number, line.why);
+            const testing::ScopedTrace trace((kCases + name).c_str(), line.number, line.why);
             Do(line);
         }
     }
@@ -198,7 +200,7 @@ private:
         if (command == "walk") return Walk(words.empty() ? nullptr : words[0].c_str());
         if (command == "ends") return Judge(line, {});
         if (command == "raw") return void(raw_ = {std::stoul(words[0]), words[1]});
-        if (command == "include") return Run(std::string(KOBD_CASES "/") + words[0]);
+        if (command == "include") return Run(words[0]);
         ASSERT_EQ(command, "with");
         for (const std::string& word : words) state_.push_back(Split(word));
     }
@@ -374,8 +376,8 @@ private:
 std::vector<std::string> CaseFiles()
 {
     std::vector<std::string> files;
-    for (const auto& entry : std::filesystem::directory_iterator(KOBD_CASES))
-        if (entry.path().extension() == ".txt") files.push_back(entry.path());
+    for (const auto& entry : std::filesystem::directory_iterator(KOBD_SOURCES "/" + kCases))
+        if (entry.path().extension() == ".txt") files.push_back(entry.path().filename());
     std::sort(files.begin(), files.end());
     return files;
 }

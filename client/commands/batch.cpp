@@ -1,0 +1,57 @@
+// kobctl batch FILE: runs the commands of a file, one a line.
+#include <utility>
+
+#include "client/arguments/command_line.h"
+#include "client/arguments/input_file.h"
+#include "client/commands/commands.h"
+
+namespace kobd::client
+{
+namespace
+{
+struct Line
+{
+    size_t number;
+    Words words;
+};
+
+// Parts the whole text into commands before the first one runs, so that a mistake in the quoting runs nothing.
+std::vector<Line> ReadLines(const InputFile& file, std::vector<LineError>* errors)
+{
+    std::vector<Line> lines;
+    size_t number = 0;
+    for (const std::string_view text : LinesOf(file.text))
+    {
+        Line line = {++number, {}};
+        if (const Failure failure = SplitLine(text, &line.words))
+            errors->push_back({number, failure.what});
+        else if (!line.words.empty() && line.words[0] == "batch")
+            errors->push_back({number, "a batch runs no batch"});
+        if (!line.words.empty()) lines.push_back(std::move(line));
+    }
+    return lines;
+}
+}  // namespace
+
+Outcome CommandBatch(const Options& options, const Words& words)
+{
+    InputFile file;
+    if (const Failure failure = ReadInput(words[0], &file)) return Failure{failure.code, "batch: " + failure.what};
+    std::vector<LineError> errors;
+    const std::vector<Line> lines = ReadLines(file, &errors);
+    Outcome outcome;
+    outcome.notes = LineTexts(file, errors);
+    if (!errors.empty())
+        outcome.failure = {kWrongUse,
+                           "batch: " + file.name + " has " + Counted(errors.size(), "mistake") + "; nothing was run"};
+    for (size_t i = 0; errors.empty() && outcome.status == 0 && i < lines.size(); ++i)
+    {
+        outcome.status = RunCommand(lines[i].words, options);
+        if (outcome.status == 0) continue;
+        const size_t left = lines.size() - i - 1;
+        outcome.notes.push_back(file.name + ":" + std::to_string(lines[i].number) + ": this command failed" +
+                                (left == 0 ? "" : ", " + std::to_string(left) + " after it not run"));
+    }
+    return outcome;
+}
+}  // namespace kobd::client

@@ -1,0 +1,52 @@
+// The commands of kobctl. commands.def has one row for each, with its help; the function of a command stands in the
+// file of its group.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+
+#include "client/arguments/options.h"
+#include "client/arguments/words.h"
+#include "client/output/outcome.h"
+
+namespace kobd::client
+{
+#define COMMAND(group, name, words, least, most, options, function, ...) \
+    Outcome function(const Options& options_given, const Words& words_given);
+#define GROUP(...)
+#include "client/commands/commands.def"
+#undef COMMAND
+#undef GROUP
+
+struct Command
+{
+    const char* group;  // its heading in the overview, empty for commands that people do not type
+    const char* name;   // one word, or two: "table set"
+    const char* words;  // those it takes, as the help shows them
+    size_t least_words;
+    size_t most_words;
+    const char* options;                           // its own, beside those of every command
+    Outcome (*run)(const Options&, const Words&);  // nullptr: commands of two words begin with this name
+    const char* summary;
+    const char* details;  // the help below the first line
+};
+
+// In the order of the overview.
+std::span<const Command> Commands();
+
+// The second words of the commands that begin with `first`: "list", "describe".
+Words SecondWords(const std::string& first);
+
+// Runs the command of a command line, whose options are added to `defaults`, and prints its outcome. Returns the exit
+// status.
+int RunCommand(const Words& command_line, const Options& defaults);
+
+// The values by name: one alone as it is, several as NAME=VALUE.
+Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone);
+
+struct TableEntry;
+
+// What describe and table describe show of a table.
+Outcome DescribedTable(const TableEntry& table);
+}  // namespace kobd::client

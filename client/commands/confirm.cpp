@@ -1,0 +1,28 @@
+// kobctl confirm: keeps what set --confirm changed. With --resume, at the start of the service: goes on waiting, or
+// restores the old values as soon as the daemon answers.
+#include "client/commands/commands.h"
+#include "client/state/pending_set.h"
+#include "client/state/waiting_process.h"
+#include "daemon/base/result.h"
+
+namespace kobd::client
+{
+Outcome CommandConfirm(const Options& options, const Words&)
+{
+    if (!MayBePending() && options.resume) return {};
+    PendingSet pending;
+    if (const Failure& error = pending.Error()) return Failure{error.code, "confirm: " + error.what};
+    if (options.resume && (!pending.IsPending() || StartWaiting())) return {};
+    if (options.resume) return SystemFailure("confirm --resume");
+    if (!pending.IsPending()) return Failure{kInvalidArgument, "there is nothing to confirm"};
+    const std::string names = pending.Names();
+    if (pending.IsOverdue())
+    {
+        const Failure failure = pending.TakeBack(options);
+        return Failure{kInvalidArgument,
+                       "too late to confirm " + names + ": " + (failure ? failure.what : "the old values are back")};
+    }
+    if (const Failure failure = pending.Withdraw()) return Failure{failure.code, "confirm: " + failure.what};
+    return {{}, "kept: " + names + "\n"};
+}
+}  // namespace kobd::client

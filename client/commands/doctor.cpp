@@ -1,0 +1,196 @@
+// kobctl doctor: what kobd needs, looked at from outside.
+#include <sys/stat.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+#include "client/commands/commands.h"
+#include "client/output/terminal.h"
+#include "client/requests/log_window.h"
+#include "client/requests/request.h"
+#include "client/state/pending_set.h"
+#include "daemon/base/log.h"
+#include "daemon/base/tlv.h"
+#include "host/state/state_store.h"
+#include "platform/message.h"
+
+namespace kobd::client
+{
+namespace
+{
+constexpr long kMessageLimit = kMessageMax;       // kernel.msgmax in bytes: one message
+constexpr long kQueueLimit = 16384;               // kernel.msgmnb in bytes: the daemon asks for that much
+constexpr unsigned long kLeastFree = 256 * 1024;  // bytes: the state is written beside the old one
+constexpr size_t kRefusalsShown = 3;
+
+enum Finding
+{
+    kOk,
+    kNote,
+    kWrong,
+};
+
+// The findings so far.
+struct Report
+{
+    void Say(Finding finding, const char* subject, const std::string& what)
+    {
+        static constexpr const char* kWords[] = {"ok", "note", "WRONG"};
+        static constexpr Colour kColours[] = {Colour::kGreen, Colour::kYellow, Colour::kRed};
+        const std::string blanks(9 - strlen(subject), ' ');
+        data.push_back({{"finding", kWords[finding]}, {"subject", subject}, {"text", what}});
+        text += Coloured(kColours[finding], kWords[finding], 6) + subject + blanks + Escaped(what) + "\n";
+        wrong = wrong || finding == kWrong;
+    }
+
+    void Judge(bool well, const char* subject, const std::string& what, const std::string& advice)
+    {
+        Say(well ? kOk : kWrong, subject, well ? what : what + ": " + advice);
+    }
+
+    Json data = Json::array();
+    std::string text = {};
+    bool wrong = false;
+};
+
+void LookAtDaemon(const Options& options, Report* report)
+{
+    kobd_module daemon{};
+    const int error = kobd_module_look(KOBD_MODULE_DAEMON, &daemon);
+    if (error == EACCES) return report->Say(kWrong, "daemon", WhyNoAnswer({.code = KOBD_NOT_RUNNING}));
+    if (daemon.claimed == 0) return report->Say(kWrong, "daemon", "kobd is not running on this bus: start it");
+    const auto start = std::chrono::steady_clock::now();
+    const Response response = Call(options, KOBD_TABLE_MAX_ROW, {Item(kTagTableName, "FlowTable")});
+    if (response.code == KOBD_INITIALIZE_FAILED)
+        return report->Say(kWrong, "daemon", "there is no message queue left for its answer: see msgmni");
+    const auto spent = std::chrono::steady_clock::now() - start;
+    const auto us = std::chrono::duration_cast<std::chrono::microseconds>(spent).count();
+    report->Judge(response.code == 0, "daemon",
+                  response.code == 0 ? "answers in " + std::to_string(us) + " microseconds"
+                                     : "does not answer: " + WhyNoAnswer(response),
+                  "it runs but is stuck; look at its log");
+}
+
+void LookAtLimit(const char* name, long least, Report* report)
+{
+    long value = 0;
+    std::ifstream(std::string("/proc/sys/kernel/") + name) >> value;
+    report->Judge(value >= least, "limits", std::string("kernel.") + name + " is " + std::to_string(value),
+                  std::string("sysctl -w kernel.") + name + "=" + std::to_string(least));
+}
+
+// Every module has a queue, and every client one while it waits.
+void LookAtQueueCount(Report* report)
+{
+    long most = 0;
+    std::ifstream("/proc/sys/kernel/msgmni") >> most;
+    std::ifstream list("/proc/sysvipc/msg");
+    long used = -1;  // the heading
+    for (std::string line; std::getline(list, line);) ++used;
+    report->Judge(used < most * 9 / 10, "limits",
+                  "kernel.msgmni is " + std::to_string(most) + ", " + std::to_string(std::max(0L, used)) + " in use",
+                  "raise it, or end what leaves queues behind (ipcs -q)");
+}
+
+void LookAtQueue(uint32_t module, const char* whose, Report* report)
+{
+    constexpr uint64_t kMessagesOfAReader = 8;  // a program that reads never leaves so many
+    char name[64];
+    snprintf(name, sizeof name, "0x%08X (%s): ", module, whose);
+    kobd_module seen{};
+    const int error = kobd_module_look(module, &seen);
+    if (error == EACCES)
+        return report->Say(kWrong, "queue", name + std::string(strerror(error)) + ": be the daemon's user or root");
+    if (error != 0) return report->Say(kWrong, "queue", name + std::string(strerror(error)));
+    if (seen.has_queue == 0) return report->Say(kNote, "queue", name + std::string("no queue, nobody has joined"));
+    const bool left = seen.messages > 0 && seen.claimed == 0;
+    report->Judge(!left && seen.messages < kMessagesOfAReader, "queue",
+                  name + std::to_string(seen.messages) + " messages waiting, it holds " +
+                      std::to_string(seen.capacity) + " bytes",
+                  left ? "the program that had it is gone" : "the program that has it does not read");
+}
+
+void LookAtLog(Report* report)
+{
+    struct stat status;
+    if (stat(kLogFile, &status) != 0)
+        return report->Say(kNote, "log", std::string(kLogFile) + ": " + strerror(errno) + ", nothing was logged yet");
+    report->Judge(access(kLogFile, R_OK) == 0, "log",
+                  std::string(kLogFile) + " has " + std::to_string(status.st_size) + " of " +
+                      std::to_string(kLogRotateBytes) + " bytes",
+                  "this user cannot read it, so refusals are shown without their reason");
+    if (access(kDebugSwitchFile, F_OK) == 0)
+        report->Say(kNote, "log", std::string("debug lines are on, rm ") + kDebugSwitchFile + " turns them off");
+}
+
+std::string WhatIsPending()
+{
+    if (!MayBePending()) return "";
+    const PendingSet pending;
+    return pending.IsPending() ? pending.Names() + ": waiting for kobctl confirm" : pending.Error().what;
+}
+
+void LookAtState(Report* report)
+{
+    const std::string folder = host::StateFolderName();
+    struct statvfs disk;
+    if (access(folder.c_str(), R_OK | W_OK | X_OK) != 0 || statvfs(folder.c_str(), &disk) != 0)
+        return report->Say(kWrong, "state",
+                           folder + ": " + strerror(errno) + ": KOBD_STATE_DIR has to name the daemon's folder");
+    report->Say(kOk, "state", folder);
+    const unsigned long long free_bytes = static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize;
+    report->Judge(free_bytes >= kLeastFree, "state", std::to_string(free_bytes / 1024) + " KB free",
+                  "values cannot be made durable; make room");
+    if (const std::string pending = WhatIsPending(); !pending.empty()) report->Say(kNote, "state", pending);
+    if (access(RefusedFile().c_str(), F_OK) == 0)
+        report->Say(kWrong, "state",
+                    RefusedFile() + " has old values that could not be set back: set what is needed and remove it");
+}
+
+void LookAtUci(Report* report)
+{
+    const char* path = getenv("PATH");
+    std::istringstream folders(path != nullptr ? path : "");
+    for (std::string folder; std::getline(folders, folder, ':');)
+        if (access((folder + "/uci").c_str(), X_OK) == 0) return report->Say(kOk, "uci", folder + "/uci");
+    report->Say(kNote, "uci", "not on the PATH, kobd uses its own");
+}
+
+void LookAtRefusals(Report* report)
+{
+    std::vector<LogLine> lines = LastLogLines();
+    std::erase_if(lines, [](const LogLine& line) { return line.message.find("verify error") == std::string::npos; });
+    if (lines.empty()) report->Say(kOk, "refusals", "none in the log");
+    for (size_t i = lines.size() - std::min(lines.size(), kRefusalsShown); i < lines.size(); ++i)
+        report->Say(kNote, "refusals", lines[i].time + " " + lines[i].message);
+}
+}  // namespace
+
+Outcome CommandDoctor(const Options& options, const Words&)
+{
+    Report report;
+    LookAtDaemon(options, &report);
+    LookAtLimit("msgmax", kMessageLimit, &report);
+    LookAtLimit("msgmnb", kQueueLimit, &report);
+    LookAtQueueCount(&report);
+    LookAtQueue(KOBD_MODULE_DAEMON, "kobd", &report);
+    LookAtQueue(KOBD_MODULE_NOTIFY, "announcements", &report);
+    LookAtQueue(KOBD_MODULE_SERVICES, "services", &report);
+    LookAtQueue(KOBD_MODULE_FORWARD, "forwarded events", &report);
+    LookAtLog(&report);
+    LookAtState(&report);
+    LookAtUci(&report);
+    LookAtRefusals(&report);
+    Outcome outcome(report.data, report.text);
+    outcome.status = report.wrong ? 1 : 0;
+    return outcome;
+}
+}  // namespace kobd::client

@@ -1,0 +1,52 @@
+// kobctl get NAME...
+#include "client/commands/commands.h"
+#include "client/dictionary/dictionary.h"
+#include "client/dictionary/nearest.h"
+#include "client/dictionary/tables.h"
+#include "client/output/terminal.h"
+#include "client/requests/read_values.h"
+#include "daemon/base/result.h"
+
+namespace kobd::client
+{
+namespace
+{
+std::string WhyMissing(const std::string& name)
+{
+    const ObjectEntry* object = FindObject(name);
+    if (object != nullptr && object->access == Access::kWriteOnly)
+        return name + " cannot be read: " + CodeText(kMethodUnavailable) + ", it is write-only";
+    if (object != nullptr) return name + " could not be read by the router, see the log";
+    if (FindTable(name) != nullptr) return name + " is a table, not an object";
+    return "there is no object " + name + DidYouMean(Nearest(name)) + ": " + CodeText(kNotFound);
+}
+}  // namespace
+
+Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone)
+{
+    Outcome outcome;
+    outcome.data = Json::object();
+    for (const auto& [name, value] : values)
+    {
+        outcome.data[name] = value;
+        outcome.text += (alone ? "" : name + "=") + Shown(value) + "\n";
+    }
+    return outcome;
+}
+
+Outcome CommandGet(const Options& options, const Words& names)
+{
+    Values values;
+    if (Failure failure = FailureOf(ReadValues(options, names, &values), "get")) return failure;
+    std::vector<std::pair<std::string, std::string>> found;
+    std::vector<std::string> missing;
+    for (const std::string& name : names)
+        if (const auto value = values.find(name); value != values.end())
+            found.push_back(*value);
+        else
+            missing.push_back(WhyMissing(name));
+    Outcome outcome = ValuesOutcome(found, names.size() == 1);
+    outcome.notes = missing;
+    return outcome;
+}
+}  // namespace kobd::client

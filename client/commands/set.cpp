@@ -1,0 +1,74 @@
+// kobctl set NAME=VALUE... [--silent] [--confirm SECONDS], and commit.
+#include "client/arguments/assignment.h"
+#include "client/commands/commands.h"
+#include "client/dictionary/diagnose.h"
+#include "client/dictionary/dictionary.h"
+#include "client/requests/log_window.h"
+#include "client/state/pending_set.h"
+#include "daemon/base/result.h"
+
+namespace kobd::client
+{
+namespace
+{
+// The pair that was refused with the reasons of the log and of the dictionary, or all pairs with the checks they had
+// to pass.
+std::string Reason(const Assignments& pairs, const std::vector<LogLine>& log)
+{
+    Words passed;
+    for (const Assignment& pair : pairs)
+    {
+        if (WasRefused(log, pair.name, pair.value)) return RefusalText(log, pair.name, pair.value);
+        if (std::string wrong = WhatIsWrong(pair.name, pair.value); !wrong.empty()) return wrong;
+        const ObjectEntry& object = *FindObject(pair.name);
+        passed.push_back(pair.Text() + (object.validator != nullptr ? ": it takes " + Accepts(object) : ""));
+    }
+    return Joined(passed);
+}
+
+// Sends the values. `response` is what came back.
+Failure Send(const Options& options, const Assignments& pairs, Response* response)
+{
+    const LogWindow log;
+    *response = Call(options, options.silent ? KOBD_SET_SILENT : KOBD_SET, SetItems(pairs));
+    if (response->too_large)
+        return {kBufferLimit, "these values do not fit one request of 8192 bytes; nothing was set"};
+    if (response->code == 0 || response->from_bus) return FailureOfChange(*response, "set");
+    return Refused(response->code, Reason(pairs, log.Lines()));
+}
+
+// Keeps the old values, then sends the new ones. The outcome is printed when the lock of the pending set is free again.
+Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
+{
+    PendingSet pending;
+    if (const Failure failure = pending.Begin(options, pairs))
+        return Failure{failure.code, "set --confirm: " + failure.what + "; nothing was set"};
+    const std::string said =
+        "the old values return in " + std::to_string(options.confirm_s) + " seconds unless kobctl confirm follows";
+    Response response;
+    Outcome outcome = Send(options, pairs, &response);
+    if (!outcome.failure) return {{{"confirm_within", options.confirm_s}}, said + "\n"};
+    if (response.MayBeDone())
+        outcome.notes.push_back(said);
+    else if (!pending.IsUnchanged(options) || pending.Withdraw())
+        // Refused after a part of it: the router itself may refuse what the checks let pass.
+        if (const Failure failure = pending.TakeBack(options)) outcome.notes.push_back(failure.what);
+    return outcome;
+}
+}  // namespace
+
+Outcome CommandSet(const Options& options, const Words& words)
+{
+    Assignments pairs;
+    if (Failure failure = ReadAssignments("set takes NAME=VALUE", words, &pairs)) return failure;
+    if (options.confirm_s > 0 && options.silent) return Failure{kWrongUse, "set takes --silent or --confirm, not both"};
+    if (options.confirm_s > 0) return SetUntilConfirmed(options, pairs);
+    Response response;
+    return Send(options, pairs, &response);
+}
+
+Outcome CommandCommit(const Options& options, const Words&)
+{
+    return FailureOfChange(Call(options, KOBD_UPDATE, {}), "commit");
+}
+}  // namespace kobd::client

@@ -1,0 +1,98 @@
+// kobctl table set, add and del.
+#include <algorithm>
+
+#include "client/commands/commands.h"
+#include "client/rows/row_change.h"
+#include "client/rows/table_rows.h"
+#include "daemon/base/result.h"
+
+namespace kobd::client
+{
+namespace
+{
+// Fails when one of the rows is missing. The daemon writes the rows of one request one after the other and would stop
+// halfway; where rows are checked it would check an empty row and find fault with that.
+Failure RequireRows(const Options& options, const std::vector<RowChange>& changes)
+{
+    Words names;
+    for (const RowChange& change : changes) names.emplace_back(change.row.table->name);
+    std::vector<const TableEntry*> tables;
+    std::vector<TableRow> rows;
+    if (Failure failure = ReadTables(names, &tables)) return failure;
+    if (Failure failure = DumpRows(options, "table set", tables, &rows)) return failure;
+    for (const RowChange& change : changes)
+    {
+        const auto same = [&](const TableRow& row)
+        { return row.table == change.row.table->name && row.index == change.row.index; };
+        if (std::any_of(rows.begin(), rows.end(), same)) continue;
+        Failure failure = RefusalOf(options, kIndexNotFound, kSet, {change.row});
+        failure.what += "; nothing was set";
+        return failure;
+    }
+    return {};
+}
+
+// Fills a row that was just added, or takes it back.
+Failure FillRow(const Options& options, const RowChange& change)
+{
+    Failure failure = SendChanges(options, {change});
+    if (!failure) return {};
+    const Failure remains = DeleteRow(options, change.row);
+    const std::string row = "; the new row " + std::to_string(change.row.index);
+    failure.what += row + (remains ? " could not be taken back: " + remains.what : " was taken back");
+    return failure;
+}
+
+Json JsonOf(const RowAddress& row) { return {{"table", row.table->name}, {"index", row.index}}; }
+}  // namespace
+
+Outcome TableSet(const Options& options, const Words& words)
+{
+    std::vector<RowChange> changes;
+    if (Failure failure = ReadChanges(words, &changes)) return failure;
+    if (changes.size() > 1 || changes.front().row.table->Has(kValidate))
+        if (Failure failure = RequireRows(options, changes)) return failure;
+    if (Failure failure = SendChanges(options, changes)) return failure;
+    Outcome outcome;
+    for (const RowChange& change : changes) outcome.data["set"].push_back(JsonOf(change.row));
+    return outcome;
+}
+
+Outcome TableAdd(const Options& options, const Words& words)
+{
+    RowChange change = {{nullptr, kNoIndexYet}};
+    if (Failure failure = ReadTable(words[0], &change.row.table)) return failure;
+    for (size_t i = 1; i < words.size(); ++i)
+        if (Failure failure = AddValue(words[i], &change)) return failure;
+    const TableEntry& table = *change.row.table;
+    if (!change.values.empty() && table.Has(kAdd) && !table.Has(kSet))
+    {
+        Failure failure = RefusalOf(options, kMethodUnavailable, kSet, {change.row});
+        failure.what += "; nothing was added";
+        return failure;
+    }
+    if (Failure failure = AddRow(options, table, &change.row.index)) return failure;
+    if (!change.values.empty())
+        if (Failure failure = FillRow(options, change)) return failure;
+    return {JsonOf(change.row), std::to_string(change.row.index) + "\n"};
+}
+
+Outcome TableDel(const Options& options, const Words& words)
+{
+    std::vector<RowAddress> rows;
+    if (Failure failure = ReadRows(words, &rows)) return failure;
+    Words deleted;
+    Outcome outcome({{"table", rows[0].table->name}, {"deleted", Json::array()}}, "");
+    for (const RowAddress& row : rows)
+    {
+        if (Failure failure = DeleteRow(options, row))
+        {
+            if (!deleted.empty()) failure.what += "; deleted before it: " + Joined(deleted);
+            return failure;
+        }
+        deleted.push_back(std::to_string(row.index));
+        outcome.data["deleted"].push_back(row.index);
+    }
+    return outcome;
+}
+}  // namespace kobd::client

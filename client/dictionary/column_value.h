@@ -1,0 +1,23 @@
+// What a column of a table takes, in words, and why a value would not do.
+#pragma once
+
+#include <string>
+
+#include "client/dictionary/tables.h"
+
+namespace kobd::client
+{
+// The type in words: "unsigned 64-bit integer", "text".
+const char* ColumnTypeName(ValueType type);
+
+// What the column takes: "a text of 0 to 31 bytes".
+std::string Takes(const ColumnDef& column);
+
+// True when values of the type are numbers, which JSON shows without quotes.
+bool IsNumber(ValueType type);
+
+// What is wrong with "column=value" for the table and what would be right; the empty text when
+// nothing is. The daemon stores 0 for what is no number and cuts what is too large for its field,
+// so the client refuses both. The result code that says the same goes to `code`.
+std::string WhatIsWrong(const TableEntry& table, const std::string& column, const std::string& value, int* code);
+}  // namespace kobd::client

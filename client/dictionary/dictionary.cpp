@@ -1,0 +1,168 @@
+// The client's view of the dictionary.
+#include "client/dictionary/dictionary.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "client/dictionary/nearest.h"
+#include "client/dictionary/tables.h"
+
+namespace kobd::client
+{
+namespace
+{
+#define SHARED(accessor) accessor
+#define SECOND_QUOTED(...) SECOND_PICK(__VA_ARGS__, NO_VALIDATOR, unused)
+#define SECOND_PICK(first, second, ...) QUOTE(second)
+#define QUOTE(text) QUOTE_EXPANDED(text)
+#define QUOTE_EXPANDED(text) #text
+#define FIRST(first, ...) first
+#define ENTRY(name, type, access, accessors, ...) \
+    {name, type, access, accessors __VA_OPT__(, FIRST(__VA_ARGS__, unused), SECOND_QUOTED(__VA_ARGS__))},
+#define OBJECT(name, type, getter, setter, ...) \
+    ENTRY(name, type, Access::kReadWrite, #getter #setter __VA_OPT__(, ) __VA_ARGS__)
+#define RO(name, type, getter, ...) ENTRY(name, type, Access::kReadOnly, #getter __VA_OPT__(, ) __VA_ARGS__)
+#define WO(name, type, setter, ...) ENTRY(name, type, Access::kWriteOnly, #setter __VA_OPT__(, ) __VA_ARGS__)
+#define ACTION(name, type, setter, ...) ENTRY(name, type, Access::kAction, #setter __VA_OPT__(, ) __VA_ARGS__)
+
+struct Row
+{
+    const char* name;
+    ValueType type;
+    Access access;
+    std::string_view accessors;  // as the row writes them
+    const char* limitation = nullptr;
+    const char* validator = nullptr;
+};
+
+constexpr Row kRows[] = {
+#include "dictionary/catalogue/objects.def"
+};
+
+struct Rule
+{
+    const char* check;
+    const char* text;
+};
+
+#define RULE(check, text) {check, text},
+constexpr Rule kRules[] = {
+#include "client/dictionary/check_rules.def"
+};
+#undef RULE
+
+std::vector<ObjectEntry> MakeObjects()
+{
+    std::vector<ObjectEntry> objects;
+    for (const Row& row : kRows)
+    {
+        const bool none = row.validator == nullptr || strcmp(row.validator, "NO_VALIDATOR") == 0;
+        objects.push_back({row.name, row.type, row.access, row.limitation, none ? nullptr : row.validator,
+                           row.accessors.find("SHARED(") != std::string_view::npos});
+    }
+    return objects;
+}
+
+// A bound as the daemon reads it: leading number, else 0; the fallback where there is none.
+std::string Bound(std::string_view limitation, bool upper, const char* fallback)
+{
+    const size_t colon = limitation.find(':');
+    const std::string_view text =
+        upper ? (colon == std::string_view::npos ? "" : limitation.substr(colon + 1)) : limitation.substr(0, colon);
+    return text.empty() ? fallback : std::to_string(strtoul(std::string(text).c_str(), nullptr, 10));
+}
+
+std::string Range(const ObjectEntry& object, const char* what, const char* low, const char* high)
+{
+    const std::string_view limitation = object.limitation != nullptr ? object.limitation : "";
+    return std::string(what) + Bound(limitation, false, low) + " to " + Bound(limitation, true, high);
+}
+
+std::string Choices(const char* limitation)
+{
+    std::string text = limitation != nullptr ? limitation : "";
+    for (size_t bar = text.find('|'); bar != std::string::npos; bar = text.find('|', bar)) text.replace(bar, 1, ", ");
+    return "one of " + text;
+}
+
+std::string AcceptsByType(const ObjectEntry& object)
+{
+    switch (object.type)
+    {
+        case VT_INT32: return Range(object, "an integer from ", "0", "2147483647");
+        case VT_UINT32: return Range(object, "an integer from ", "0", "4294967295");
+        case VT_UINT16: return Range(object, "an integer from ", "0", "65535");
+        case VT_BOOL: return "0 or 1";
+        case VT_STRING: return Range(object, "a text of ", "0", "512") + " bytes, none of ` $ ( ) | &";
+        case VT_TEXT:
+        case VT_TEXT_2: return Range(object, "a text of ", "0", "1024") + " bytes";
+        case VT_ENUM: return Choices(object.limitation);
+        default: return "any text";
+    }
+}
+}  // namespace
+
+std::span<const ObjectEntry> Objects()
+{
+    static const std::vector<ObjectEntry> objects = MakeObjects();
+    return objects;
+}
+
+const ObjectEntry* FindObject(std::string_view name)
+{
+    for (const ObjectEntry& object : Objects())
+        if (name == object.name) return &object;
+    return nullptr;
+}
+
+const char* TypeName(ValueType type)
+{
+    switch (type)
+    {
+        case VT_INT32: return "integer";
+        case VT_UINT64: return "unsigned 64-bit integer";
+        case VT_UINT32: return "unsigned integer";
+        case VT_UINT16: return "unsigned 16-bit integer";
+        case VT_BOOL: return "flag";
+        case VT_ENUM: return "choice";
+        default: return "text";
+    }
+}
+
+const char* AccessText(Access access)
+{
+    switch (access)
+    {
+        case Access::kReadWrite: return "read and write";
+        case Access::kReadOnly: return "read-only";
+        case Access::kWriteOnly: return "write-only";
+        case Access::kAction: return "action, reads as 0";
+    }
+    return "";
+}
+
+const char* RuleOf(std::string_view check)
+{
+    for (const Rule& rule : kRules)
+        if (check == rule.check) return rule.text;
+    return nullptr;
+}
+
+std::string Accepts(const ObjectEntry& object)
+{
+    if (object.access == Access::kReadOnly) return "no value: it is read-only";
+    const char* rule = object.validator != nullptr ? RuleOf(object.validator) : nullptr;
+    if (rule == nullptr) return AcceptsByType(object);
+    // A text without limits of its own says nothing that the rule does not say.
+    return object.limitation == nullptr ? rule : AcceptsByType(object) + "; " + rule;
+}
+
+std::string Nearest(std::string_view name)
+{
+    std::vector<const char*> names;
+    for (const ObjectEntry& object : Objects()) names.push_back(object.name);
+    for (const TableEntry& table : Tables()) names.push_back(table.name);
+    return NearestOf(name, names);
+}
+}  // namespace kobd::client

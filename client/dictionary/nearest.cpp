@@ -1,0 +1,56 @@
+// Distance between names, by single letters changed, added or left out.
+#include "client/dictionary/nearest.h"
+
+#include <fnmatch.h>
+
+#include <algorithm>
+#include <cctype>
+#include <utility>
+#include <vector>
+
+namespace kobd::client
+{
+namespace
+{
+char Lower(char letter) { return static_cast<char>(tolower(static_cast<unsigned char>(letter))); }
+
+size_t Distance(std::string_view a, std::string_view b)
+{
+    std::vector<size_t> row(b.size() + 1);
+    for (size_t j = 0; j <= b.size(); ++j) row[j] = j;
+    for (size_t i = 1; i <= a.size(); ++i)
+    {
+        size_t diagonal = std::exchange(row[0], i);
+        for (size_t j = 1; j <= b.size(); ++j)
+        {
+            const size_t same = diagonal + (Lower(a[i - 1]) != Lower(b[j - 1]));
+            diagonal = row[j];
+            row[j] = std::min({row[j] + 1, row[j - 1] + 1, same});
+        }
+    }
+    return row[b.size()];
+}
+}  // namespace
+
+bool MatchesName(const std::string& pattern, const std::string& name)
+{
+    if (pattern.find_first_of("*?[") == std::string::npos) return name.find(pattern) != std::string::npos;
+    return fnmatch(pattern.c_str(), name.c_str(), 0) == 0;
+}
+
+std::string NearestOf(std::string_view name, std::span<const char* const> candidates)
+{
+    std::string best;
+    size_t least = std::max<size_t>(2, name.size() / 3);
+    for (const char* candidate : candidates)
+    {
+        const size_t distance = Distance(name, candidate);
+        if (distance > least || (distance == least && !best.empty())) continue;
+        least = distance;
+        best = candidate;
+    }
+    return best;
+}
+
+std::string DidYouMean(const std::string& near) { return near.empty() ? "" : ", did you mean " + near + "?"; }
+}  // namespace kobd::client

@@ -1,0 +1,93 @@
+// Printing outcomes.
+#include "client/output/outcome.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "client/output/terminal.h"
+#include "daemon/base/result.h"
+
+namespace kobd::client
+{
+namespace
+{
+constexpr std::string_view kReplaced = "\xEF\xBF\xBD";  // U+FFFD
+
+// The text with U+FFFD in the place of every byte that is no UTF-8; the library would put one for several bytes.
+std::string Utf8(std::string_view text)
+{
+    std::string out;
+    while (!text.empty())
+    {
+        const size_t length = CharacterLength(text);
+        out += length == 0 ? kReplaced : text.substr(0, length);
+        text.remove_prefix(length == 0 ? 1 : length);
+    }
+    return out;
+}
+
+// Makes UTF-8 of all texts in the data; names are UTF-8 already.
+void MakeUtf8(Json* data)
+{
+    if (data->is_string()) *data = Utf8(data->get_ref<const std::string&>());
+    if (data->is_structured())
+        for (Json& part : *data) MakeUtf8(&part);
+}
+
+void PrintData(Json data)
+{
+    if (data.is_null()) return;
+    MakeUtf8(&data);
+    std::string line = data.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    for (size_t at = line.find(kReplaced); at != std::string::npos; at = line.find(kReplaced, at))
+        line.replace(at, kReplaced.size(), "\\ufffd");
+    fwrite(line.data(), 1, line.size(), stdout);
+}
+
+void PrintFailure(const Options& options, const Failure& failure, const std::string& command)
+{
+    const bool wrong_use = failure.code == kWrongUse;
+    const std::string help = "; see kobctl help" + (command.empty() ? "" : " " + command);
+    const std::string what = failure.what + (wrong_use ? help : "");
+    if (options.json) PrintData({{"error", what}, {"code", wrong_use ? kInvalidArgument : failure.code}});
+    SayError(what);
+}
+}  // namespace
+
+int Print(const Options& options, const Outcome& outcome, const std::string& command)
+{
+    if (options.json)
+        PrintData(outcome.data);
+    else
+        fwrite(outcome.text.data(), 1, outcome.text.size(), stdout);
+    for (const std::string& note : outcome.notes) SayError(note);
+    if (outcome.failure) PrintFailure(options, outcome.failure, command);
+    if (outcome.failure) return outcome.failure.code == kWrongUse ? 2 : 1;
+    return outcome.status != 0 ? outcome.status : outcome.notes.empty() ? 0 : 1;
+}
+
+void SayError(const std::string& what)
+{
+    fprintf(stderr, "kobctl: %s\n", (isatty(STDERR_FILENO) != 0 ? Escaped(what) : what).c_str());
+}
+
+bool FlushOutput()
+{
+    errno = 0;
+    if (fflush(stdout) == 0 && ferror(stdout) == 0) return true;
+    const std::string why = errno != 0 ? ": " + std::string(strerror(errno)) : "";  // not known of an earlier write
+    if (errno != EPIPE) SayError("not all was written" + why);
+    clearerr(stdout);  // a batch says it once
+    return false;
+}
+
+bool OutputClosed()
+{
+    pollfd output = {STDOUT_FILENO, 0, 0};
+    return poll(&output, 1, 0) > 0 && (output.revents & POLLERR) != 0;
+}
+}  // namespace kobd::client

@@ -1,0 +1,45 @@
+// What a command found or did, and the one place that prints it.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "client/arguments/options.h"
+#include "client/output/failure.h"
+
+namespace kobd::client
+{
+using Json = nlohmann::ordered_json;  // its texts may be any bytes
+
+struct [[nodiscard]] Outcome
+{
+    Outcome() = default;
+    Outcome(Json json, std::string lines) : data(std::move(json)), text(std::move(lines)) {}
+    Outcome(Failure why) : failure(std::move(why)) {}
+
+    Json data = {};                       // for a program: --json prints it in one line; null: nothing
+    std::string text = {};                // the same for a person, whole lines
+    std::vector<std::string> notes = {};  // lines for standard error: what is missing in the data, and why
+    Failure failure = {};
+    int status = 0;  // exit status where nothing failed
+};
+
+// Prints the outcome and returns the exit status: 0; 1 when something failed or is missing; 2 for wrong use;
+// or the outcome's own. `command` is the one whose help a wrong use points to. A command that prints as it goes
+// calls this for each part.
+int Print(const Options& options, const Outcome& outcome, const std::string& command = "");
+
+// Prints the line "kobctl: WHAT" on standard error.
+void SayError(const std::string& what);
+
+// Writes out what was printed. False when any of it was lost, after a line that says why; nothing is said when
+// the reader is gone.
+bool FlushOutput();
+
+// Whether standard output is a pipe that nobody reads any more. A command that waits for something to print
+// would otherwise wait on.
+bool OutputClosed();
+}  // namespace kobd::client

@@ -1,0 +1,94 @@
+// Reads the end of the daemon's log.
+#include "client/requests/log_window.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+
+#include "client/dictionary/dictionary.h"
+#include "daemon/base/log.h"
+
+namespace kobd::client
+{
+namespace
+{
+constexpr size_t kStamp = sizeof("2026/01/31  12:00:00 ") - 1;  // what stands before the function's name
+constexpr off_t kMostBytes = 1024 * 1024;                       // a request writes far less
+
+constexpr const char* kVerdictFunction = "ObjsParameterCheck";
+
+std::string Verdict(const std::string& name, const std::string& value) { return name + "(" + value + ") verify error"; }
+
+// "2026/01/31  12:00:00 function[12]: message" into its parts; false for anything else.
+bool ParseLine(const std::string& text, LogLine* line)
+{
+    const size_t bracket = text.find('[');
+    const size_t colon = text.find("]: ", bracket);
+    if (text.size() < kStamp || text[4] != '/' || bracket == std::string::npos || bracket < kStamp ||
+        colon == std::string::npos)
+        return false;
+    line->time = text.substr(0, kStamp - 1);
+    line->function = text.substr(kStamp, bracket - kStamp);
+    line->message = text.substr(colon + strlen("]: "));
+    return true;
+}
+
+// The lines from `start` on, or from the start of the file when it is not `file` any more.
+std::vector<LogLine> LinesFrom(ino_t file, off_t start)
+{
+    std::vector<LogLine> lines;
+    struct stat status;
+    std::ifstream log(kLogFile, std::ios::binary);
+    if (!log || stat(kLogFile, &status) != 0) return lines;
+    log.seekg(std::max(status.st_ino == file ? start : 0, status.st_size - kMostBytes));
+    LogLine line;
+    for (std::string text; std::getline(log, text);)
+        if (ParseLine(text, &line)) lines.push_back(line);
+    return lines;
+}
+bool IsVerdict(const LogLine& line, const std::string& verdict)
+{
+    return line.function == kVerdictFunction && line.message == verdict;
+}
+
+// What the check said just before the verdict, with "; " at its end; the empty text when it said nothing.
+std::string CheckMessage(const std::vector<LogLine>& lines, const std::string& verdict)
+{
+    for (size_t end = lines.size(); end > 1; --end)
+    {
+        if (!IsVerdict(lines[end - 1], verdict)) continue;
+        const LogLine& reason = lines[end - 2];
+        const bool praise = reason.message.find("] is valid ") != std::string::npos;  // of a part that passed
+        if (reason.function == kVerdictFunction || reason.message.empty() || praise) return "";
+        return reason.message + " (" + reason.function + "); ";
+    }
+    return "";
+}
+}  // namespace
+
+LogWindow::LogWindow()
+{
+    struct stat status;
+    if (stat(kLogFile, &status) != 0) return;
+    file_ = status.st_ino;
+    size_ = status.st_size;
+}
+
+std::vector<LogLine> LogWindow::Lines() const { return LinesFrom(file_, size_); }
+
+std::vector<LogLine> LastLogLines() { return LinesFrom(0, 0); }
+
+bool WasRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
+{
+    const std::string verdict = Verdict(name, value);
+    return std::any_of(lines.begin(), lines.end(), [&](const LogLine& line) { return IsVerdict(line, verdict); });
+}
+
+std::string RefusalText(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
+{
+    return name + "=" + value + ": " + CheckMessage(lines, Verdict(name, value)) + "it takes " +
+           Accepts(*FindObject(name));
+}
+}  // namespace kobd::client

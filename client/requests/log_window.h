@@ -1,0 +1,40 @@
+// What the daemon writes to its log while a request runs.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace kobd::client
+{
+struct LogLine
+{
+    std::string time;  // "2026/01/31  12:00:00"
+    std::string function;
+    std::string message;  // without line ends at its end
+};
+
+// Make one before the request; Lines then gives what was written since. Lines of other clients' requests may be
+// among them. There are none when this user may not read the log.
+class LogWindow
+{
+public:
+    LogWindow();
+    std::vector<LogLine> Lines() const;
+
+private:
+    ino_t file_ = 0;  // another one after a rotation, which is then read from its start
+    off_t size_ = 0;
+};
+
+// The last lines of the log, of at most 1 MB; empty when it cannot be read.
+std::vector<LogLine> LastLogLines();
+
+// Whether the lines say that `name` with `value` was refused.
+bool WasRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value);
+
+// "NAME=VALUE: MESSAGE (CHECK); it takes ...", with the message of the check that refused the value where the
+// lines have it.
+std::string RefusalText(const std::vector<LogLine>& lines, const std::string& name, const std::string& value);
+}  // namespace kobd::client

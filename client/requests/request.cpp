@@ -1,0 +1,148 @@
+// Requests to the daemon.
+#include "client/requests/request.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <memory>
+
+namespace kobd::client
+{
+namespace
+{
+constexpr size_t kPartsAtOnce = 100;  // a reply to more would not fit one message
+
+constexpr int kTimeoutMs = 5000;
+constexpr int kCellularTimeoutMs = 75000;
+constexpr std::array<std::string_view, 4> kCellularTables = {"CellularInterfaceTable", "CellularUSIMTable",
+                                                             "CellularStatsTable", "cellularaccesspointTable"};
+
+struct FreeItems
+{
+    void operator()(kobd_items* items) const { kobd_items_free(items); }
+};
+using BuiltItems = std::unique_ptr<kobd_items, FreeItems>;
+
+// Nothing without memory, or when a text is too long for an item.
+BuiltItems Build(const Items& items)
+{
+    BuiltItems built(kobd_items_new());
+    for (const Item& item : items)
+    {
+        if (built == nullptr) break;
+        const int code = item.number ? kobd_items_add_number(built.get(), item.tag, *item.number)
+                                     : kobd_items_add_text(built.get(), item.tag, item.text.c_str());
+        if (code != KOBD_SUCCESS) built.reset();
+    }
+    return built;
+}
+
+Item Copy(const kobd_item& item)
+{
+    Item copy(item.tag, item.text != nullptr ? item.text : "");
+    if (item.length == sizeof item.number) copy.number = item.number;
+    return copy;
+}
+}  // namespace
+
+std::optional<std::string> ItemBytes(const Items& items)
+{
+    const BuiltItems built = Build(items);
+    if (built == nullptr) return std::nullopt;
+    size_t size = 0;
+    const void* bytes = kobd_items_bytes(built.get(), &size);
+    return std::string(static_cast<const char*>(bytes), size);
+}
+
+std::optional<Items> ReadItems(std::span<const char> bytes)
+{
+    Items items;
+    kobd_bytes left = {bytes.data(), bytes.size()};
+    kobd_item item{};
+    int more = 0;
+    while ((more = kobd_bytes_next(&left, &item)) == 1)
+    {
+        items.push_back(Copy(item));
+        if (item.text == nullptr && !items.back().number) return std::nullopt;
+    }
+    if (more != 0) return std::nullopt;
+    return items;
+}
+
+bool FitsOneRequest(const Items& items)
+{
+    const auto bytes = ItemBytes(items);
+    return bytes && bytes->size() <= KOBD_PAYLOAD_MAX;
+}
+
+int TimeoutFor(const Options& options, const Items& items)
+{
+    if (options.timeout_ms) return *options.timeout_ms;
+    const auto is_slow = [](const Item& item) {
+        return item.tag == KOBD_TAG_TABLE_NAME &&
+               std::ranges::find(kCellularTables, item.text) != kCellularTables.end();
+    };
+    return std::ranges::any_of(items, is_slow) ? kCellularTimeoutMs : kTimeoutMs;
+}
+
+Response Call(const Options& options, kobd_request id, const Items& items)
+{
+    const BuiltItems built = Build(items);
+    if (built == nullptr) return {.code = KOBD_BUFFER_LIMIT, .too_large = true};
+    kobd_client* client = nullptr;
+    if (const int code = kobd_client_open(&client)) return {.code = code, .from_bus = true};
+    const int timeout_ms = TimeoutFor(options, items);
+    kobd_client_set_timeout(client, timeout_ms);
+    Response response = {.code = kobd_call(client, id, built.get()), .timeout_ms = timeout_ms};
+    response.too_large = kobd_answered(client) == 0 && response.code == KOBD_BUFFER_LIMIT;
+    response.from_bus = kobd_answered(client) == 0 && !response.too_large;
+    for (kobd_item item{}; kobd_reply_next(client, &item) == 1;) response.items.push_back(Copy(item));
+    kobd_client_close(client);
+    return response;
+}
+
+Response CallInParts(const Options& options, kobd_request id, std::span<const Items> parts)
+{
+    if (parts.size() <= kPartsAtOnce)
+    {
+        Items items;
+        for (const Items& part : parts) items.insert(items.end(), part.begin(), part.end());
+        Response response = Call(options, id, items);
+        if (response.code != KOBD_BUFFER_LIMIT || parts.size() <= 1) return response;
+    }
+    const size_t middle = parts.size() / 2;
+    Response first = CallInParts(options, id, parts.first(middle));
+    if (first.code != 0) return first;
+    const Response second = CallInParts(options, id, parts.subspan(middle));
+    if (second.code != 0) return second;
+    first.items.insert(first.items.end(), second.items.begin(), second.items.end());
+    return first;
+}
+
+std::string WhyNoAnswer(const Response& response)
+{
+    kobd_module daemon = {};
+    switch (response.code)
+    {
+        case KOBD_TIMEOUT: return "no answer within " + std::to_string(response.timeout_ms) + " ms";
+        case KOBD_INITIALIZE_FAILED: return "the system has no message queue for the answer, see kobctl doctor";
+        case KOBD_NOT_RUNNING:
+            return kobd_module_look(KOBD_MODULE_DAEMON, &daemon) == EACCES
+                       ? "kobd runs as another user: be that user or root"
+                       : "kobd is not running on this bus";
+        default: return "kobd was not reached";
+    }
+}
+
+Failure FailureOf(const Response& response, const std::string& what)
+{
+    if (response.code == 0) return {};
+    return Refused(response.code, what + (response.from_bus ? ": " + WhyNoAnswer(response) : ""));
+}
+
+Failure FailureOfChange(const Response& response, const std::string& what)
+{
+    if (!response.MayBeDone()) return FailureOf(response, what);
+    return Refused(response.code, what + ": " + WhyNoAnswer(response) + ", see whether it was done");
+}
+}  // namespace kobd::client

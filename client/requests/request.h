@@ -1,0 +1,72 @@
+// Requests to the daemon and their decoded replies, over the client library.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "client/arguments/options.h"
+#include "client/library/kobd_client.h"
+#include "client/output/failure.h"
+
+namespace kobd::client
+{
+// One item of a request or of a reply. A request sends the number where there is one. An item of a reply has a
+// number whenever it is four bytes long, whatever its text.
+struct Item
+{
+    Item(uint16_t item_tag, std::string_view item_text) : tag(item_tag), text(item_text) {}
+    Item(uint16_t item_tag, int32_t item_number) : tag(item_tag), number(item_number) {}
+
+    uint16_t tag;
+    std::string text = {};
+    std::optional<int32_t> number = {};
+};
+
+using Items = std::vector<Item>;
+
+// The bytes of the items one after the other; nothing when a text is too long for an item.
+std::optional<std::string> ItemBytes(const Items& items);
+
+// Whether the items fit one request.
+bool FitsOneRequest(const Items& items);
+
+// The items that `bytes` hold; nothing when one runs past their end or is neither text nor number.
+std::optional<Items> ReadItems(std::span<const char> bytes);
+
+struct Response
+{
+    int code = 0;            // result of the daemon, or of the library when `from_bus`
+    bool from_bus = false;   // no reply arrived
+    bool too_large = false;  // the request does not fit one message; nothing was sent
+    int timeout_ms = 0;      // how long the reply was waited for
+    Items items = {};        // what follows the result
+
+    // No reply came in time: what was asked for may be done, or be done later.
+    bool MayBeDone() const { return from_bus && code == KOBD_TIMEOUT; }
+};
+
+// How long to wait for the answer to a request that names these things: what --timeout says, else five seconds,
+// or 75 for a cellular table, for which the daemon runs commands for up to sixty.
+int TimeoutFor(const Options& options, const Items& items);
+
+// Sends one request and waits for its reply.
+Response Call(const Options& options, kobd_request id, const Items& items);
+
+// Sends one request for many things; `parts` are the items of each. The response has the items of all replies.
+// Where a request or its reply does not fit one message, each half is asked for by itself, so that only a single
+// thing that is too large ends with result 11. Stops at the first other failure.
+Response CallInParts(const Options& options, kobd_request id, std::span<const Items> parts);
+
+// Why no reply arrived.
+std::string WhyNoAnswer(const Response& response);
+
+// The failure of a request, `what` before its reason; none when the result is 0.
+Failure FailureOf(const Response& response, const std::string& what);
+
+// The same for a request that changes something.
+Failure FailureOfChange(const Response& response, const std::string& what);
+}  // namespace kobd::client

@@ -1,0 +1,102 @@
+// Writing change files and removing them on every path.
+#include "client/rows/change_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+
+#include "client/library/kobd_client.h"
+#include "daemon/base/result.h"
+
+namespace kobd::client
+{
+namespace
+{
+constexpr int kEndingSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+
+char path_to_remove[] = "/tmp/kobctl-XXXXXX";  // of the one file that exists, for the signal handler
+
+void RemoveAndEnd(int number)
+{
+    unlink(path_to_remove);
+    signal(number, SIG_DFL);
+    raise(number);
+}
+
+// Leaves a signal that the caller of the program had ignored ignored.
+void OnEndingSignals(void (*handler)(int))
+{
+    for (const int number : kEndingSignals)
+        if (signal(number, handler) == SIG_IGN) signal(number, SIG_IGN);
+}
+
+bool WriteAll(int file, const std::string& bytes)
+{
+    for (size_t written = 0; written < bytes.size();)
+    {
+        const ssize_t count = write(file, bytes.data() + written, bytes.size() - written);
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return false;
+        written += static_cast<size_t>(count);
+    }
+    return true;
+}
+
+// A daemon of another user has to read what root writes.
+bool DaemonMayRead(int file)
+{
+    kobd_module daemon{};
+    if (geteuid() != 0 || kobd_module_look(KOBD_MODULE_DAEMON, &daemon) != 0) return true;
+    return daemon.owner == 0 || fchown(file, daemon.owner, static_cast<gid_t>(-1)) == 0;
+}
+
+// A signal that came between creating the file and watching for signals would leave it behind.
+class SignalsHeld
+{
+public:
+    SignalsHeld()
+    {
+        sigset_t ending;
+        sigemptyset(&ending);
+        for (const int number : kEndingSignals) sigaddset(&ending, number);
+        sigprocmask(SIG_BLOCK, &ending, &before_);
+    }
+    ~SignalsHeld() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+
+private:
+    sigset_t before_;
+};
+}  // namespace
+
+ChangeFile::~ChangeFile()
+{
+    if (path_.empty()) return;
+    const SignalsHeld held;
+    unlink(path_.c_str());
+    OnEndingSignals(SIG_DFL);
+}
+
+Failure ChangeFile::Write(const Items& items)
+{
+    const auto bytes = ItemBytes(items);
+    if (!bytes) return {kSystemError, "a value is too long for a change file"};
+    int file = -1;
+    {
+        const SignalsHeld held;
+        strcpy(path_to_remove, "/tmp/kobctl-XXXXXX");
+        file = mkostemp(path_to_remove, O_CLOEXEC);
+        if (file < 0) return SystemFailure("cannot create a change file in /tmp");
+        path_ = path_to_remove;
+        OnEndingSignals(RemoveAndEnd);
+    }
+    Failure failure;
+    if (!WriteAll(file, *bytes) || !DaemonMayRead(file))
+        failure = SystemFailure("cannot write the change file " + path_);
+    if (close(file) != 0 && !failure) failure = SystemFailure("cannot write the change file " + path_);
+    return failure;
+}
+}  // namespace kobd::client

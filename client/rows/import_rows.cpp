@@ -1,0 +1,126 @@
+// Deleting, adding and filling rows, and putting the old ones back.
+#include "client/rows/import_rows.h"
+
+#include "client/rows/row_change.h"
+
+namespace kobd::client
+{
+namespace
+{
+using Rows = std::vector<RowAddress>;
+
+Failure DeleteRows(const Options& options, const Rows& rows)
+{
+    for (const RowAddress& row : rows)
+        if (Failure failure = DeleteRow(options, row)) return failure;
+    return {};
+}
+
+// What the row is still to be given. A row that is as it should be is not sent at all: many checks would refuse an
+// empty one, and yet routers have them.
+Assignments Missing(const TableRow& row, const Assignments& wanted)
+{
+    Assignments missing;
+    for (const Assignment& value : wanted)
+        if (row.ValueOf(value.name) != value.value) missing.push_back(value);
+    return missing;
+}
+
+// Adds a row. `there` becomes the row as it then reads; it has no columns where the list makes the row only when it
+// is set.
+Failure AddOne(const Options& options, const TableEntry& table, TableRow* there)
+{
+    *there = {table.name, 0, {}, {}};
+    if (Failure failure = AddRow(options, table, &there->index)) return failure;
+    std::vector<TableRow> present;
+    if (Failure failure = DumpRows(options, "table dump", {&table}, &present)) return failure;
+    for (const TableRow& row : present)
+        if (row.index == there->index) *there = row;
+    return {};
+}
+
+void Append(const Failure& more, Failure* failure)
+{
+    if (more) *failure = {more.code, failure->what + (*failure ? "; " : "") + more.what};
+}
+
+// Adds the rows; `added` are those that are there afterwards. They are filled in one request, so that all are checked
+// before the first holds anything, or each by itself.
+Failure AddEach(const Options& options, const TableEntry& table, const std::vector<Assignments>& rows, bool together,
+                Rows* added)
+{
+    std::vector<RowChange> changes;
+    Failure failures;
+    for (const Assignments& wanted : rows)
+    {
+        TableRow there;
+        if (const Failure failure = AddOne(options, table, &there))
+        {
+            Append(failure, &failures);
+            return failures;
+        }
+        const bool made_by_set = there.columns.empty();
+        const RowChange change = {{&table, there.index}, made_by_set ? wanted : Missing(there, wanted)};
+        Failure failure;
+        if (!change.values.empty() && together && !made_by_set)
+            changes.push_back(change);
+        else if (!change.values.empty())
+            failure = SendChanges(options, {change});
+        if (!failure || !made_by_set) added->push_back(change.row);
+        Append(failure, &failures);
+        if (failure && together) return failures;
+    }
+    Append(SendChanges(options, changes), &failures);
+    return failures;
+}
+
+// Adds the rows, or none of them.
+Failure AddRows(const Options& options, const TablePlan& plan)
+{
+    Rows added;
+    Failure failure = AddEach(options, *plan.table, plan.wanted, true, &added);
+    if (failure) Append(DeleteRows(options, added), &failure);
+    return failure;
+}
+
+// Adds the old rows again and fills each by itself: one that the daemon does not take any more leaves the others
+// whole.
+Failure PutBack(const Options& options, const TablePlan& plan)
+{
+    std::vector<Assignments> rows;
+    for (const TableRow& row : plan.old)
+    {
+        rows.emplace_back();
+        for (const ColumnDef& column : plan.table->layout.columns)
+            if (IsExported(column)) rows.back().push_back({column.name, row.ValueOf(column.name)});
+    }
+    Rows added;
+    return AddEach(options, *plan.table, rows, false, &added);
+}
+
+Failure ReplaceInPlace(const Options& options, const TablePlan& plan)
+{
+    std::vector<RowChange> changes;
+    for (size_t i = 0; i < plan.wanted.size(); ++i)
+        if (Assignments missing = Missing(plan.old[i], plan.wanted[i]); !missing.empty())
+            changes.push_back({{plan.table, plan.old[i].index}, std::move(missing)});
+    return SendChanges(options, changes);
+}
+}  // namespace
+
+Failure ReplaceRows(const Options& options, const TablePlan& plan)
+{
+    if (plan.InPlace()) return ReplaceInPlace(options, plan);
+    Rows old;
+    for (const TableRow& row : plan.old) old.push_back({plan.table, row.index});
+    Failure failure = AddRows(options, plan);
+    if (!failure) return DeleteRows(options, old);
+    if (old.empty()) return failure;
+    if (Failure left = DeleteRows(options, old)) return left;
+    failure = AddRows(options, plan);
+    if (!failure) return {};
+    const Failure lost = PutBack(options, plan);
+    failure.what += lost ? "; of the rows before these are not back: " + lost.what : "; the rows before are back";
+    return failure;
+}
+}  // namespace kobd::client

@@ -1,0 +1,161 @@
+// Comparing and checking.
+#include "client/state/import_plan.h"
+
+#include <algorithm>
+#include <map>
+
+#include "client/dictionary/column_value.h"
+#include "client/dictionary/diagnose.h"
+#include "client/dictionary/nearest.h"
+#include "daemon/base/messages.h"
+
+namespace kobd::client
+{
+namespace
+{
+using Errors = std::vector<LineError>;
+using FirstLines = std::map<std::string, size_t>;  // where a name stood first
+
+// False after an error when the name stood there before.
+bool IsFirst(const std::string& name, size_t line, FirstLines* lines, Errors* errors)
+{
+    const auto [found, fresh] = lines->emplace(name, line);
+    if (!fresh) errors->push_back({line, name + " stands in line " + std::to_string(found->second) + " too"});
+    return fresh;
+}
+
+std::string WhyNotSet(const FileValue& value)
+{
+    const std::string wrong = WhatIsWrong(value.name, value.value);
+    if (!wrong.empty()) return wrong;
+    if (!IsExported(*FindObject(value.name))) return value.name + " is in no export; kobctl set sets it";
+    const bool fits = FitsOneRequest(SetItems({{value.name, value.value}}));
+    return fits ? "" : value.name + " does not fit one request of 8192 bytes";
+}
+
+void PlanValues(const SettingsFile& file, const RouterState& router, ImportPlan* plan, Errors* errors)
+{
+    FirstLines lines;
+    for (const FileValue& value : file.values)
+    {
+        if (!IsFirst(value.name, value.line, &lines, errors)) continue;
+        const auto present = router.values.find(value.name);
+        if (present != router.values.end() && present->second == value.value) continue;
+        if (const std::string wrong = WhyNotSet(value); !wrong.empty())
+            errors->push_back({value.line, wrong});
+        else
+            plan->values.push_back(&value);
+    }
+}
+
+// A column that the file leaves out is an empty text; a number that it leaves out is not touched.
+Assignments WantedOf(const TableEntry& table, const FileRow& row)
+{
+    Assignments wanted;
+    for (const ColumnDef& column : table.layout.columns)
+    {
+        if (!IsExported(column)) continue;
+        const auto found = std::find_if(row.values.begin(), row.values.end(),
+                                        [&](const FileValue& value) { return value.name == column.name; });
+        int code = 0;
+        if (found != row.values.end())
+            wanted.push_back({column.name, found->value});
+        else if (WhatIsWrong(table, column.name, "", &code).empty())
+            wanted.push_back({column.name, ""});
+    }
+    return wanted;
+}
+
+bool IsAs(const TableRow& present, const Assignments& wanted)
+{
+    return std::all_of(wanted.begin(), wanted.end(),
+                       [&](const Assignment& value) { return present.ValueOf(value.name) == value.value; });
+}
+
+// Whether the value is one that the daemon keeps in a flag. For people a flag is 0 or 1; but other modules set it to
+// other integers, the daemon takes those, and an export then holds them.
+bool IsStoredFlag(const TableEntry& table, const FileValue& value)
+{
+    const ColumnDef* column = FindColumn(table, value.name);
+    const auto number = ReadInteger(value.value, INT32_MIN, INT32_MAX);
+    return column != nullptr && column->type == VT_BOOL && number && value.value == std::to_string(*number);
+}
+
+void CheckRow(const TableEntry& table, const FileRow& row, Errors* errors)
+{
+    FirstLines lines;
+    for (const FileValue& value : row.values)
+    {
+        int code = 0;
+        std::string wrong = IsStoredFlag(table, value) ? "" : WhatIsWrong(table, value.name, value.value, &code);
+        const ColumnDef* column = FindColumn(table, value.name);
+        if (wrong.empty() && column->alias_of != nullptr)
+            wrong = value.name + " is another name of " + column->alias_of;
+        if (wrong.empty() && !IsFirst(value.name, value.line, &lines, errors)) continue;
+        if (!wrong.empty()) errors->push_back({value.line, std::string(table.name) + ": " + wrong});
+    }
+}
+
+std::string WhyNoTable(const FileTable& from, const TableEntry* table)
+{
+    if (table == nullptr) return "there is no table " + from.name + DidYouMean(NearestTable(from.name));
+    if (table->list_of != std::string_view(table->name))
+        return from.name + " is another name of the rows of " + table->list_of;
+    return IsExported(*table) ? "" : from.name + " cannot be set";
+}
+
+// What stands against so many rows, or the empty text.
+std::string WhyNotSoMany(const TableEntry& table, size_t present, size_t wanted)
+{
+    const std::string name = table.name;
+    if (wanted > table.max_rows)
+        return name + " holds " + std::to_string(table.max_rows) + " rows, the file has " + std::to_string(wanted);
+    if (wanted == present || (table.Has(kAdd) && table.Has(kDel))) return "";
+    return name + " has " + std::to_string(present) + " rows, the file has " + std::to_string(wanted) +
+           ", and its rows cannot be added and deleted";
+}
+
+// Whether a row that is set in place differs from what the file has in its place.
+bool Differs(const TablePlan& plan)
+{
+    for (size_t i = 0; i < std::min(plan.old.size(), plan.wanted.size()); ++i)
+        if (!IsAs(plan.old[i], plan.wanted[i])) return true;
+    return false;
+}
+
+void PlanTable(const FileTable& from, const RouterState& router, ImportPlan* plan, Errors* errors)
+{
+    const TableEntry* table = FindTable(from.name);
+    if (const std::string why = WhyNoTable(from, table); !why.empty()) return errors->push_back({from.line, why});
+    std::vector<const TableRow*> present;
+    for (const TableRow& row : router.rows)
+        if (row.table == table->name) present.push_back(&row);
+    if (const std::string why = WhyNotSoMany(*table, present.size(), from.rows.size()); !why.empty())
+        errors->push_back({from.line, why});
+    TablePlan one = {table, from.line};
+    size_t next = 0;  // row of the file
+    for (const TableRow* row : present)
+        if (!one.InPlace() && next < from.rows.size() && IsAs(*row, WantedOf(*table, from.rows[next])))
+            ++next;
+        else
+            one.old.push_back(*row);
+    for (size_t i = next; i < from.rows.size(); ++i)
+    {
+        one.wanted.push_back(WantedOf(*table, from.rows[i]));
+        const bool as_it_is = one.InPlace() && i < one.old.size() && IsAs(one.old[i], one.wanted.back());
+        if (!as_it_is) CheckRow(*table, from.rows[i], errors);
+    }
+    if (!one.InPlace() ? !one.old.empty() || !one.wanted.empty() : Differs(one)) plan->tables.push_back(std::move(one));
+}
+}  // namespace
+
+ImportPlan PlanImport(const SettingsFile& file, const RouterState& router, std::vector<LineError>* errors)
+{
+    ImportPlan plan;
+    PlanValues(file, router, &plan, errors);
+    FirstLines lines;
+    for (const FileTable& table : file.tables)
+        if (IsFirst(table.name, table.line, &lines, errors)) PlanTable(table, router, &plan, errors);
+    return plan;
+}
+}  // namespace kobd::client
