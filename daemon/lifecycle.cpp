@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
@@ -141,6 +142,9 @@ int KobdInit()
 
 void KobdExit()
 {
+    // A signal may come while exit_flag already ends the process, on another thread.
+    static std::atomic_flag begun;
+    if (begun.test_and_set()) AwaitEnd();
     if (LockJoining()) DictionaryExit();
     kobd_lib_exit();
 }

@@ -31,7 +31,7 @@ int DictionaryExit();
 int KobdInit();
 
 // Leaves the bus, then calls the platform's exit hook. Waits one second at most for a start-up that is
-// joining the bus at this moment, and then leaves the bus alone.
+// joining the bus at this moment, and then leaves the bus alone. Once: a second caller waits for the end.
 void KobdExit();
 
 // Sleeps until exit_flag is set. A signal ends the process from a thread of its own.

@@ -44,9 +44,19 @@ void LogSignal(int number)
     kobd_log_print("sig_handler", 24, "Get sig %d, exit...", number);
 }
 
+// A parent may have blocked any signal. Programs that the platform starts would inherit that, and a SIGBUS
+// that is blocked ends the process without its handler.
+void UnblockAll()
+{
+    sigset_t none;
+    sigemptyset(&none);
+    pthread_sigmask(SIG_SETMASK, &none, nullptr);
+}
+
 void* End(void*)
 {
     WaitFor(&begin_end);
+    UnblockAll();
     LogSignal(received);
     KobdExit();
     exit_flag = 1;
@@ -74,19 +84,27 @@ bool StartThread(void* (*run)(void*))
     return error == 0;
 }
 
-// Without the threads the calling thread does all of it, whatever it may have interrupted.
+void EndAtOnce(int) { _exit(0); }
+
+// Without the threads the calling thread does all of it, whatever it may have interrupted: where it waits for
+// itself the alarm ends the process.
 [[noreturn]] void EndHere(int number)
 {
+    UnblockAll();
+    signal(SIGALRM, EndAtOnce);
+    alarm(kPatience.tv_sec);
     LogSignal(number);
     KobdExit();
     _exit(0);
 }
 
 // A process that the platform forked and that runs no other program yet: the signal is for it alone.
-void EndChild(int number)
+[[noreturn]] void EndChild(int number)
 {
     signal(number, SIG_DFL);
     kill(getpid(), number);
+    UnblockAll();  // its own handler blocks it
+    _exit(1);
 }
 
 // The kernel blocks a signal while its handler runs. It is not blocked when a library calls the handler.
@@ -99,10 +117,6 @@ bool IsDelivered(int number)
 
 void KobdSignalSetup()
 {
-    sigset_t taken;
-    sigemptyset(&taken);
-    for (const int number : kEndSignals) sigaddset(&taken, number);
-    pthread_sigmask(SIG_UNBLOCK, &taken, nullptr);
     sem_init(&begin_end, 0, 0);
     sem_init(&begin_patience, 0, 0);
     if (StartThread(End) && StartThread(EndInAnyCase)) process = getpid();
@@ -113,6 +127,8 @@ void KobdSignalSetup()
     signal(SIGPIPE, SIG_IGN);
     signal(SIGHUP, SIG_IGN);
     signal(SIGXFSZ, SIG_IGN);  // a file at its size limit is an error of the write, not the daemon's end
+    signal(SIGCHLD, SIG_DFL);  // where a parent left it ignored, system() cannot tell how its command ended
+    UnblockAll();              // last: one that is pending finds its handler
 }
 
 bool ShutdownBegun() { return received != kNone; }
@@ -129,9 +145,8 @@ void sig_handler(int number)
     const int error = errno;
     const bool delivered = IsDelivered(number);
     int none = kNone;
-    if (process != 0 && process != getpid())
-        EndChild(number);
-    else if (received.compare_exchange_strong(none, number))
+    if (process != 0 && process != getpid()) EndChild(number);
+    if (received.compare_exchange_strong(none, number))
     {
         if (process == 0) EndHere(number);
         sem_post(&begin_end);

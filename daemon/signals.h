@@ -6,7 +6,7 @@
 namespace kobd
 {
 // Installs sig_handler for SIGUSR1, SIGUSR2, SIGTERM, SIGQUIT, SIGINT and SIGBUS, ignores SIGPIPE, SIGHUP
-// and SIGXFSZ, and starts the threads that end the process. Signals that the parent blocked are unblocked.
+// and SIGXFSZ, and starts the threads that end the process. What the parent blocked is unblocked.
 // Call it after the last fork of the start.
 void KobdSignalSetup();
 

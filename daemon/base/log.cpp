@@ -31,13 +31,26 @@ void WriteAll(int file, const char* bytes, size_t length)
     }
 }
 
-// Standard output may be a pipe that nobody reads or a terminal that was stopped. What it cannot take at
-// once is dropped. A pipe that poll calls writable takes PIPE_BUF bytes, and a line has no more.
+// Opens a pipe or terminal once more, for the flags of the inherited one are its other users' too. -1 for
+// anything else, and where the system does not let us.
+int OpenOutputAgain()
+{
+    struct stat status;
+    if (fstat(STDOUT_FILENO, &status) != 0 || !(S_ISFIFO(status.st_mode) || S_ISCHR(status.st_mode))) return -1;
+    return open("/proc/self/fd/1", O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+}
+
+// Standard output may be a pipe or terminal that nobody reads, or a terminal that was stopped. What it cannot
+// take at once is dropped. Only a pipe that poll calls writable takes a whole line, of PIPE_BUF bytes at most:
+// a terminal may have room for less, and another thread may be first.
 static_assert(kobd::kLogLineMax <= PIPE_BUF);
 void PrintLine(const char* bytes, size_t length)
 {
     pollfd output = {STDOUT_FILENO, POLLOUT, 0};
-    if (poll(&output, 1, 0) == 1 && (output.revents & POLLOUT) != 0) WriteAll(STDOUT_FILENO, bytes, length);
+    if (poll(&output, 1, 0) != 1 || (output.revents & POLLOUT) == 0) return;
+    const int again = OpenOutputAgain();
+    WriteAll(again < 0 ? STDOUT_FILENO : again, bytes, length);
+    if (again >= 0) close(again);
 }
 
 // Opens the log, which is a plain file of the daemon's own user; -1 where something else has its name.

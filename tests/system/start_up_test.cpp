@@ -111,6 +111,13 @@ TEST_F(StartUp, DetachedItOutlivesTheTerminalThatItWritesTo)
     for (const char* stream : {"/fd/0", "/fd/1", "/fd/2"})
         EXPECT_TRUE(fs::read_symlink(process + stream).string().starts_with("/dev/pts/")) << stream << " stays";
 
+    // A terminal that is read now and then only: it comes to have room for a part of a line.
+    for (size_t count = 0, size = 600; count < 400; ++count, size = 600 + size * 7 % 1399)
+    {
+        char shown[50000];
+        ASSERT_EQ(SetObject("devHostName", std::string(size, 'x')), 2) << count;
+        ASSERT_TRUE(count % 45 != 44 || read(screen, shown, size * 20) > 0);
+    }
     close(screen);
     EXPECT_EQ(SetObject("webHttpPort", "99999"), 2) << "told on a terminal that is gone, and in the log";
     EXPECT_NE(FileText("/tmp/kobd.log").find("webHttpPort"), std::string::npos);
