@@ -99,7 +99,7 @@ void TakeQueueAgain()
 void* Receive(void*)
 {
     static QueueMessage message;
-    TakeQueue(false);
+    if (bus.queue < 0) TakeQueue(false);
     while (bus.serving)
     {
         const ssize_t received = msgrcv(bus.queue, &message, sizeof message.bytes, 0, MSG_NOERROR);
@@ -202,8 +202,6 @@ void StopReceiving()
     bus.serving = false;
     msgctl(bus.queue, IPC_RMID, nullptr);
     pthread_join(bus.receiver, nullptr);
-    msgctl(bus.queue, IPC_RMID, nullptr);  // one that it made in the meantime
-    bus.queue = -1;
 }
 
 // Without the claim nothing is touched: the one who has the module may still be writing the state.
@@ -211,11 +209,16 @@ void* Join(void*)
 {
     for (int claim; (claim = AwaitClaim()) >= 0; ReleaseModule(claim))
     {
+        bus.queue = ModuleQueue(bus.module, true);  // what is asked meanwhile waits there
         if (bus.prepare != nullptr) bus.prepare();
         bus.serving = true;
-        if (!StartThread(&bus.receiver, Receive)) continue;
-        ServeUntilStopped(&claim);
-        StopReceiving();
+        if (StartThread(&bus.receiver, Receive))
+        {
+            ServeUntilStopped(&claim);
+            StopReceiving();
+        }
+        msgctl(bus.queue, IPC_RMID, nullptr);  // one that was made in the meantime, or that nobody received from
+        bus.queue = -1;
     }
     return nullptr;
 }
