@@ -22,7 +22,12 @@ void checkUpgradeFlag()
     ProvideUci();  // there is one thread yet
 }
 
-void kobd_lib_init() { Journal("kobd_lib_init"); }
+void kobd_lib_init()
+{
+    Journal("kobd_lib_init");
+    if (!BusIsUsed()) LoadState();  // a bus library of the router's does not know of BusBeforeServing
+}
+
 void initUssdEventSvr() { Journal("initUssdEventSvr"); }
 void updateArplistTimerInit() { Journal("updateArplistTimerInit"); }
 void pemixAlg_init() { Journal("pemixAlg_init"); }

@@ -101,7 +101,7 @@ void TakeQueueAgain()
 void* Receive(void*)
 {
     static QueueMessage message;
-    TakeQueue(false);
+    if (bus.queue < 0) TakeQueue(false);
     while (bus.serving)
     {
         const ssize_t received = msgrcv(bus.queue, &message, sizeof message.bytes, 0, MSG_NOERROR);
@@ -207,8 +207,6 @@ bool StopReceiving()
         pthread_join(bus.receiver, nullptr);
     else
         pthread_detach(bus.receiver);
-    msgctl(bus.queue, IPC_RMID, nullptr);  // one that it made in the meantime
-    bus.queue = -1;
     return ended;
 }
 
@@ -217,17 +215,26 @@ void* Join(void*)
 {
     for (int claim; (claim = AwaitClaim()) >= 0; ReleaseModule(claim))
     {
+        bus.queue = ModuleQueue(bus.module, true);  // what is asked meanwhile waits there
         if (bus.prepare != nullptr) bus.prepare();
         bus.serving = bus.receiving = true;
-        if (!StartThread(&bus.receiver, Receive)) continue;
-        ServeUntilStopped(&claim);
-        if (!StopReceiving()) return nullptr;
+        bool ended = true;
+        if (StartThread(&bus.receiver, Receive))
+        {
+            ServeUntilStopped(&claim);
+            ended = StopReceiving();
+        }
+        msgctl(bus.queue, IPC_RMID, nullptr);  // one that was made in the meantime, or that nobody received from
+        bus.queue = -1;
+        if (!ended) return nullptr;
     }
     return nullptr;
 }
 }  // namespace
 
 void kobd::host::BusBeforeServing(void (*prepare)()) { bus.prepare = prepare; }
+
+bool kobd::host::BusIsUsed() { return bus.stop.IsBegun(); }
 
 void MessageProccessRegister(const MsgHandler* table) { bus.handlers = table; }
 

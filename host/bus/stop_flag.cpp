@@ -40,6 +40,14 @@ bool StopFlag::Begin()
     return true;
 }
 
+bool StopFlag::IsBegun()
+{
+    pthread_mutex_lock(&lock_);
+    const bool begun = stage_ != Stage::kNone;
+    pthread_mutex_unlock(&lock_);
+    return begun;
+}
+
 void StopFlag::Begun(bool started)
 {
     const Locked locked(&lock_);

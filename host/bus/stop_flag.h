@@ -22,6 +22,8 @@ public:
     bool Set();
     void Clear();
 
+    bool IsBegun();
+
     bool IsSet() const { return set_; }
 
     // Waits that long, in a clock that nobody sets, or until Set.
