@@ -146,7 +146,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     }
     else
     {
-        PROMISE(added == kTableFull, "add answers %d", added);
+        PROMISE(added == (shell.fails ? int{kSystemError} : int{kTableFull}), "add answers %d", added);
+        if (shell.fails) PROMISE(table.ops->set(1, row.data()) == kSystemError, "a list that is not loaded is set");
     }
     Walk(table);
     return 0;

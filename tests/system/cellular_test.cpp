@@ -24,7 +24,7 @@ namespace
 {
 constexpr char kState[] = "/tmp/state";
 constexpr char kChangeFile[] = "/tmp/cellular-change";
-constexpr int kLoadMs = 200000;  // a load starts two thousand processes
+constexpr int kLoadMs = 200000;  // a load starts hundreds of processes, which an emulator runs slowly
 
 struct Table
 {
@@ -35,10 +35,10 @@ struct Table
 };
 
 constexpr Table kCellularTables[] = {
-    {"CellularInterfaceTable", "cellularinterface", "X_QUELMOR_Network_Status.Cell_ID", {0, 1, 64}},
-    {"CellularUSIMTable", "cellularusim", "PIN", {0, 1, 64, 65}},
-    {"CellularStatsTable", "cellularstats", "UnknownProtoPacketsReceived", {0, 1, 65}},
-    {"cellularaccesspointTable", "cellularaccesspoint", "Password", {0, 1, 64, 65}},
+    {"CellularInterfaceTable", "cellularinterface", "X_QUELMOR_Network_Status.Cell_ID", {0, 1, 16}},
+    {"CellularUSIMTable", "cellularusim", "PIN", {0, 1, 16}},
+    {"CellularStatsTable", "cellularstats", "UnknownProtoPacketsReceived", {0, 1, 16}},
+    {"cellularaccesspointTable", "cellularaccesspoint", "Password", {0, 1, 16}},
 };
 
 void PrintTo(const Table& table, std::ostream* out) { *out << table.name; }
