@@ -63,11 +63,8 @@ struct FirstIndex
     int32_t index;
 };
 
-#define FIRST_INDEX(table, index) {table, index},
-constexpr FirstIndex kFirstIndexes[] = {
-#include "host/factory/first_indexes.def"
-};
-#undef FIRST_INDEX
+// The row of APN n has index n - 1.
+constexpr FirstIndex kFirstIndexes[] = {{"ApnConfigTable", 0}, {"ApnStatusTable", 0}};
 
 int32_t FirstIndexOf(std::string_view table)
 {

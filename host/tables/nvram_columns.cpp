@@ -19,15 +19,11 @@ struct NvramColumn
 {
     const char* table;
     const char* column;
-    const char* before;  // of the number in the key
-    const char* behind;
+    const char* before;  // the text of the key before the number, which is the row's index plus 1
+    const char* behind;  // and behind it
 };
 
-#define NVRAM_COLUMN(table, column, before, behind) {table, column, before, behind},
-constexpr NvramColumn kNvramColumns[] = {
-#include "host/factory/nvram_columns.def"
-};
-#undef NVRAM_COLUMN
+constexpr NvramColumn kNvramColumns[] = {{"ApnConfigTable", "ApnEnable", "apn", "_enable"}};
 
 std::string KeyOf(const NvramColumn& in_nvram, const void* row)
 {

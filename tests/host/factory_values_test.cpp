@@ -1,13 +1,11 @@
-// The values of a router that has just started: each belongs to an object, and an object takes
-// back what it shows.
+// The values of a router that has just started: an object takes back what it shows.
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <set>
-#include <string>
 
 #include "dictionary/name_index.h"
 #include "dictionary/value_check.h"
+#include "host/objects/sources.h"
 #include "tests/host/host_state.h"
 #include "tests/process_setup.h"
 
@@ -17,22 +15,13 @@ namespace
 {
 using FactoryValues = HostState;
 
-constexpr const char* kNames[] = {
-#define VALUE(name, value) name,
-#include "host/factory/factory_values.def"
-#undef VALUE
-};
-
-TEST(FactoryValueRows, NameAnObjectOnceEach)
+TEST_F(FactoryValues, ThatTellOfATableNameOneThatThePlatformKeeps)
 {
-    NameIndexBuild();
-    std::set<std::string> seen;
-    for (const std::string name : kNames)
-    {
-        EXPECT_TRUE(seen.insert(name).second) << name << " stands twice";
-        // "#2" marks the second object of a name.
-        EXPECT_NE(NameLookup(name.substr(0, name.find('#'))).object, nullptr) << name;
-    }
+    for (const host::Source& source : host::Sources())
+        if (source.kind == host::SourceKind::RowCount || source.kind == host::SourceKind::RowIndexes)
+        {
+            EXPECT_NE(host::FindList(source.text), nullptr) << source.object << ": " << source.text;
+        }
 }
 
 TEST_F(FactoryValues, PassTheCheckOfTheirOwnObject)

@@ -1,0 +1,133 @@
+// The sources of all objects, put together and checked at compile time.
+#include "host/objects/sources.h"
+
+#include <algorithm>
+#include <array>
+
+#include "dictionary/value_type.h"
+
+namespace kobd::host
+{
+namespace
+{
+struct Object
+{
+    const char* name;
+    ValueType type;
+};
+
+#define OBJECT(name, type, ...) {name, type},
+#define RO(name, type, ...) {name, type},
+#define WO(name, type, ...) {name, type},
+#define ACTION(name, type, ...) {name, type},
+constexpr Object kObjects[] = {
+#include "dictionary/catalogue/objects.def"
+};
+#undef OBJECT
+#undef RO
+#undef WO
+#undef ACTION
+constexpr size_t kObjectCount = std::size(kObjects);
+
+struct SourceRow
+{
+    const char* object;
+    SourceKind kind;
+    const char* text;
+};
+
+#define SOURCE(object, kind, text) {object, SourceKind::kind, text},
+constexpr SourceRow kRows[] = {
+#include "host/factory/sources.def"
+};
+#undef SOURCE
+
+constexpr std::string_view kSecond = "#2";
+
+struct NumberedName
+{
+    std::string_view name;
+    size_t number;
+    constexpr auto operator<=>(const NumberedName&) const = default;
+};
+
+constexpr auto kByName = []
+{
+    std::array<NumberedName, kObjectCount> names{};
+    for (size_t number = 0; number < kObjectCount; ++number) names[number] = {kObjects[number].name, number};
+    std::sort(names.begin(), names.end());
+    return names;
+}();
+
+constexpr size_t Find(std::string_view state_name)
+{
+    const bool second = state_name.ends_with(kSecond);
+    const std::string_view name = second ? state_name.substr(0, state_name.size() - kSecond.size()) : state_name;
+    const auto first = std::lower_bound(kByName.begin(), kByName.end(), NumberedName{name, 0});
+    const auto found = first + (second && first != kByName.end() ? 1 : 0);
+    return found != kByName.end() && found->name == name ? found->number : kNoObject;
+}
+
+constexpr const char* FactoryTextWithoutRow(ValueType type)
+{
+    return type == VT_STRING || type == VT_TEXT || type == VT_TEXT_2 ? "" : "0";
+}
+
+// How many rows each object has.
+constexpr auto kRowsOf = []
+{
+    std::array<int, kObjectCount> rows{};
+    for (const SourceRow& row : kRows)
+        if (const size_t number = Find(row.object); number != kNoObject) ++rows[number];
+    return rows;
+}();
+
+constexpr auto kSources = []
+{
+    std::array<Source, kObjectCount> sources{};
+    for (size_t number = 0; number < kObjectCount; ++number)
+        sources[number] = {kObjects[number].name, SourceKind::Value, FactoryTextWithoutRow(kObjects[number].type),
+                           number};
+    for (const SourceRow& row : kRows)
+    {
+        const size_t number = Find(row.object);
+        if (number == kNoObject) continue;  // refused below, by name
+        const bool same = row.kind == SourceKind::SameAs;
+        sources[number].kind = row.kind;
+        sources[number].text = same ? "" : row.text;
+        if (same) sources[number].home = Find(row.text);
+    }
+    return sources;
+}();
+
+constexpr bool IsObjectOnce(std::string_view object)
+{
+    const size_t number = Find(object);
+    return number != kNoObject && kRowsOf[number] == 1;
+}
+
+// Whether the object that a SameAs row names keeps a value of its own.
+constexpr bool HasHome(SourceKind kind, std::string_view text)
+{
+    if (kind != SourceKind::SameAs) return true;
+    const size_t home = Find(text);
+    return home != kNoObject && kSources[home].kind == SourceKind::Value;
+}
+
+#define SOURCE(object, kind, text)                                               \
+    static_assert(IsObjectOnce(object), object ": no such object, or two rows"); \
+    static_assert(HasHome(SourceKind::kind, text), object " is the same as " text ", which has no value of its own");
+#include "host/factory/sources.def"
+#undef SOURCE
+}  // namespace
+
+std::span<const Source> Sources() { return kSources; }
+
+std::string StateName(size_t number)
+{
+    const char* name = kSources[number].object;
+    return Find(name) == number ? name : name + std::string(kSecond);
+}
+
+size_t NumberOf(std::string_view state_name) { return Find(state_name); }
+}  // namespace kobd::host
