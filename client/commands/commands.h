@@ -8,6 +8,7 @@
 
 #include "client/arguments/options.h"
 #include "client/arguments/words.h"
+#include "client/dictionary/tables.h"
 #include "client/output/outcome.h"
 
 namespace kobd::client
@@ -44,8 +45,6 @@ int RunCommand(const Words& command_line, const Options& defaults);
 
 // The values by name: one alone as it is, several as NAME=VALUE.
 Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone);
-
-struct TableEntry;
 
 // What describe and table describe show of a table.
 Outcome DescribedTable(const TableEntry& table);

@@ -2,7 +2,6 @@
 #include "client/dictionary/dictionary.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <vector>
 
 #include "client/dictionary/nearest.h"
@@ -12,34 +11,6 @@ namespace kobd::client
 {
 namespace
 {
-#define SHARED(accessor) accessor
-#define SECOND_QUOTED(...) SECOND_PICK(__VA_ARGS__, NO_VALIDATOR, unused)
-#define SECOND_PICK(first, second, ...) QUOTE(second)
-#define QUOTE(text) QUOTE_EXPANDED(text)
-#define QUOTE_EXPANDED(text) #text
-#define FIRST(first, ...) first
-#define ENTRY(name, type, access, accessors, ...) \
-    {name, type, access, accessors __VA_OPT__(, FIRST(__VA_ARGS__, unused), SECOND_QUOTED(__VA_ARGS__))},
-#define OBJECT(name, type, getter, setter, ...) \
-    ENTRY(name, type, Access::kReadWrite, #getter #setter __VA_OPT__(, ) __VA_ARGS__)
-#define RO(name, type, getter, ...) ENTRY(name, type, Access::kReadOnly, #getter __VA_OPT__(, ) __VA_ARGS__)
-#define WO(name, type, setter, ...) ENTRY(name, type, Access::kWriteOnly, #setter __VA_OPT__(, ) __VA_ARGS__)
-#define ACTION(name, type, setter, ...) ENTRY(name, type, Access::kAction, #setter __VA_OPT__(, ) __VA_ARGS__)
-
-struct Row
-{
-    const char* name;
-    ValueType type;
-    Access access;
-    std::string_view accessors;  // as the row writes them
-    const char* limitation = nullptr;
-    const char* validator = nullptr;
-};
-
-constexpr Row kRows[] = {
-#include "dictionary/catalogue/objects.def"
-};
-
 struct Rule
 {
     const char* check;
@@ -51,18 +22,6 @@ constexpr Rule kRules[] = {
 #include "client/dictionary/check_rules.def"
 };
 #undef RULE
-
-std::vector<ObjectEntry> MakeObjects()
-{
-    std::vector<ObjectEntry> objects;
-    for (const Row& row : kRows)
-    {
-        const bool none = row.validator == nullptr || strcmp(row.validator, "NO_VALIDATOR") == 0;
-        objects.push_back({row.name, row.type, row.access, row.limitation, none ? nullptr : row.validator,
-                           row.accessors.find("SHARED(") != std::string_view::npos});
-    }
-    return objects;
-}
 
 // A bound as the daemon reads it: leading number, else 0; the fallback where there is none.
 std::string Bound(std::string_view limitation, bool upper, const char* fallback)
@@ -103,11 +62,7 @@ std::string AcceptsByType(const ObjectEntry& object)
 }
 }  // namespace
 
-std::span<const ObjectEntry> Objects()
-{
-    static const std::vector<ObjectEntry> objects = MakeObjects();
-    return objects;
-}
+std::span<const ObjectEntry> Objects() { return kObjectRows; }
 
 const ObjectEntry* FindObject(std::string_view name)
 {

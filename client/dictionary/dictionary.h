@@ -2,32 +2,16 @@
 // rows as the daemon's records. tables.h has the tables.
 #pragma once
 
-#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
 
-#include "dictionary/value_type.h"
+#include "dictionary/catalogue/view.h"
 
 namespace kobd::client
 {
-enum class Access
-{
-    kReadWrite,
-    kReadOnly,
-    kWriteOnly,
-    kAction,
-};
-
-struct ObjectEntry
-{
-    const char* name;
-    ValueType type;
-    Access access;
-    const char* limitation;  // nullptr: none
-    const char* validator;   // name of the check, nullptr: none
-    bool shared;             // read or set through the accessor of an object before it
-};
+using kobd::Access;
+using ObjectEntry = ObjectRow;
 
 std::span<const ObjectEntry> Objects();
 

@@ -2,71 +2,10 @@
 #include "client/dictionary/tables.h"
 
 #include "client/dictionary/nearest.h"
-#include "dictionary/catalogue/layouts.h"
 
 namespace kobd::client
 {
-namespace
-{
-// Each row is read twice: for the operations it has, and for the name of its check.
-#define ADD(...) | kAdd
-#define DEL(...) | kDel
-#define GET(...) | kGet
-#define SET(...) | kSet
-#define PATH(...) | kSetParentPath
-#define NEXT(...) | kNext
-#define VALIDATE(...) | kValidate
-#define ALL(stem) ADD() DEL() GET() SET() PATH() NEXT()
-#define TABLE(name, layout, max_rows, ...) {name, layout, max_rows, name, 0u __VA_ARGS__, nullptr},
-#define OWN_LIST TABLE
-#define SAME_LIST(name, layout, max_rows, other) {name, layout, max_rows, other, 0u, nullptr},
-constexpr TableEntry kRows[] = {
-#include "dictionary/catalogue/tables.def"
-};
-#undef ADD
-#undef DEL
-#undef GET
-#undef SET
-#undef PATH
-#undef NEXT
-#undef VALIDATE
-#undef TABLE
-#undef SAME_LIST
-
-#define ADD(...)
-#define DEL(...)
-#define GET(...)
-#define SET(...)
-#define PATH(...)
-#define NEXT(...)
-#define VALIDATE(function) #function
-#define TABLE(name, layout, max_rows, ...) "" __VA_ARGS__,
-#define SAME_LIST(...) "",
-constexpr const char* kValidators[] = {
-#include "dictionary/catalogue/tables.def"
-};
-static_assert(std::size(kRows) == std::size(kValidators));
-
-std::vector<TableEntry> MakeTables()
-{
-    std::vector<TableEntry> tables(std::begin(kRows), std::end(kRows));
-    for (size_t i = 0; i < tables.size(); ++i) tables[i].validator = kValidators[i];
-    for (TableEntry& table : tables)
-        for (const TableEntry& owner : tables)
-            if (owner.name == std::string_view(table.list_of))
-            {
-                table.operations = owner.operations;
-                table.validator = owner.validator;
-            }
-    return tables;
-}
-}  // namespace
-
-std::span<const TableEntry> Tables()
-{
-    static const std::vector<TableEntry> tables = MakeTables();
-    return tables;
-}
+std::span<const TableEntry> Tables() { return kTableRows; }
 
 const TableEntry* FindTable(std::string_view name)
 {

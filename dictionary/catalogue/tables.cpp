@@ -5,15 +5,16 @@
 #include <string_view>
 
 #include "daemon/base/tlv.h"
-#include "dictionary/catalogue/layouts.h"
 #include "dictionary/catalogue/table_operations.h"
+#include "dictionary/catalogue/view.h"
 #include "dictionary/records.h"
 
 namespace kobd
 {
 namespace
 {
-constexpr size_t kTableCount = 103;
+constexpr size_t kTableCount = kTableRows.size();
+static_assert(kTableCount == 103);
 constinit std::array<PendingRowLinks, kTableCount> pending_rows;
 
 // The operations of a list under the name of the table that owns it.
@@ -54,76 +55,29 @@ constexpr const TableOps* OpsOf(std::string_view table)
                 ->ops;
 }
 
-constexpr size_t kFirst = __COUNTER__ + 1;
-
-constexpr TableDef Record(size_t number, const char* name, const RowLayout& layout, uint32_t max_rows,
-                          const char* list_of)
+constexpr std::array<TableDef, kTableCount> MakeRecords()
 {
-    return {kKindTable,
-            name,
-            OpsOf(list_of),
-            layout.columns.data(),
-            static_cast<uint32_t>(layout.columns.size()),
-            layout.row_size,
-            &pending_rows[number],
-            max_rows};
+    std::array<TableDef, kTableCount> records{};
+    for (size_t i = 0; i < kTableCount; ++i)
+    {
+        const TableRow& row = kTableRows[i];
+        records[i] = {kKindTable,
+                      row.name,
+                      OpsOf(row.list_of),
+                      row.layout.columns.data(),
+                      static_cast<uint32_t>(row.layout.columns.size()),
+                      row.layout.row_size,
+                      &pending_rows[i],
+                      row.max_rows};
+    }
+    return records;
 }
-
-#define TABLE(name, layout, max_rows, ...) Record(__COUNTER__ - kFirst, name, layout, max_rows, name),
-#define SAME_LIST(name, layout, max_rows, other) Record(__COUNTER__ - kFirst, name, layout, max_rows, other),
-constexpr std::array<TableDef, kTableCount> kRecords = {
-#include "dictionary/catalogue/tables.def"
-};
-#undef TABLE
-#undef SAME_LIST
-static_assert(__COUNTER__ - kFirst == kTableCount, "one row a table, 103 in all");
-
-// Which operations a list has, taken from the rows themselves: under the sanitizers the compiler
-// does not compare function addresses at compile time.
-enum Operation : unsigned
-{
-    kAdd = 1u << 0,
-    kDel = 1u << 1,
-    kGet = 1u << 2,
-    kSet = 1u << 3,
-    kPath = 1u << 4,
-    kNext = 1u << 5,
-    kValidate = 1u << 6,
-};
-
-struct NamedFacts
-{
-    std::string_view table;
-    unsigned operations;
-};
-
-#define ADD(function) | kAdd
-#define DEL(function) | kDel
-#define GET(function) | kGet
-#define SET(function) | kSet
-#define PATH(function) | kPath
-#define NEXT(function) | kNext
-#define VALIDATE(function) | kValidate
-#define TABLE(name, layout, max_rows, ...) {name, 0u __VA_ARGS__},
-#define SAME_LIST(...)
-constexpr NamedFacts kFacts[] = {
-#include "dictionary/catalogue/tables.def"
-};
-#undef TABLE
-#undef SAME_LIST
-#define TABLE(name, layout, max_rows, ...) name,
-#define SAME_LIST(name, layout, max_rows, other) other,
-constexpr std::array<std::string_view, kTableCount> kListOf = {
-#include "dictionary/catalogue/tables.def"
-};
-#undef TABLE
-#undef SAME_LIST
+constexpr std::array kRecords = MakeRecords();
 
 constexpr int CountOperation(Operation operation)
 {
     int count = 0;
-    for (const std::string_view list : kListOf)
-        for (const NamedFacts& facts : kFacts) count += facts.table == list && (facts.operations & operation) != 0;
+    for (const TableRow& table : kTableRows) count += table.Has(operation);
     return count;
 }
 
@@ -132,7 +86,7 @@ static_assert(CountOperation(kGet) == 86);
 static_assert(CountOperation(kSet) == 81);
 static_assert(CountOperation(kAdd) == 76);
 static_assert(CountOperation(kDel) == 75);
-static_assert(CountOperation(kPath) == 67);
+static_assert(CountOperation(kSetParentPath) == 67);
 static_assert(CountOperation(kValidate) == 9);
 
 template <typename Test>
@@ -153,20 +107,13 @@ static_assert(CountMaximum(255) == 6 && CountMaximum(4) == 5 && CountMaximum(16)
 static_assert(CountMaximum(20) == 2 && CountMaximum(2) == 1 && CountMaximum(8) == 1 && CountMaximum(128) == 1);
 static_assert(CountMaximum(150) == 1);
 
-#define TABLE(name, layout, max_rows, ...) #layout,
-#define SAME_LIST TABLE
-constexpr std::array<std::string_view, kTableCount> kLayoutOf = {
-#include "dictionary/catalogue/tables.def"
-};
-#undef TABLE
-#undef SAME_LIST
-
 // A table is the first of its layout when no earlier row names the same one. By name: under the
-// sanitizers the compiler does not compare addresses of columns at compile time either.
+// sanitizers the compiler compares no addresses of columns at compile time.
 constexpr bool FirstOfLayout(const TableDef& table)
 {
-    const auto own = kLayoutOf.begin() + (&table - kRecords.data());
-    return std::find(kLayoutOf.begin(), own, *own) == own;
+    const auto own = kTableRows.begin() + (&table - kRecords.data());
+    return std::none_of(kTableRows.begin(), own,
+                        [own](const TableRow& earlier) { return earlier.layout_name == own->layout_name; });
 }
 
 constexpr uint32_t CountColumns()

@@ -32,7 +32,7 @@ constexpr size_t kFirst = __COUNTER__ + 1;
 
 // Every row takes two numbers of the counter, so that half the count is the row's number.
 #define NUMBER ((__COUNTER__ - kFirst) / 2)
-#define NO_ACCESSOR static_assert(NUMBER < 1488);
+#define NO_ACCESSOR static_assert(NUMBER < 0xFFFF);
 #define OBJECT(name, type, getter, setter, ...) GET(NUMBER, getter) SET(NUMBER, setter)
 #define RO(name, type, getter, ...) GET(NUMBER, getter) NO_ACCESSOR
 #define WO(name, type, setter, ...) NO_ACCESSOR ACT(NUMBER, setter)

@@ -111,7 +111,7 @@ void ChangeEverything()
         EXPECT_EQ(Request(kSetSilent, {{kTagObjectName, object.name}, {kTagValue, value}}).result, 0) << object.name;
     }
     for (const client::TableEntry& table : client::Tables())
-        if (table.Has(client::kAdd) && table.Has(client::kDel) && table.Has(client::kSet) && *table.validator == 0 &&
+        if (table.Has(kobd::kAdd) && table.Has(kobd::kDel) && table.Has(kobd::kSet) && *table.validator == 0 &&
             table.list_of == std::string_view(table.name))
             FillTable(table);
     for (const auto& row : kCheckedRows)
