@@ -42,9 +42,9 @@ constexpr std::array<ObjDef, kCount> WithCells(std::array<ObjDef, kCount> record
 #define RO(name, type, getter, ...) Record(name, type, getter, nullptr __VA_OPT__(, ) __VA_ARGS__),
 #define WO(name, type, setter, ...) Record(name, type, nullptr, setter __VA_OPT__(, ) __VA_ARGS__),
 #define ACTION(name, type, setter, ...) Record(name, type, zeroValueGet, setter __VA_OPT__(, ) __VA_ARGS__),
-constexpr std::array kRecords = WithCells(std::array{
+constexpr std::array kRecords = WithCells(std::to_array<ObjDef>({
 #include "dictionary/catalogue/objects.def"
-});
+}));
 static_assert(kRecords.size() == kObjectRows.size());
 
 // The names that stand twice in the catalogue; lookups find the earlier record.

@@ -113,9 +113,9 @@ constexpr std::array<TableRow, kCount> Joined(std::array<TableRow, kCount> rows)
 #define RO(name, type, getter, ...) ROW(name, type, kReadOnly, IS_SHARED(getter) __VA_OPT__(, ) __VA_ARGS__)
 #define WO(name, type, setter, ...) ROW(name, type, kWriteOnly, IS_SHARED(setter) __VA_OPT__(, ) __VA_ARGS__)
 #define ACTION(name, type, setter, ...) ROW(name, type, kAction, IS_SHARED(setter) __VA_OPT__(, ) __VA_ARGS__)
-inline constexpr std::array kObjectRows = {
+inline constexpr auto kObjectRows = std::to_array<ObjectRow>({
 #include "dictionary/catalogue/objects.def"
-};
+});
 #undef SHARED
 #undef OWN
 #undef IS_SHARED
@@ -138,9 +138,9 @@ inline constexpr std::array kObjectRows = {
 #define TABLE(name, layout, max_rows, ...) view::Table(name, layout, #layout, max_rows, name, {__VA_ARGS__}),
 #define OWN_LIST TABLE
 #define SAME_LIST(name, layout, max_rows, other) view::Table(name, layout, #layout, max_rows, other, {}),
-inline constexpr std::array kTableRows = view::Joined(std::array{
+inline constexpr std::array kTableRows = view::Joined(std::to_array<TableRow>({
 #include "dictionary/catalogue/tables.def"
-});
+}));
 #undef ADD
 #undef DEL
 #undef GET
