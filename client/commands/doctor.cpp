@@ -172,6 +172,15 @@ void LookAtRefusals(Report* report)
     for (size_t i = lines.size() - std::min(lines.size(), kRefusalsShown); i < lines.size(); ++i)
         report->Say(kNote, "refusals", lines[i].time + " " + lines[i].message);
 }
+// A uci that fails or hangs has left lines under the names of the cellular lists' loads and saves.
+void LookAtCellularLists(Report* report)
+{
+    std::vector<LogLine> lines = LastLogLines();
+    std::erase_if(lines, [](const LogLine& line)
+                  { return !line.function.ends_with("ListInit") && !line.function.ends_with("ListSave"); });
+    for (size_t i = lines.size() - std::min(lines.size(), kRefusalsShown); i < lines.size(); ++i)
+        report->Say(kNote, "uci", lines[i].time + " " + lines[i].function + ": " + lines[i].message);
+}
 }  // namespace
 
 Outcome CommandDoctor(const Options& options, const Words&)
@@ -188,6 +197,7 @@ Outcome CommandDoctor(const Options& options, const Words&)
     LookAtLog(&report);
     LookAtState(&report);
     LookAtUci(&report);
+    LookAtCellularLists(&report);
     LookAtRefusals(&report);
     Outcome outcome(report.data, report.text);
     outcome.status = report.wrong ? 1 : 0;
