@@ -34,7 +34,7 @@ int KobdInit();
 // joining the bus at this moment, and then leaves the bus alone. Once: a second caller waits for the end.
 void KobdExit();
 
-// Sleeps until exit_flag is set. A signal ends the process from a thread of its own.
+// Sleeps until exit_flag is set. A signal ends the process from another thread.
 void WaitForExit();
 }  // namespace kobd
 

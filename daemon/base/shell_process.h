@@ -1,4 +1,4 @@
-// A command in a shell of its own that can be waited for and ended. The C library's system() ignores
+// Runs a command in a shell that can be waited for and ended. The C library's system() ignores
 // SIGINT and SIGQUIT for the whole process as long as the command runs, and waits without end.
 #pragma once
 
@@ -8,7 +8,7 @@
 
 namespace kobd
 {
-// Starts "/bin/sh -c command" in a process group of its own, with no signal blocked or ignored.
+// Starts "/bin/sh -c command" in a new process group, with no signal blocked or ignored.
 //   output: descriptor for its standard output; -1 leaves it the daemon's
 // The process, which ShellEnded or EndShell must take; -1 with errno when there is none.
 pid_t StartShell(const char* command, int output);

@@ -210,7 +210,7 @@ bool StopReceiving()
     return ended;
 }
 
-// Without the claim nothing is touched: the one who has the module may still be writing the state.
+// Touches nothing without the claim: the process that has the module may still be writing the state.
 void* Join(void*)
 {
     for (int claim; (claim = AwaitClaim()) >= 0; ReleaseModule(claim))
