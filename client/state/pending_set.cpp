@@ -122,7 +122,7 @@ Failure PendingSet::Begin(const Options& options, const Assignments& pairs)
 
 Failure PendingSet::Keep(const Assignments& present, int seconds)
 {
-    due_s_ = NowS() + seconds;
+    due_s_ = NowS() + 1 + seconds;  // NowS rounds down, and nobody gets less time than asked for
     boot_ = ThisBoot();
     std::string text = "# These values return unless kobctl confirm comes in time.\n";
     text += std::string(kBoot) + "=" + boot_ + "\n" + kDue + "=" + std::to_string(due_s_) + "\n" + kOldValues + "\n";

@@ -70,6 +70,9 @@ protected:
     }
 
     static bool IsPending() { return access(kPending, F_OK) == 0; }
+
+    // Lets the time of the pending set be up.
+    static bool Expire() { return system("sed -i 's/^due=.*/due=0/' /tmp/state/confirm") == 0; }
 };
 
 TEST_F(KobctlConfirm, OldValuesReturnUnlessConfirmed)
@@ -97,18 +100,18 @@ TEST_F(KobctlConfirm, OldValuesReturnUnlessConfirmed)
 
 TEST_F(KobctlConfirm, TheNextCallGoesOnForAKilledOne)
 {
-    EXPECT_EQ(RunLine("set --confirm 1 webHttpPort=81").status, 0);
+    EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=81").status, 0);
     EXPECT_EQ(KillWaiting(), 1);
-    sleep(2);
+    ASSERT_TRUE(Expire());
     EXPECT_EQ(Port(), "81") << "nobody waits";
     const Ran ran = RunLine("get webHttpPort");
     EXPECT_EQ(ran.output, "80\n");
     EXPECT_EQ(ran.errors, "kobctl: not confirmed in time, the old values are back: webHttpPort\n");
     EXPECT_FALSE(IsPending());
 
-    EXPECT_EQ(RunLine("set --confirm 1 webHttpPort=82").status, 0);
+    EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=82").status, 0);
     EXPECT_EQ(KillWaiting(), 1);
-    sleep(2);
+    ASSERT_TRUE(Expire());
     const Ran late = RunLine("confirm");
     EXPECT_EQ(late.status, 1);
     EXPECT_EQ(late.errors, "kobctl: too late to confirm webHttpPort: the old values are back\n");
@@ -180,10 +183,10 @@ TEST_F(KobctlConfirm, ARestartOfTheDaemonAloneChangesNothing)
 
 TEST_F(KobctlConfirm, OldValuesThatAreRefusedAreKept)
 {
-    EXPECT_EQ(RunLine("set --confirm 1 webHttpPort=81").status, 0);
+    EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=81").status, 0);
     EXPECT_EQ(KillWaiting(), 1);
     ASSERT_EQ(system("sed -i 's/^webHttpPort=80/webHttpPort=0/' /tmp/state/confirm"), 0);
-    sleep(1);
+    ASSERT_TRUE(Expire());
     const Ran ran = RunLine("get webHttpPort");
     EXPECT_EQ(ran.errors,
               "kobctl: the daemon refused the old values of webHttpPort: Invalid argument; they are kept in "
