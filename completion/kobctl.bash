@@ -19,7 +19,7 @@ _kobctl_options() {
         table:set) own="--silent" ;;
         table:add) own="--parent" ;;
         confirm:*) own="--resume" ;;
-        watch:*) own="--count" ;;
+        watch:* | history:*) own="--count" ;;
         journal:*) own="--follow --count" ;;
     esac
     _kobctl_complete "--json --timeout --help $own"
@@ -42,7 +42,7 @@ _kobctl_table() {
 
 _kobctl() {
     if [ "$COMP_CWORD" = 1 ]; then
-        _kobctl_complete "get set check confirm commit table list describe show export import batch watch \
+        _kobctl_complete "get set check confirm commit history undo reset table list describe show export import batch watch \
             event journal nvram config doctor help"
         return
     fi
@@ -51,7 +51,7 @@ _kobctl() {
         return
     fi
     case ${COMP_WORDS[1]} in
-        get) _kobctl_complete "$(kobctl complete-names)" ;;
+        get | reset | history) _kobctl_complete "$(kobctl complete-names)" ;;
         describe) _kobctl_complete "$(kobctl complete-names; kobctl complete-names tables)" ;;
         check | set)
             _kobctl_complete "$(kobctl complete-names | sed 's/$/=/')"
@@ -66,7 +66,7 @@ _kobctl() {
         watch) _kobctl_complete "$(kobctl complete-names; kobctl complete-names tables)" ;;
         export | import | batch) mapfile -t COMPREPLY < <(compgen -f -- "${COMP_WORDS[COMP_CWORD]}") ;;
         help)
-            _kobctl_complete "get set check confirm commit table list describe show export import batch watch \
+            _kobctl_complete "get set check confirm commit history undo reset table list describe show export import batch watch \
                 event journal nvram config doctor"
             ;;
         nvram | config) [ "$COMP_CWORD" = 2 ] && _kobctl_complete "get set" ;;

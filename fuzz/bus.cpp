@@ -17,7 +17,7 @@
 #include "fuzz/target.h"
 #include "host/bus/bus_queues.h"
 #include "host/commit.h"
-#include "host/state/state_store.h"
+#include "host/state/folder.h"
 #include "platform/bus_client.h"
 #include "tests/items.h"
 #include "tests/joined.h"

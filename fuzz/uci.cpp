@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "fuzz/target.h"
+#include "host/state/folder.h"
 #include "host/uci/configuration.h"
 #include "host/uci/files.h"
 

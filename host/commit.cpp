@@ -1,19 +1,19 @@
-// One commit of objects and rows: only what changed is written, and what changed becomes durable as
+// One commit of objects, rows and stores: only what changed is written, and what changed becomes durable as
 // a whole or not at all.
 #include "host/commit.h"
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <new>
-#include <vector>
 
+#include "daemon/base/messages.h"
+#include "host/bus/bus.h"
 #include "host/objects/object_values.h"
-#include "host/state/load_report.h"
+#include "host/state/folder.h"
 #include "host/state/report.h"
-#include "host/state/state_store.h"
+#include "host/state/stores.h"
 #include "host/tables/list_state.h"
 #include "platform/kob_platform.h"
 #include "platform/kobd_exports.h"
@@ -23,55 +23,122 @@ namespace kobd::host
 namespace
 {
 constexpr int kUpdateFailed = 14;
-constexpr const char* kObjectsFile = "objects";
-constexpr const char* kTablesFile = "tables";
 
-bool KeepUnreadableOf(const std::vector<StateFile>& files)
+std::string not_saved;  // why the last commit failed
+bool tried = false;     // in this request
+
+bool IsChanged() { return ObjectValuesChanged() || ListsChanged() || StoresChanged(); }
+
+enum class What
 {
-    return std::all_of(files.begin(), files.end(),
-                       [](const StateFile& file) { return KeepUnreadable(StateFolder() + "/" + file.name); });
+    kAll,
+    kStores,  // values and rows that nobody has asked to commit stay as they are
+};
+
+bool WriteChanges(Database* database, What what)
+{
+    if (!database->Begin()) return false;
+    History history(database, static_cast<int>(BusRequest().sender));
+    if (what == What::kAll) ObjectValuesWrite(database, &history);
+    if (what == What::kAll) ListsWrite(database, &history);
+    StoresWrite(database, &history);
+    history.Finish();
+    return database->Commit();
 }
 
-int Commit()
+// Writes what changed; everything, where the database is another one than before.
+bool TryCommit(Database* database, What what)
+{
+    const Database::Opened opened = database->Open();
+    if (opened == Database::Opened::kFailed) return false;
+    if (opened == Database::Opened::kNew)
+    {
+        ObjectValuesAllChanged();
+        ListsAllChanged();
+    }
+    return WriteChanges(database, what);
+}
+
+// A statement that memory interrupts leaves no transaction open.
+struct EndOfTransaction
+{
+    Database* database;
+    ~EndOfTransaction() { database->Rollback(); }
+};
+
+int Commit(What what)
 try
 {
-    std::vector<StateFile> files;
-    const bool objects = ObjectValuesChanged();
-    const bool tables = ListsChanged();
-    if (objects) files.push_back({kObjectsFile, ObjectValuesState()});
-    if (tables) files.push_back({kTablesFile, ListsState()});
-    if (!KeepUnreadableOf(files) || !SaveTogether(StateFolder(), files))
+    tried = true;
+    if (!IsChanged()) return 0;
+    const State state;
+    const EndOfTransaction end{&*state};
+    if (TryCommit(&*state, what) || (state->KeepDamagedAside() && TryCommit(&*state, what)))
     {
-        kobd_log_print("update_config", __LINE__, "cannot write the state in %s: %s", StateFolder().c_str(),
-                       strerror(errno));
-        return kUpdateFailed;
+        if (what == What::kAll) ObjectValuesWritten();
+        if (what == What::kAll) ListsWritten();
+        StoresWritten();
+        not_saved.clear();
+        return 0;
     }
-    if (objects) ObjectValuesKept();
-    if (tables) ListsKept();
-    return 0;
+    not_saved = state->Why();
+    kobd_log_print("update_config", __LINE__, "cannot write the state in %s: %s", StateFolder().c_str(),
+                   not_saved.c_str());
+    return kUpdateFailed;
 }
 catch (const std::bad_alloc&)
 {
     return OutOfMemory("update_config", kUpdateFailed);
 }
 
+// False when the database cannot be read; nothing of it is served then.
+bool LoadFrom(Database* database)
+{
+    if (database->Open() == Database::Opened::kFailed) return false;
+    ObjectValuesLoad(database);
+    if (!database->Failed()) ListsLoad(database);
+    return !database->Failed();
+}
+
+void LoadFactory()
+{
+    ObjectValuesLoad(nullptr);
+    ListsLoad(nullptr);
+}
+
 // False when memory ran out. Half a state must not be served: the next commit would write it over the whole one.
 bool TryLoad()
 try
 {
+    const State state;
+    StoresWritten();
+    not_saved.clear();
     if (access(StateFolder().c_str(), W_OK | X_OK) != 0)
         kobd_log_print("LoadState", __LINE__, "cannot write in the state folder %s: %s, changes will not survive",
                        StateFolder().c_str(), strerror(errno));
-    if (!FinishSave(StateFolder()))
-        kobd_log_print("LoadState", __LINE__, "cannot finish the last commit in %s: %s", StateFolder().c_str(),
-                       strerror(errno));
-    ObjectValuesLoad(StateFolder() + "/" + kObjectsFile);
-    ListsLoad(StateFolder() + "/" + kTablesFile);
+    if (LoadFrom(&*state) || (state->KeepDamagedAside() && LoadFrom(&*state)))
+    {
+        state->ReserveLog();
+        return true;
+    }
+    LoadFactory();
+    if (state->Error() == ENOMEM) return false;
+    kobd_log_print("LoadState", __LINE__, "cannot read the database in %s (%s), factory values serve",
+                   StateFolder().c_str(), state->Why().c_str());
+    state->Close();
     return true;
 }
 catch (const std::bad_alloc&)
 {
     OutOfMemory("LoadState", 0);
+    return false;
+}
+
+// Whether the daemon commits what this request changes.
+bool IsCommitted(uint32_t code)
+{
+    for (const RequestId id : {kReqObjSet, kReqUpdate, kReqTableAdd, kReqTableDel, kReqTableSet, kREQSubTableAdd})
+        if (code == MessageCode(id, kClassRequest)) return true;
     return false;
 }
 }  // namespace
@@ -80,6 +147,20 @@ void LoadState()
 {
     while (!TryLoad()) sleep(1);
 }
+
+void BeginRequest()
+{
+    tried = false;
+    StoresWait(IsCommitted(BusRequest().code));
+}
+
+void EndRequest()
+{
+    StoresWait(false);
+    if (StoresChanged() && !tried) Commit(What::kStores);  // the request was refused half way
+}
+
+std::string WhyNotSaved() { return IsChanged() ? not_saved : std::string(); }
 }  // namespace kobd::host
 
-int update_config() { return kobd::host::Commit(); }
+int update_config() { return kobd::host::Commit(kobd::host::What::kAll); }

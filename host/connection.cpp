@@ -6,7 +6,7 @@
 #include <string>
 
 #include "daemon/base/messages.h"
-#include "host/state/state_store.h"
+#include "host/state/folder.h"
 #include "platform/kobd_exports.h"
 #include "platform/message.h"
 #include "platform/nvram.h"

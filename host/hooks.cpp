@@ -2,7 +2,8 @@
 // so that a test or a person sees that the daemon called them and in which order.
 #include "host/bus/bus.h"
 #include "host/commit.h"
-#include "host/state/state_store.h"
+#include "host/control.h"
+#include "host/state/folder.h"
 #include "host/uci_path.h"
 #include "platform/kob_platform.h"
 
@@ -13,7 +14,8 @@ void LogModuleUpdate() { Journal("LogModuleUpdate"); }
 void checkFirstBootFlag()
 {
     Journal("checkFirstBootFlag");
-    BusBeforeServing(LoadState);  // not yet: another daemon may be writing the state
+    // The state is loaded later: another daemon may still be writing it.
+    BusCall({.prepare = LoadState, .begin = BeginRequest, .end = EndRequest, .control = AnswerControl});
 }
 
 void checkUpgradeFlag()
@@ -25,7 +27,7 @@ void checkUpgradeFlag()
 void kobd_lib_init()
 {
     Journal("kobd_lib_init");
-    if (!BusIsUsed()) LoadState();  // a bus library of the router's does not know of BusBeforeServing
+    if (!BusIsUsed()) LoadState();  // a bus library of the router's does not know of BusCall
 }
 
 void initUssdEventSvr() { Journal("initUssdEventSvr"); }

@@ -9,18 +9,24 @@ namespace kobd::client
 {
 Outcome CommandConfirm(const Options& options, const Words&)
 {
-    if (!MayBePending() && options.resume) return {};
     PendingSet pending;
     if (const Failure& error = pending.Error()) return Failure{error.code, "confirm: " + error.what};
     if (options.resume && (!pending.IsPending() || StartWaiting())) return {};
     if (options.resume) return SystemFailure("confirm --resume");
-    if (!pending.IsPending()) return Failure{kInvalidArgument, "there is nothing to confirm"};
+    if (!pending.IsPending() && pending.Refused().empty())
+        return Failure{kInvalidArgument, "there is nothing to confirm"};
+    if (!pending.IsPending())
+    {
+        const std::string refused = pending.Refused();
+        if (const Failure failure = pending.Withdraw()) return Failure{failure.code, "confirm: " + failure.what};
+        return {{}, "forgotten: " + refused + "\n"};
+    }
     const std::string names = pending.Names();
     if (pending.IsOverdue())
     {
         const Failure failure = pending.TakeBack(options);
         return Failure{kInvalidArgument,
-                       "too late to confirm " + names + ": " + (failure ? failure.what : "the old values are back")};
+                       "too late to confirm " + names + ": " + (failure ? failure.what : pending.WhatIsBack())};
     }
     if (const Failure failure = pending.Withdraw()) return Failure{failure.code, "confirm: " + failure.what};
     return {{}, "kept: " + names + "\n"};

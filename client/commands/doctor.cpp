@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -16,10 +17,12 @@
 #include "client/output/terminal.h"
 #include "client/requests/log_window.h"
 #include "client/requests/request.h"
+#include "client/state/daemon_state.h"
 #include "client/state/pending_set.h"
 #include "daemon/base/log.h"
 #include "daemon/base/tlv.h"
-#include "host/state/state_store.h"
+#include "host/state/database.h"
+#include "host/state/folder.h"
 #include "platform/message.h"
 
 namespace kobd::client
@@ -28,7 +31,7 @@ namespace
 {
 constexpr long kMessageLimit = kMessageMax;       // kernel.msgmax in bytes: one message
 constexpr long kQueueLimit = 16384;               // kernel.msgmnb in bytes: the daemon asks for that much
-constexpr unsigned long kLeastFree = 256 * 1024;  // bytes: the state is written beside the old one
+constexpr unsigned long kLeastFree = 256 * 1024;  // bytes: a commit's pages
 constexpr size_t kRefusalsShown = 3;
 
 enum Finding
@@ -131,15 +134,45 @@ void LookAtLog(Report* report)
         report->Say(kNote, "log", std::string("debug lines are on, rm ") + kDebugSwitchFile + " turns them off");
 }
 
-std::string WhatIsPending()
+void LookAtPending(Report* report)
 {
-    if (!MayBePending()) return "";
+    if (!MayBePending()) return;
     const PendingSet pending;
-    return pending.IsPending() ? pending.Names() + ": waiting for kobctl confirm" : pending.Error().what;
+    if (pending.IsPending()) report->Say(kNote, "state", pending.Names() + ": waiting for kobctl confirm");
+    if (pending.Error()) report->Say(kNote, "state", pending.Error().what);
+    if (!pending.Refused().empty())
+        report->Say(kWrong, "state",
+                    "these old values could not be set back: " + pending.Refused() +
+                        "; set what is needed, then run kobctl confirm");
+}
+
+// Damaged databases that were kept, each with its log.
+void LookAtDamaged(const std::string& folder, Report* report)
+{
+    std::error_code error;
+    for (std::filesystem::directory_iterator file(folder, error), end; !error && file != end; file.increment(error))
+        if (const std::string name = file->path().filename();
+            name.starts_with("kobd.db.damaged-") && !name.ends_with("-wal"))
+            report->Say(kNote, "state",
+                        file->path().string() +
+                            " is a damaged database that was kept: look at it "
+                            "with sqlite3, then remove it");
+}
+
+void LookAtDatabase(const std::string& folder, Report* report)
+{
+    const host::State state;
+    if (state->Open(false) == host::Database::Opened::kFailed && state->Error() != ENOENT)
+        report->Say(kWrong, "state", "the database in " + folder + " cannot be read: " + state->Why());
+    const auto texts = AskHost(KOBD_HOST_STATE);
+    if (texts && texts->size() == 2 && !texts->at(1).empty())
+        report->Say(kWrong, "state",
+                    "the last commit could not be saved: " + texts->at(1) + "; then run kobctl commit");
 }
 
 void LookAtState(Report* report)
 {
+    UseDaemonsState();
     const std::string folder = host::StateFolderName();
     struct statvfs disk;
     if (access(folder.c_str(), R_OK | W_OK | X_OK) != 0 || statvfs(folder.c_str(), &disk) != 0)
@@ -149,10 +182,9 @@ void LookAtState(Report* report)
     const unsigned long long free_bytes = static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize;
     report->Judge(free_bytes >= kLeastFree, "state", std::to_string(free_bytes / 1024) + " KB free",
                   "values cannot be made durable; make room");
-    if (const std::string pending = WhatIsPending(); !pending.empty()) report->Say(kNote, "state", pending);
-    if (access(RefusedFile().c_str(), F_OK) == 0)
-        report->Say(kWrong, "state",
-                    RefusedFile() + " has old values that could not be set back: set what is needed and remove it");
+    LookAtDatabase(folder, report);
+    LookAtDamaged(folder, report);
+    LookAtPending(report);
 }
 
 void LookAtUci(Report* report)

@@ -6,7 +6,7 @@
 #include "client/state/router_state.h"
 #include "client/state/settings_file.h"
 #include "daemon/base/result.h"
-#include "host/state/state_store.h"
+#include "host/state/folder.h"
 
 namespace kobd::client
 {

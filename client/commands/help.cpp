@@ -9,11 +9,13 @@ namespace kobd::client
 {
 namespace
 {
+constexpr std::string_view kMore = "More";  // the group of commands that the overview only names
 constexpr char kEnd[] =
     "\n"
     "kobctl help COMMAND has examples. Every command takes --timeout SECONDS (5) and,\n"
     "except for export, --json.\n"
-    "Exit status: 0 success, 1 refused or failed, 2 wrong use, 3 check left open.\n";
+    "Exit status: 0 success, 1 refused or failed, 2 wrong use, 3 check left open or\n"
+    "set but not saved.\n";
 
 std::string Padded(std::string text, size_t width)
 {
@@ -32,14 +34,20 @@ std::string Overview()
 {
     std::string text = "kobctl: reads and changes the router's objects and tables\n\n";
     std::string_view last;
+    Words more;
     for (const Command& command : Commands())
     {
         if (*command.group == 0 || IsTwoWords(command)) continue;
+        if (command.group == kMore)
+        {
+            more.push_back(command.name);
+            continue;
+        }
         text +=
             Padded(last == command.group ? "" : command.group, 8) + Padded(Usage(command), 21) + command.summary + "\n";
         last = command.group;
     }
-    return text + kEnd;
+    return text + "More    " + Joined(more) + "\n" + kEnd;
 }
 
 // The commands of two words that begin with this one, a line each.

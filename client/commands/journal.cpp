@@ -8,7 +8,8 @@
 
 #include "client/commands/commands.h"
 #include "client/output/terminal.h"
-#include "host/state/state_store.h"
+#include "client/state/daemon_state.h"
+#include "host/state/folder.h"
 
 namespace kobd::client
 {
@@ -37,7 +38,8 @@ void PrintLines(const Options& options, const std::string& path, std::streamoff*
 
 Outcome CommandJournal(const Options& options, const Words&)
 {
-    const std::string path = host::StateFolder() + "/journal";
+    UseStateToShow();
+    const std::string path = host::StateFolderName() + "/journal";
     if (!options.follow && access(path.c_str(), R_OK) != 0) return SystemFailure("cannot read " + path);
     signal(SIGINT, [](int) { stop = 1; });
     signal(SIGTERM, [](int) { stop = 1; });

@@ -4,6 +4,7 @@
 #include "client/dictionary/diagnose.h"
 #include "client/dictionary/dictionary.h"
 #include "client/requests/log_window.h"
+#include "client/state/daemon_state.h"
 #include "client/state/pending_set.h"
 #include "daemon/base/result.h"
 
@@ -47,7 +48,13 @@ Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
         "the old values return in " + std::to_string(options.confirm_s) + " seconds unless kobctl confirm follows";
     Response response;
     Outcome outcome = Send(options, pairs, &response);
-    if (!outcome.failure) return {{{"confirm_within", options.confirm_s}}, said + "\n"};
+    if (!outcome.failure)
+    {
+        pending.NoteNewValues(options);
+        outcome = {{{"confirm_within", options.confirm_s}}, said + "\n"};
+        AddNotSaved("set", &outcome);
+        return outcome;
+    }
     if (response.MayBeDone())
         outcome.notes.push_back(said);
     else if (!pending.IsUnchanged(options) || pending.Withdraw())
@@ -64,11 +71,15 @@ Outcome CommandSet(const Options& options, const Words& words)
     if (options.confirm_s > 0 && options.silent) return Failure{kWrongUse, "set takes --silent or --confirm, not both"};
     if (options.confirm_s > 0) return SetUntilConfirmed(options, pairs);
     Response response;
-    return Send(options, pairs, &response);
+    Outcome outcome = Send(options, pairs, &response);
+    if (!options.silent) AddNotSaved("set", &outcome);
+    return outcome;
 }
 
 Outcome CommandCommit(const Options& options, const Words&)
 {
-    return FailureOfChange(Call(options, KOBD_UPDATE, {}), "commit");
+    Outcome outcome = FailureOfChange(Call(options, KOBD_UPDATE, {}), "commit");
+    AddNotSaved("committed", &outcome);
+    return outcome;
 }
 }  // namespace kobd::client

@@ -4,6 +4,7 @@
 #include "client/commands/commands.h"
 #include "client/rows/row_change.h"
 #include "client/rows/table_rows.h"
+#include "client/state/daemon_state.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -55,6 +56,7 @@ Outcome TableSet(const Options& options, const Words& words)
     if (Failure failure = SendChanges(options, changes)) return failure;
     Outcome outcome;
     for (const RowChange& change : changes) outcome.data["set"].push_back(JsonOf(change.row));
+    if (!options.silent) AddNotSaved("set", &outcome);
     return outcome;
 }
 
@@ -74,7 +76,9 @@ Outcome TableAdd(const Options& options, const Words& words)
     if (Failure failure = AddRow(options, table, &change.row.index)) return failure;
     if (!change.values.empty())
         if (Failure failure = FillRow(options, change)) return failure;
-    return {JsonOf(change.row), std::to_string(change.row.index) + "\n"};
+    Outcome outcome(JsonOf(change.row), std::to_string(change.row.index) + "\n");
+    AddNotSaved("added", &outcome);
+    return outcome;
 }
 
 Outcome TableDel(const Options& options, const Words& words)
@@ -93,6 +97,7 @@ Outcome TableDel(const Options& options, const Words& words)
         deleted.push_back(std::to_string(row.index));
         outcome.data["deleted"].push_back(row.index);
     }
+    AddNotSaved("deleted", &outcome);
     return outcome;
 }
 }  // namespace kobd::client

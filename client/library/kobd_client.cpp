@@ -180,14 +180,16 @@ void kobd_client_close(kobd_client* client)
 
 void kobd_client_set_timeout(kobd_client* client, int milliseconds) { client->timeout_ms = std::max(milliseconds, 0); }
 
-int kobd_call(kobd_client* client, enum kobd_request request, const kobd_items* items)
+namespace
+{
+int CallClass(kobd_client* client, MessageClass message_class, uint16_t id, const kobd_items* items)
 {
     const size_t length = items != nullptr ? items->used : 0;
     client->left = {};
     client->answered = false;
     if (length > kPayloadMax) return kBufferLimit;
     if (length != 0) memcpy(client->request.Room(), items->bytes, length);
-    Address(client->request.Header(), kModuleKobd, kClassRequest, static_cast<uint16_t>(request), length);
+    Address(client->request.Header(), kModuleKobd, message_class, id, length);
     const int code = BusClientCall(&client->bus, client->request.Header(), client->reply.Header(), client->timeout_ms);
     if (code != kSuccess) return code;
     kobd_item result{};
@@ -195,6 +197,17 @@ int kobd_call(kobd_client* client, enum kobd_request request, const kobd_items* 
     client->answered = true;
     kobd_reply_rewind(client);
     return result.number;
+}
+}  // namespace
+
+int kobd_call(kobd_client* client, enum kobd_request request, const kobd_items* items)
+{
+    return CallClass(client, kClassRequest, static_cast<uint16_t>(request), items);
+}
+
+int kobd_host_call(kobd_client* client, enum kobd_host_control control, const kobd_items* items)
+{
+    return CallClass(client, kClassHostControl, static_cast<uint16_t>(control), items);
 }
 
 int kobd_answered(const kobd_client* client) { return client->answered ? 1 : 0; }

@@ -119,6 +119,16 @@ void kobd_client_set_timeout(kobd_client* client, int milliseconds);
  * until the next call on this client. */
 int kobd_call(kobd_client* client, enum kobd_request request, const kobd_items* items);
 
+/* Questions that only the imitated router answers; on a router no reply comes in time. */
+enum kobd_host_control {
+    KOBD_HOST_STATE = 1,  /* no item; the reply has two values: the state folder, and why the last commit could
+                             not be saved, empty when everything is */
+    KOBD_HOST_FACTORY = 2 /* an object name; the reply has its value from the factory */
+};
+
+/* As kobd_call. */
+int kobd_host_call(kobd_client* client, enum kobd_host_control control, const kobd_items* items);
+
 /* 1 when the last call was answered, whatever the result; 0 when its code came from the library. */
 int kobd_answered(const kobd_client* client);
 

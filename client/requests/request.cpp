@@ -101,6 +101,23 @@ Response Call(const Options& options, kobd_request id, const Items& items)
     return response;
 }
 
+std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items)
+{
+    constexpr int kHostTimeoutMs = 2000;
+    kobd_module daemon{};
+    kobd_client* client = nullptr;
+    const BuiltItems built = Build(items);
+    if (kobd_module_look(KOBD_MODULE_DAEMON, &daemon) != 0 || daemon.claimed == 0 || built == nullptr) return {};
+    if (kobd_client_open(&client) != 0) return {};
+    kobd_client_set_timeout(client, kHostTimeoutMs);
+    std::optional<std::vector<std::string>> texts;
+    if (kobd_host_call(client, question, built.get()) == 0) texts.emplace();
+    for (kobd_item item{}; texts && kobd_reply_next(client, &item) == 1;)
+        if (item.text != nullptr) texts->emplace_back(item.text);
+    kobd_client_close(client);
+    return texts;
+}
+
 Response CallInParts(const Options& options, kobd_request id, std::span<const Items> parts)
 {
     if (parts.size() <= kPartsAtOnce)

@@ -56,6 +56,9 @@ int TimeoutFor(const Options& options, const Items& items);
 // Sends one request and waits for its reply.
 Response Call(const Options& options, kobd_request id, const Items& items);
 
+// The texts that the imitated router answers this question with; nothing when nobody answers, as on a router.
+std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items = {});
+
 // Sends one request for many things; `parts` are the items of each. The response has the items of all replies.
 // Where a request or its reply does not fit one message, each half is asked for by itself, so that only a single
 // thing that is too large ends with result 11. Stops at the first other failure.

@@ -1,4 +1,5 @@
-// The file of the pending set.
+// The rows of the pending set in the database, under a lock of their own: the daemon writes the database, too, while
+// the values are set.
 #include "client/state/pending_set.h"
 
 #include <unistd.h>
@@ -6,27 +7,32 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
-#include <cstdio>
 #include <ctime>
 #include <fstream>
 
 #include "client/dictionary/diagnose.h"
 #include "client/dictionary/dictionary.h"
 #include "client/requests/read_values.h"
+#include "client/state/daemon_state.h"
 #include "client/state/waiting_process.h"
 #include "daemon/base/result.h"
-#include "host/state/state_store.h"
+#include "host/state/database.h"
+#include "host/state/folder.h"
 
 namespace kobd::client
 {
 namespace
 {
-constexpr const char* kDue = "due";
-constexpr const char* kBoot = "boot";
-constexpr const char* kOldValues = "[old values]";
-constexpr const char* kNothing = "end\n";  // a settings file without settings
+Failure DatabaseFailure(const std::string& what)
+{
+    return {kSystemError, what + " the database in " + host::StateFolderName() + ": " + host::State()->Why()};
+}
 
-std::string PendingFile() { return host::StateFolder() + "/confirm"; }
+// The database was closed where a process that waits was started.
+bool BeginWriting(host::Database* database)
+{
+    return database->Open() != host::Database::Opened::kFailed && database->Begin();
+}
 
 // Seconds since the machine started, sleep included: setting the clock neither shortens nor lengthens
 // what is pending.
@@ -54,10 +60,11 @@ std::string WhyNot(const Assignment& pair)
     return "";
 }
 
-Response ReadNamed(const Options& options, const Assignments& pairs, Values* values)
+template <typename Named>
+Response ReadNamed(const Options& options, const std::vector<Named>& named, Values* values)
 {
     Words names;
-    for (const Assignment& pair : pairs) names.push_back(pair.name);
+    for (const Named& one : named) names.push_back(one.name);
     return ReadValues(options, names, values);
 }
 
@@ -80,12 +87,15 @@ Failure ReadPresent(const Options& options, const Assignments& pairs, Assignment
 }
 }  // namespace
 
-PendingSet::PendingSet() : lock_(OpenLocked("/confirm.lock"))
+PendingSet::PendingSet()
 {
+    UseDaemonsState();
+    lock_ = OpenLocked("/confirm.lock");
     if (lock_ >= 0)
         Load();
     else if (errno == EWOULDBLOCK)
-        error_ = {kSystemError, "another kobctl has been at work on " + PendingFile() + " for two seconds, try again"};
+        error_ = {kSystemError, "another kobctl has been at work on the pending set in " + host::StateFolder() +
+                                    " for two seconds, try again"};
     else
         error_ = SystemFailure("cannot write in " + host::StateFolder());
 }
@@ -97,17 +107,31 @@ PendingSet::~PendingSet()
 
 void PendingSet::Load()
 {
-    host::Settings settings;
-    if (host::LoadSettings(PendingFile(), &settings) == host::LoadResult::kDamaged)
-        error_ = {kSystemError, PendingFile() + " is damaged, kept as " + host::KeepAside(PendingFile())};
-    bool old = false;
-    for (const auto& [name, value] : settings)
+    const host::State state;
+    const bool opened = state->Open(false) != host::Database::Opened::kFailed;
+    if (!opened && state->Error() == ENOENT) return;
+    if (opened)
     {
-        if (old) old_values_.push_back({name, value});
-        if (name == kOldValues) old = true;
-        if (!old && name == kBoot) boot_ = value;
-        if (!old && name == kDue) std::from_chars(value.data(), value.data() + value.size(), due_s_);
+        for (host::Query query = state->Ask("SELECT name, value FROM meta"); query.Next();)
+        {
+            const std::string value(query.Text(1));
+            if (query.Text(0) == "boot") boot_ = value;
+            if (query.Text(0) == "due") std::from_chars(value.data(), value.data() + value.size(), due_s_);
+        }
+        for (host::Query query = state->Ask("SELECT name, old, new FROM pending ORDER BY rowid"); query.Next();)
+            old_values_.push_back({std::string(query.Text(0)), std::string(query.Text(1)),
+                                   query.IsNull(2) ? std::nullopt : std::optional(std::string(query.Text(2)))});
+        for (host::Query query = state->Ask("SELECT name, old FROM refused"); query.Next();)
+            refused_.push_back(std::string(query.Text(0)) + "=" + std::string(query.Text(1)));
     }
+    if (state->Failed()) error_ = DatabaseFailure("cannot read");
+}
+
+Assignments PendingSet::OldValues() const
+{
+    Assignments pairs;
+    for (const OldValue& value : old_values_) pairs.push_back({value.name, value.old});
+    return pairs;
 }
 
 Failure PendingSet::Begin(const Options& options, const Assignments& pairs)
@@ -120,19 +144,35 @@ Failure PendingSet::Begin(const Options& options, const Assignments& pairs)
     return Keep(present, options.confirm_s);
 }
 
+bool PendingSet::WriteOldValues(const Assignments& present) const
+{
+    const host::State state;
+    if (!BeginWriting(&*state)) return false;
+    for (const auto& [name, value] : present) state->Run("INSERT INTO pending(name, old) VALUES(?, ?)", name, value);
+    state->Run("INSERT OR REPLACE INTO meta VALUES('due', ?), ('boot', ?)", std::to_string(due_s_), boot_);
+    return state->Commit();
+}
+
 Failure PendingSet::Keep(const Assignments& present, int seconds)
 {
     due_s_ = NowS() + 1 + seconds;  // NowS rounds down, and nobody gets less time than asked for
     boot_ = ThisBoot();
-    std::string text = "# These values return unless kobctl confirm comes in time.\n";
-    text += std::string(kBoot) + "=" + boot_ + "\n" + kDue + "=" + std::to_string(due_s_) + "\n" + kOldValues + "\n";
-    for (const auto& [name, value] : present) text += name + "=" + host::Escape(value) + "\n";
-    const bool saved = host::SaveText(PendingFile(), text + kNothing);
-    if (saved) old_values_ = present;
-    if (saved && StartWaiting()) return {};
+    if (!WriteOldValues(present)) return DatabaseFailure("cannot keep the old values in");
+    for (const auto& [name, value] : present) old_values_.push_back({name, value, {}});
+    if (StartWaiting()) return {};
     Failure failure = SystemFailure("cannot keep the old values");
-    if (saved) (void)Withdraw();
+    (void)Withdraw();
     return failure;
+}
+
+void PendingSet::NoteNewValues(const Options& options)
+{
+    Values values;
+    if (ReadNamed(options, old_values_, &values).code != 0) return;
+    const host::State state;
+    BeginWriting(&*state);
+    for (const auto& [name, value] : values) state->Run("UPDATE pending SET new = ? WHERE name = ?", value, name);
+    state->Commit();  // without it all old values return, which is what was promised
 }
 
 bool PendingSet::IsOverdue() const { return IsPending() && (boot_ != ThisBoot() || NowS() >= due_s_); }
@@ -142,38 +182,69 @@ bool PendingSet::IsUnchanged(const Options& options) const
     Values values;
     if (ReadNamed(options, old_values_, &values).code != 0) return false;
     return std::all_of(old_values_.begin(), old_values_.end(),
-                       [&](const Assignment& old) { return values[old.name] == old.value; });
+                       [&](const OldValue& value) { return values[value.name] == value.old; });
 }
 
 Failure PendingSet::Withdraw()
 {
-    // Replaced by an empty file first, which lasts: a file that only was removed may be back after a power cut.
-    if (!host::SaveText(PendingFile(), kNothing)) return SystemFailure("cannot write " + PendingFile());
+    const host::State state;
+    BeginWriting(&*state);
+    state->Run("DELETE FROM pending");
+    state->Run("DELETE FROM refused");
+    if (!state->Commit()) return DatabaseFailure("cannot write");
     old_values_.clear();
-    return unlink(PendingFile().c_str()) == 0 ? Failure() : SystemFailure("cannot remove " + PendingFile());
+    refused_.clear();
+    return {};
 }
 
 Failure PendingSet::TakeBack(const Options& options)
 {
-    const Response response = Call(options, KOBD_SET, SetItems(old_values_));
+    Values values;
+    Assignments back;
+    Response response = ReadNamed(options, old_values_, &values);
+    for (const OldValue& value : old_values_)
+    {
+        if (value.now && response.code == 0 && values[value.name] != *value.now)
+            left_alone_.push_back(value.name);
+        else
+            back.push_back({value.name, value.old});
+    }
+    if (response.code == 0 && !back.empty()) response = Call(options, KOBD_SET, SetItems(back));
     if (response.from_bus)
         return {response.code, "the old values of " + Names() + " are not back yet: " + ResultText(response.code) +
                                    "; kobctl goes on trying"};
-    if (response.code == 0)
-    {
-        Failure failure = Withdraw();
-        if (failure) failure.what = "the old values are back, but kobctl " + failure.what;
-        return failure;
-    }
-    const std::string names = Names();
-    if (rename(PendingFile().c_str(), RefusedFile().c_str()) != 0)
-        return SystemFailure("cannot rename " + PendingFile());
-    old_values_.clear();
-    return {response.code, "the daemon refused the old values of " + names + ": " + ResultText(response.code) +
-                               "; they are kept in " + RefusedFile()};
+    if (response.code != 0) return KeepRefused(response.code, ResultText(response.code));
+    Failure failure = Withdraw();
+    if (failure) failure.what = "the old values are back, but kobctl " + failure.what;
+    return failure;
 }
 
-bool MayBePending() { return access((host::StateFolderName() + "/confirm").c_str(), F_OK) == 0; }
+Failure PendingSet::KeepRefused(int code, const std::string& why)
+{
+    const std::string names = Names();
+    const host::State state;
+    BeginWriting(&*state);
+    state->Run("INSERT OR REPLACE INTO refused SELECT name, old FROM pending");
+    state->Run("DELETE FROM pending");
+    if (!state->Commit()) return DatabaseFailure("cannot write");
+    old_values_.clear();
+    return {code, "the daemon refused the old values of " + names + ": " + why + "; kobctl doctor shows them"};
+}
+
+std::string PendingSet::WhatIsBack() const
+{
+    return left_alone_.empty() ? "the old values are back"
+                               : "the old values are back, but not of " + Joined(left_alone_) + ", changed since";
+}
+
+bool MayBePending()
+{
+    UseDaemonsState();
+    const host::State state;
+    if (state->Open(false) == host::Database::Opened::kFailed) return false;  // the command itself says so
+    host::Query query = state->Ask("SELECT 1 FROM pending UNION ALL SELECT 1 FROM refused LIMIT 1");
+    return query.Next();
+}
 
 std::string RestoreOverdue(const std::string& command)
 {
@@ -185,8 +256,6 @@ std::string RestoreOverdue(const std::string& command)
     if (!pending.IsOverdue()) return pending.Error().what;
     const std::string names = pending.Names();
     const Failure failure = pending.TakeBack({});
-    return failure ? failure.what : "not confirmed in time, the old values are back: " + names;
+    return failure ? failure.what : "not confirmed in time, " + pending.WhatIsBack() + ": " + names;
 }
-
-std::string RefusedFile() { return host::StateFolderName() + "/confirm.refused"; }
 }  // namespace kobd::client

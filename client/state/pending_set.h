@@ -1,11 +1,13 @@
-// Sets that are taken back unless they are confirmed. The old values wait in the state folder until kobctl confirm
-// removes them or their time is up. A detached kobctl watches the time; where it was killed, the start of the service
-// or the next kobctl takes over. After a restart of the machine the time counts as up, so that somebody who has locked
-// himself out can pull the plug.
+// Sets that are taken back unless they are confirmed. The old values wait in the database until kobctl confirm removes
+// them or their time is up. A detached kobctl watches the time. If it is killed, the next kobctl or the next start of
+// the service takes over. A restart of the machine ends the time too: a user who has lost the way to the router pulls
+// the plug and has the old values back.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "client/arguments/assignment.h"
 
@@ -30,36 +32,55 @@ public:
 
     bool IsPending() const { return !old_values_.empty(); }
     bool IsOverdue() const;
-    std::string Names() const { return NamesOf(old_values_); }
+    std::string Names() const { return NamesOf(OldValues()); }
 
     // Whether the values are still, or again, the old ones. False too when they cannot be read.
     bool IsUnchanged(const Options& options) const;
 
-    // Forgets the old values: the new ones stay.
+    // To be called when the new values are set: one that is another value by the end of the time was set by somebody
+    // else, and stays.
+    void NoteNewValues(const Options& options);
+
+    // Forgets the old values, and those that were refused: the new ones stay.
     Failure Withdraw();
 
-    // Sets the old values and forgets them. They are kept as long as the daemon does not answer, and moved to
-    // RefusedFile when it refuses them.
+    // Sets the old values and forgets them. They are kept as long as the daemon does not answer, and become Refused
+    // when it refuses them.
     Failure TakeBack(const Options& options);
 
+    // What TakeBack did: "the old values are back", and which values it left as they were set since.
+    std::string WhatIsBack() const;
+
+    // "NAME=VALUE, NAME=VALUE" of the old values that the daemon refused, until Withdraw; else the empty text.
+    std::string Refused() const { return Joined(refused_); }
+
 private:
+    struct OldValue
+    {
+        std::string name;
+        std::string old;
+        std::optional<std::string> now;  // what it was set to; nothing: not known
+    };
+
     void Load();
     Failure Keep(const Assignments& present, int seconds);
+    bool WriteOldValues(const Assignments& present) const;
+    Failure KeepRefused(int code, const std::string& why);
+    Assignments OldValues() const;
 
     int lock_ = -1;
     Failure error_;
     int64_t due_s_ = 0;  // on the clock that runs since the machine started
     std::string boot_;   // which start of the machine that was
-    Assignments old_values_;
+    std::vector<OldValue> old_values_;
+    Words refused_;     // NAME=VALUE
+    Words left_alone_;  // names
 };
 
-// Whether there may be a pending set. Only looks, and makes no state folder.
+// Whether there may be a pending set, or old values that were refused. Only looks, and makes no state folder.
 bool MayBePending();
 
 // Where a set is overdue, sets the old values before `command` runs. Returns the line that says so or why it could not
 // be done; the empty text when there is nothing to say. kobctl confirm does this itself.
 std::string RestoreOverdue(const std::string& command);
-
-// The file of old values that the daemon refused to take back.
-std::string RefusedFile();
 }  // namespace kobd::client

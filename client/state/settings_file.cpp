@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "host/state/state_store.h"
+#include "host/state/folder.h"
 
 namespace kobd::client
 {
@@ -12,6 +12,8 @@ namespace
 constexpr std::string_view kHeading = "# Settable values and rows of a router, for kobctl import.\n";
 constexpr std::string_view kEnd = "end";
 constexpr std::string_view kRow = " row";
+
+bool IsHeading(std::string_view line) { return line.size() > 2 && line.front() == '[' && line.back() == ']'; }
 
 class Reader
 {
@@ -28,7 +30,7 @@ public:
             ended_ = true;
             return "";
         }
-        return host::IsHeading(line) ? ReadHeading(number, line.substr(1, line.size() - 2)) : ReadValue(number, line);
+        return IsHeading(line) ? ReadHeading(number, line.substr(1, line.size() - 2)) : ReadValue(number, line);
     }
 
     bool Ended() const { return ended_; }

@@ -14,7 +14,8 @@
 #include <vector>
 
 #include "client/state/pending_set.h"
-#include "host/state/state_store.h"
+#include "host/state/database.h"
+#include "host/state/folder.h"
 
 namespace kobd::client
 {
@@ -82,6 +83,7 @@ bool StartWaiting()
 {
     int ready[2];
     if (pipe2(ready, O_CLOEXEC) != 0) return false;
+    host::State()->Close();  // SQLite allows no connection to cross a fork
     const pid_t process = fork();
     if (process == 0) WaitAndRestore(ready[1]);
     close(ready[1]);

@@ -28,6 +28,7 @@ enum MessageClass : uint16_t
 {
     kClassRequest = 1,
     kClassEvent = 3,
+    kClassHostControl = 9,  // for the imitated router itself; a router's bus library knows none
 };
 
 // What the handler table is keyed by: the 32-bit word at byte 36 of the header.
@@ -61,6 +62,13 @@ enum RequestId : uint16_t
     kReqTableDump = 12,         // 3:table, ...  -> 2:path of the dump file
     kReqShow = 13,              // no item is looked at  -> 2:path of the dump file
     kREQSubTableAdd = 15,       // 3:table 6:parent path  -> 4:index
+};
+
+// Class 9. Each is answered like a request.
+enum HostControlId : uint16_t
+{
+    kHostState = 1,    // no item is looked at  -> 2:state folder 2:why the last commit failed, or the empty text
+    kHostFactory = 2,  // 1:object  -> 2:its value from the factory
 };
 
 // Class 3, received: network events. Nobody answers them.

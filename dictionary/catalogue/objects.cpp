@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "dictionary/catalogue/accessors.h"
+#include "dictionary/catalogue/secrets.h"
 #include "dictionary/catalogue/view.h"
 #include "dictionary/records.h"
 
@@ -46,6 +47,11 @@ constexpr std::array kRecords = WithCells(std::to_array<ObjDef>({
 #include "dictionary/catalogue/objects.def"
 }));
 static_assert(kRecords.size() == kObjectRows.size());
+static_assert(std::ranges::all_of(kSecretObjects,
+                                  [](std::string_view name) {
+                                      return std::ranges::find(kObjectRows, name, &ObjectRow::name) !=
+                                             kObjectRows.end();
+                                  }));
 
 // The names that stand twice in the catalogue; lookups find the earlier record.
 constexpr std::string_view kTwice[] = {"AccessPointNumberOfEntries", "HardwareVersion", "lteApn3QciGet"};

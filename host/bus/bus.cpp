@@ -38,7 +38,7 @@ constexpr useconds_t kLookUs = 500;
 struct Bus
 {
     const MsgHandler* handlers = nullptr;
-    void (*prepare)() = nullptr;
+    BusHooks hooks;
     uint32_t module = 0;
     std::atomic<int> queue = -1;  // the receive thread makes a new one when somebody removed it
     StopFlag stop;
@@ -48,6 +48,7 @@ struct Bus
     pthread_t receiver{};
 };
 Bus bus;
+thread_local RequestInHand in_hand;
 
 const MsgHandler* FindHandler(uint32_t code)
 {
@@ -59,7 +60,7 @@ const MsgHandler* FindHandler(uint32_t code)
 // A message whose header promises more than arrived never reaches a handler.
 void RefuseTruncated(MessageHeader* request)
 {
-    if (request->message_class != kClassRequest) return;
+    if (request->message_class != kClassRequest && request->message_class != kClassHostControl) return;
     alignas(MessageHeader) char bytes[sizeof(MessageHeader) + 8];
     memcpy(bytes, request, sizeof(MessageHeader));
     auto* reply = reinterpret_cast<MessageHeader*>(bytes);
@@ -67,17 +68,29 @@ void RefuseTruncated(MessageHeader* request)
     MessageSendReply(reply);
 }
 
+void Handle(MessageHeader* header)
+{
+    const BusHeader seen = LoadBusHeader(header);
+    const MsgHandler* row = FindHandler(seen.code);
+    if (row == nullptr) return;
+    in_hand = {seen.sender, seen.code};
+    if (bus.hooks.begin != nullptr) bus.hooks.begin();
+    row->handler(header);
+    if (bus.hooks.end != nullptr) bus.hooks.end();
+    in_hand = {};
+}
+
 void Dispatch(QueueMessage& message, size_t received)
 {
     if (received < sizeof(MessageHeader)) return;
     auto* header = reinterpret_cast<MessageHeader*>(message.bytes);
-    const MsgHandler* row = FindHandler(LoadBusHeader(header).code);
-    if (row == nullptr) return;
     const HandlingRequest handling(bus.queue);
     if (header->length > received - sizeof(MessageHeader))
         RefuseTruncated(header);
+    else if (header->message_class == kClassHostControl)
+        bus.hooks.control != nullptr ? bus.hooks.control(header) : void();
     else
-        row->handler(header);
+        Handle(header);
 }
 
 // Takes a queue, however long the system has none to give; a daemon that gave up would run on and serve nothing.
@@ -216,7 +229,7 @@ void* Join(void*)
     for (int claim; (claim = AwaitClaim()) >= 0; ReleaseModule(claim))
     {
         bus.queue = ModuleQueue(bus.module, true);  // what is asked meanwhile waits there
-        if (bus.prepare != nullptr) bus.prepare();
+        if (bus.hooks.prepare != nullptr) bus.hooks.prepare();
         bus.serving = bus.receiving = true;
         bool ended = true;
         if (StartThread(&bus.receiver, Receive))
@@ -232,7 +245,9 @@ void* Join(void*)
 }
 }  // namespace
 
-void kobd::host::BusBeforeServing(void (*prepare)()) { bus.prepare = prepare; }
+void kobd::host::BusCall(const BusHooks& hooks) { bus.hooks = hooks; }
+
+RequestInHand kobd::host::BusRequest() { return in_hand; }
 
 bool kobd::host::BusIsUsed() { return bus.stop.IsBegun(); }
 

@@ -226,7 +226,7 @@ int BusClientSend(BusClient* client, MessageHeader* message, int timeout_ms)
     BusHeader header = LoadBusHeader(message);
     header.sequence = ++client->sequence;
     header.sender = static_cast<uint32_t>(client->process);
-    header.reply_queue = message->message_class == kClassRequest && client->module == 0 ? client->queue + 1 : 0;
+    header.reply_queue = message->message_class != kClassEvent && client->module == 0 ? client->queue + 1 : 0;
     StoreBusHeader(message, header);
     const int code = SendTo(client, message, &timeout_ms);
     if (code != kNotRunning || client->destination_queue < 0) return code;

@@ -8,10 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "dictionary/catalogue/secrets.h"
 #include "host/objects/sources.h"
-#include "host/state/load_report.h"
+#include "host/state/folder.h"
 #include "host/state/report.h"
+#include "host/state/stores.h"
 #include "host/tables/lists.h"
+#include "platform/kobd_exports.h"
 #include "platform/nvram.h"
 
 namespace kobd::host
@@ -24,19 +27,37 @@ constexpr int kInvokeFailed = 17;
 struct Values
 {
     std::vector<std::string> running;  // by object
-    std::vector<size_t> touched;       // objects, ascending, whose value has ever been another than the factory's
-    Settings unknown;                  // settings of a newer build, kept as they are
-    bool dirty = false;
+    std::vector<size_t> changed;       // objects, ascending, whose value may differ from what the database has
 };
 Values values;
 
 const char* FactoryText(const Source& source) { return source.kind == SourceKind::Value ? source.text : ""; }
 
-// Remembers that this row may be in the state file, so that a commit looks at these rows alone.
+// Remembers that this object has changed, so that a commit looks at these objects alone.
 void Touch(size_t number)
 {
-    const auto place = std::lower_bound(values.touched.begin(), values.touched.end(), number);
-    if (place == values.touched.end() || *place != number) values.touched.insert(place, number);
+    const auto place = std::lower_bound(values.changed.begin(), values.changed.end(), number);
+    if (place == values.changed.end() || *place != number) values.changed.insert(place, number);
+}
+
+void WriteValue(size_t number, Database* database, History* history)
+{
+    const std::string name = StateName(number);
+    const std::string_view factory = FactoryText(Sources()[number]);
+    const std::string& now = values.running[number];
+    std::string old(factory);
+    if (Query query = database->Ask("SELECT value FROM objects WHERE name = ?", name); query.Next())
+        old = query.Text(0);
+    if (now == old) return;
+    if (now == factory)
+        database->Run("DELETE FROM objects WHERE name = ?", name);
+    else
+        database->Run("INSERT OR REPLACE INTO objects VALUES(?, ?)", name, now);
+    history->Add({.kind = "object",
+                  .name = name,
+                  .old = std::string_view(old),
+                  .now = std::string_view(now),
+                  .secret = IsSecretObject(Sources()[number].object)});
 }
 
 // What the source tells of its table, read from the rows themselves so that they cannot disagree.
@@ -59,38 +80,44 @@ int GiveText(const std::string& text, char* value)
 }
 }  // namespace
 
-void ObjectValuesLoad(const std::string& path)
+void ObjectValuesLoad(Database* database)
 {
     values = {};
     for (const Source& source : Sources()) values.running.emplace_back(FactoryText(source));
-    Settings settings;
-    ReportLoad("ObjectValuesLoad", path, LoadSettings(WhatCounts(path), &settings));
-    for (const auto& setting : settings)
+    if (database == nullptr) return;
+    for (Query query = database->Ask("SELECT name, value FROM objects"); query.Next();)
     {
-        const size_t number = NumberOf(setting.first);
-        if (number == kNoObject)
-            values.unknown.push_back(setting);
+        const std::string name(query.Text(0));
+        const size_t number = NumberOf(name);
+        if (number != kNoObject)
+            values.running[number] = query.Text(1);
         else
-        {
-            values.running[number] = setting.second;
-            Touch(number);
-        }
+            kobd_log_print("ObjectValuesLoad", __LINE__, "there is no object %s here, its value stays in the database",
+                           name.c_str());
     }
 }
 
-bool ObjectValuesChanged() { return values.dirty; }
+bool ObjectValuesChanged() { return !values.changed.empty(); }
 
-Settings ObjectValuesState()
+void ObjectValuesWrite(Database* database, History* history)
 {
-    Settings settings;
-    for (const size_t number : values.touched)
-        if (values.running[number] != FactoryText(Sources()[number]))
-            settings.emplace_back(StateName(number), values.running[number]);
-    settings.insert(settings.end(), values.unknown.begin(), values.unknown.end());
-    return settings;
+    for (const size_t number : values.changed) WriteValue(number, database, history);
 }
 
-void ObjectValuesKept() { values.dirty = false; }
+void ObjectValuesWritten() { values.changed.clear(); }
+
+void ObjectValuesAllChanged()
+{
+    for (size_t number = 0; number < values.running.size(); ++number)
+        if (values.running[number] != FactoryText(Sources()[number])) Touch(number);
+}
+
+std::string ObjectFactoryValue(size_t number)
+{
+    const Source& source = Sources()[number];
+    return std::string(source.kind == SourceKind::Nvram ? NvramFactory(source.text)
+                                                        : FactoryText(Sources()[source.home]));
+}
 
 int ObjectValueGet(size_t number, char* value)
 try
@@ -123,7 +150,6 @@ try
     if (text == value) return 0;
     Touch(home);  // first: both may run out of memory, and a value that is not touched would not be kept
     text = value;
-    values.dirty = true;
     return 0;
 }
 catch (const std::bad_alloc&)

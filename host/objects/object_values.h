@@ -4,18 +4,25 @@
 #include <cstddef>
 #include <string>
 
-#include "host/state/state_store.h"
+#include "host/state/history.h"
 
 namespace kobd::host
 {
-// Loads the committed values of the file at `path` over the factory's.
-void ObjectValuesLoad(const std::string& path);
+// Gives every object the factory's value, then those that the database has, where it is one. Names that this build does
+// not know are reported, and stay in the database.
+void ObjectValuesLoad(Database* database);
 
-// Whether values changed since the last ObjectValuesKept, what the file shall hold (the values that
-// differ from the factory's), and that it does.
+// Whether values changed since the last ObjectValuesWritten; writes them in the transaction of a commit; and that they
+// were written.
 bool ObjectValuesChanged();
-Settings ObjectValuesState();
-void ObjectValuesKept();
+void ObjectValuesWrite(Database* database, History* history);
+void ObjectValuesWritten();
+
+// To be called when the database is another one: the next commit writes every value that differs from the factory's.
+void ObjectValuesAllChanged();
+
+// The factory's value of an object, by its number; of one that shows rows the empty text.
+std::string ObjectFactoryValue(size_t number);
 
 // Behind the accessors; `number` is the object's row in the catalogue. 0, or 17 for a value that
 // does not fit the buffer of object get, and when memory runs out; nothing has changed then.

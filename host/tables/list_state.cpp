@@ -1,16 +1,13 @@
-// Factory rows, and the state file over them.
+// Factory rows, and the database's over them.
 #include "host/tables/list_state.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <charconv>
-#include <cstring>
 #include <initializer_list>
-#include <optional>
+#include <map>
 
-#include "host/state/load_report.h"
+#include "dictionary/catalogue/secrets.h"
 #include "host/tables/lists.h"
-#include "host/tables/row_text.h"
+#include "host/tables/row_cells.h"
 #include "platform/kobd_exports.h"
 
 namespace kobd::host
@@ -18,7 +15,6 @@ namespace kobd::host
 namespace
 {
 constexpr const char* kFunction = "ListsLoad";
-constexpr const char* kLastName = "@last";
 
 struct FactoryRow
 {
@@ -32,177 +28,223 @@ const FactoryRow kFactoryRows[] = {
 };
 #undef ROW
 
-Settings unknown_tables;  // headings and lines of another build's tables, kept as they are
+void LoadFactoryRow(const FactoryRow& factory, const List& list, RowList* rows)
+{
+    Row* row = rows->Append(rows->LastIndex() + 1);
+    for (const std::string line : factory.lines)
+    {
+        const size_t equals = line.find('=');
+        if (ReadCellInto(*list.layout, line.substr(0, equals), line.substr(equals + 1), row) != ReadCell::kRead)
+            kobd_log_print(kFunction, __LINE__, "factory row of %s: cannot hold %s", factory.table, line.c_str());
+    }
+}
+
+RowList FactoryRows(const List& list)
+{
+    RowList rows = list.rows;
+    rows.Clear();
+    for (const FactoryRow& factory : kFactoryRows)
+        if (list.table == std::string_view(factory.table)) LoadFactoryRow(factory, list, &rows);
+    return rows;
+}
 
 void LoadFactoryRows()
 {
-    unknown_tables.clear();
     for (List& list : AllLists())
     {
         list.rows.Clear();
-        list.own = list.changed = false;
+        list.own = false;
+        list.changed.clear();
     }
     for (const FactoryRow& factory : kFactoryRows)
-    {
-        List* list = FindList(factory.table);
-        Row* row = list == nullptr ? nullptr : list->rows.Append(list->rows.LastIndex() + 1);
-        for (const std::string line : factory.lines)
-        {
-            const size_t equals = line.find('=');
-            if (row == nullptr || !ReadRowLine(*list->layout, line.substr(0, equals), line.substr(equals + 1), row) ||
-                !row->unknown.empty())
-                kobd_log_print(kFunction, __LINE__, "factory row of %s: cannot hold %s", factory.table, line.c_str());
-        }
-    }
+        if (List* list = FindList(factory.table)) LoadFactoryRow(factory, *list, &list->rows);
 }
 
-// "[TABLE]" or "[TABLE INDEX]".
-struct Heading
-{
-    std::string table;
-    std::optional<int32_t> index = {};  // none: the table itself
-    bool valid = false;
-};
-
-Heading ReadHeading(std::string_view text)
-{
-    text = text.substr(1, text.size() - 2);
-    const size_t blank = text.find(' ');
-    Heading heading = {std::string(text.substr(0, blank)), {}, true};
-    if (blank == std::string_view::npos) return heading;
-    const char* end = text.data() + text.size();
-    const auto read = std::from_chars(text.data() + blank + 1, end, heading.index.emplace());
-    heading.valid = read.ec == std::errc() && read.ptr == end;
-    return heading;
-}
-
-// Reads the lines of a state file in their order; stops at the first that cannot be.
+// Reads the cells of the lists in the order of their keys: list, row, field.
 class Reader
 {
 public:
-    bool Read(const Settings& lines)
-    {
-        if (!std::all_of(lines.begin(), lines.end(), [this](const auto& line) { return ReadLine(line); })) return false;
-        for (const auto& [list, last] : last_) list->rows.RaiseLastIndex(last);
-        return true;
-    }
+    explicit Reader(Database* database) : database_(database) {}
 
-    // The line that was read last, without its value, which may be a password.
-    const std::string& Where() const { return where_; }
+    void Read()
+    {
+        std::map<List*, int32_t> last;
+        for (Query query = database_->Ask("SELECT name, last FROM lists"); query.Next();)
+            if (List* list = Take(std::string(query.Text(0)))) last[list] = static_cast<int32_t>(query.Number(1));
+        for (Query query = database_->Ask("SELECT list, number, field, value FROM cells ORDER BY list, number, field");
+             query.Next();)
+        {
+            if (query.Text(2) == kOtherBytes)
+                BeginRow(query.Text(0), query.Number(1), std::string(query.Text(3)));
+            else if (row_ != nullptr)
+                ReadField(std::string(query.Text(2)), std::string(query.Text(3)));
+        }
+        EndRow();
+        for (const auto& [list, index] : last) list->rows.RaiseLastIndex(index);
+    }
 
 private:
-    bool ReadLine(const std::pair<std::string, std::string>& line)
+    // The list is the database's from here on; nullptr when this build keeps none of that name.
+    static List* Take(const std::string& name)
     {
-        if (IsHeading(line.first)) return Begin(line);
-        where_ = heading_ + " " + line.first;
-        if (heading_.empty()) return false;
-        if (list_ == nullptr)
-            unknown_tables.push_back(line);
-        else if (row_ == nullptr)
-            return ReadTableLine(line);
-        else
-            return ReadField(line);
-        return true;
+        List* list = FindList(name);
+        if (list == nullptr || !list->kept)
+        {
+            kobd_log_print(kFunction, __LINE__, "no rows are kept for %s here, they stay in the database",
+                           name.c_str());
+            return nullptr;
+        }
+        list->rows.Clear();
+        list->own = true;
+        return list;
     }
 
-    bool Begin(const std::pair<std::string, std::string>& line)
+    void BeginRow(std::string_view table, int64_t number, std::string other_bytes)
     {
-        where_ = heading_ = line.first;
-        const Heading heading = ReadHeading(line.first);
-        if (!heading.valid) return false;
-        list_ = FindList(heading.table);
-        if (list_ != nullptr && !list_->kept) list_ = nullptr;
-        if (list_ == nullptr) return KeepUnknown(line);
-        if (!list_->own) list_->rows.Clear();
-        list_->own = true;
-        // A row whose index is not above all before was written by a hand that lost count.
-        row_ = heading.index ? list_->rows.Append(*heading.index) : nullptr;
-        return !heading.index || row_ != nullptr;
+        EndRow();
+        list_ = FindList(table);
+        other_bytes_ = std::move(other_bytes);
+        if (list_ == nullptr || !list_->own) return;
+        row_ = number < INT32_MAX ? list_->rows.Append(static_cast<int32_t>(number)) : nullptr;
+        if (row_ == nullptr)
+            kobd_log_print(kFunction, __LINE__, "%s: row %lld cannot be", list_->table, static_cast<long long>(number));
     }
 
-    bool KeepUnknown(const std::pair<std::string, std::string>& line)
+    void ReadField(const std::string& field, const std::string& value)
     {
-        kobd_log_print(kFunction, __LINE__, "no rows are kept for %s here, its lines stay in the file",
-                       line.first.c_str());
-        unknown_tables.push_back(line);
-        return true;
+        const ReadCell read = ReadCellInto(*list_->layout, field, value, row_);
+        if (read != ReadCell::kRead)
+            kobd_log_print(
+                kFunction, __LINE__, "%s row %d: %s %s, it stays in the database", list_->table, IndexOf(*row_),
+                read == ReadCell::kUnknown ? "there is no column" : "cannot hold the text of", field.c_str());
     }
 
-    // The highest index stands before the rows, whose own indexes must still be above all before.
-    bool ReadTableLine(const std::pair<std::string, std::string>& line)
+    void EndRow()
     {
-        const char* end = line.second.data() + line.second.size();
-        int32_t last = 0;
-        const auto read = std::from_chars(line.second.data(), end, last);
-        if (line.first != kLastName || read.ec != std::errc() || read.ptr != end || last < kBeforeFirst) return false;
-        last_.emplace_back(list_, last);
-        return true;
+        if (row_ != nullptr && !AddOtherBytes(other_bytes_, row_))
+            kobd_log_print(kFunction, __LINE__, "%s row %d: has more bytes than a row here", list_->table,
+                           IndexOf(*row_));
+        row_ = nullptr;
     }
 
-    bool ReadField(const std::pair<std::string, std::string>& line)
-    {
-        const size_t before = row_->unknown.size();
-        if (!ReadRowLine(*list_->layout, line.first, line.second, row_)) return false;
-        if (row_->unknown.size() != before)
-            kobd_log_print(kFunction, __LINE__, "%s has no column %s here, its line stays in the file",
-                           heading_.c_str(), line.first.c_str());
-        return true;
-    }
-
-    std::string heading_;
-    std::string where_;
+    Database* database_;
     List* list_ = nullptr;
-    Row* row_ = nullptr;
-    std::vector<std::pair<List*, int32_t>> last_;
+    Row* row_ = nullptr;  // whose cells are being read
+    std::string other_bytes_;
 };
+
+// Writes the rows of one list.
+class Writer
+{
+public:
+    // history: nullptr for rows that are no change
+    Writer(const List& list, Database* database, History* history) : list_(list), database_(database), history_(history)
+    {
+    }
+
+    // Makes the cells of this row what `row` says; nullptr: there is none.
+    void Write(int32_t index, const Row* row)
+    {
+        std::map<std::string, std::string, std::less<>> old;
+        for (Query query = database_->Ask("SELECT field, value FROM cells WHERE list = ? AND number = ?", list_.table,
+                                          int64_t{index});
+             query.Next();)
+            old.emplace(query.Text(0), query.Text(1));
+        Cells now;
+        if (row != nullptr) now = CellsOf(*list_.layout, *row);
+        for (const auto& [field, value] : now)
+        {
+            const auto found = old.find(field);
+            const bool is_new = found == old.end();
+            if (is_new || found->second != value)
+            {
+                database_->Run("INSERT OR REPLACE INTO cells VALUES(?, ?, ?, ?)", list_.table, int64_t{index}, field,
+                               value);
+                Note(index, field, is_new ? nullptr : &found->second, &value);
+            }
+            if (!is_new) old.erase(found);
+        }
+        for (const auto& [field, value] : old) Remove(index, field, value, row != nullptr);
+    }
+
+private:
+    // A field of another version's columns stays as long as its row does.
+    void Remove(int32_t index, const std::string& field, const std::string& value, bool row_stays)
+    {
+        Row none = {std::vector<char>(list_.rows.RowSize())};
+        if (row_stays && ReadCellInto(*list_.layout, field, value, &none) == ReadCell::kUnknown) return;
+        database_->Run("DELETE FROM cells WHERE list = ? AND number = ? AND field = ?", list_.table, int64_t{index},
+                       field);
+        Note(index, field, &value, nullptr);
+    }
+
+    void Note(int32_t index, const std::string& field, const std::string* old, const std::string* now)
+    {
+        const bool other_bytes = field == kOtherBytes;
+        if (history_ == nullptr || (other_bytes && old != nullptr && now != nullptr)) return;
+        Change change = {.kind = "row", .name = list_.table, .number = index, .field = field};
+        if (old != nullptr) change.old = other_bytes ? std::string_view() : std::string_view(*old);
+        if (now != nullptr) change.now = other_bytes ? std::string_view() : std::string_view(*now);
+        change.secret = IsSecretColumn(field);
+        history_->Add(change);
+    }
+
+    const List& list_;
+    Database* database_;
+    History* history_;
+};
+
+// A list that was the factory's so far gets its rows into the database first, so that what changed can be told.
+void WriteFactoryRows(const List& list, Database* database)
+{
+    const RowList rows = FactoryRows(list);
+    database->Run("DELETE FROM cells WHERE list = ?", list.table);
+    for (const Row& row : rows.Rows()) Writer(list, database, nullptr).Write(IndexOf(row), &row);
+}
+
+void WriteList(List& list, Database* database, History* history)
+{
+    if (!list.own) WriteFactoryRows(list, database);
+    for (const int32_t index : list.changed) Writer(list, database, history).Write(index, list.rows.Find(index));
+    database->Run("INSERT OR REPLACE INTO lists VALUES(?, ?)", list.table, int64_t{list.rows.LastIndex()});
+}
 }  // namespace
 
-void ListsLoad(const std::string& path)
+void ListsLoad(Database* database)
 {
     LoadFactoryRows();
-    Settings lines;
-    LoadResult result = LoadSettings(WhatCounts(path), &lines);
-    Reader reader;
-    if (result == LoadResult::kLoaded && !reader.Read(lines))
-    {
-        kobd_log_print(kFunction, __LINE__, "%s: cannot be: %s", path.c_str(), reader.Where().c_str());
-        result = LoadResult::kDamaged;
-        LoadFactoryRows();
-    }
-    ReportLoad(kFunction, path, result);
+    if (database != nullptr) Reader(database).Read();
 }
 
 bool ListsChanged()
 {
-    return std::any_of(AllLists().begin(), AllLists().end(),
-                       [](const List& list) { return list.kept && list.changed; });
+    return std::ranges::any_of(AllLists(), [](const List& list) { return list.kept && !list.changed.empty(); });
 }
 
-Settings ListsState()
+void ListsWrite(Database* database, History* history)
 {
-    Settings lines;
-    for (const List& list : AllLists())
-    {
-        if (!list.kept || !(list.own || list.changed)) continue;
-        const std::string table = list.table;
-        lines.emplace_back("[" + table + "]", "");
-        lines.emplace_back(kLastName, std::to_string(list.rows.LastIndex()));
-        for (const Row& row : list.rows.Rows())
-        {
-            lines.emplace_back("[" + table + " " + std::to_string(IndexOf(row)) + "]", "");
-            AppendRowLines(*list.layout, row, &lines);
-        }
-    }
-    lines.insert(lines.end(), unknown_tables.begin(), unknown_tables.end());
-    return lines;
+    for (List& list : AllLists())
+        if (list.kept && !list.changed.empty()) WriteList(list, database, history);
 }
 
-void ListsKept()
+void ListsWritten()
 {
     for (List& list : AllLists())
     {
-        list.own = list.own || (list.kept && list.changed);
-        list.changed = false;
+        list.own = list.own || (list.kept && !list.changed.empty());
+        list.changed.clear();
+    }
+}
+
+void ListsAllChanged()
+{
+    for (List& list : AllLists())
+    {
+        if (!list.own) continue;
+        list.own = false;
+        const RowList factory = FactoryRows(list);
+        for (const Row& row : factory.Rows()) list.changed.insert(IndexOf(row));
+        for (const Row& row : list.rows.Rows()) list.changed.insert(IndexOf(row));
     }
 }
 }  // namespace kobd::host

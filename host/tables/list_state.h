@@ -1,26 +1,23 @@
-// The rows of the lists between the state file, the factory's rows and memory.
-//
-//   [FwPortForwardTable]         from here on the table has the rows below and none of the factory's
-//   @last=7                      the highest index given so far
-//   [FwPortForwardTable 3]       a row and its lines, as row_text.h says
-//   Protocol=TCP
-//
-// Only lists that clients can change are written, and of these only those that they did change.
+// The rows of the lists between the database, the factory's rows and memory. Only lists that clients can change are
+// written, and of these only those that they did change: such a list then has the rows of the database and none of
+// the factory's.
 #pragma once
 
-#include <string>
-
-#include "host/state/state_store.h"
+#include "host/state/history.h"
 
 namespace kobd::host
 {
-// Gives every list the factory's rows, then those of the file at `path`. A file that is damaged, or
-// holds what is no row of its table, is kept aside and reported, and the factory's rows serve.
-// Tables and columns that this build does not know are reported, and kept in the file.
-void ListsLoad(const std::string& path);
+// Gives every list the factory's rows, then those of the database, where it is one. Tables and columns that this build
+// does not know, and texts that a column cannot hold, are reported and stay in the database.
+void ListsLoad(Database* database);
 
-// Whether rows changed since the last ListsKept, what the file shall hold, and that it does.
+// Whether rows changed since the last ListsWritten; writes them in the transaction of a commit; and that they were
+// written.
 bool ListsChanged();
-Settings ListsState();
-void ListsKept();
+void ListsWrite(Database* database, History* history);
+void ListsWritten();
+
+// To be called when the database is another one: the next commit writes all rows of the lists that clients have
+// changed.
+void ListsAllChanged();
 }  // namespace kobd::host

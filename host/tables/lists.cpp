@@ -12,7 +12,7 @@
 #include "dictionary/row_field.h"
 #include "host/state/report.h"
 #include "host/tables/nvram_columns.h"
-#include "host/tables/row_text.h"
+#include "host/tables/row_cells.h"
 #include "platform/kobd_exports.h"
 
 namespace kobd::host
@@ -131,8 +131,9 @@ int ListAdd(size_t list, int32_t* index)
 try
 {
     List& in = AllLists()[list];
+    const auto [mark, is_new] = in.changed.insert(in.rows.NextIndex());  // first: memory may run out
     const int result = in.rows.Add(index);
-    if (result == 0) in.changed = true;
+    if (result != 0 && is_new) in.changed.erase(mark);
     return result;
 }
 catch (const std::bad_alloc&)
@@ -141,11 +142,16 @@ catch (const std::bad_alloc&)
 }
 
 int ListDel(size_t list, int32_t index)
+try
 {
     List& in = AllLists()[list];
-    const int result = in.rows.Del(index);
-    if (result == 0) in.changed = true;
-    return result;
+    if (in.rows.Find(index) == nullptr) return kIndexNotFound;
+    in.changed.insert(index);
+    return in.rows.Del(index);
+}
+catch (const std::bad_alloc&)
+{
+    return OutOfMemory("ListDel", kInvokeFailed);
 }
 
 int ListGet(size_t list, int32_t index, void* row)
@@ -171,8 +177,8 @@ try
     if (const int code = MoveToNvram(in, next.data())) return code;
     ClearBehindTexts(*in.layout, next.data());
     if (next == found->block) return 0;
+    in.changed.insert(index);
     found->block = std::move(next);
-    in.changed = true;
     return 0;
 }
 catch (const std::bad_alloc&)
@@ -186,10 +192,9 @@ try
     List& in = AllLists()[list];
     Row* row = in.rows.Find(index);
     if (row == nullptr) return kIndexNotFound;
+    in.changed.insert(index);
     const int result = StorePath(in, row, parent_path);
-    if (result == 0)
-        in.changed = true;
-    else  // nobody looks at the result
+    if (result != 0)  // nobody looks at the result
         kobd_log_print("ListSetParentPath", __LINE__, "%s row %d: parent path of %zu characters is too long", in.table,
                        index, strlen(parent_path));
     return result;

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <set>
 #include <span>
 #include <string_view>
 
@@ -16,10 +17,10 @@ struct List
 {
     const char* table;
     const RowLayout* layout;
-    bool kept;  // clients can add or set its rows: they are written to the state file
+    bool kept;  // clients can add or set its rows: they are written to the database
     RowList rows;
-    bool own = false;      // the state file holds its rows, the factory's serve no more
-    bool changed = false;  // differs from what the state file holds
+    bool own = false;                // the database has its rows, the factory's serve no more
+    std::set<int32_t> changed = {};  // indexes of the rows that may differ from what the database has
 };
 
 std::span<List> AllLists();

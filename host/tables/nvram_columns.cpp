@@ -6,7 +6,7 @@
 #include <string>
 
 #include "dictionary/row_field.h"
-#include "host/tables/row_text.h"
+#include "host/tables/row_cells.h"
 #include "platform/nvram.h"
 
 namespace kobd::host

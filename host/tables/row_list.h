@@ -10,8 +10,6 @@
 #include <string>
 #include <vector>
 
-#include "host/state/state_store.h"
-
 namespace kobd::host
 {
 inline constexpr int kIndexNotFound = 13;
@@ -22,7 +20,6 @@ struct Row
 {
     std::vector<char> block;       // row size bytes, the index in the first four
     std::string parent_path = {};  // of layouts that have no column for it
-    Settings unknown = {};         // lines of another build's columns, kept as they are
 };
 
 int32_t IndexOf(const Row& row);
@@ -58,6 +55,9 @@ public:
 
     // The highest index given so far, the one before the first for none. Raised to `last`, never lowered.
     int32_t LastIndex() const { return last_index_; }
+
+    // The index that Add gives; the highest one, which is given, when there is none left.
+    int32_t NextIndex() const { return last_index_ == INT32_MAX ? INT32_MAX : last_index_ + 1; }
     void RaiseLastIndex(int32_t last);
 
     // Empties the list and forgets which indexes were given.

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/state/state_store.h"
+#include "host/uci/settings.h"
 
 namespace kobd::host
 {

@@ -14,6 +14,8 @@
 #include <system_error>
 #include <vector>
 
+#include "host/state/folder.h"
+
 namespace kobd::host
 {
 namespace

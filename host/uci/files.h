@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "host/state/state_store.h"
+#include "host/uci/settings.h"
 
 namespace kobd::host
 {

@@ -300,7 +300,7 @@ TEST_F(BusQueues, WhileTheModuleIsTakenNothingIsLoadedAndNothingIsTaken)
     static std::atomic<int> loaded = 0;
     BusClient other;
     ASSERT_EQ(BusClientJoin(&other, kModuleKobd), 0);
-    BusBeforeServing([] { ++loaded; });
+    BusCall({.prepare = [] { ++loaded; }});
     for (const bool leaves : {false, true})
     {
         const OutputCapture output;
@@ -313,7 +313,7 @@ TEST_F(BusQueues, WhileTheModuleIsTakenNothingIsLoadedAndNothingIsTaken)
         MessageDestroy();
         EXPECT_EQ(loaded, leaves ? 1 : 0);
     }
-    BusBeforeServing(nullptr);
+    BusCall({});
 }
 
 TEST_F(Bus, QueueRemovedFromOutsideIsTakenAnew)

@@ -7,7 +7,7 @@
 
 #include "dictionary/catalogue/accessors.h"
 #include "dictionary/row_field.h"
-#include "host/tables/row_text.h"
+#include "host/tables/row_cells.h"
 #include "tests/host/host_state.h"
 #include "tests/process_setup.h"
 

@@ -11,7 +11,7 @@
 #include "dictionary/records.h"
 #include "dictionary/row_field.h"
 #include "host/commit.h"
-#include "host/state/state_store.h"
+#include "host/state/folder.h"
 #include "host/tables/lists.h"
 
 namespace kobd::test

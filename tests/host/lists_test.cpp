@@ -2,6 +2,7 @@
 #include "host/tables/lists.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,7 +12,7 @@
 
 #include "dictionary/row_field.h"
 #include "host/tables/low_text.h"
-#include "host/tables/row_text.h"
+#include "host/tables/row_cells.h"
 #include "platform/kob_platform.h"
 #include "platform/nvram.h"
 #include "tests/host/host_state.h"
@@ -191,9 +192,11 @@ TEST_F(Lists, ARowWhoseNvramCannotBeWrittenIsNotSet)
     for (const auto& [column, text] : {std::pair("ApnEnable", "0"), std::pair("ApnName", "other")})
         ASSERT_EQ(TableFieldFromString(row.data(), *FindColumn(*FindList("ApnConfigTable")->layout, column), text), 0);
     const OutputCapture output;
-    ASSERT_EQ(mkdir(Path("nvram").c_str(), 0700), 0);
+    sqlite3* other = nullptr;  // a process that writes for longer than anybody waits
+    ASSERT_EQ(sqlite3_open(Path("kobd.db").c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
     EXPECT_EQ(table.ops->set(0, row.data()), 17);
-    ASSERT_EQ(rmdir(Path("nvram").c_str()), 0);
+    sqlite3_close(other);
     EXPECT_EQ(Walk(table), before);
 }
 

@@ -12,8 +12,10 @@
 #include "tests/items.h"
 #include "tests/namespaces.h"
 #include "tests/process_setup.h"
+#include "tests/state_sql.h"
 #include "tests/system/daemon_process.h"
 #include "tests/system/injected_fault.h"
+#include "tests/system/kobctl_program.h"
 
 namespace kobd::test
 {
@@ -80,20 +82,11 @@ protected:
 };
 
 const FileFault kCommitFaults[] = {
-    {Call::kOpen, "*/objects.new", EMFILE, 0, "no descriptor for the first file"},
-    {Call::kWrite, "*/objects.new", EIO, 0, "first file"},
-    {Call::kWrite, "*/tables.new", EDQUOT, 0, "second file"},
-    {Call::kWrite, "*/commit.new", ENOSPC, 0, "the note"},
-    {Call::kFsync, "*/objects.new", EIO, 0, "what was written is not on the disk"},
-    {Call::kFsync, "*/tables.new", EINTR, 0, "interrupted"},
-    {Call::kFsync, "*/commit.new", EDQUOT, 0, "the note is not on the disk"},
-    {Call::kRename, "*/commit.new", EIO, 0, "the note gets no name"},
-    {Call::kFsync, kState, EIO, 0, "the note's name is not on the disk"},
-    {Call::kOpen, kState, EMFILE, 0, "no descriptor for the folder"},
-    {Call::kRename, "*/objects.new", EIO, 0, "first file is not moved, second is"},
-    {Call::kRename, "*/tables.new", ENOSPC, 0, "second file is not moved, first is"},
-    {Call::kFsync, kState, ENOSPC, 1, "the moves are not on the disk"},
-    {Call::kFsync, kState, EIO, 2, "the note's removal is not on the disk"},
+    {Call::kWrite, "*-wal", ENOSPC, 0, "the first page of the commit"},
+    {Call::kWrite, "*-wal", EIO, 3, "a page in its middle"},
+    {Call::kWrite, "*-wal", EDQUOT, 6, "a later page"},
+    {Call::kFsync, "*-wal", EIO, 0, "what was written is not on the disk"},
+    {Call::kFsync, "*-wal", EDQUOT, 0, "the same, of a quota"},
 };
 
 TEST_F(FileFaults, ACommitThatFailsIsToldLeavesWholeStateAndIsCaughtUpWith)
@@ -105,17 +98,21 @@ TEST_F(FileFaults, ACommitThatFailsIsToldLeavesWholeStateAndIsCaughtUpWith)
         fault_.Arm(c.call, c.path, c.error, INT_MAX, c.skip);
         ChangeBoth("8082");
         EXPECT_GT(fault_.Struck(), 0);
-        EXPECT_TRUE(LogHas("cannot write the state in /tmp/state: " + std::string(strerror(c.error))))
-            << FileText(kLog);
+        const std::string why = strerror(c.error);
+        EXPECT_TRUE(LogHas("cannot write the state in /tmp/state: " + why)) << FileText(kLog);
         EXPECT_EQ(Both(), "8082/2") << "it serves from memory";
+        const Ran set = RunLine("set webHttpsPort=8443");
+        EXPECT_EQ(set.status, 3);
+        EXPECT_EQ(set.errors, "kobctl: set, but not saved: " + why + "\n");
+        EXPECT_NE(RunLine("doctor").output.find("the last commit could not be saved: " + why), std::string::npos);
         fs::copy(kState, kCrashed, fs::copy_options::recursive);
 
         EXPECT_EQ(Request(kUpdate, {}).result, 0) << "and fails again";
         fault_.Disarm();
-        EXPECT_EQ(Request(kUpdate, {}).result, 0);
+        EXPECT_EQ(RunLine("commit").status, 0);
         KillAndStart();
         EXPECT_EQ(Both(), "8082/2") << "the next commit wrote what the failed one could not";
-        EXPECT_EQ(FilesLike(kState, ".new") + FilesLike(kState, "commit"), 0);
+        EXPECT_EQ(GetObject("webHttpsPort"), "8443");
 
         daemon_.End(SIGKILL);
         DaemonProcess crashed(kCrashed);
@@ -126,54 +123,39 @@ TEST_F(FileFaults, ACommitThatFailsIsToldLeavesWholeStateAndIsCaughtUpWith)
     }
 }
 
-TEST_F(FileFaults, ShortAndInterruptedWritesLoseNothing)
-{
-    for (const auto& [error, times] : {std::pair{kShort, INT_MAX}, std::pair{EINTR, 1}})
-        for (const char* path : {"*/objects.new", "*/tables.new", "*/commit.new"})
-        {
-            SCOPED_TRACE(path);
-            StartAfresh();
-            fault_.Arm(Call::kWrite, path, error, times);
-            ChangeBoth("8082");
-            EXPECT_GT(fault_.Struck(), 0);
-            fault_.Disarm();
-            EXPECT_FALSE(LogHas("cannot write")) << FileText(kLog);
-            KillAndStart();
-            EXPECT_EQ(Both(), "8082/2");
-        }
-}
-
-TEST_F(FileFaults, StateReadInPiecesIsWhole)
+TEST_F(FileFaults, ShortAndInterruptedCallsLoseNothing)
 {
     StartAfresh();
-    for (const auto& [error, times] : {std::pair{kShort, INT_MAX}, std::pair{EINTR, 3}})
-        for (const char* path : {"*/objects", "*/tables"})
-        {
-            fault_.Arm(Call::kRead, path, error, times);
-            KillAndStart();
-            EXPECT_GT(fault_.Struck(), 0) << path;
-            EXPECT_EQ(Both(), "8081/1") << path;
-        }
+    for (const auto& [call, error, times] : {std::tuple{Call::kWrite, kShort, INT_MAX},
+                                             {Call::kWrite, EINTR, 1},
+                                             {Call::kRead, kShort, INT_MAX},
+                                             {Call::kRead, EINTR, 3}})
+    {
+        SCOPED_TRACE(error);
+        fault_.Arm(call, "*/kobd.db*", error, times);
+        EXPECT_EQ(SetObject("webHttpPort", std::to_string(9000 + static_cast<int>(call) + error)), 0);
+        KillAndStart();
+        EXPECT_GT(fault_.Struck(), 0);
+        fault_.Disarm();
+        EXPECT_EQ(Both(), std::to_string(9000 + static_cast<int>(call) + error) + "/1");
+        EXPECT_FALSE(LogHas("cannot write")) << FileText(kLog);
+    }
 }
 
-const FileFault kLoadFaults[] = {
-    {Call::kOpen, "*/objects", EMFILE, 0, "objects"},
-    {Call::kRead, "*/objects", EIO, 0, "objects"},
-    {Call::kRead, "*/tables", EIO, 0, "tables"},
-};
-
-TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStartOrKeptAside)
+TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStart)
 {
-    for (const FileFault& c : kLoadFaults)
+    for (const FileFault& c : {FileFault{Call::kOpen, "*/kobd.db", EMFILE, 0, "no descriptor"},
+                               {Call::kRead, "*/kobd.db*", EIO, 0, "the disk"}})
     {
-        SCOPED_TRACE(std::string(c.path) + strerror(c.error));
+        SCOPED_TRACE(c.why);
         StartAfresh();
-        const std::string file = std::string("/tmp/state/") + c.why;
-        const std::string before = FileText(file);
         fault_.Arm(c.call, c.path, c.error);
         KillAndStart();
-        EXPECT_TRUE(LogHas("cannot read " + file + " (" + strerror(c.error) + "), factory values serve"));
+        EXPECT_TRUE(LogHas("cannot read the database in /tmp/state (" + std::string(strerror(c.error)) +
+                           "), factory values serve"))
+            << FileText(kLog);
         EXPECT_NE(Both(), "8081/1");
+        EXPECT_EQ(RunLine("set webHttpsPort=8443").status, 3) << "set, but not saved";
         fault_.Disarm();
         KillAndStart();
         EXPECT_EQ(Both(), "8081/1") << "a start that could not read it took nothing away";
@@ -181,68 +163,12 @@ TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStartOrKeptAside)
         fault_.Arm(c.call, c.path, c.error);
         KillAndStart();
         fault_.Disarm();
-        ChangeBoth("8083");
-        EXPECT_EQ(GetObject("webHttpPort"), "8083");
-        ASSERT_EQ(FilesLike(kState, std::string(c.why) + ".damaged-"), 1) << "a commit replaced it";
-        for (const auto& entry : fs::directory_iterator(kState))
-            if (entry.path().string().find(".damaged-") != std::string::npos)
-            {
-                EXPECT_EQ(FileText(entry.path()), before);
-                EXPECT_TRUE(LogHas("kept as " + entry.path().string())) << FileText(kLog);
-            }
-    }
-}
-
-TEST_F(FileFaults, StateThatCouldNotBeReadStaysInPlaceWhenTheNextCommitFails)
-{
-    StartAfresh();
-    fault_.Arm(Call::kRead, "*/objects", EIO);
-    KillAndStart();
-    fault_.Arm(Call::kWrite, "*/tables.new", ENOSPC);
-    ChangeBoth("8082");
-    EXPECT_GT(fault_.Struck(), 0);
-    fault_.Disarm();
-    KillAndStart();
-    EXPECT_EQ(Both(), "8081/1") << "nothing replaced it";
-}
-
-TEST_F(FileFaults, ACommitThatAStartCannotFinishIsServedWhole)
-{
-    for (const FileFault& c : {FileFault{Call::kRename, "*/tables.new", EIO, 0, "still not moved"},
-                               {Call::kRead, "*/commit", EIO, 0, "the note cannot be read"},
-                               {Call::kOpen, "*/commit", EMFILE, 0, "no descriptor for the note"}})
-    {
-        SCOPED_TRACE(c.why);
-        StartAfresh();
-        fault_.Arm(Call::kRename, "*/tables.new", EIO);
-        ChangeBoth("8082");
-        fault_.Arm(c.call, c.path, c.error);
+        EXPECT_EQ(SetObject("webHttpsPort", "8444"), 0);
         KillAndStart();
-        EXPECT_GT(fault_.Struck(), 0);
-        EXPECT_TRUE(LogHas("cannot finish the last commit")) << FileText(kLog);
-        EXPECT_EQ(Both(), "8082/2");
-        fault_.Disarm();
-        ChangeBoth("8083");
-        KillAndStart();
-        EXPECT_EQ(Both(), "8083/3");
-        EXPECT_EQ(FilesLike(kState, ".new") + FilesLike(kState, "commit") + FilesLike(kState, "damaged"), 0);
+        EXPECT_EQ(Both(), "8081/1") << "nor did a commit";
+        EXPECT_EQ(GetObject("webHttpsPort"), "8444");
+        EXPECT_EQ(FilesLike(kState, "damaged"), 0);
     }
-}
-
-TEST_F(FileFaults, ACommitThatAStartCanNeitherFinishNorReadIsKeptAside)
-{
-    StartAfresh();
-    fault_.Arm(Call::kRename, "*/objects.new", EIO);
-    ChangeBoth("8082");
-    fault_.Arm(Call::kOpen, "/tmp/state/[oc]*", EMFILE);  // objects and the note
-    KillAndStart();
-    fault_.Disarm();
-    ChangeBoth("8083");
-    ASSERT_EQ(FilesLike(kState, ".damaged-"), 1);
-    std::string kept;
-    for (const auto& entry : fs::directory_iterator(kState))
-        if (entry.path().string().find(".damaged-") != std::string::npos) kept = FileText(entry.path());
-    EXPECT_NE(kept.find("webHttpPort=8082\n"), std::string::npos) << kept;
 }
 
 TEST_F(FileFaults, ADumpIsWholeOrRefusedAndRemoved)
@@ -291,7 +217,8 @@ TEST_F(FileFaults, AChangeFileThatIsNotReadWholeChangesNothing)
     StartAfresh();
     const std::string change = Row(kRows, 1) + Column("DestIPAddress", "192.0.2.7");
     std::ofstream("/tmp/change", std::ios::binary) << change;
-    const std::string before = FileText("/tmp/state/tables");
+    const std::string kRowsKept = "SELECT * FROM cells";
+    const std::string before = StateSql(kState, kRowsKept);
     for (const auto& [call, error] : {std::pair{Call::kRead, kShort}, std::pair{Call::kRead, EINTR},
                                       std::pair{Call::kRead, EIO}, std::pair{Call::kOpen, EMFILE}})
     {
@@ -302,10 +229,10 @@ TEST_F(FileFaults, AChangeFileThatIsNotReadWholeChangesNothing)
         EXPECT_TRUE(LogHas("cannot read the change file /tmp/change")) << FileText(kLog);
         ASSERT_EQ(unlink(kLog), 0);
         EXPECT_EQ(Request(kUpdate, {}).result, 0);
-        EXPECT_EQ(FileText("/tmp/state/tables"), before) << strerror(error);
+        EXPECT_EQ(StateSql(kState, kRowsKept), before) << strerror(error);
     }
     EXPECT_EQ(Request(kTableSet, {{kTagValue, "/tmp/change"}}).result, 0);
-    EXPECT_NE(FileText("/tmp/state/tables"), before);
+    EXPECT_NE(StateSql(kState, kRowsKept), before);
 }
 
 TEST_F(FileFaults, ALogThatFailsCostsItsLinesAlone)

@@ -13,6 +13,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "tests/state_sql.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 
@@ -20,8 +21,6 @@ namespace kobd::test
 {
 namespace
 {
-constexpr char kPending[] = "/tmp/state/confirm";
-
 class KobctlConfirm : public DaemonTest
 {
 protected:
@@ -69,19 +68,17 @@ protected:
         return Port() == value;
     }
 
-    static bool IsPending() { return access(kPending, F_OK) == 0; }
+    static std::string Sql(const std::string& sql) { return StateSql("/tmp/state", sql); }
+    static bool IsPending() { return Sql("SELECT count(*) FROM pending") != "0\n"; }
 
     // Lets the time of the pending set be up.
-    static bool Expire() { return system("sed -i 's/^due=.*/due=0/' /tmp/state/confirm") == 0; }
+    static void Expire() { Sql("UPDATE meta SET value = '0' WHERE name = 'due'"); }
 };
 
 TEST_F(KobctlConfirm, OldValuesReturnUnlessConfirmed)
 {
     EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=81 webHttpEnable=0").output,
               "the old values return in 60 seconds unless kobctl confirm follows\n");
-    struct stat status;
-    ASSERT_EQ(stat(kPending, &status), 0);
-    EXPECT_EQ(status.st_mode & 0777u, 0600u);
     EXPECT_EQ(
         RunLine("set --confirm 60 webHttpPort=82").errors,
         "kobctl: set --confirm: another set waits for kobctl confirm (webHttpPort, webHttpEnable); nothing was set\n");
@@ -102,7 +99,7 @@ TEST_F(KobctlConfirm, TheNextCallGoesOnForAKilledOne)
 {
     EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=81").status, 0);
     EXPECT_EQ(KillWaiting(), 1);
-    ASSERT_TRUE(Expire());
+    Expire();
     EXPECT_EQ(Port(), "81") << "nobody waits";
     const Ran ran = RunLine("get webHttpPort");
     EXPECT_EQ(ran.output, "80\n");
@@ -111,7 +108,7 @@ TEST_F(KobctlConfirm, TheNextCallGoesOnForAKilledOne)
 
     EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=82").status, 0);
     EXPECT_EQ(KillWaiting(), 1);
-    ASSERT_TRUE(Expire());
+    Expire();
     const Ran late = RunLine("confirm");
     EXPECT_EQ(late.status, 1);
     EXPECT_EQ(late.errors, "kobctl: too late to confirm webHttpPort: the old values are back\n");
@@ -137,9 +134,10 @@ TEST_F(KobctlConfirm, AStoppedTerminalKeepsNobodyOut)
 
     const int lock = open("/tmp/state/confirm.lock", O_RDWR | O_CLOEXEC);
     ASSERT_EQ(flock(lock, LOCK_EX), 0);
-    EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=81").errors,
-              "kobctl: set --confirm: another kobctl has been at work on /tmp/state/confirm for two seconds, try "
-              "again; nothing was set\n");
+    EXPECT_EQ(
+        RunLine("set --confirm 60 webHttpPort=81").errors,
+        "kobctl: set --confirm: another kobctl has been at work on the pending set in /tmp/state for two seconds, try "
+        "again; nothing was set\n");
     close(lock);
 }
 
@@ -163,7 +161,7 @@ TEST_F(KobctlConfirm, AfterARestartOfTheMachineTheServiceStartTakesBack)
 {
     EXPECT_EQ(RunLine("set --confirm 600 webHttpPort=81").status, 0);
     EXPECT_EQ(KillWaiting(), 1);
-    ASSERT_EQ(system("sed -i 's/^boot=.*/boot=another/' /tmp/state/confirm"), 0);
+    Sql("UPDATE meta SET value = 'another' WHERE name = 'boot'");
     daemon_.End(SIGKILL);
     EXPECT_EQ(RunLine("confirm --resume").status, 0) << "before the daemon answers";
     sleep(2);
@@ -185,14 +183,30 @@ TEST_F(KobctlConfirm, OldValuesThatAreRefusedAreKept)
 {
     EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=81").status, 0);
     EXPECT_EQ(KillWaiting(), 1);
-    ASSERT_EQ(system("sed -i 's/^webHttpPort=80/webHttpPort=0/' /tmp/state/confirm"), 0);
-    ASSERT_TRUE(Expire());
+    Sql("UPDATE pending SET old = '0'");
+    Expire();
     const Ran ran = RunLine("get webHttpPort");
     EXPECT_EQ(ran.errors,
-              "kobctl: the daemon refused the old values of webHttpPort: Invalid argument; they are kept in "
-              "/tmp/state/confirm.refused\n");
+              "kobctl: the daemon refused the old values of webHttpPort: Invalid argument; kobctl doctor shows them\n");
     EXPECT_FALSE(IsPending());
-    EXPECT_EQ(RunLine("doctor").status, 1) << "it says so until it is removed";
+    const Ran doctor = RunLine("doctor");
+    EXPECT_EQ(doctor.status, 1);
+    EXPECT_NE(doctor.output.find("these old values could not be set back: webHttpPort=0"), std::string::npos);
+    EXPECT_EQ(RunLine("confirm").output, "forgotten: webHttpPort=0\n");
+    EXPECT_EQ(RunLine("doctor").status, 0);
+}
+
+TEST_F(KobctlConfirm, WhatWasSetInBetweenStays)
+{
+    EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=81 webHttpEnable=0").status, 0);
+    EXPECT_EQ(KillWaiting(), 1);
+    EXPECT_EQ(RunLine("set webHttpPort=82 webHttpsPort=8443").status, 0);
+    Expire();
+    EXPECT_EQ(RunLine("get webHttpPort webHttpEnable webHttpsPort").errors,
+              "kobctl: not confirmed in time, the old values are back, but not of webHttpPort, changed since: "
+              "webHttpPort, webHttpEnable\n");
+    EXPECT_EQ(RunLine("get webHttpPort webHttpEnable webHttpsPort").output,
+              "webHttpPort=82\nwebHttpEnable=1\nwebHttpsPort=8443\n");
 }
 
 TEST_F(KobctlConfirm, WhatCannotBeTakenBackIsRefused)

@@ -10,6 +10,7 @@
 #include "daemon/base/tlv.h"
 #include "tests/namespaces.h"
 #include "tests/process_setup.h"
+#include "tests/state_sql.h"
 #include "tests/system/daemon_process.h"
 
 namespace kobd::test
@@ -32,8 +33,7 @@ TEST(PlatformLibrary, FindsWhatTheDaemonExportsAndTakesThePlaceOfTheHosts)
                                           "\napn_modify 140\naa 372\napn_list 2800\nmessage_buffer 5196\n"
                                           "SnapshotGet 0 8081\nvalidIpv4 0 2\nkobd_send_message 0\n");
     EXPECT_NE(FileText("/tmp/kobd.log").find("visitor[7]: called from a library"), std::string::npos);
-    EXPECT_NE(FileText("/tmp/state/objects").find("webHttpPort=8081"), std::string::npos)
-        << "the host's was called next";
+    EXPECT_EQ(StateSql("/tmp/state", "SELECT * FROM objects"), "webHttpPort|8081\n") << "the host's was called next";
 }
 }  // namespace
 }  // namespace kobd::test

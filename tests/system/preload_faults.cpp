@@ -118,6 +118,29 @@ extern "C"
         return Fails(fault) ? -1 : REAL(write)(file, bytes, Part(fault, size));
     }
 
+    int open64(const char* path, int flags, ...)
+    {
+        va_list arguments;
+        va_start(arguments, flags);
+        const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+        va_end(arguments);
+        return Fails(Strike(Call::kOpen, path)) ? -1 : REAL(open64)(path, flags, mode);
+    }
+
+    ssize_t pread64(int file, void* bytes, size_t size, off64_t offset)
+    {
+        const int fault = StrikeFile(Call::kRead, file);
+        return Fails(fault) ? -1 : REAL(pread64)(file, bytes, Part(fault, size), offset);
+    }
+
+    ssize_t pwrite64(int file, const void* bytes, size_t size, off64_t offset)
+    {
+        const int fault = StrikeFile(Call::kWrite, file);
+        return Fails(fault) ? -1 : REAL(pwrite64)(file, bytes, Part(fault, size), offset);
+    }
+
+    int fdatasync(int file) { return Fails(StrikeFile(Call::kFsync, file)) ? -1 : REAL(fdatasync)(file); }
+
     int fsync(int file) { return Fails(StrikeFile(Call::kFsync, file)) ? -1 : REAL(fsync)(file); }
 
     int rename(const char* from, const char* to) noexcept

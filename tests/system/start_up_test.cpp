@@ -13,6 +13,7 @@
 #include "daemon/base/tlv.h"
 #include "tests/namespaces.h"
 #include "tests/process_setup.h"
+#include "tests/state_sql.h"
 #include "tests/system/daemon_process.h"
 #include "tests/system/injected_fault.h"
 
@@ -87,7 +88,7 @@ TEST_F(StartUp, DetachedItLeavesTerminalAndFolderButNotItsState)
     EXPECT_NE(FileText(process + "/status").find("Umask:\t0000"), std::string::npos);
 
     EXPECT_EQ(Request(kSet, {{kTagObjectName, "webHttpPort"}, {kTagValue, "4321"}}).result, 0);
-    EXPECT_NE(FileText("/tmp/state/objects").find("webHttpPort=4321\n"), std::string::npos);
+    EXPECT_EQ(StateSql("/tmp/state", "SELECT * FROM objects"), "webHttpPort|4321\n");
 
     EndHolder(daemon);
 }

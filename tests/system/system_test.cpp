@@ -68,11 +68,11 @@ TEST_F(System, DamagedStateIsKeptAsideAndReported)
 {
     ASSERT_EQ(Set("webHttpPort", "1234"), 0);
     daemon_.End(SIGTERM);
-    ASSERT_EQ(truncate("/tmp/state/objects", 85), 0);
+    ASSERT_EQ(system("rm /tmp/state/kobd.db-*; echo damaged >/tmp/state/kobd.db"), 0);
     ASSERT_TRUE(daemon_.Start());
     EXPECT_NE(Get("webHttpPort"), "1234");
-    EXPECT_TRUE(LogSays("is damaged, kept as /tmp/state/objects.damaged-"));
-    EXPECT_EQ(system("ls /tmp/state/objects.damaged-* >/dev/null"), 0);
+    EXPECT_TRUE(LogSays("is damaged, kept as /tmp/state/kobd.db.damaged-"));
+    EXPECT_EQ(system("grep -q damaged /tmp/state/kobd.db.damaged-*"), 0);
 }
 
 TEST_F(System, EverySignalLogsItsNumberAndEndsWithStatusZero)

@@ -1,5 +1,5 @@
-// The host platform's files: state, journal and the folder they are in.
-#include "host/state/state_store.h"
+// The host platform's files: the folder they are in, whole replacement, and the journal.
+#include "host/state/folder.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -11,7 +11,6 @@
 #include <new>
 
 #include "host/state/report.h"
-#include "host/state/state_save.h"
 
 namespace kobd::host
 {
@@ -20,8 +19,7 @@ namespace
 constexpr mode_t kFolderMode = 0700;
 constexpr mode_t kFileMode = 0600;
 constexpr off_t kJournalBytes = 1024 * 1024;  // about ten thousand lines; one more file of that size is kept
-constexpr std::string_view kHeading = "# Settings that differ from the factory's. Edit while the daemon is stopped.\n";
-constexpr std::string_view kEnd = "end";
+constexpr const char* kTemporary = ".new";
 
 void MakeFolders(const std::string& path)
 {
@@ -42,32 +40,16 @@ void MakeFolders(const std::string& path)
     free(folder);
 }
 
-}  // namespace
-
+// The folder of a path, ending with a slash; "." where it names none.
 std::string FolderOf(const std::string& path)
 {
     const size_t slash = path.rfind('/');
     return slash == std::string::npos ? "." : path.substr(0, slash + 1);
 }
 
-std::string StateFolderName()
+std::string& UsedFolder()
 {
-    const char* named = getenv("KOBD_STATE_DIR");
-    const char* home = getenv("HOME");
-    std::string folder = named != nullptr && *named != 0 ? named
-                         : geteuid() == 0                ? "/etc/kobd"
-                         : home != nullptr               ? std::string(home) + "/.local/state/kobd"
-                                                         : "/tmp/kobd-state-" + std::to_string(geteuid());
-    while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
-    return folder;
-}
-
-namespace
-{
-std::string ChooseFolder()
-{
-    const std::string folder = StateFolderName();
-    MakeFolders(folder);
+    static std::string folder;
     return folder;
 }
 
@@ -81,6 +63,14 @@ bool WriteAll(int file, std::string_view bytes)
         bytes.remove_prefix(static_cast<size_t>(written));
     }
     return true;
+}
+
+// Removes a file and leaves errno, which says what went wrong before.
+void RemoveKeepingError(const std::string& path)
+{
+    const int error = errno;
+    unlink(path.c_str());
+    errno = error;
 }
 
 // Whether the new file is the folder's owner's, made so where root works in the folder of a user.
@@ -120,72 +110,60 @@ struct OpenFile
     ~OpenFile() { close(number); }
 };
 
-bool ReadAll(int file, std::string* text)
+// Writes the file and waits until it is on the disk. False with errno, and no file, when that failed.
+bool WriteTemporary(const std::string& path, std::string_view text)
 {
-    char block[8192];
-    for (;;)
-    {
-        const ssize_t got = read(file, block, sizeof block);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) return false;
-        if (got == 0) return true;
-        text->append(block, static_cast<size_t>(got));
-    }
-}
-
-void AppendEscaped(std::string_view text, std::string* out)
-{
-    for (const char c : text)
-    {
-        if (c == '\\')
-            *out += "\\\\";
-        else if (c == '\n')
-            *out += "\\n";
-        else if (c == '\r')
-            *out += "\\r";
-        else
-            *out += c;
-    }
-}
-
-// False when a line is neither comment, heading, setting nor the end, or the end is missing.
-bool ParseSettings(std::string_view text, Settings* settings)
-{
-    while (!text.empty())
-    {
-        const size_t newline = text.find('\n');
-        if (newline == std::string_view::npos) return false;
-        const std::string_view line = text.substr(0, newline);
-        text.remove_prefix(newline + 1);
-        if (line == kEnd) return text.empty();
-        if (line.empty() || line.front() == '#') continue;
-        if (IsHeading(line))
-        {
-            settings->emplace_back(line, "");
-            continue;
-        }
-        const size_t equals = line.find('=');
-        std::string value;
-        if (equals == std::string_view::npos || equals == 0 || IsHeading(line.substr(0, equals)) ||
-            !Unescape(line.substr(equals + 1), &value))
-            return false;
-        settings->emplace_back(line.substr(0, equals), value);
-    }
+    const int file = CreateFresh(path);
+    if (file < 0) return false;
+    const bool written = WriteAll(file, text) && fsync(file) == 0;
+    const int error = errno;
+    const bool closed = close(file) == 0;
+    if (written && closed) return true;
+    if (!written) errno = error;
+    RemoveKeepingError(path);
     return false;
 }
-
 }  // namespace
+
+std::string StateFolderName()
+{
+    if (!UsedFolder().empty()) return UsedFolder();
+    const char* named = getenv("KOBD_STATE_DIR");
+    const char* home = getenv("HOME");
+    std::string folder = named != nullptr && *named != 0 ? named
+                         : geteuid() == 0                ? "/etc/kobd"
+                         : home != nullptr               ? std::string(home) + "/.local/state/kobd"
+                                                         : "/tmp/kobd-state-" + std::to_string(geteuid());
+    while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
+    return folder;
+}
 
 const std::string& StateFolder()
 {
-    static const std::string folder = ChooseFolder();
-    return folder;
+    if (UsedFolder().empty()) UseStateFolder(StateFolderName());
+    return UsedFolder();
+}
+
+void UseStateFolder(const std::string& folder)
+{
+    MakeFolders(folder);
+    UsedFolder() = folder;
 }
 
 std::string Escape(std::string_view text)
 {
     std::string out;
-    AppendEscaped(text, &out);
+    for (const char c : text)
+    {
+        if (c == '\\')
+            out += "\\\\";
+        else if (c == '\n')
+            out += "\\n";
+        else if (c == '\r')
+            out += "\\r";
+        else
+            out += c;
+    }
     return out;
 }
 
@@ -211,93 +189,62 @@ bool Unescape(std::string_view text, std::string* out)
     return true;
 }
 
-bool IsHeading(std::string_view name) { return name.size() > 2 && name.front() == '[' && name.back() == ']'; }
-
-LoadResult LoadSettings(const std::string& path, Settings* settings)
+bool ReadText(const std::string& path, std::string* text)
 {
-    settings->clear();
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (file < 0) return errno == ENOENT ? LoadResult::kMissing : LoadResult::kUnreadable;
+    if (file < 0) return false;
     const OpenFile closed_at_the_end{file};
-    std::string text;
-    if (!ReadAll(file, &text)) return LoadResult::kUnreadable;
-    if (ParseSettings(text, settings)) return LoadResult::kLoaded;
-    settings->clear();
-    return LoadResult::kDamaged;
-}
-
-bool WriteTemporary(const std::string& path, const Settings& settings)
-{
-    std::string text(kHeading);
-    for (const auto& [name, value] : settings)
+    char block[8192];
+    for (;;)
     {
-        text += name;
-        if (!IsHeading(name))
-        {
-            text += '=';
-            AppendEscaped(value, &text);
-        }
-        text += '\n';
+        const ssize_t got = read(file, block, sizeof block);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return false;
+        if (got == 0) return true;
+        text->append(block, static_cast<size_t>(got));
     }
-    text.append(kEnd).append("\n");
-    return WriteText(path, text);
 }
 
-int OpenOrCreate(const std::string& path, int flags)
+bool SyncFolder(const std::string& folder)
+{
+    const int file = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (file < 0) return false;
+    const bool synced = fsync(file) == 0;
+    const int error = errno;
+    close(file);
+    errno = error;
+    return synced;
+}
+
+bool SaveText(const std::string& path, std::string_view text)
+{
+    const std::string temporary = path + kTemporary;
+    const std::string folder = FolderOf(path);  // before the move: memory may run out
+    if (!WriteTemporary(temporary, text)) return false;
+    if (rename(temporary.c_str(), path.c_str()) == 0) return SyncFolder(folder);
+    RemoveKeepingError(temporary);
+    return false;
+}
+
+int OpenOrCreate(const std::string& path, int flags, bool* made)
 {
     for (;;)
     {
         int file = open(path.c_str(), flags | O_NOFOLLOW | O_CLOEXEC);
         if (file >= 0 || errno != ENOENT) return file;
         file = CreateNew(path, flags);
+        if (file >= 0 && made != nullptr) *made = true;
         if (file >= 0 || errno != EEXIST) return file;
     }
 }
 
-bool WriteText(const std::string& path, std::string_view text)
-{
-    const int file = CreateFresh(path);
-    if (file < 0) return false;
-    const bool written = WriteAll(file, text) && fsync(file) == 0;
-    const int error = errno;
-    const bool closed = close(file) == 0;
-    if (written && closed) return true;
-    if (!written) errno = error;
-    RemoveKeepingError(path);
-    return false;
-}
-
-void RemoveKeepingError(const std::string& path)
-{
-    const int error = errno;
-    unlink(path.c_str());
-    errno = error;
-}
-
-namespace
-{
-// A name beside the file's that nothing has.
-std::string NameAside(const std::string& path)
+std::string KeepAside(const std::string& path)
 {
     const std::string stem = path + ".damaged-" + std::to_string(time(nullptr));
     std::string aside = stem;
     for (int next = 2; access(aside.c_str(), F_OK) == 0; ++next) aside = stem + "-" + std::to_string(next);
-    return aside;
-}
-}  // namespace
-
-std::string KeepAside(const std::string& path)
-{
-    std::string aside = NameAside(path);
     if (rename(path.c_str(), aside.c_str()) != 0) aside.clear();
     return aside;
-}
-
-std::string KeepCopy(const std::string& path)
-{
-    const std::string aside = NameAside(path);
-    if (link(path.c_str(), aside.c_str()) == 0) return aside;
-    return errno == ENOENT ? std::string() : KeepAside(path);  // a file system without links, or a folder
 }
 
 void Journal(std::string_view what, std::string_view argument)

@@ -1,0 +1,190 @@
+// kobctl undo [COMMITS] and kobctl reset NAME...: values and rows as they were.
+#include <unistd.h>
+
+#include <map>
+
+#include "client/arguments/words.h"
+#include "client/commands/commands.h"
+#include "client/dictionary/diagnose.h"
+#include "client/dictionary/dictionary.h"
+#include "client/rows/row_change.h"
+#include "client/state/daemon_state.h"
+#include "client/state/past_changes.h"
+#include "daemon/base/result.h"
+#include "host/state/stores.h"
+
+namespace kobd::client
+{
+namespace
+{
+// A row that undo has to bring back, change or delete.
+struct RowBefore
+{
+    std::optional<bool> was_there = {};  // nothing: it neither came nor went
+    bool is_there = true;
+    std::string parent = {};
+    std::map<std::string, std::string> columns = {};  // texts of then
+};
+
+// Everything that undo has to do.
+struct Before
+{
+    std::map<std::string, std::string> objects = {};
+    std::map<std::pair<std::string, int32_t>, RowBefore> rows = {};
+    std::map<std::pair<std::string, std::string>, std::optional<std::string>> stores = {};  // by store and key
+};
+
+// Takes a change into the account; to be called from the newest change to the oldest.
+void TakeBack(const PastChange& change, Before* before)
+{
+    if (change.kind == "object") before->objects[change.name] = change.old.value_or("");
+    if (change.kind == "nvram" || change.kind == "config") before->stores[{change.kind, change.name}] = change.old;
+    if (!change.IsRow()) return;
+    RowBefore& row = before->rows[{change.name, change.number}];
+    if (change.IsRowItself())
+    {
+        if (!row.was_there) row.is_there = change.now.has_value();
+        row.was_there = change.old.has_value();
+    }
+    else if (change.field == "@path")
+        row.parent = change.old.value_or("");
+    else
+        row.columns[change.field] = change.old.value_or("");
+}
+
+Failure CheckObject(const std::string& name, const std::string& value)
+{
+    const ObjectEntry* object = FindObject(name);
+    if (object == nullptr) return {kNotFound, "there is no object " + name};
+    if (object->access != Access::kReadWrite) return {kInvalidArgument, name + " is " + AccessText(object->access)};
+    if (const std::string wrong = WhatIsWrong(name, value); !wrong.empty()) return {kInvalidArgument, wrong};
+    return {};
+}
+
+// The requests that undo sends, all checked.
+struct Plan
+{
+    Assignments objects = {};
+    std::vector<RowChange> set = {};
+    std::vector<RowAddress> deleted = {};
+    std::vector<std::pair<RowChange, std::string>> added = {};  // with the parent's path
+};
+
+Failure PlanRow(const std::pair<std::string, int32_t>& address, const RowBefore& before, Plan* plan)
+{
+    RowChange change = {{nullptr, address.second}};
+    if (Failure failure = ReadTable(address.first, &change.row.table)) return failure;
+    if (before.is_there && before.was_there == false)
+    {
+        plan->deleted.push_back(change.row);
+        return {};
+    }
+    if (!before.is_there && before.was_there != true) return {};
+    for (const auto& [column, value] : before.columns)
+        if (Failure failure = AddValue(column + "=" + value, &change)) return failure;
+    if (before.is_there)
+        plan->set.push_back(change);
+    else
+        plan->added.emplace_back(change, before.parent);
+    return {};
+}
+
+Failure MakePlan(const Before& before, Plan* plan)
+{
+    for (const auto& [name, value] : before.objects)
+    {
+        if (Failure failure = CheckObject(name, value)) return failure;
+        plan->objects.push_back({name, value});
+    }
+    for (const auto& [address, row] : before.rows)
+        if (Failure failure = PlanRow(address, row, plan)) return failure;
+    return {};
+}
+
+Failure AddAgain(const Options& options, const RowChange& deleted, const std::string& parent, Words* done)
+{
+    RowChange change = deleted;
+    Options with_parent = options;
+    with_parent.parent = parent;
+    if (Failure failure = AddRow(with_parent, *change.row.table, &change.row.index)) return failure;
+    done->push_back(deleted.row.Text() +
+                    (change.row.index == deleted.row.index ? "" : " as row " + std::to_string(change.row.index)));
+    return change.values.empty() ? Failure() : SendChanges(options, {change});
+}
+
+// `done` names what is as it was, also when a later step fails.
+Failure CarryOut(const Options& options, const Plan& plan, const Before& before, Words* done)
+{
+    if (!plan.objects.empty())
+    {
+        if (Failure failure = FailureOfChange(Call(options, KOBD_SET, SetItems(plan.objects)), "the values"))
+            return failure;
+        done->push_back(NamesOf(plan.objects));
+    }
+    if (!plan.set.empty())
+    {
+        if (Failure failure = SendChanges(options, plan.set)) return failure;
+        for (const RowChange& change : plan.set) done->push_back(change.row.Text());
+    }
+    for (const RowAddress& row : plan.deleted)
+    {
+        if (Failure failure = DeleteRow(options, row)) return failure;
+        done->push_back(row.Text());
+    }
+    for (const auto& [change, parent] : plan.added)
+        if (Failure failure = AddAgain(options, change, parent, done)) return failure;
+    for (const auto& [key, value] : before.stores)
+    {
+        const std::string why = value ? host::StoreSet(key.first.c_str(), key.second, *value, getpid())
+                                      : host::StoreUnset(key.first.c_str(), key.second, getpid());
+        if (!why.empty()) return {kSystemError, key.first + " " + key.second + ": " + why};
+        done->push_back(key.first + " " + key.second);
+    }
+    return {};
+}
+}  // namespace
+
+Outcome CommandUndo(const Options& options, const Words& words)
+{
+    constexpr int64_t kMost = 10000;  // changes that the history keeps
+    const auto commits = words.empty() ? 1 : ReadInteger(words[0], 1, kMost);
+    if (!commits) return Failure{kWrongUse, "undo takes a number of commits, not '" + words[0] + "'"};
+    if (!UseDaemonsState()) return Failure{kNotRunning, "undo: " + WhyNoAnswer({.code = KOBD_NOT_RUNNING})};
+    std::vector<PastChange> changes;
+    if (Failure failure = ReadPastChanges(&changes, static_cast<int>(*commits)))
+        return Failure{failure.code, "undo: " + failure.what};
+    if (changes.empty()) return Failure{kInvalidArgument, "undo: nothing was changed yet"};
+    Before before;
+    Plan plan;
+    for (auto change = changes.rbegin(); change != changes.rend(); ++change)
+    {
+        if (change->IsSecret())
+            return Failure{kInvalidArgument,
+                           "undo: " + change->Name() + ": the old value of a secret is not kept; nothing was changed"};
+        TakeBack(*change, &before);
+    }
+    if (Failure failure = MakePlan(before, &plan))
+        return Failure{failure.code, "undo: " + failure.what + "; nothing was changed"};
+    Words done;
+    const Failure failure = CarryOut(options, plan, before, &done);
+    Outcome outcome({{"undone", done}}, done.empty() ? "" : "as before: " + Joined(done) + "\n");
+    if (failure) outcome.failure = {failure.code, "undo: " + failure.what};
+    AddNotSaved("undone", &outcome);
+    return outcome;
+}
+
+Outcome CommandReset(const Options& options, const Words& words)
+{
+    Words pairs;
+    for (const std::string& name : words)
+    {
+        const auto texts = AskHost(KOBD_HOST_FACTORY, {{KOBD_TAG_OBJECT_NAME, name}});
+        if (FindObject(name) != nullptr && (!texts || texts->empty()))
+            return Failure{kSystemError, "reset: nobody tells the factory value of " + name + "; nothing was set"};
+        if (Failure failure = CheckObject(name, texts && !texts->empty() ? texts->front() : ""))
+            return Failure{failure.code, "reset: " + failure.what + "; nothing was set"};
+        pairs.push_back(name + "=" + texts->front());
+    }
+    return CommandSet(options, pairs);
+}
+}  // namespace kobd::client

@@ -1,0 +1,37 @@
+// Asking the imitated router about its state.
+#include "client/state/daemon_state.h"
+
+#include "client/requests/request.h"
+#include "host/state/folder.h"
+
+namespace kobd::client
+{
+namespace
+{
+constexpr int kNotSaved = 3;  // exit status
+}
+
+bool UseDaemonsState()
+{
+    static const bool answered = []
+    {
+        const auto texts = AskHost(KOBD_HOST_STATE);
+        if (texts && !texts->empty()) host::UseStateFolder(texts->front());
+        return texts && !texts->empty();
+    }();
+    return answered;
+}
+
+void UseStateToShow()
+{
+    if (!UseDaemonsState()) SayError("no kobd answers; this is the state in " + host::StateFolderName());
+}
+
+void AddNotSaved(const std::string& what, Outcome* outcome)
+{
+    const auto texts = AskHost(KOBD_HOST_STATE);
+    if (outcome->failure || !texts || texts->size() < 2 || texts->at(1).empty()) return;
+    outcome->notes.push_back(what + ", but not saved: " + texts->at(1));
+    outcome->status = kNotSaved;
+}
+}  // namespace kobd::client

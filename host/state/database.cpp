@@ -1,0 +1,309 @@
+// SQLite behind the state folder: opening, statements, and what its failures mean.
+#include "host/state/database.h"
+
+#include <fcntl.h>
+#include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "host/state/folder.h"
+#include "host/state/report.h"
+
+namespace kobd::host
+{
+namespace
+{
+constexpr const char* kFunction = "Database";
+constexpr const char* kFile = "/kobd.db";
+constexpr int kWaitMs = 2000;            // for other processes: a stopped one must not stop the others
+constexpr off_t kLogBytes = 512 * 1024;  // room of the write-ahead log; it is written back when it holds kLogPages
+constexpr const char* kOptions =
+    "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA wal_autocheckpoint=110;"  // pages: 450 KB
+    "PRAGMA cache_size=-256; PRAGMA temp_store=MEMORY";                                 // KB, for the daemon's memory
+constexpr int kSchemaVersion = 1;
+constexpr const char* kSchema =
+    "CREATE TABLE objects(name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;"
+    "CREATE TABLE lists(name TEXT PRIMARY KEY, last INTEGER NOT NULL) WITHOUT ROWID;"
+    // field: a column's name; "@path": the parent path of a row without a column for it; "": always there, the bytes
+    // that the columns do not say.
+    "CREATE TABLE cells(list TEXT, number INTEGER, field TEXT, value NOT NULL,"
+    " PRIMARY KEY(list, number, field)) WITHOUT ROWID;"
+    "CREATE TABLE stores(store TEXT, key TEXT, value TEXT NOT NULL, PRIMARY KEY(store, key)) WITHOUT ROWID;"
+    "CREATE TABLE pending(name TEXT PRIMARY KEY, old TEXT NOT NULL, new TEXT);"  // in the order of the words
+    "CREATE TABLE refused(name TEXT PRIMARY KEY, old TEXT NOT NULL) WITHOUT ROWID;"
+    "CREATE TABLE meta(name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;"
+    // batch: the number of the commit; kind: object, row, nvram or config; no old or new text: it was not there.
+    "CREATE TABLE history(id INTEGER PRIMARY KEY, batch INTEGER, time INTEGER, process INTEGER, program TEXT,"
+    " kind TEXT, name TEXT, number INTEGER, field TEXT, old TEXT, new TEXT);"
+    "PRAGMA user_version=1";
+
+// SQLite's code as errno has it. The system's own number is still there where SQLite reports a failed call.
+int ErrorOf(int code)
+{
+    switch (code & 0xFF)
+    {
+        case SQLITE_FULL: return ENOSPC;
+        case SQLITE_NOMEM: return ENOMEM;
+        case SQLITE_BUSY: return EWOULDBLOCK;
+        case SQLITE_READONLY: return access(StateFolderName().c_str(), W_OK) != 0 ? errno : EROFS;
+        case SQLITE_IOERR:
+        case SQLITE_CANTOPEN: return errno != 0 ? errno : EIO;
+        default: return EIO;
+    }
+}
+
+std::string TextOf(sqlite3* connection, int code, int error)
+{
+    switch (code & 0xFF)
+    {
+        case SQLITE_BUSY: return "another process has been writing it for two seconds";
+        case SQLITE_CORRUPT:
+        case SQLITE_NOTADB:
+        case SQLITE_ERROR: return connection != nullptr ? sqlite3_errmsg(connection) : sqlite3_errstr(code);
+        default: return strerror(error);
+    }
+}
+
+off_t SizeOf(const std::string& path)
+{
+    struct stat state = {};
+    return stat(path.c_str(), &state) == 0 ? state.st_size : -1;
+}
+}  // namespace
+
+Query::~Query()
+{
+    if (statement_ == nullptr) return;
+    sqlite3_reset(statement_);
+    sqlite3_clear_bindings(statement_);
+}
+
+void Query::Bind(int place, std::string_view text)
+{
+    const char* bytes = text.data() != nullptr ? text.data() : "";
+    if (statement_ != nullptr)
+        database_->Note(sqlite3_bind_text(statement_, place, bytes, static_cast<int>(text.size()), SQLITE_TRANSIENT));
+}
+
+void Query::Bind(int place, std::optional<std::string_view> text)
+{
+    if (text) Bind(place, *text);  // what is not bound is NULL
+}
+
+void Query::Bind(int place, int64_t number)
+{
+    if (statement_ != nullptr) database_->Note(sqlite3_bind_int64(statement_, place, number));
+}
+
+bool Query::Next()
+{
+    if (statement_ == nullptr || database_->Failed()) return false;
+    errno = 0;
+    const int code = sqlite3_step(statement_);
+    return code == SQLITE_ROW || (code != SQLITE_DONE && database_->Note(code));
+}
+
+bool Query::IsNull(int column) const { return sqlite3_column_type(statement_, column) == SQLITE_NULL; }
+
+std::string_view Query::Text(int column) const
+{
+    const void* bytes = sqlite3_column_blob(statement_, column);
+    return {bytes != nullptr ? static_cast<const char*>(bytes) : "",
+            static_cast<size_t>(sqlite3_column_bytes(statement_, column))};
+}
+
+int64_t Query::Number(int column) const { return sqlite3_column_int64(statement_, column); }
+
+bool Database::Note(int code)
+{
+    if (code == SQLITE_OK) return true;
+    error_ = ErrorOf(code);
+    damaged_ = (code & 0xFF) == SQLITE_CORRUPT || (code & 0xFF) == SQLITE_NOTADB;
+    why_ = TextOf(connection_, code, error_);
+    return false;
+}
+
+std::string Database::Why() const { return why_; }
+
+sqlite3_stmt* Database::Prepared(const char* sql)
+{
+    if (!writing_) error_ = 0;
+    errno = 0;
+    if (connection_ == nullptr && !Failed()) Note(SQLITE_MISUSE);
+    if (Failed()) return nullptr;
+    sqlite3_stmt*& statement = prepared_[sql];
+    if (statement == nullptr)
+        Note(sqlite3_prepare_v3(connection_, sql, -1, SQLITE_PREPARE_PERSISTENT, &statement, nullptr));
+    return statement;
+}
+
+bool Database::Begin()
+{
+    error_ = 0;
+    writing_ = Run("BEGIN IMMEDIATE");
+    return writing_;
+}
+
+bool Database::Commit()
+{
+    if (writing_ && !Failed() && Run("COMMIT"))
+    {
+        writing_ = false;
+        return true;
+    }
+    Rollback();
+    return false;
+}
+
+void Database::Rollback()
+{
+    if (!writing_) return;
+    writing_ = false;
+    // SQLite may have rolled back by itself, which is as good.
+    sqlite3_exec(connection_, "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+bool Database::HasMoved()
+{
+    int moved = 0;
+    sqlite3_file_control(connection_, "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+    return moved != 0;
+}
+
+Database::Opened Database::Open(bool create)
+{
+    if (connection_ != nullptr && !HasMoved()) return Opened::kThere;
+    Close();
+    made_ = false;
+    if (!OpenFile(create) && !(create && KeepDamagedAside() && OpenFile(true)))
+    {
+        const int error = error_;  // of the opening
+        Close();
+        error_ = error;
+        return Opened::kFailed;
+    }
+    return made_ ? Opened::kNew : Opened::kThere;
+}
+
+// The path without links, since SQLite is told to follow none.
+bool Database::OpenFile(bool create)
+{
+    error_ = 0;
+    char real[PATH_MAX];
+    const std::string folder = create ? StateFolder() : StateFolderName();
+    if (create) UseStateFolder(folder);  // it may have been removed under the daemon
+    path_ = std::string(realpath(folder.c_str(), real) != nullptr ? real : folder) + kFile;
+    const off_t size = SizeOf(path_);
+    if (size == 0 && SizeOf(path_ + "-wal") > 0)  // emptied: SQLite would remove the log, which has what was committed
+    {
+        Note(SQLITE_NOTADB);
+        return false;
+    }
+    if (size == 0) REPORT(kFunction, "%s is empty, factory values serve", path_.c_str());
+    const int file = create ? OpenOrCreate(path_, O_RDWR, &made_) : open(path_.c_str(), O_RDONLY | O_CLOEXEC);
+    if (file < 0)
+    {
+        damaged_ = errno == EISDIR || errno == ELOOP;
+        error_ = errno;
+        why_ = strerror(errno);
+        return false;
+    }
+    close(file);
+    if (made_) SyncFolder(folder);
+    errno = 0;
+    if (sqlite3_open_v2(path_.c_str(), &connection_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOFOLLOW, nullptr) !=
+        SQLITE_OK)
+        return Note(sqlite3_errcode(connection_));
+    return Prepare();
+}
+
+bool Database::Prepare()
+{
+    int keep = 1;  // the log, at its full size
+    sqlite3_file_control(connection_, "main", SQLITE_FCNTL_PERSIST_WAL, &keep);
+    sqlite3_busy_timeout(connection_, kWaitMs);
+    if (!Note(sqlite3_exec(connection_, kOptions, nullptr, nullptr, nullptr))) return false;
+    const auto version = [this]
+    {
+        Query query = Ask("PRAGMA user_version");
+        return query.Next() ? query.Number(0) : -1;
+    };
+    if (version() == kSchemaVersion) return true;
+    if (Failed() || !Begin()) return false;
+    if (version() == 0)  // another process may have been first
+    {
+        made_ = true;
+        Note(sqlite3_exec(connection_, kSchema, nullptr, nullptr, nullptr));
+    }
+    if (!Commit() || version() == kSchemaVersion) return !Failed();
+    error_ = EPROTO;
+    why_ = "another version of kobd has made it";
+    return false;
+}
+
+void Database::Close()
+{
+    for (const auto& [sql, statement] : prepared_) sqlite3_finalize(statement);
+    prepared_.clear();
+    sqlite3_close(connection_);
+    connection_ = nullptr;
+    writing_ = false;
+}
+
+bool Database::KeepDamagedAside()
+{
+    if (!Failed() || !damaged_) return false;
+    Close();
+    const std::string aside = KeepAside(path_);
+    REPORT(kFunction, "%s is damaged, kept as %s, factory values serve", path_.c_str(),
+           aside.empty() ? "it is" : aside.c_str());
+    if (aside.empty()) return false;
+    // The log belongs to the damaged file and would be taken for the new one's.
+    rename((path_ + "-wal").c_str(), (aside + "-wal").c_str());
+    unlink((path_ + "-shm").c_str());
+    return true;
+}
+
+// Zeros behind the end mean nothing to SQLite. The lock keeps others from writing there meanwhile.
+void Database::ReserveLog()
+{
+    const std::string log = path_ + "-wal";
+    if (SizeOf(log) >= kLogBytes || !Begin()) return;
+    const off_t size = SizeOf(log);
+    const int file = open(log.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC);
+    if (file >= 0 && size >= 0 && size < kLogBytes)
+    {
+        const std::vector<char> zeros(static_cast<size_t>(kLogBytes - size));
+        const ssize_t written = pwrite(file, zeros.data(), zeros.size(), size);
+        if (written != static_cast<ssize_t>(zeros.size()) && ftruncate(file, size) != 0)
+            errno = 0;  // no space: it grows
+    }
+    if (file >= 0) close(file);
+    Rollback();
+}
+
+namespace
+{
+std::recursive_mutex& Mutex()
+{
+    static std::recursive_mutex mutex;
+    return mutex;
+}
+
+Database& TheDatabase()
+{
+    static Database& database = *new Database;  // never closed: a signal may end the process in the middle of a commit
+    return database;
+}
+}  // namespace
+
+State::State() : lock_(Mutex()) {}
+Database* State::operator->() const { return &TheDatabase(); }
+Database& State::operator*() const { return TheDatabase(); }
+}  // namespace kobd::host

@@ -1,0 +1,146 @@
+// The database of the state folder, "kobd.db": what survives a restart of the daemon, and what the router's processes
+// share. It is SQLite's, so that every process may open it and anyone can look with sqlite3:
+//
+//   objects   the values that differ from the factory's
+//   lists     the tables whose rows differ from the factory's, with the highest index given so far
+//   cells     their rows: a cell for each column that is not empty or 0
+//   stores    what differs from the factory's in the stores nvram and config
+//   pending   what kobctl set --confirm may have to set back; meta has its time, refused what could not be set back
+//   history   what each commit changed, the last ten thousand changes
+//
+// A commit is one transaction, on the disk when Commit returns.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace kobd::host
+{
+class Database;
+
+// A statement that runs, with its values. After its end, or an error, which the database remembers, there is no next
+// row.
+class Query
+{
+public:
+    Query(Database* database, sqlite3_stmt* statement) : database_(database), statement_(statement) {}
+    ~Query();
+    Query(Query&& other) noexcept : database_(other.database_), statement_(std::exchange(other.statement_, nullptr)) {}
+    Query& operator=(Query&&) = delete;
+
+    bool Next();
+
+    // Of the present row, by the number of the column from 0 on. Texts may hold any bytes and are valid until Next.
+    bool IsNull(int column) const;
+    std::string_view Text(int column) const;
+    int64_t Number(int column) const;
+
+private:
+    friend class Database;
+    void Bind(int place, std::string_view text);
+    void Bind(int place, const std::string& text) { Bind(place, std::string_view(text)); }
+    void Bind(int place, const char* text) { Bind(place, std::string_view(text)); }
+    void Bind(int place, std::optional<std::string_view> text);
+    void Bind(int place, int64_t number);
+
+    Database* database_;
+    sqlite3_stmt* statement_;  // nullptr: the database has failed before
+};
+
+class Database
+{
+public:
+    Database() = default;
+    ~Database() { Close(); }
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    enum class Opened
+    {
+        kFailed,  // Why says why
+        kThere,   // it holds what was committed before
+        kNew,     // nothing is in it: none was there, or a damaged one was kept aside and reported
+    };
+
+    // Opens the database where it is not open yet, or where another file has its name by now. Without `create`, for
+    // those who only read, a database that is not there is kFailed with the error ENOENT.
+    Opened Open(bool create = true);
+
+    // To be called before a fork, too: no connection may cross one.
+    void Close();
+
+    // Runs a statement, whose text must be a literal, with these values in the places of its question marks: texts of
+    // any bytes, no text (std::nullopt), numbers. Waits for other processes, two seconds at most. After a failure
+    // nothing runs any more until the next Begin, or the next Ask outside of a transaction.
+    template <typename... Values>
+    Query Ask(const char* sql, const Values&... values)
+    {
+        Query query(this, Prepared(sql));
+        int place = 0;
+        (query.Bind(++place, values), ...);
+        return query;
+    }
+    template <typename... Values>
+    bool Run(const char* sql, const Values&... values)
+    {
+        Query query = Ask(sql, values...);
+        while (query.Next()) continue;
+        return !Failed();
+    }
+
+    // A transaction that changes something. Commit is false when any statement since Begin has failed; nothing has
+    // changed then. Rollback is harmless without a transaction.
+    bool Begin();
+    bool Commit();
+    void Rollback();
+
+    // The last failure: its error number as errno has it, EIO for what has none, and its text.
+    bool Failed() const { return error_ != 0; }
+    int Error() const { return error_; }
+    std::string Why() const;
+
+    // Whether it failed because the file is no whole database. Keeps that aside, so that Open makes a new one. False
+    // when it is not damaged or cannot be moved.
+    bool KeepDamagedAside();
+
+    // Gives the write-ahead log its full size, so that commits do not have to make it grow.
+    void ReserveLog();
+
+private:
+    friend class Query;
+    sqlite3_stmt* Prepared(const char* sql);
+    bool Note(int code);  // remembers a failure; false then
+    bool HasMoved();
+    bool OpenFile(bool create);
+    bool Prepare();
+
+    sqlite3* connection_ = nullptr;
+    std::map<const char*, sqlite3_stmt*> prepared_;
+    std::string path_;
+    bool made_ = false;     // the file was made by this Open
+    bool writing_ = false;  // between Begin and its end
+    bool damaged_ = false;  // what failed says that the file is no whole database
+    int error_ = 0;
+    std::string why_;
+};
+
+// The process's database, for one thread at a time.
+class State
+{
+public:
+    State();
+    Database* operator->() const;
+    Database& operator*() const;
+
+private:
+    std::unique_lock<std::recursive_mutex> lock_;
+};
+}  // namespace kobd::host

@@ -1,0 +1,48 @@
+// The history's rows.
+#include "host/state/history.h"
+
+#include <ctime>
+
+#include "host/state/folder.h"
+
+namespace kobd::host
+{
+namespace
+{
+constexpr int64_t kRowsKept = 10000;
+
+std::string ProgramOf(int process)
+{
+    std::string name;
+    if (process <= 0 || !ReadText("/proc/" + std::to_string(process) + "/comm", &name)) return "?";
+    while (!name.empty() && name.back() == '\n') name.pop_back();
+    return name;
+}
+
+std::optional<std::string_view> Shown(const std::optional<std::string_view>& text, bool secret)
+{
+    return text && secret ? kSecretText : text;
+}
+}  // namespace
+
+void History::Add(const Change& change)
+{
+    if (batch_ == 0)
+    {
+        Query last = database_->Ask("SELECT batch FROM history ORDER BY id DESC LIMIT 1");
+        batch_ = (last.Next() ? last.Number(0) : 0) + 1;
+        time_ = time(nullptr);
+        program_ = ProgramOf(process_);
+    }
+    database_->Run(
+        "INSERT INTO history(batch, time, process, program, kind, name, number, field, old, new)"
+        " VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        batch_, time_, int64_t{process_}, program_, std::string_view(change.kind), change.name, change.number,
+        change.field, Shown(change.old, change.secret), Shown(change.now, change.secret));
+}
+
+void History::Finish()
+{
+    if (batch_ != 0) database_->Run("DELETE FROM history WHERE id <= (SELECT max(id) FROM history) - ?", kRowsKept);
+}
+}  // namespace kobd::host

@@ -1,0 +1,37 @@
+// The stores that the router's processes share: short texts by key in the database, and the factory's where it has
+// none. platform/nvram.h and platform/config.h are what others call.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "host/state/history.h"
+
+namespace kobd::host
+{
+inline constexpr size_t kStoreKeyMax = 128;     // characters
+inline constexpr size_t kStoreValueMax = 2047;  // characters: what an object get can hand out
+
+// Whether what is set waits for the commit of the request in hand, so that it becomes durable together with the objects
+// and rows, and is committed with them. Otherwise every set is a transaction of its own.
+void StoresWait(bool wait);
+
+// Whether something waits; writes it in the transaction of a commit; and that it was written.
+bool StoresChanged();
+void StoresWrite(Database* database, History* history);
+void StoresWritten();
+
+// The factory's value of an nvram key; nullptr data for a key that it does not have.
+std::string_view NvramFactory(std::string_view key);
+
+// As nv_get and kob_get_config for a program that must not show factory values where the database cannot be read. False
+// with errno: ENOENT for an unknown key, what failed otherwise.
+bool StoreRead(const char* store, const std::string& key, std::string* value);
+
+// As nvram_set and kob_set_config for the process that `asked`. The empty text, or why it was not set.
+std::string StoreSet(const char* store, std::string_view key, std::string_view value, int asked);
+
+// Takes the value away, so that the factory's is there again or none. As StoreSet.
+std::string StoreUnset(const char* store, std::string_view key, int asked);
+}  // namespace kobd::host
