@@ -81,12 +81,7 @@ void NameIndexBuild()
 {
     name_index.fill({});
     for (size_t number = 0; number < kObjects.size(); ++number) Enter(number);
-    for (size_t number = 0; number < kTables.size(); ++number)
-    {
-        PendingRowLinks* head = kTables[number].pending;
-        head->next = head->previous = head;
-        Enter(kObjects.size() + number);
-    }
+    for (size_t number = 0; number < kTables.size(); ++number) Enter(kObjects.size() + number);
 }
 
 void NameIndexClear() { name_index.fill({}); }

@@ -14,7 +14,7 @@ struct NamedRecord
     const TableDef* table = nullptr;
 };
 
-// Builds the index and empties the tables' pending lists.
+// Builds the index.
 void NameIndexBuild();
 
 // Empties the index: from now on every name is unknown.

@@ -1,6 +1,5 @@
-// The record forms of the dictionary. Records are constants of the build; the two fields that
-// change while the daemon runs, an object's staged value and a table's list of pending rows, are
-// cells beside the records, which the records point to.
+// The record forms of the dictionary. Records are constants of the build. What changes while the daemon
+// runs lies beside them, and they point to it: an object's staged value and a table's pending rows.
 #pragma once
 
 #include <cstddef>
@@ -66,11 +65,21 @@ struct TableOps
     RowValidator validate = nullptr;
 };
 
-// Head of a circular list of pending rows; both links point at the head itself when it is empty.
-struct PendingRowLinks
+struct TableDef;
+
+// A row that the table set request in hand changes (tables/pending_rows.h).
+struct PendingRow
 {
-    PendingRowLinks* next = nullptr;
-    PendingRowLinks* previous = nullptr;
+    const TableDef* table = nullptr;  // nullptr: the place is free
+    char* row = nullptr;              // table->row_size bytes of the heap, owned here
+    PendingRow* next = nullptr;       // of the same table
+};
+
+// The pending rows of one table, in the order in which the request first named them.
+struct PendingRows
+{
+    PendingRow* first = nullptr;
+    PendingRow* last = nullptr;
 };
 
 struct TableDef
@@ -81,7 +90,7 @@ struct TableDef
     const ColumnDef* columns;  // first of column_count; tables of one layout share them
     uint32_t column_count;
     uint32_t row_size;  // bytes
-    PendingRowLinks* pending;
+    PendingRows* pending;
     uint32_t max_rows;
 };
 
@@ -92,12 +101,14 @@ inline constexpr uint32_t kRowMax = 6408;
 // most). Texts held outside a row (Content of SmsTable) come on top.
 inline constexpr size_t kRowItemsMax = 6638;
 
-// Rows that all tables of the catalogue may hold together.
-inline constexpr size_t kRowsMax = 5439;
-
-// Bytes of these rows, and of the items that they can become; texts held outside a row come on top.
+// The rows that all tables of the catalogue may hold together: their number, their bytes, and the bytes
+// of their items. Texts held outside a row come on top.
+extern const size_t kRowsMax;
 extern const size_t kRowsBytes;
 extern const size_t kRowsItemsBytes;
+
+// Places for kRowsMax pending rows and a third as many more, so that a row's place is found by its hash.
+extern const std::span<PendingRow> kPendingRows;
 
 // The catalogue, in its fixed order.
 extern const std::span<const ObjDef> kObjects;
