@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "dictionary/name_index.h"
-#include "dictionary/staged_values.h"
+#include "dictionary/snapshot.h"
 #include "dictionary/value_check.h"
 #include "fuzz/recorded.h"
 #include "fuzz/target.h"

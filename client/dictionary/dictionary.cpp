@@ -1,11 +1,12 @@
 // The client's view of the dictionary.
 #include "client/dictionary/dictionary.h"
 
-#include <cstdlib>
+#include <algorithm>
 #include <vector>
 
 #include "client/dictionary/nearest.h"
 #include "client/dictionary/tables.h"
+#include "dictionary/value_rule.h"
 
 namespace kobd::client
 {
@@ -23,19 +24,11 @@ constexpr Rule kRules[] = {
 };
 #undef RULE
 
-// A bound as the daemon reads it: leading number, else 0; the fallback where there is none.
-std::string Bound(std::string_view limitation, bool upper, const char* fallback)
+// A value is digits alone, so that a bound below 0 says nothing.
+std::string Range(const ObjectEntry& object)
 {
-    const size_t colon = limitation.find(':');
-    const std::string_view text =
-        upper ? (colon == std::string_view::npos ? "" : limitation.substr(colon + 1)) : limitation.substr(0, colon);
-    return text.empty() ? fallback : std::to_string(strtoul(std::string(text).c_str(), nullptr, 10));
-}
-
-std::string Range(const ObjectEntry& object, const char* what, const char* low, const char* high)
-{
-    const std::string_view limitation = object.limitation != nullptr ? object.limitation : "";
-    return std::string(what) + Bound(limitation, false, low) + " to " + Bound(limitation, true, high);
+    const ValueBounds bounds = BoundsOf(object.type, object.limitation);
+    return std::to_string(std::max<int64_t>(bounds.lower, 0)) + " to " + std::to_string(bounds.upper);
 }
 
 std::string Choices(const char* limitation)
@@ -49,13 +42,13 @@ std::string AcceptsByType(const ObjectEntry& object)
 {
     switch (object.type)
     {
-        case VT_INT32: return Range(object, "an integer from ", "0", "2147483647");
-        case VT_UINT32: return Range(object, "an integer from ", "0", "4294967295");
-        case VT_UINT16: return Range(object, "an integer from ", "0", "65535");
+        case VT_INT32:
+        case VT_UINT32:
+        case VT_UINT16: return "an integer from " + Range(object);
         case VT_BOOL: return "0 or 1";
-        case VT_STRING: return Range(object, "a text of ", "0", "512") + " bytes, none of ` $ ( ) | &";
+        case VT_STRING: return "a text of " + Range(object) + " bytes, none of ` $ ( ) | &";
         case VT_TEXT:
-        case VT_TEXT_2: return Range(object, "a text of ", "0", "1024") + " bytes";
+        case VT_TEXT_2: return "a text of " + Range(object) + " bytes";
         case VT_ENUM: return Choices(object.limitation);
         default: return "any text";
     }

@@ -111,27 +111,37 @@ constexpr bool IsItself(const TableRow& table)
 static_assert(Breaks(IsItself) == kNone,
               "a table's name stands twice, or the table whose list it shares has other rows");
 
+static_assert(2 * (kObjectRows.size() + kTableCount) <= kNameSlots, "the name index needs more places");
+
+// Characters of the longest number of a field.
+constexpr size_t NumberTextMost(const FieldForm& form)
+{
+    switch (form.width)
+    {
+        case 1: return std::string_view("255").size();
+        case 2: return std::string_view(form.kind == FieldKind::kSigned ? "-32768" : "65535").size();
+        case 4: return std::string_view(form.kind == FieldKind::kSigned ? "-2147483648" : "4294967295").size();
+        default: return std::string_view("18446744073709551615").size();
+    }
+}
+
 // Characters of the longest text that a field of the row can become. Texts held outside the row
 // count nothing.
 constexpr size_t FieldTextMost(const ColumnDef& column)
 {
-    switch (column.type)
+    const FieldForm form = FormOf(column);
+    switch (form.kind)
     {
-        case VT_INT32:
-        case VT_BOOL:
-        case VT_ENUM: return std::string_view("-2147483648").size();
-        case VT_INT16: return std::string_view("-32768").size();
-        case VT_INT8:
-        case VT_UINT8: return std::string_view("255").size();
-        case VT_UINT64: return std::string_view("18446744073709551615").size();
-        case VT_UINT32: return std::string_view("4294967295").size();
-        case VT_UINT16: return std::string_view("65535").size();
-        case VT_IPV4:
-        case VT_IPV4_2: return std::string_view("255.255.255.255").size();
-        case VT_MAC: return std::string_view("FF:FF:FF:FF:FF:FF").size();
-        case VT_STRING_PTR: return 0;
-        default: return column.length;  // a field that no zero byte ends
+        case FieldKind::kSigned:
+        case FieldKind::kUnsigned: return NumberTextMost(form);
+        case FieldKind::kText:
+        case FieldKind::kUpperText: return form.width;  // a field that no zero byte ends
+        case FieldKind::kIpv4: return std::string_view("255.255.255.255").size();
+        case FieldKind::kMac: return std::string_view("FF:FF:FF:FF:FF:FF").size();
+        case FieldKind::kPointer:
+        case FieldKind::kNone: break;
     }
+    return 0;
 }
 
 constexpr size_t TextItem(size_t characters) { return kItemHeader + characters + 1; }

@@ -1,14 +1,10 @@
-// kobctl check, batch and watch against the real daemon, and the client's judgement of values against
-// the daemon's own.
+// kobctl check, batch and watch against the real daemon.
 #include <unistd.h>
 
 #include <csignal>
 #include <fstream>
 
-#include "client/dictionary/diagnose.h"
-#include "client/dictionary/dictionary.h"
 #include "daemon/base/messages.h"
-#include "dictionary/value_check.h"
 #include "host/bus/bus_queues.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
@@ -26,25 +22,6 @@ protected:
         return Replay("$ kobctl batch /tmp/batch\n");
     }
 };
-
-// What the daemon would refuse must not be called ok, and the other way round.
-TEST(ClientJudgement, IsTheDaemonsForEveryTypeAndLimit)
-{
-    SKIP_WITHOUT_NAMESPACES();
-    std::vector<std::string> values = {"",    "0",     "1",     "2",          "7",          "007",
-                                       "-1",  "+1",    "1.5",   " 1",         "60",         "61",
-                                       "255", "65535", "65536", "2147483647", "4294967295", "4294967296",
-                                       "aaa", "a`b",   "a|b",   "en",         "EN",         "99999999999999999999"};
-    for (const size_t length : {32, 33, 512, 513, 1024, 1025}) values.emplace_back(length, 'a');
-    for (const client::ObjectEntry& object : client::Objects())
-    {
-        if (object.access == client::Access::kReadOnly || client::FindObject(object.name) != &object) continue;
-        const CheckDescriptor check = {object.type, object.limitation, nullptr};
-        for (const std::string& value : values)
-            EXPECT_EQ(client::WhatIsWrong(object.name, value).empty(), ParameterCheck(value.c_str(), &check) == 0)
-                << object.name << "='" << value << "'";
-    }
-}
 
 TEST_F(KobctlCheck, SaysWhichItemAndWhyAndChangesNothing)
 {
