@@ -81,35 +81,46 @@ constexpr std::array<TableDef, kTableCount> MakeRecords()
 }
 constexpr std::array kRecords = MakeRecords();
 
-// The number of the first row that breaks a rule, from 0, which the compiler prints when an assertion
-// fails.
-constexpr size_t kNone = kTableCount;
+// The number of the first row that breaks a rule, counted from 0. NoRow brings it into the compiler's message.
 template <typename Rule>
-constexpr size_t Breaks(Rule rule)
+constexpr size_t FirstBreaking(Rule rule)
 {
     return static_cast<size_t>(std::find_if_not(kTableRows.begin(), kTableRows.end(), rule) - kTableRows.begin());
 }
 
-static_assert(Breaks([](const TableRow& table) { return table.Has(kNext) && table.max_rows > 0; }) == kNone,
-              "a table that nobody can read");
-static_assert(Breaks([](const TableRow& table) { return table.Has(kGet) || !table.Has(kSet); }) == kNone,
-              "a set stores whole rows, so it needs a get");
-static_assert(Breaks([](const TableRow& table) { return table.Has(kAdd) || !table.Has(kDel); }) == kNone,
-              "rows that are deleted cannot be added again");
-static_assert(Breaks([](const TableRow& table) { return table.Has(kSet) || !table.Has(kValidate); }) == kNone,
-              "a check of rows that are never set");
+template <size_t row>
+constexpr bool NoRow()
+{
+    static_assert(row == kTableCount, "the row of this number breaks a rule");
+    return true;
+}
 
-// Whether the table has its name to itself, and the layout of the table whose list it shares.
-constexpr bool IsItself(const TableRow& table)
+constexpr bool IsReadable(const TableRow& table) { return table.Has(kNext) && table.max_rows > 0; }
+static_assert(NoRow<FirstBreaking(IsReadable)>(), "a table that nobody can read");
+
+// A set stores whole rows, which a get has to read first; only rows that are set can be checked.
+constexpr bool HasWhatItNeeds(const TableRow& table)
+{
+    return (table.Has(kGet) || !table.Has(kSet)) && (table.Has(kSet) || !table.Has(kValidate)) &&
+           (table.Has(kAdd) || !table.Has(kDel));
+}
+static_assert(NoRow<FirstBreaking(HasWhatItNeeds)>(),
+              "a set without a get, a check without a set, a del without an add");
+
+constexpr bool HasOwnName(const TableRow& table)
 {
     const auto same_name = [&table](const TableRow& other) { return std::string_view(other.name) == table.name; };
+    return std::count_if(kTableRows.begin(), kTableRows.end(), same_name) == 1;
+}
+static_assert(NoRow<FirstBreaking(HasOwnName)>(), "a table has the name of another one");
+
+constexpr bool HasLayoutOfItsList(const TableRow& table)
+{
     const auto is_owner = [&table](const TableRow& other)
     { return std::string_view(other.name) == table.list_of && other.layout_name == table.layout_name; };
-    return std::count_if(kTableRows.begin(), kTableRows.end(), same_name) == 1 &&
-           std::any_of(kTableRows.begin(), kTableRows.end(), is_owner);
+    return std::any_of(kTableRows.begin(), kTableRows.end(), is_owner);
 }
-static_assert(Breaks(IsItself) == kNone,
-              "a table's name stands twice, or the table whose list it shares has other rows");
+static_assert(NoRow<FirstBreaking(HasLayoutOfItsList)>(), "a table shares a list whose rows are laid out otherwise");
 
 static_assert(2 * (kObjectRows.size() + kTableCount) <= kNameSlots, "the name index needs more places");
 

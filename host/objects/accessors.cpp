@@ -21,7 +21,7 @@ struct Accessor
     constexpr auto operator<=>(const Accessor&) const = default;
 };
 
-// Sorted by name, behind as many empty places as there are rows with one accessor.
+// Sorted by name. Places that are not used stand first, with an empty name.
 constexpr auto kAccessors = []
 {
     std::array<Accessor, 2 * kobd::kObjectAccessors.size()> accessors{};
