@@ -12,7 +12,6 @@
 #include <cstring>
 
 #include "dictionary/integer.h"
-#include "dictionary/value_rule.h"
 #include "platform/text.h"
 
 namespace kobd
@@ -87,11 +86,14 @@ uint64_t ReadUnsigned(const char* text, const FieldForm& form)
 // Stores the low bytes of the number.
 void StoreNumber(char* field, uint64_t number, uint32_t width) { memcpy(field, &number, width); }
 
-void StoreUpperText(char* field, const char* text)
+int StoreText(char* field, const FieldForm& form, const char* text)
 {
-    strcpy(field, text);
+    const size_t length = strlen(text);
+    if (length > form.upper) return kTooLong;
+    memcpy(field, text, length + 1);
     // A library may leave its text as it is and return the upper-case text in another place.
-    memmove(field, StringUpper(field), strlen(text) + 1);
+    if (form.kind == FieldKind::kUpperText) memmove(field, StringUpper(field), length + 1);
+    return kAccepted;
 }
 }  // namespace
 
@@ -133,10 +135,7 @@ int TableFieldFromString(void* row, const ColumnDef& column, const char* text)
         case FieldKind::kSigned: StoreNumber(field, static_cast<uint32_t>(ReadInteger(text)), form.width); break;
         case FieldKind::kUnsigned: StoreNumber(field, ReadUnsigned(text, form), form.width); break;
         case FieldKind::kText:
-        case FieldKind::kUpperText:
-            if (JudgeColumn(text, column) != ValueFault::kNone) return kTooLong;
-            form.kind == FieldKind::kText ? (void)strcpy(field, text) : StoreUpperText(field, text);
-            break;
+        case FieldKind::kUpperText: return StoreText(field, form, text);
         case FieldKind::kIpv4: StoreNumber(field, inet_addr(text), form.width); break;
         case FieldKind::kMac: macStrToBin(text, reinterpret_cast<unsigned char*>(field)); break;
         case FieldKind::kPointer:

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string_view>
 
 #include "dictionary/integer.h"
@@ -34,23 +35,23 @@ ValueBounds Limited(ValueBounds bounds, const char* limitation, int64_t (*read)(
     return bounds;
 }
 
-// All digits to a number; UINT64_MAX when it has more than 64 bits.
-uint64_t ReadDigits(const char* digits)
+// Reads a text of digits alone; nothing for any other. A number beyond 40 bits is read as the first of these.
+std::optional<uint64_t> ReadDigits(const char* text)
 {
-    errno = 0;
-    const unsigned long long number = strtoull(digits, nullptr, 10);
-    return errno == ERANGE ? UINT64_MAX : number;
+    constexpr uint64_t kBeyond = uint64_t{1} << 40;  // far above every bound; ten times as much fits 64 bits
+    uint64_t number = 0;
+    const char* at = text;
+    for (; *at >= '0' && *at <= '9'; ++at) number = std::min(10 * number + static_cast<uint64_t>(*at - '0'), kBeyond);
+    return at != text && *at == 0 ? std::optional(number) : std::nullopt;
 }
-
-bool IsDigits(const char* text) { return *text != 0 && text[strspn(text, "0123456789")] == 0; }
 
 // Judges the digits of a value against bounds that lie within 0 and `most`, or below 0.
 ValueVerdict JudgeNumber(const char* value, const ValueBounds& bounds, uint64_t most)
 {
-    if (!IsDigits(value)) return {ValueFault::kNoDigits};
-    const uint64_t wide = ReadDigits(value);
-    const auto number = static_cast<int64_t>(std::min(wide, most));
-    const bool inside = wide <= most && number >= bounds.lower && number <= bounds.upper;
+    const auto wide = ReadDigits(value);
+    if (!wide) return {ValueFault::kNoDigits};
+    const auto number = static_cast<int64_t>(std::min(*wide, most));
+    const bool inside = *wide <= most && number >= bounds.lower && number <= bounds.upper;
     return {inside ? ValueFault::kNone : ValueFault::kRange, number, bounds};
 }
 
