@@ -121,9 +121,7 @@ std::string_view FieldText(const void* row, const ColumnDef& column, std::span<c
 
 int32_t RowIndex(const void* row)
 {
-    int32_t index;
-    memcpy(&index, row, sizeof index);
-    return index;
+    return static_cast<int32_t>(LoadNumber(static_cast<const char*>(row), kRowIndexBytes));
 }
 
 int TableFieldFromString(void* row, const ColumnDef& column, const char* text)

@@ -16,6 +16,8 @@ namespace
 {
 constexpr const char* kFunction = "ParameterCheck";
 
+bool IsUnsigned(ValueType type) { return type == VT_UINT32 || type == VT_UINT16 || type == VT_UINT8; }
+
 // The lines are the system's own: "includ" stands in the one for signed numbers alone, and large
 // unsigned numbers are printed as negative ones.
 void LogFault(const char* value, ValueType type, const ValueVerdict& verdict)

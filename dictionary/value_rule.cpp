@@ -107,8 +107,6 @@ bool IsMac(const char* text)
 }
 }  // namespace
 
-bool IsUnsigned(ValueType type) { return type == VT_UINT32 || type == VT_UINT16 || type == VT_UINT8; }
-
 ValueBounds BoundsOf(ValueType type, const char* limitation)
 {
     switch (type)

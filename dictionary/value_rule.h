@@ -36,9 +36,6 @@ struct ValueVerdict
     ValueBounds bounds = {};
 };
 
-// True for the types whose values are numbers without a sign.
-bool IsUnsigned(ValueType type);
-
 // What a number may be, or how many bytes a text may have; zeros for types that have no bounds. A value is
 // digits alone, so that it is never below 0 even where a bound is. `limitation` may be nullptr: the type's
 // own bounds hold.
