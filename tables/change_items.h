@@ -16,7 +16,7 @@ namespace kobd
 // memory, or more rows or bytes than all tables may hold; 11 no room in the echo; 12 no such column.
 [[nodiscard]] int TableTlvToRows(std::span<const char> items, TlvWriter* echo);
 
-// If `debug`, writes the items to the log as readable text. They are one line of the log, which cuts it at
-// its longest length.
+// If `debug`, writes the items to the log as readable text. The log cuts a text that is longer than its
+// longest line.
 void TlvTableLog(std::span<const char> items, bool debug);
 }  // namespace kobd
