@@ -41,16 +41,17 @@ struct Case
     Series limit = {};
 };
 
-// The first `count` objects with a value that everybody has: no list, no nvram behind them.
+// The first `count` numbers and flags. Aborts when there are fewer: a shorter request is no measurement.
 std::string Names(size_t count)
 {
     std::string items;
     for (const ObjDef& object : kObjects)
-        if (object.get != nullptr && object.check.type == VT_INT32 && count > 0)
+        if (object.get != nullptr && (object.check.type == VT_INT32 || object.check.type == VT_BOOL) && count > 0)
         {
             items += Name(object.name);
             --count;
         }
+    if (count > 0) abort();
     return items;
 }
 
