@@ -95,19 +95,17 @@ bool Enter(size_t number)
     slot = {hash, static_cast<uint16_t>(name.size()), static_cast<uint16_t>(number + 1)};
     return true;
 }
-
-bool EnterAll()
-{
-    name_index.fill({});
-    size_t number = 0;
-    while (number < kObjects.size() + kTables.size() && Enter(number)) ++number;
-    return number == kObjects.size() + kTables.size();
-}
 }  // namespace
 
 void NameIndexBuild()
 {
-    while (!EnterAll()) ++seed;
+    name_index.fill({});
+    for (size_t number = 0; number < kObjects.size() + kTables.size(); ++number)
+        if (!Enter(number))
+        {
+            ++seed;
+            return NameIndexBuild();
+        }
 }
 
 void NameIndexClear() { name_index.fill({}); }
