@@ -61,7 +61,7 @@ std::vector<Case> Cases()
     const auto same = [](const std::string& items) { return std::array<std::string, 2>{items, items}; };
     return {
         {"get of 1 object", test::kGet, same(Name("webHttpPort")), 1.4, false},
-        {"get of 100 objects", test::kGet, same(Names(100)), 2.5, false},
+        {"get of 100 objects", test::kGet, same(Names(100)), 2.2, false},
         {"set, silent", test::kSetSilent, ports, 1.5, false},
         {"set with commit", test::kSet, ports, 1.3, true},
         {"table get of 1 row", test::kTableGet, same(test::Row("ledsTable", 1)), 0, false},
