@@ -3,12 +3,11 @@
 
 #include <getopt.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <string>
+#include <span>
 
-#include "client/dictionary/nearest.h"
+#include "client/dictionary/names.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -32,6 +31,7 @@ constexpr option kOptions[] = {
     {"version", no_argument, nullptr, 'v'},
     {nullptr, 0, nullptr, 0},
 };
+constexpr auto kKnown = std::span(kOptions).first(std::size(kOptions) - 1);
 constexpr std::string_view kForEveryCommand = "jth";
 
 Failure ReadSeconds(const std::string& text, std::optional<int>* milliseconds)
@@ -62,36 +62,30 @@ Failure Apply(char letter, const std::string& value, Options* options)
         case 'r': options->resume = true; break;
         case 'h': options->help = true; break;
         case 'v': options->version = true; break;
-        case 'p': options->parent = value; break;
         case 't': return ReadSeconds(value, &options->timeout_ms);
         case 'n': return ReadNumber(value, kHighestCount, "--count takes a number", &options->count);
-        default:
+        case 'c':
             return ReadNumber(value, kLongestConfirm, "--confirm takes seconds from 1 to 604800", &options->confirm_s);
+        default:
+            options->parent = value;
+            if (value.empty()) return {kWrongUse, "--parent takes the path of an object"};
     }
-    if (letter == 'p' && value.empty()) return {kWrongUse, "--parent takes the path of an object"};
     return {};
-}
-
-Failure Unknown(const std::string& word)
-{
-    Words names;
-    std::vector<const char*> candidates;
-    for (const option& one : kOptions)
-        if (one.name != nullptr) names.push_back("--" + std::string(one.name));
-    for (const std::string& name : names) candidates.push_back(name.c_str());
-    return {kWrongUse, "unknown option " + word + DidYouMean(NearestOf(word, candidates))};
 }
 
 // Reads the option at `optind` and moves behind it. getopt_long takes "--sil" for "--silent", which we do not.
 Failure ReadOption(const std::vector<char*>& arguments, CommandLine* line)
 {
     const std::string word = arguments[static_cast<size_t>(optind)];
-    int which = -1;
-    const int letter = getopt_long(static_cast<int>(arguments.size()) - 1, arguments.data(), "+:", kOptions, &which);
     const std::string name = word.substr(2, word.find('=') - 2);
-    const option* known =
-        std::find_if(kOptions, std::end(kOptions) - 1, [&](const option& one) { return name == one.name; });
-    if (known->name == nullptr || letter == '?') return Unknown(word);
+    const option* known = FindNamed(kKnown, name);
+    const int letter = getopt_long(static_cast<int>(arguments.size()) - 1, arguments.data(), "+:", kOptions, nullptr);
+    if (known == nullptr || letter == '?')
+    {
+        Words names;
+        for (const option& one : kKnown) names.push_back("--" + std::string(one.name));
+        return {kWrongUse, "unknown option " + word + DidYouMean(word, names)};
+    }
     if (kForEveryCommand.find(static_cast<char>(known->val)) == std::string_view::npos)
         line->own_options.push_back("--" + name);
     return Apply(static_cast<char>(known->val), letter == ':' || optarg == nullptr ? "" : optarg, &line->options);

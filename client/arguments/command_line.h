@@ -1,14 +1,28 @@
 // The words after "kobctl", and the lines of a batch.
 #pragma once
 
+#include <optional>
+#include <string>
 #include <string_view>
 
-#include "client/arguments/options.h"
 #include "client/arguments/words.h"
-#include "client/output/failure.h"
 
 namespace kobd::client
 {
+struct Options
+{
+    bool json = false;
+    bool silent = false;
+    bool follow = false;
+    bool resume = false;
+    bool help = false;
+    bool version = false;
+    std::string parent = {};             // path of the object under which a row is added
+    int confirm_s = 0;                   // seconds until the old values return; 0: they do not
+    std::optional<int> timeout_ms = {};  // how long an answer of the daemon may take, when it was given
+    int count = 0;                       // messages or lines to wait for; 0: without end
+};
+
 struct CommandLine
 {
     Options options = {};

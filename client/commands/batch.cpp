@@ -16,7 +16,7 @@ struct Line
 };
 
 // Parts the whole text into commands before the first one runs, so that a mistake in the quoting runs nothing.
-std::vector<Line> ReadLines(const InputFile& file, std::vector<LineError>* errors)
+std::vector<Line> ReadLines(const InputFile& file, LineErrors* errors)
 {
     std::vector<Line> lines;
     size_t number = 0;
@@ -24,9 +24,9 @@ std::vector<Line> ReadLines(const InputFile& file, std::vector<LineError>* error
     {
         Line line = {++number, {}};
         if (const Failure failure = SplitLine(text, &line.words))
-            errors->push_back({number, failure.what});
+            errors->emplace(number, failure.what);
         else if (!line.words.empty() && line.words[0] == "batch")
-            errors->push_back({number, "a batch runs no batch"});
+            errors->emplace(number, "a batch runs no batch");
         if (!line.words.empty()) lines.push_back(std::move(line));
     }
     return lines;
@@ -36,8 +36,8 @@ std::vector<Line> ReadLines(const InputFile& file, std::vector<LineError>* error
 Outcome CommandBatch(const Options& options, const Words& words)
 {
     InputFile file;
-    if (const Failure failure = ReadInput(words[0], &file)) return Failure{failure.code, "batch: " + failure.what};
-    std::vector<LineError> errors;
+    if (Failure failure = ReadInput(words[0], &file).In("batch")) return failure;
+    LineErrors errors;
     const std::vector<Line> lines = ReadLines(file, &errors);
     Outcome outcome;
     outcome.notes = LineTexts(file, errors);

@@ -6,9 +6,8 @@
 #include <span>
 #include <string>
 
-#include "client/arguments/options.h"
-#include "client/arguments/words.h"
-#include "client/dictionary/tables.h"
+#include "client/arguments/command_line.h"
+#include "client/dictionary/dictionary.h"
 #include "client/output/outcome.h"
 
 namespace kobd::client

@@ -1,10 +1,8 @@
 // kobctl get NAME...
 #include "client/commands/commands.h"
 #include "client/dictionary/dictionary.h"
-#include "client/dictionary/nearest.h"
-#include "client/dictionary/tables.h"
 #include "client/output/terminal.h"
-#include "client/requests/read_values.h"
+#include "client/requests/request.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -18,7 +16,7 @@ std::string WhyMissing(const std::string& name)
         return name + " cannot be read: " + CodeText(kMethodUnavailable) + ", it is write-only";
     if (object != nullptr) return name + " could not be read by the router, see the log";
     if (FindTable(name) != nullptr) return name + " is a table, not an object";
-    return "there is no object " + name + DidYouMean(Nearest(name)) + ": " + CodeText(kNotFound);
+    return NoSuchName("object", name) + ": " + CodeText(kNotFound);
 }
 }  // namespace
 

@@ -2,7 +2,6 @@
 #include <algorithm>
 
 #include "client/commands/commands.h"
-#include "client/dictionary/dictionary.h"
 #include "client/requests/log_window.h"
 #include "client/rows/import_rows.h"
 #include "daemon/base/result.h"
@@ -40,7 +39,7 @@ public:
         if (!lost_.empty()) return;
         const std::string name = plan.table->name;
         const Failure failure = ReplaceRows(options_, plan);
-        if (failure) return table_refusals_.push_back({plan.line, name + ": " + failure.what});
+        if (failure) return (void)table_refusals_.emplace(plan.line, name + ": " + failure.what);
         Say(plan.line, name + ": rows set");
         ++tables_;
     }
@@ -90,21 +89,21 @@ private:
 
     void Refuse(const FileValue& value, const Failure& failure)
     {
-        refusals_.push_back({value.line, failure.what});
+        refusals_.emplace(value.line, failure.what);
         refused_.push_back(&value);
     }
 
     void Say(size_t line, const std::string& what) const
     {
-        (void)Print(options_, {{}, file_.name + ":" + std::to_string(line) + ": " + what + "\n"});
+        (void)Print(options_, {{}, LineTexts(file_, {{line, what}}).front() + "\n"});
     }
 
     const Options& options_;
     const InputFile& file_;
     std::string lost_;  // why the daemon was not reached any more
     std::vector<const FileValue*> refused_;
-    std::vector<LineError> refusals_;
-    std::vector<LineError> table_refusals_;
+    LineErrors refusals_;
+    LineErrors table_refusals_;
     size_t values_ = 0;
     size_t tables_ = 0;
 };
@@ -131,11 +130,11 @@ Outcome Carry(const Options& options, const InputFile& file, ImportPlan plan)
 Outcome CommandImport(const Options& options, const Words& words)
 {
     InputFile input;
-    if (const Failure failure = ReadInput(words[0], &input)) return Failure{failure.code, "import: " + failure.what};
+    if (Failure failure = ReadInput(words[0], &input).In("import")) return failure;
     SettingsFile file;
     RouterState router;
     ImportPlan plan;
-    std::vector<LineError> errors;
+    LineErrors errors;
     ReadSettings(input.text, &file, &errors);
     if (errors.empty())
     {

@@ -1,7 +1,5 @@
 // kobctl set NAME=VALUE... [--silent] [--confirm SECONDS], and commit.
-#include "client/arguments/assignment.h"
 #include "client/commands/commands.h"
-#include "client/dictionary/diagnose.h"
 #include "client/dictionary/dictionary.h"
 #include "client/requests/log_window.h"
 #include "client/state/pending_set.h"
@@ -31,8 +29,7 @@ Failure Send(const Options& options, const Assignments& pairs, Response* respons
 {
     const LogWindow log;
     *response = Call(options, options.silent ? KOBD_SET_SILENT : KOBD_SET, SetItems(pairs));
-    if (response->too_large)
-        return {kBufferLimit, "these values do not fit one request of 8192 bytes; nothing was set"};
+    if (response->too_large) return {kBufferLimit, TooLarge("these values") + "; nothing was set"};
     if (response->code == 0 || response->from_bus) return FailureOfChange(*response, "set");
     return Refused(response->code, Reason(pairs, log.Lines()));
 }

@@ -8,7 +8,7 @@
 #include <cinttypes>
 #include <cstdlib>
 
-#include "client/dictionary/nearest.h"
+#include "client/dictionary/names.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -134,7 +134,7 @@ std::string WhatIsWrong(const TableEntry& table, const std::string& column, cons
 {
     const ColumnDef* found = FindColumn(table, column);
     *code = found == nullptr ? kElementNotFound : kInvalidArgument;
-    if (found == nullptr) return "there is no column " + column + DidYouMean(NearestColumn(table, column));
+    if (found == nullptr) return "there is no column " + column + DidYouMean(column, AllNames(table.layout.columns));
     if (!Fits(*found, value)) return column + "=" + value + ": it takes " + Takes(*found);
     *code = kSuccess;
     return "";

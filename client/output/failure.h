@@ -16,6 +16,9 @@ struct [[nodiscard]] Failure
     std::string what = {};  // what was wrong and what would be right; empty: nothing failed
 
     explicit operator bool() const { return !what.empty(); }
+
+    // The same failure, "COMMAND: " before it; none where nothing failed.
+    Failure In(const std::string& command) const { return *this ? Failure{code, command + ": " + what} : Failure(); }
 };
 
 // "Invalid argument (2)".

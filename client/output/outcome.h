@@ -7,8 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "client/arguments/options.h"
-#include "client/output/failure.h"
+#include "client/arguments/command_line.h"
 
 namespace kobd::client
 {

@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <memory>
 
+#include "daemon/base/messages.h"
+
 namespace kobd::client
 {
 namespace
@@ -45,6 +47,17 @@ Item Copy(const kobd_item& item)
 }
 }  // namespace
 
+Items SetItems(const Assignments& pairs)
+{
+    Items items;
+    for (const auto& [name, value] : pairs)
+    {
+        items.emplace_back(KOBD_TAG_OBJECT_NAME, name);
+        items.emplace_back(KOBD_TAG_VALUE, value);
+    }
+    return items;
+}
+
 std::optional<std::string> ItemBytes(const Items& items)
 {
     const BuiltItems built = Build(items);
@@ -73,6 +86,11 @@ bool FitsOneRequest(const Items& items)
 {
     const auto bytes = ItemBytes(items);
     return bytes && bytes->size() <= KOBD_PAYLOAD_MAX;
+}
+
+std::string TooLarge(const std::string& what)
+{
+    return "a message of " + std::to_string(kMessageMax) + " bytes cannot hold " + what;
 }
 
 int TimeoutFor(const Options& options, const Items& items)
@@ -117,6 +135,16 @@ Response CallInParts(const Options& options, kobd_request id, std::span<const It
     if (second.code != 0) return second;
     first.items.insert(first.items.end(), second.items.begin(), second.items.end());
     return first;
+}
+
+Response ReadValues(const Options& options, const Words& names, Values* values)
+{
+    std::vector<Items> parts;
+    for (const std::string& name : names) parts.push_back({Item(KOBD_TAG_OBJECT_NAME, name)});
+    Response response = CallInParts(options, KOBD_GET, parts);
+    const Items& answers = response.items;
+    for (size_t i = 0; i + 1 < answers.size(); i += 2) (*values)[answers[i].text] = answers[i + 1].text;
+    return response;
 }
 
 std::string WhyNoAnswer(const Response& response)

@@ -2,15 +2,15 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "client/arguments/options.h"
+#include "client/arguments/command_line.h"
 #include "client/library/kobd_client.h"
-#include "client/output/failure.h"
 
 namespace kobd::client
 {
@@ -28,11 +28,17 @@ struct Item
 
 using Items = std::vector<Item>;
 
+// The assignments of object values as the items of a set request.
+Items SetItems(const Assignments& pairs);
+
 // The bytes of the items one after the other; nothing when a text is too long for an item.
 std::optional<std::string> ItemBytes(const Items& items);
 
 // Whether the items fit one request.
 bool FitsOneRequest(const Items& items);
+
+// "a message of 8192 bytes cannot hold WHAT".
+std::string TooLarge(const std::string& what);
 
 // The items that `bytes` hold; nothing when one runs past their end or is neither text nor number.
 std::optional<Items> ReadItems(std::span<const char> bytes);
@@ -60,6 +66,12 @@ Response Call(const Options& options, kobd_request id, const Items& items);
 // Where a request or its reply does not fit one message, each half is asked for by itself, so that only a single
 // thing that is too large ends with result 11. Stops at the first other failure.
 Response CallInParts(const Options& options, kobd_request id, std::span<const Items> parts);
+
+using Values = std::map<std::string, std::string>;  // of objects, by name
+
+// Reads the objects, in as many requests as that takes. `values` then lacks the names that the daemon leaves out:
+// those that are unknown or could not be read.
+Response ReadValues(const Options& options, const Words& names, Values* values);
 
 // Why no reply arrived.
 std::string WhyNoAnswer(const Response& response);

@@ -4,8 +4,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -32,18 +32,6 @@ void OnEndingSignals(void (*handler)(int))
 {
     for (const int number : kEndingSignals)
         if (signal(number, handler) == SIG_IGN) signal(number, SIG_IGN);
-}
-
-bool WriteAll(int file, const std::string& bytes)
-{
-    for (size_t written = 0; written < bytes.size();)
-    {
-        const ssize_t count = write(file, bytes.data() + written, bytes.size() - written);
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return false;
-        written += static_cast<size_t>(count);
-    }
-    return true;
 }
 
 // A daemon of another user has to read what root writes.
@@ -84,19 +72,19 @@ Failure ChangeFile::Write(const Items& items)
 {
     const auto bytes = ItemBytes(items);
     if (!bytes) return {kSystemError, "a value is too long for a change file"};
-    int file = -1;
+    int descriptor = -1;
     {
         const SignalsHeld held;
         strcpy(path_to_remove, "/tmp/kobctl-XXXXXX");
-        file = mkostemp(path_to_remove, O_CLOEXEC);
-        if (file < 0) return SystemFailure("cannot create a change file in /tmp");
+        descriptor = mkostemp(path_to_remove, O_CLOEXEC);
+        if (descriptor < 0) return SystemFailure("cannot create a change file in /tmp");
         path_ = path_to_remove;
         OnEndingSignals(RemoveAndEnd);
     }
-    Failure failure;
-    if (!WriteAll(file, *bytes) || !DaemonMayRead(file))
-        failure = SystemFailure("cannot write the change file " + path_);
-    if (close(file) != 0 && !failure) failure = SystemFailure("cannot write the change file " + path_);
-    return failure;
+    FILE* file = fdopen(descriptor, "w");
+    bool whole = file != nullptr && fwrite(bytes->data(), 1, bytes->size(), file) == bytes->size() && fflush(file) == 0;
+    whole = whole && DaemonMayRead(descriptor);
+    if (file != nullptr && fclose(file) != 0) whole = false;
+    return whole ? Failure() : SystemFailure("cannot write the change file " + path_);
 }
 }  // namespace kobd::client

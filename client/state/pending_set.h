@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "client/arguments/assignment.h"
+#include "client/requests/request.h"
 
 namespace kobd::client
 {

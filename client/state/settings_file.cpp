@@ -13,6 +13,8 @@ constexpr std::string_view kHeading = "# Settable values and rows of a router, f
 constexpr std::string_view kEnd = "end";
 constexpr std::string_view kRow = " row";
 
+std::string Line(const std::string& name, const std::string& value) { return name + "=" + host::Escape(value) + "\n"; }
+
 class Reader
 {
 public:
@@ -44,7 +46,7 @@ private:
         text.remove_suffix(kRow.size());
         if (file_->tables.empty() || file_->tables.back().name != text)
             return "a row of " + std::string(text) + " stands before [" + std::string(text) + "]";
-        file_->tables.back().rows.push_back({number});
+        file_->tables.back().rows.emplace_back();
         return "";
     }
 
@@ -62,7 +64,7 @@ private:
         else if (file_->tables.back().rows.empty())
             return value.name + ": a column stands behind [" + file_->tables.back().name + " row]";
         else
-            file_->tables.back().rows.back().values.push_back(std::move(value));
+            file_->tables.back().rows.back().push_back(std::move(value));
         return "";
     }
 
@@ -71,28 +73,41 @@ private:
 };
 }  // namespace
 
-void ReadSettings(std::string_view text, SettingsFile* file, std::vector<LineError>* errors)
+void ReadSettings(std::string_view text, SettingsFile* file, LineErrors* errors)
 {
     Reader reader(file);
     size_t number = 0;
     for (const std::string_view line : LinesOf(text))
-        if (std::string what = reader.ReadLine(++number, line); !what.empty())
-            errors->push_back({number, std::move(what)});
-    if (!reader.Ended()) errors->push_back({number, "the last line is not 'end', the file was cut"});
+        if (std::string what = reader.ReadLine(++number, line); !what.empty()) errors->emplace(number, what);
+    if (!reader.Ended()) errors->emplace(number, "the last line is not 'end', the file was cut");
 }
 
-std::string SettingsText(const SettingsFile& file)
+std::string SettingsText(const RouterState& state, Words* unread)
 {
     std::string text(kHeading);
-    const auto add = [&](const FileValue& value) { text += value.name + "=" + host::Escape(value.value) + "\n"; };
-    for (const FileValue& value : file.values) add(value);
-    for (const FileTable& table : file.tables)
+    for (const ObjectEntry& object : kObjectRows)
     {
-        text += "[" + table.name + "]\n";
-        for (const FileRow& row : table.rows)
+        if (!IsExported(object)) continue;
+        const auto found = state.values.find(object.name);
+        if (found == state.values.end())
         {
-            text += "[" + table.name + std::string(kRow) + "]\n";
-            for (const FileValue& value : row.values) add(value);
+            unread->emplace_back(object.name);
+            continue;
+        }
+        // A router may hold what its own limits refuse, for example an empty text from the factory.
+        if (!WhatIsWrong(object.name, found->second).empty()) text += "# ";
+        text += Line(object.name, found->second);
+    }
+    for (const TableEntry& table : kTableRows)
+    {
+        if (!IsExported(table)) continue;
+        const std::string name = table.name;
+        text += "[" + name + "]\n";
+        for (const Row& row : state.rows.at(name))
+        {
+            text += "[" + name + std::string(kRow) + "]\n";
+            for (const Assignment& value : ExportedValues(table, row))
+                if (!value.value.empty()) text += Line(value.name, value.value);
         }
     }
     return text + std::string(kEnd) + "\n";

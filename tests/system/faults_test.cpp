@@ -244,8 +244,8 @@ TEST_F(Faults, ADaemonWithoutMemoryRefusesAndLosesNothing)
     ASSERT_EQ(prlimit(daemon_.Process(), RLIMIT_AS, &none_left, nullptr), 0);
     const std::string value(500, 'v');
     std::map<std::string, int> results;
-    for (const client::ObjectEntry& object : client::Objects())
-        if (object.access == client::Access::kReadWrite && object.type == VT_STRING && object.limitation == nullptr &&
+    for (const client::ObjectEntry& object : kObjectRows)
+        if (object.access == Access::kReadWrite && object.type == VT_STRING && object.limitation == nullptr &&
             object.validator == nullptr)
             results[object.name] = SetObject(object.name, value);
     EXPECT_TRUE(LogSays("update_config[")) << "commits failed as well";

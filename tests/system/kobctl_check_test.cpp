@@ -5,7 +5,6 @@
 #include <csignal>
 #include <fstream>
 
-#include "client/dictionary/diagnose.h"
 #include "client/dictionary/dictionary.h"
 #include "daemon/base/messages.h"
 #include "dictionary/value_check.h"
@@ -36,9 +35,9 @@ TEST(ClientJudgement, IsTheDaemonsForEveryTypeAndLimit)
                                        "255", "65535", "65536", "2147483647", "4294967295", "4294967296",
                                        "aaa", "a`b",   "a|b",   "en",         "EN",         "99999999999999999999"};
     for (const size_t length : {32, 33, 512, 513, 1024, 1025}) values.emplace_back(length, 'a');
-    for (const client::ObjectEntry& object : client::Objects())
+    for (const client::ObjectEntry& object : kObjectRows)
     {
-        if (object.access == client::Access::kReadOnly || client::FindObject(object.name) != &object) continue;
+        if (object.access == Access::kReadOnly || client::FindObject(object.name) != &object) continue;
         const CheckDescriptor check = {object.type, object.limitation, nullptr};
         for (const std::string& value : values)
             EXPECT_EQ(client::WhatIsWrong(object.name, value).empty(), ParameterCheck(value.c_str(), &check) == 0)

@@ -7,7 +7,6 @@
 #include <sstream>
 
 #include "client/dictionary/dictionary.h"
-#include "client/dictionary/tables.h"
 #include "tests/items.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
@@ -101,16 +100,16 @@ void FillTable(const client::TableEntry& table)
 // Gives everything that can be set a value other than the factory's.
 void ChangeEverything()
 {
-    for (const client::ObjectEntry& object : client::Objects())
+    for (const client::ObjectEntry& object : kObjectRows)
     {
         // Unchecked names of values that have a check, which would refuse the samples.
         const bool unchecked = strcmp(object.name, "LANStartIP") == 0 || strcmp(object.name, "LANEndIP") == 0;
-        if (object.access != client::Access::kReadWrite || object.shared || unchecked) continue;
+        if (object.access != Access::kReadWrite || object.shared || unchecked) continue;
         if (client::FindObject(object.name) != &object) continue;
         const std::string value = SamplesFor(object).good;
         EXPECT_EQ(Request(kSetSilent, {{kTagObjectName, object.name}, {kTagValue, value}}).result, 0) << object.name;
     }
-    for (const client::TableEntry& table : client::Tables())
+    for (const client::TableEntry& table : kTableRows)
         if (table.Has(kobd::kAdd) && table.Has(kobd::kDel) && table.Has(kobd::kSet) && *table.validator == 0 &&
             table.list_of == std::string_view(table.name))
             FillTable(table);
