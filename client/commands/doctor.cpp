@@ -18,7 +18,7 @@
 #include "client/requests/request.h"
 #include "client/state/pending_set.h"
 #include "daemon/base/log.h"
-#include "daemon/base/tlv.h"
+#include "daemon/base/messages.h"
 #include "host/state/state_store.h"
 #include "platform/message.h"
 
@@ -26,10 +26,8 @@ namespace kobd::client
 {
 namespace
 {
-constexpr long kMessageLimit = kMessageMax;       // kernel.msgmax in bytes: one message
-constexpr long kQueueLimit = 16384;               // kernel.msgmnb in bytes: the daemon asks for that much
 constexpr unsigned long kLeastFree = 256 * 1024;  // bytes: the state is written beside the old one
-constexpr size_t kRefusalsShown = 3;
+constexpr size_t kLinesShown = 3;                 // of the log
 
 enum Finding
 {
@@ -79,9 +77,9 @@ void LookAtDaemon(const Options& options, Report* report)
                   "it runs but is stuck; look at its log");
 }
 
-void LookAtLimit(const char* name, long least, Report* report)
+void LookAtLimit(const char* name, size_t least, Report* report)
 {
-    long value = 0;
+    size_t value = 0;
     std::ifstream(std::string("/proc/sys/kernel/") + name) >> value;
     report->Judge(value >= least, "limits", std::string("kernel.") + name + " is " + std::to_string(value),
                   std::string("sysctl -w kernel.") + name + "=" + std::to_string(least));
@@ -103,14 +101,12 @@ void LookAtQueueCount(Report* report)
 void LookAtQueue(uint32_t module, const char* whose, Report* report)
 {
     constexpr uint64_t kMessagesOfAReader = 8;  // a program that reads never leaves so many
-    char name[64];
-    snprintf(name, sizeof name, "0x%08X (%s): ", module, whose);
+    const std::string name = ModuleText(module) + " (" + whose + "): ";
     kobd_module seen{};
     const int error = kobd_module_look(module, &seen);
-    if (error == EACCES)
-        return report->Say(kWrong, "queue", name + std::string(strerror(error)) + ": be the daemon's user or root");
-    if (error != 0) return report->Say(kWrong, "queue", name + std::string(strerror(error)));
-    if (seen.has_queue == 0) return report->Say(kNote, "queue", name + std::string("no queue, nobody has joined"));
+    const char* advice = error == EACCES ? ": be the daemon's user or root" : "";
+    if (error != 0) return report->Say(kWrong, "queue", name + strerror(error) + advice);
+    if (seen.has_queue == 0) return report->Say(kNote, "queue", name + "no queue, no program has joined");
     const bool left = seen.messages > 0 && seen.claimed == 0;
     report->Judge(!left && seen.messages < kMessagesOfAReader, "queue",
                   name + std::to_string(seen.messages) + " messages waiting, it holds " +
@@ -164,31 +160,31 @@ void LookAtUci(Report* report)
     report->Say(kNote, "uci", "not on the PATH, kobd uses its own");
 }
 
-void LookAtRefusals(Report* report)
+// Notes the last of the log's lines that `matters` picks. False when there are none.
+bool NoteLines(const char* subject, bool (*matters)(const LogLine&), Report* report)
 {
     std::vector<LogLine> lines = LastLogLines();
-    std::erase_if(lines, [](const LogLine& line) { return line.message.find("verify error") == std::string::npos; });
-    if (lines.empty()) report->Say(kOk, "refusals", "none in the log");
-    for (size_t i = lines.size() - std::min(lines.size(), kRefusalsShown); i < lines.size(); ++i)
-        report->Say(kNote, "refusals", lines[i].time + " " + lines[i].message);
+    std::erase_if(lines, [&](const LogLine& line) { return !matters(line); });
+    for (size_t i = lines.size() - std::min(lines.size(), kLinesShown); i < lines.size(); ++i)
+        report->Say(kNote, subject, lines[i].time + " " + lines[i].function + ": " + lines[i].message);
+    return !lines.empty();
 }
-// A uci that fails or hangs has left lines under the names of the cellular lists' loads and saves.
-void LookAtCellularLists(Report* report)
+
+// A uci that fails or hangs leaves lines under the names of the functions that load and save the cellular lists.
+bool IsOfCellularList(const LogLine& line)
 {
-    std::vector<LogLine> lines = LastLogLines();
-    std::erase_if(lines, [](const LogLine& line)
-                  { return !line.function.ends_with("ListInit") && !line.function.ends_with("ListSave"); });
-    for (size_t i = lines.size() - std::min(lines.size(), kRefusalsShown); i < lines.size(); ++i)
-        report->Say(kNote, "uci", lines[i].time + " " + lines[i].function + ": " + lines[i].message);
+    return line.function.ends_with("ListInit") || line.function.ends_with("ListSave");
 }
+
+bool IsRefusal(const LogLine& line) { return line.message.find("verify error") != std::string::npos; }
 }  // namespace
 
 Outcome CommandDoctor(const Options& options, const Words&)
 {
     Report report;
     LookAtDaemon(options, &report);
-    LookAtLimit("msgmax", kMessageLimit, &report);
-    LookAtLimit("msgmnb", kQueueLimit, &report);
+    LookAtLimit("msgmax", kMessageMax, &report);
+    LookAtLimit("msgmnb", kQueueBytes, &report);
     LookAtQueueCount(&report);
     LookAtQueue(KOBD_MODULE_DAEMON, "kobd", &report);
     LookAtQueue(KOBD_MODULE_NOTIFY, "announcements", &report);
@@ -197,8 +193,8 @@ Outcome CommandDoctor(const Options& options, const Words&)
     LookAtLog(&report);
     LookAtState(&report);
     LookAtUci(&report);
-    LookAtCellularLists(&report);
-    LookAtRefusals(&report);
+    (void)NoteLines("uci", IsOfCellularList, &report);
+    if (!NoteLines("refusals", IsRefusal, &report)) report.Say(kOk, "refusals", "none in the log");
     Outcome outcome(report.data, report.text);
     outcome.status = report.wrong ? 1 : 0;
     return outcome;

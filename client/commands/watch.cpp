@@ -9,8 +9,8 @@
 
 #include "client/commands/commands.h"
 #include "client/dictionary/names.h"
-#include "client/library/kobd_client.h"
 #include "client/output/terminal.h"
+#include "client/requests/request.h"
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 
@@ -23,13 +23,6 @@ constexpr long kLookNs = 10000000;  // between looks at queues that were empty
 constexpr std::array<uint32_t, 3> kModules = {KOBD_MODULE_NOTIFY, KOBD_MODULE_SERVICES, KOBD_MODULE_FORWARD};
 
 volatile sig_atomic_t stop = 0;
-
-std::string ModuleText(uint32_t module)
-{
-    char text[16];
-    snprintf(text, sizeof text, "0x%08X", module);
-    return text;
-}
 
 struct Announcement
 {

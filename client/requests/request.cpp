@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <memory>
 
 #include "daemon/base/messages.h"
@@ -91,6 +92,13 @@ bool FitsOneRequest(const Items& items)
 std::string TooLarge(const std::string& what)
 {
     return "a message of " + std::to_string(kMessageMax) + " bytes cannot hold " + what;
+}
+
+std::string ModuleText(uint32_t module)
+{
+    char text[16];
+    snprintf(text, sizeof text, "0x%08X", module);
+    return text;
 }
 
 int TimeoutFor(const Options& options, const Items& items)

@@ -55,6 +55,9 @@ struct Response
     bool MayBeDone() const { return from_bus && code == KOBD_TIMEOUT; }
 };
 
+// The address of a module: "0x5A510003".
+std::string ModuleText(uint32_t module);
+
 // How long to wait for the answer to a request that names these things: what --timeout says, else five seconds,
 // or 75 for a cellular table, for which the daemon runs commands for up to sixty.
 int TimeoutFor(const Options& options, const Items& items);
