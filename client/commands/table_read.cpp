@@ -1,7 +1,7 @@
 // kobctl table dump and table get.
 #include "client/commands/commands.h"
 #include "client/dictionary/column_value.h"
-#include "client/output/grid.h"
+#include "client/output/terminal.h"
 #include "client/rows/row_address.h"
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"

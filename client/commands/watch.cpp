@@ -1,7 +1,5 @@
 // kobctl watch: joins the bus as those modules that the daemon sends to and nobody else is, and prints what arrives.
 #include <algorithm>
-#include <array>
-#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
@@ -19,8 +17,6 @@ namespace kobd::client
 namespace
 {
 constexpr long kLookNs = 10000000;  // between looks at queues that were empty
-
-constexpr std::array<uint32_t, 3> kModules = {KOBD_MODULE_NOTIFY, KOBD_MODULE_SERVICES, KOBD_MODULE_FORWARD};
 
 volatile sig_atomic_t stop = 0;
 
@@ -151,36 +147,45 @@ std::string WhyNotJoined(uint32_t module)
     return taken ? "another program has it" : "the system has no message queue for it, see kobctl doctor";
 }
 
-using Modules = std::array<kobd_watch*, kModules.size()>;  // nullptr: not joined
-
-// Joins the modules that are free and says which are not. How many were joined.
-int Join(Modules* modules)
+struct Watched
 {
-    int joined = 0;
-    for (size_t i = 0; i < kModules.size(); ++i)
+    uint32_t module;
+    kobd_watch* watch;
+};
+
+// Joins the modules that are free, and says which are not.
+std::vector<Watched> Join()
+{
+    std::vector<Watched> joined;
+    for (const uint32_t module : {kModuleNotify, kModuleServices, kModuleForward})
     {
-        if (kobd_watch_open(&(*modules)[i], kModules[i]) == KOBD_SUCCESS)
-            ++joined;
+        kobd_watch* watch = nullptr;
+        if (kobd_watch_open(&watch, module) == KOBD_SUCCESS)
+            joined.push_back({module, watch});
         else
-            SayError("not watching module " + ModuleText(kModules[i]) + ", " + WhyNotJoined(kModules[i]));
+            SayError("not watching module " + ModuleText(module) + ", " + WhyNotJoined(module));
     }
     return joined;
 }
 
-// Prints what has arrived and is asked for, one message a module and `left` at most. Adds to `printed`.
-Failure PrintArrived(const Options& options, const Words& patterns, const Modules& modules, int left, int* printed)
+bool IsEnough(const Options& options, uint64_t printed)
 {
-    for (size_t i = 0; i < modules.size(); ++i)
+    return options.count != 0 && printed >= static_cast<uint64_t>(options.count);
+}
+
+// Prints what has arrived and is asked for, one message a module at most. Adds to `printed`.
+Failure PrintArrived(const Options& options, const Words& patterns, const std::vector<Watched>& joined,
+                     uint64_t* printed)
+{
+    for (const auto& [module, watch] : joined)
     {
-        if (modules[i] == nullptr || left == 0) continue;
         uint16_t id = 0;
-        const int code = kobd_watch_next(modules[i], 0, &id);
+        const int code = IsEnough(options, *printed) ? KOBD_TIMEOUT : kobd_watch_next(watch, 0, &id);
         if (code == KOBD_TIMEOUT) continue;
-        if (code != KOBD_SUCCESS) return {code, "the queue of module " + ModuleText(kModules[i]) + " was removed"};
-        if (!IsAskedFor(patterns, id, kobd_watch_payload(modules[i]))) continue;
-        PrintMessage(options, kModules[i], id, kobd_watch_payload(modules[i]));
+        if (code != KOBD_SUCCESS) return {code, "the queue of module " + ModuleText(module) + " was removed"};
+        if (!IsAskedFor(patterns, id, kobd_watch_payload(watch))) continue;
+        PrintMessage(options, module, id, kobd_watch_payload(watch));
         ++*printed;
-        --left;
     }
     return {};
 }
@@ -191,18 +196,17 @@ Outcome CommandWatch(const Options& options, const Words& patterns)
     if (Failure failure = CheckPatterns(patterns)) return failure;
     signal(SIGINT, [](int) { stop = 1; });
     signal(SIGTERM, [](int) { stop = 1; });
-    Modules modules{};
-    if (Join(&modules) == 0) return Failure{KOBD_INITIALIZE_FAILED, "there is no module left to watch"};
+    const std::vector<Watched> joined = Join();
+    if (joined.empty()) return Failure{KOBD_INITIALIZE_FAILED, "there is no module left to watch"};
     Failure failure;
-    for (int seen = 0; !failure && stop == 0 && !OutputClosed() && (options.count == 0 || seen < options.count);)
+    for (uint64_t printed = 0; !failure && stop == 0 && !OutputClosed() && !IsEnough(options, printed);)
     {
-        const int before = seen;
-        failure = PrintArrived(options, patterns, modules, options.count == 0 ? INT_MAX : options.count - seen, &seen);
+        const uint64_t before = printed;
+        failure = PrintArrived(options, patterns, joined, &printed);
         const timespec pause = {0, kLookNs};
-        if (seen == before && !failure) nanosleep(&pause, nullptr);
-        if (options.count == 0) seen = 0;  // without end, for as long as the router runs
+        if (printed == before && !failure) nanosleep(&pause, nullptr);
     }
-    for (kobd_watch* module : modules) kobd_watch_close(module);
+    for (const Watched& one : joined) kobd_watch_close(one.watch);
     return failure;
 }
 }  // namespace kobd::client

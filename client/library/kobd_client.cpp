@@ -120,7 +120,16 @@ struct kobd_items
         return true;
     }
 
-    std::span<char> Room() { return {bytes + used, size - used}; }
+    // Adds an item of at most `most` bytes. 0; 7 without memory; 11 when the item is too long.
+    template <class Write>
+    int Add(size_t most, Write write)
+    {
+        if (!Grow(most)) return kMallocFailed;
+        TlvWriter writer({bytes + used, size - used});
+        if (!write(&writer)) return kBufferLimit;
+        used += writer.Size();
+        return kSuccess;
+    }
 };
 
 struct kobd_client
@@ -150,20 +159,12 @@ void kobd_items_free(kobd_items* items) { delete items; }
 int kobd_items_add_text(kobd_items* items, uint16_t tag, const char* text)
 {
     const std::string_view value = text;
-    if (!items->Grow(kItemHeader + value.size() + 1)) return kMallocFailed;
-    TlvWriter writer(items->Room());
-    if (!writer.Text(tag, value)) return kBufferLimit;
-    items->used += writer.Size();
-    return kSuccess;
+    return items->Add(kItemHeader + value.size() + 1, [&](TlvWriter* writer) { return writer->Text(tag, value); });
 }
 
 int kobd_items_add_number(kobd_items* items, uint16_t tag, int32_t number)
 {
-    if (!items->Grow(kIntItem)) return kMallocFailed;
-    TlvWriter writer(items->Room());
-    if (!writer.Int(tag, number)) return kBufferLimit;
-    items->used += writer.Size();
-    return kSuccess;
+    return items->Add(kIntItem, [&](TlvWriter* writer) { return writer->Int(tag, number); });
 }
 
 const void* kobd_items_bytes(const kobd_items* items, size_t* size)
