@@ -15,71 +15,54 @@ constexpr std::string_view kRow = " row";
 
 std::string Line(const std::string& name, const std::string& value) { return name + "=" + host::Escape(value) + "\n"; }
 
-class Reader
+// The readers of a line return what is wrong with it, or the empty text.
+std::string ReadHeading(size_t number, std::string_view text, SettingsFile* file)
 {
-public:
-    explicit Reader(SettingsFile* file) : file_(file) {}
+    const std::string name(text.substr(0, text.size() - (text.ends_with(kRow) ? kRow.size() : 0)));
+    if (!text.ends_with(kRow))
+        file->tables.push_back({number, name});
+    else if (file->tables.empty() || file->tables.back().name != name)
+        return "a row of " + name + " stands before [" + name + "]";
+    else
+        file->tables.back().rows.emplace_back();
+    return "";
+}
 
-    // What is wrong with the line, or the empty text.
-    std::string ReadLine(size_t number, std::string_view line)
-    {
-        if (line.empty() || line.front() == '#') return "";
-        if (ended_) return "nothing may follow 'end'";
-        if (line == kEnd)
-        {
-            ended_ = true;
-            return "";
-        }
-        return host::IsHeading(line) ? ReadHeading(number, line.substr(1, line.size() - 2)) : ReadValue(number, line);
-    }
+std::string ReadValue(size_t number, std::string_view line, SettingsFile* file)
+{
+    const size_t equals = line.find('=');
+    FileValue value = {number, std::string(line.substr(0, equals)), ""};
+    if (equals == std::string_view::npos || equals == 0)
+        return "neither NAME=VALUE nor [TABLE] nor [TABLE row]: '" + std::string(line) + "'";
+    if (!host::Unescape(line.substr(equals + 1), &value.value))
+        return value.name + ": a backslash is written \\\\, a line end \\n or \\r";
+    if (value.value.find('\0') != std::string::npos) return value.name + ": a value holds no zero byte";
+    if (file->tables.empty())
+        file->values.push_back(std::move(value));
+    else if (file->tables.back().rows.empty())
+        return value.name + ": a column stands behind [" + file->tables.back().name + " row]";
+    else
+        file->tables.back().rows.back().push_back(std::move(value));
+    return "";
+}
 
-    bool Ended() const { return ended_; }
-
-private:
-    std::string ReadHeading(size_t number, std::string_view text)
-    {
-        if (!text.ends_with(kRow))
-        {
-            file_->tables.push_back({number, std::string(text)});
-            return "";
-        }
-        text.remove_suffix(kRow.size());
-        if (file_->tables.empty() || file_->tables.back().name != text)
-            return "a row of " + std::string(text) + " stands before [" + std::string(text) + "]";
-        file_->tables.back().rows.emplace_back();
-        return "";
-    }
-
-    std::string ReadValue(size_t number, std::string_view line)
-    {
-        const size_t equals = line.find('=');
-        FileValue value = {number, std::string(line.substr(0, equals)), ""};
-        if (equals == std::string_view::npos || equals == 0)
-            return "neither NAME=VALUE nor [TABLE] nor [TABLE row]: '" + std::string(line) + "'";
-        if (!host::Unescape(line.substr(equals + 1), &value.value))
-            return value.name + ": a backslash is written \\\\, a line end \\n or \\r";
-        if (value.value.find('\0') != std::string::npos) return value.name + ": a value holds no zero byte";
-        if (file_->tables.empty())
-            file_->values.push_back(std::move(value));
-        else if (file_->tables.back().rows.empty())
-            return value.name + ": a column stands behind [" + file_->tables.back().name + " row]";
-        else
-            file_->tables.back().rows.back().push_back(std::move(value));
-        return "";
-    }
-
-    SettingsFile* file_;
-    bool ended_ = false;
-};
+std::string ReadLine(size_t number, std::string_view line, SettingsFile* file)
+{
+    if (line.empty() || line.front() == '#') return "";
+    if (file->ended) return "nothing may follow 'end'";
+    file->ended = line == kEnd;
+    if (file->ended) return "";
+    return host::IsHeading(line) ? ReadHeading(number, line.substr(1, line.size() - 2), file)
+                                 : ReadValue(number, line, file);
+}
 }  // namespace
 
 void ReadSettings(std::string_view text, SettingsFile* file, LineErrors* errors)
 {
-    Reader reader(file);
     size_t number = 0;
     for (const std::string_view line : LinesOf(text))
-        if (std::string what = reader.ReadLine(++number, line); !what.empty()) errors->emplace(number, what);
-    if (!reader.Ended()) errors->emplace(number, "the last line is not 'end', the file was cut");
+        if (std::string what = ReadLine(++number, line, file); !what.empty()) errors->emplace(number, what);
+    if (!file->ended) errors->emplace(number, "the last line is not 'end', the file was cut");
 }
 
 std::string SettingsText(const RouterState& state, Words* unread)

@@ -40,6 +40,7 @@ struct SettingsFile
 {
     std::vector<FileValue> values = {};
     std::vector<FileTable> tables = {};
+    bool ended = false;  // its last line was "end"
 };
 
 // Reads the text. Adds an error for every line that cannot be read; nothing of such a line is kept.
