@@ -144,6 +144,6 @@ Failure SplitLine(std::string_view line, Words* words)
             words->back() += c;
     }
     if (quote == 0) return {};
-    return {kInvalidArgument, std::string("a ") + quote + " is not closed"};
+    return {kInvalidArgument, std::string("the quote ") + quote + " is not closed"};
 }
 }  // namespace kobd::client

@@ -26,7 +26,7 @@ std::vector<Line> ReadLines(const InputFile& file, LineErrors* errors)
         if (const Failure failure = SplitLine(text, &line.words))
             errors->emplace(number, failure.what);
         else if (!line.words.empty() && line.words[0] == "batch")
-            errors->emplace(number, "a batch runs no batch");
+            errors->emplace(number, "a batch cannot run a batch");
         if (!line.words.empty()) lines.push_back(std::move(line));
     }
     return lines;
@@ -50,7 +50,7 @@ Outcome CommandBatch(const Options& options, const Words& words)
         if (outcome.status == 0) continue;
         const size_t left = lines.size() - i - 1;
         outcome.notes.push_back(file.name + ":" + std::to_string(lines[i].number) + ": this command failed" +
-                                (left == 0 ? "" : ", " + std::to_string(left) + " after it not run"));
+                                (left == 0 ? "" : "; " + Counted(left, "command") + " after it did not run"));
     }
     return outcome;
 }

@@ -65,7 +65,7 @@ void JudgeRow(const Options& options, const RowAddress& row, Judgement* judgemen
 {
     if (!row.table->Has(kSet)) return judgement->Say(kRefused, row.Text(), MissingOperation(kSet, {row}));
     std::string missing;
-    const Failure failure = FindMissingRow(options, "whether there is such a row is not known", {row}, &missing);
+    const Failure failure = FindMissingRow(options, "cannot tell whether this row exists", {row}, &missing);
     if (failure) return judgement->Say(kOpen, row.Text(), failure.what);
     JudgeItem(row.Text(), {}, missing, row.table->validator, judgement);
 }

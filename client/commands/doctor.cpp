@@ -109,7 +109,7 @@ void LookAtQueue(uint32_t module, const char* whose, Report* report)
     if (seen.has_queue == 0) return report->Say(kNote, "queue", name + "no queue, no program has joined");
     const bool left = seen.messages > 0 && seen.claimed == 0;
     report->Judge(!left && seen.messages < kMessagesOfAReader, "queue",
-                  name + std::to_string(seen.messages) + " messages waiting, it holds " +
+                  name + std::to_string(seen.messages) + " messages waiting, the queue holds " +
                       std::to_string(seen.capacity) + " bytes",
                   left ? "the program that had it is gone" : "the program that has it does not read");
 }

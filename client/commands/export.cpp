@@ -14,20 +14,21 @@ Failure Save(const std::string& path, const std::string& text)
 {
     struct stat there;
     if (stat(path.c_str(), &there) == 0 && !S_ISREG(there.st_mode))
-        return {kSystemError, "export: " + path + " is not a file; without FILE it goes to standard output"};
+        return {kSystemError,
+                "export: " + path + " is not a regular file; without FILE, export writes to standard output"};
     return host::SaveText(path, text) ? Failure() : SystemFailure("export: cannot write " + path);
 }
 }  // namespace
 
 Outcome CommandExport(const Options& options, const Words& words)
 {
-    if (options.json) return Failure{kWrongUse, "export takes no --json, its file has one form"};
+    if (options.json) return Failure{kWrongUse, "export takes no --json: its file has only one form"};
     RouterState state;
     if (Failure failure = ReadRouter(options, "export", &state)) return failure;
     Words unread;
     Outcome outcome({}, SettingsText(state, &unread));
     for (const std::string& name : unread)
-        outcome.notes.push_back("export: " + name + " could not be read by the router and is left out");
+        outcome.notes.push_back("export: the router could not read " + name + ", so it is left out");
     if (words.empty()) return outcome;
     outcome.failure = Save(words[0], outcome.text);
     outcome.text.clear();

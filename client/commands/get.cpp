@@ -14,7 +14,7 @@ std::string WhyMissing(const std::string& name)
     const ObjectEntry* object = FindObject(name);
     if (object != nullptr && object->access == Access::kWriteOnly)
         return name + " cannot be read: " + CodeText(kMethodUnavailable) + ", it is write-only";
-    if (object != nullptr) return name + " could not be read by the router, see the log";
+    if (object != nullptr) return "the router could not read " + name + ", see the log";
     if (FindTable(name) != nullptr) return name + " is a table, not an object";
     return NoSuchName("object", name) + ": " + CodeText(kNotFound);
 }

@@ -24,7 +24,7 @@ Failure FillRow(const Options& options, const RowChange& change)
     if (!failure) return {};
     const Failure remains = DeleteRow(options, change.row);
     const std::string row = "; the new row " + std::to_string(change.row.index);
-    failure.what += row + (remains ? " could not be taken back: " + remains.what : " was taken back");
+    failure.what += row + (remains ? " could not be deleted again: " + remains.what : " was deleted again");
     return failure;
 }
 

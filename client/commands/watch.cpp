@@ -197,7 +197,7 @@ Outcome CommandWatch(const Options& options, const Words& patterns)
     signal(SIGINT, [](int) { stop = 1; });
     signal(SIGTERM, [](int) { stop = 1; });
     const std::vector<Watched> joined = Join();
-    if (joined.empty()) return Failure{KOBD_INITIALIZE_FAILED, "there is no module left to watch"};
+    if (joined.empty()) return Failure{KOBD_INITIALIZE_FAILED, "no module could be watched"};
     Failure failure;
     for (uint64_t printed = 0; !failure && stop == 0 && !OutputClosed() && !IsEnough(options, printed);)
     {

@@ -80,7 +80,7 @@ bool FlushOutput()
     errno = 0;
     if (fflush(stdout) == 0 && ferror(stdout) == 0) return true;
     const std::string why = errno != 0 ? ": " + std::string(strerror(errno)) : "";  // not known of an earlier write
-    if (errno != EPIPE) SayError("not all was written" + why);
+    if (errno != EPIPE) SayError("the output was not written whole" + why);
     clearerr(stdout);  // a batch says it once
     return false;
 }

@@ -102,7 +102,8 @@ Failure ReplaceRows(const Options& options, const TablePlan& plan)
     failure = AddRows(options, plan);
     if (!failure) return {};
     const Failure lost = PutBack(options, plan);
-    failure.what += lost ? "; of the rows before these are not back: " + lost.what : "; the rows before are back";
+    failure.what +=
+        lost ? "; these earlier rows could not be restored: " + lost.what : "; the earlier rows are restored";
     return failure;
 }
 }  // namespace kobd::client

@@ -90,7 +90,7 @@ Failure FindMissingRow(const Options& options, const std::string& what, const Ro
         for (const Row& row : present[table->name]) indexes.push_back(std::to_string(row.index));
         if (std::ranges::find(indexes, std::to_string(index)) != indexes.end()) continue;
         *missing = std::string(table->name) + " has no row " + std::to_string(index) +
-                   (indexes.empty() ? ", it is empty" : ", there is " + Joined(indexes));
+                   (indexes.empty() ? ", it is empty" : ", it has " + Joined(indexes));
         return {};
     }
     return {};

@@ -17,7 +17,7 @@ using FirstLines = std::map<std::string, size_t>;  // where a name stood first
 bool IsFirst(const std::string& name, size_t line, FirstLines* lines, LineErrors* errors)
 {
     const auto [found, fresh] = lines->emplace(name, line);
-    if (!fresh) errors->emplace(line, name + " stands in line " + std::to_string(found->second) + " too");
+    if (!fresh) errors->emplace(line, name + " is already in line " + std::to_string(found->second));
     return fresh;
 }
 
@@ -25,7 +25,7 @@ std::string WhyNotSet(const FileValue& value)
 {
     const std::string wrong = WhatIsWrong(value.name, value.value);
     if (!wrong.empty()) return wrong;
-    if (!IsExported(*FindObject(value.name))) return value.name + " is in no export; kobctl set sets it";
+    if (!IsExported(*FindObject(value.name))) return value.name + " is not part of an export; use kobctl set";
     return FitsOneRequest(SetItems({{value.name, value.value}})) ? "" : TooLarge(value.name);
 }
 

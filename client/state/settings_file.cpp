@@ -22,7 +22,7 @@ std::string ReadHeading(size_t number, std::string_view text, SettingsFile* file
     if (!text.ends_with(kRow))
         file->tables.push_back({number, name});
     else if (file->tables.empty() || file->tables.back().name != name)
-        return "a row of " + name + " stands before [" + name + "]";
+        return "[" + name + " row] must follow [" + name + "]";
     else
         file->tables.back().rows.emplace_back();
     return "";
@@ -36,11 +36,11 @@ std::string ReadValue(size_t number, std::string_view line, SettingsFile* file)
         return "neither NAME=VALUE nor [TABLE] nor [TABLE row]: '" + std::string(line) + "'";
     if (!host::Unescape(line.substr(equals + 1), &value.value))
         return value.name + ": a backslash is written \\\\, a line end \\n or \\r";
-    if (value.value.find('\0') != std::string::npos) return value.name + ": a value holds no zero byte";
+    if (value.value.find('\0') != std::string::npos) return value.name + ": a value cannot hold a zero byte";
     if (file->tables.empty())
         file->values.push_back(std::move(value));
     else if (file->tables.back().rows.empty())
-        return value.name + ": a column stands behind [" + file->tables.back().name + " row]";
+        return value.name + ": a column must follow [" + file->tables.back().name + " row]";
     else
         file->tables.back().rows.back().push_back(std::move(value));
     return "";
@@ -62,7 +62,7 @@ void ReadSettings(std::string_view text, SettingsFile* file, LineErrors* errors)
     size_t number = 0;
     for (const std::string_view line : LinesOf(text))
         if (std::string what = ReadLine(++number, line, file); !what.empty()) errors->emplace(number, what);
-    if (!file->ended) errors->emplace(number, "the last line is not 'end', the file was cut");
+    if (!file->ended) errors->emplace(number, "the last line is not 'end', so the file is incomplete");
 }
 
 std::string SettingsText(const RouterState& state, Words* unread)

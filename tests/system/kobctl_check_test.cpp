@@ -72,7 +72,7 @@ $ kobctl table add FwPortFilterTable
 $ kobctl check FwPortFilterTable 1 Protocol=tcp FwPortFilterTable 2 Proto=tcp FlowTable 1
 ok       FwPortFilterTable 1
 ok       FwPortFilterTable 1 Protocol=tcp
-refused  FwPortFilterTable 2: FwPortFilterTable has no row 2, there is 1
+refused  FwPortFilterTable 2: FwPortFilterTable has no row 2, it has 1
 refused  FwPortFilterTable 2 Proto=tcp: there is no column Proto
 refused  FlowTable 1: FlowTable has no set operation, it has get, next
 [1]
@@ -85,7 +85,7 @@ webHttpEnable=1
     session = R"session($ kobctl check webHttpPort=81
 ok       webHttpPort=81
 $ kobctl check FwPortFilterTable 9 Protocol=tcp
-open     FwPortFilterTable 9: whether there is such a row is not known: kobd is not running on this bus: Message not running (3)
+open     FwPortFilterTable 9: cannot tell whether this row exists: kobd is not running on this bus: Message not running (3)
 ok       FwPortFilterTable 9 Protocol=tcp
 [3]
 )session";
@@ -98,7 +98,7 @@ TEST_F(KobctlCheck, ABatchStopsAtTheFirstFailure)
                     "webHttpEnable=0\nget webHttpEnable\n"),
               "$ kobctl batch /tmp/batch\n8080\n! kobctl: webHttpPort=0: Integer value does not match limitation: 0 "
               "[1:65535] (ParameterCheck); it takes an integer from 1 to 65535: Invalid argument (2)\n"
-              "! kobctl: /tmp/batch:5: this command failed, 2 after it not run\n[1]\n");
+              "! kobctl: /tmp/batch:5: this command failed; 2 commands after it did not run\n[1]\n");
     EXPECT_EQ(RunLine("get webHttpEnable").output, "1\n");
     EXPECT_EQ(Batch("set webHttpPort=81\nget\n"),
               "$ kobctl batch /tmp/batch\n! kobctl: get takes NAME...; see kobctl help get\n"
@@ -109,11 +109,12 @@ TEST_F(KobctlCheck, ABatchStopsAtTheFirstFailure)
 
 TEST_F(KobctlCheck, ABatchWithAMistakeInItsQuotingRunsNothing)
 {
-    EXPECT_EQ(Batch("set webHttpPort=81\nget 'x\nbatch f\nget \\"),
-              "$ kobctl batch /tmp/batch\n! kobctl: /tmp/batch:2: a ' is not closed\n"
-              "! kobctl: /tmp/batch:3: a batch runs no batch\n! kobctl: /tmp/batch:4: a backslash ends the line\n! "
-              "kobctl: batch: /tmp/batch has "
-              "3 mistakes; nothing was run; see kobctl help batch\n[2]\n");
+    EXPECT_EQ(
+        Batch("set webHttpPort=81\nget 'x\nbatch f\nget \\"),
+        "$ kobctl batch /tmp/batch\n! kobctl: /tmp/batch:2: the quote ' is not closed\n"
+        "! kobctl: /tmp/batch:3: a batch cannot run a batch\n! kobctl: /tmp/batch:4: a backslash ends the line\n! "
+        "kobctl: batch: /tmp/batch has "
+        "3 mistakes; nothing was run; see kobctl help batch\n[2]\n");
     EXPECT_EQ(RunLine("get webHttpPort").output, "80\n");
 }
 

@@ -181,25 +181,25 @@ TEST_F(KobctlExport, AWrongFileIsNamedLineByLineAndChangesNothing)
         const char* text;
         std::vector<const char*> errors;  // after the file's name
     } kCases[] = {
-        {"webHttpPort=81\n", {":1: the last line is not 'end', the file was cut"}},
+        {"webHttpPort=81\n", {":1: the last line is not 'end', so the file is incomplete"}},
         {"webHttpPort=81\nend\nwebHttpEnable=0\n", {":3: nothing may follow 'end'"}},
         {"webHttpPort\n=3\nx=\\q\nend\n", {":1: neither NAME", ":2: neither NAME", ":3: x: a backslash is written"}},
         {"webHttpPort=81\nwebHttpEnable=2\nwebHttpPort=82\nend\n",
-         {":2: webHttpEnable=2: it takes 0 or 1", ":3: webHttpPort stands in line 1 too"}},
+         {":2: webHttpEnable=2: it takes 0 or 1", ":3: webHttpPort is already in line 1"}},
         {"IMEI=1\nwebHttpPrt=1\nFwUrlFilterTable=1\nsystemReboot=1\nlteLockband5g=78;\nend\n",
          {":1: IMEI is read-only", ":2: there is no object webHttpPrt, did you mean webHttpPort?",
-          ":3: FwUrlFilterTable is a table, not an object", ":4: systemReboot is in no export",
-          ":5: lteLockband5g is in no export"}},
+          ":3: FwUrlFilterTable is a table, not an object", ":4: systemReboot is not part of an export",
+          ":5: lteLockband5g is not part of an export"}},
         {"webHttpPort=81\n[FwUrlFilterTbl]\n[UPnPTable]\n[PortRedirectTable]\nend\n",
          {":2: there is no table FwUrlFilterTbl, did you mean FwUrlFilterTable?", ":3: UPnPTable cannot be set",
           ":4: PortRedirectTable is another name of the rows of FwPortForwardTable"}},
         {"[FwPortFilterTable row]\n[FwPortFilterTable]\nx=1\n[FwPortFilterTable row]\nend\n",
-         {":1: a row of FwPortFilterTable stands before [FwPortFilterTable]",
-          ":3: x: a column stands behind [FwPortFilterTable row]"}},
+         {":1: [FwPortFilterTable row] must follow [FwPortFilterTable]",
+          ":3: x: a column must follow [FwPortFilterTable row]"}},
         {"webHttpPort=81\n[FwPortFilterTable]\n[FwPortFilterTable row]\nProto=tcp\nProtocol=tcp\nProtocol=udp\n"
          "[FwPortFilterTable]\nend\n",
-         {":4: FwPortFilterTable: there is no column Proto", ":6: Protocol stands in line 5 too",
-          ":7: FwPortFilterTable stands in line 2 too"}},
+         {":4: FwPortFilterTable: there is no column Proto", ":6: Protocol is already in line 5",
+          ":7: FwPortFilterTable is already in line 2"}},
         {"webHttpPort=81\n[DialStatus]\n[DialStatus row]\nend\n", {":2: "}},
     };
     const std::string before = Export();
@@ -232,7 +232,7 @@ TEST_F(KobctlExport, WhatOnlyTheDaemonRefusesIsNamedAndRowsStay)
               std::string::npos)
         << ran.errors;
     EXPECT_NE(ran.errors.find("/tmp/router.conf:3: FwUrlFilterTable: "), std::string::npos) << ran.errors;
-    EXPECT_NE(ran.errors.find("the rows before are back"), std::string::npos) << ran.errors;
+    EXPECT_NE(ran.errors.find("the earlier rows are restored"), std::string::npos) << ran.errors;
     const std::string after = Export();
     EXPECT_EQ(after.substr(after.find("[FwUrl")), rows.substr(rows.find("[FwUrl")));
     EXPECT_EQ(Line(after, "webHttpPort="), "webHttpPort=81");

@@ -103,7 +103,7 @@ TEST_F(KobctlTerminal, AFullDiskIsTold)
         close(full);
         const Ran ran = ReadKobctl(process);
         EXPECT_EQ(ran.status, 1) << command;
-        EXPECT_EQ(ran.errors, "kobctl: not all was written: No space left on device\n") << command;
+        EXPECT_EQ(ran.errors, "kobctl: the output was not written whole: No space left on device\n") << command;
     }
 }
 
