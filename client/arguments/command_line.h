@@ -27,13 +27,13 @@ struct CommandLine
 {
     Options options = {};
     Words words = {};
-    Words own_options = {};  // those that not every command takes, as given: "--silent"
+    Words own_options = {};  // the given ones that not every command takes: "--silent"
 };
 
-// Parts arguments into words and options. Options may stand anywhere before "--".
+// Splits arguments into words and options. Options may stand anywhere before "--".
 Failure ReadCommandLine(const Words& arguments, CommandLine* line);
 
-// Parts a line into words at blanks. '...' holds anything but a quote. In "..." and outside of quotes a backslash makes
-// the next character an ordinary one. A # at the start of a word begins a comment. Nothing else has a meaning.
+// Splits a line into words at blanks. '...' holds anything but a quote. In "..." and outside of quotes a backslash
+// makes the next character an ordinary one. A # at the start of a word begins a comment. No other character is special.
 Failure SplitLine(std::string_view line, Words* words);
 }  // namespace kobd::client

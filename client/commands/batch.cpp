@@ -15,7 +15,7 @@ struct Line
     Words words;
 };
 
-// Parts the whole text into commands before the first one runs, so that a mistake in the quoting runs nothing.
+// Splits the whole text into commands. The first one runs only when no line has a mistake in its quoting.
 std::vector<Line> ReadLines(const InputFile& file, LineErrors* errors)
 {
     std::vector<Line> lines;

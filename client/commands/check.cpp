@@ -1,4 +1,4 @@
-// kobctl check: would a set be accepted? Judged by the dictionary; the daemon is asked for rows alone.
+// kobctl check: says whether a set would be accepted. It asks the dictionary, and the daemon only for rows.
 #include <algorithm>
 
 #include "client/commands/commands.h"
@@ -40,8 +40,8 @@ std::string DecidedBy(const std::string& check)
     return "the daemon decides (" + check + ")" + RuleOf(check, "; it takes ");
 }
 
-// Judges an item by what is wrong with it, without repeating the item that the text begins with; and by the check
-// that it has, or the empty text.
+// Judges an item: `wrong` is what the dictionary says against it, `check` the name of the check that it has; both may
+// be empty. Drops the item from the start of `wrong`, because the line shows it already.
 void JudgeItem(const std::string& shown, const Assignment& item, std::string wrong, const char* check,
                Judgement* judgement)
 {

@@ -1,4 +1,4 @@
-// kobctl doctor: what kobd needs, looked at from outside.
+// kobctl doctor: looks from outside at what kobd needs.
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -85,7 +85,7 @@ void LookAtLimit(const char* name, size_t least, Report* report)
                   std::string("sysctl -w kernel.") + name + "=" + std::to_string(least));
 }
 
-// Every module has a queue, and every client one while it waits.
+// Each module has a queue, and each client has one while it runs.
 void LookAtQueueCount(Report* report)
 {
     long most = 0;

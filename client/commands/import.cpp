@@ -91,7 +91,7 @@ private:
             for (const FileValue* value : values) Say(value->line, value->name + " set");
         }
         else if (values.size() == 1)
-            refused_[&first] = Refused(response.code, RefusalText(log.Lines(), first.name, first.value)).what;
+            refused_[&first] = FailureWithCode(response.code, RefusalText(log.Lines(), first.name, first.value)).what;
         else
         {
             SendOrHalve(values.first(values.size() / 2));
@@ -117,7 +117,7 @@ bool HasOwnCheck(const FileValue* value) { return FindObject(value->name)->valid
 
 // Values with a check of their own look at each other, so they go first and together. A check that looks at rows, or at
 // a value without a check, passes when it is made once more after those.
-Outcome Carry(const Options& options, const InputFile& file, ImportPlan plan)
+Outcome CarryOut(const Options& options, const InputFile& file, ImportPlan plan)
 {
     std::stable_partition(plan.values.begin(), plan.values.end(), HasOwnCheck);
     Import import(options, file);
@@ -142,7 +142,7 @@ Outcome CommandImport(const Options& options, const Words& words)
         if (Failure failure = ReadRouter(options, "import", &router)) return failure;
         plan = PlanImport(file, router, &errors);
     }
-    if (errors.empty()) return Carry(options, input, std::move(plan));
+    if (errors.empty()) return CarryOut(options, input, std::move(plan));
     Outcome outcome = Failure{kInvalidArgument, "import: " + input.name + " has " + Counted(errors.size(), "mistake") +
                                                     "; nothing was changed"};
     outcome.notes = LineTexts(input, errors);

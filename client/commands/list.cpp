@@ -64,7 +64,7 @@ Outcome CommandDescribe(const Options&, const Words& names)
         const TableEntry* table = FindTable(name);
         if (object == nullptr && table == nullptr)
         {
-            outcome.notes.push_back(Refused(kNotFound, NoSuchName("object or table", name)).what);
+            outcome.notes.push_back(FailureWithCode(kNotFound, NoSuchName("object or table", name)).what);
             continue;
         }
         const Outcome one = object != nullptr ? DescribedObject(*object) : DescribedTable(*table);

@@ -1,4 +1,4 @@
-// Finding and running the command that words name.
+// Finds the command that the words name, and runs it.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -44,7 +44,7 @@ Failure CheckWords(const Command& command, const CommandLine& line)
     return {};
 }
 
-// Runs the command that the first words of the line name. `first` becomes the first of them.
+// Runs the command that the line begins with. `first` becomes its first word, for the help that an error names.
 Outcome Run(CommandLine line, std::string* first)
 {
     if (line.words.empty() && line.options.version) return {{}, "kobctl " KOBD_VERSION "\n"};

@@ -7,8 +7,8 @@ namespace kobd::client
 {
 namespace
 {
-// Fails when one of the rows is missing. The daemon writes the rows of one request one after the other and would stop
-// halfway; where rows are checked it would check an empty row and find fault with that.
+// Fails when one of the rows is missing. The daemon would write the rows before it and then stop; in a table with a
+// check it would refuse the empty row that it checks in its place.
 Failure RequireRows(const Options& options, const RowChanges& changes)
 {
     std::string missing;
@@ -17,7 +17,7 @@ Failure RequireRows(const Options& options, const RowChanges& changes)
     return {kIndexNotFound, missing + ": " + CodeText(kIndexNotFound) + "; nothing was set"};
 }
 
-// Fills a row that was just added, or takes it back.
+// Fills a row that was just added. Deletes the row where that fails.
 Failure FillRow(const Options& options, const RowChange& change)
 {
     Failure failure = SendChanges(options, {change});

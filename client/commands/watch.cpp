@@ -1,4 +1,5 @@
-// kobctl watch: joins the bus as those modules that the daemon sends to and nobody else is, and prints what arrives.
+// kobctl watch: joins the bus as the modules to which the daemon sends, where no other program has, and prints what
+// arrives.
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
@@ -173,7 +174,7 @@ bool IsEnough(const Options& options, uint64_t printed)
     return options.count != 0 && printed >= static_cast<uint64_t>(options.count);
 }
 
-// Prints what has arrived and is asked for, one message a module at most. Adds to `printed`.
+// Prints at most one message of each module, if it has arrived and a pattern asks for it. Adds to `printed`.
 Failure PrintArrived(const Options& options, const Words& patterns, const std::vector<Watched>& joined,
                      uint64_t* printed)
 {

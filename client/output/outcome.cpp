@@ -17,7 +17,7 @@ namespace
 {
 constexpr std::string_view kReplaced = "\xEF\xBF\xBD";  // U+FFFD
 
-// The text with U+FFFD in the place of every byte that is no UTF-8; the library would put one for several bytes.
+// The text with U+FFFD in the place of each byte that is no UTF-8. The JSON library would put one for several bytes.
 std::string Utf8(std::string_view text)
 {
     std::string out;

@@ -10,8 +10,8 @@ namespace kobd::client
 // Bytes of the UTF-8 character at the start of `text`, which is not empty; 0 when there is none.
 size_t CharacterLength(std::string_view text);
 
-// The text without any byte that could steer a terminal, since devices on the network choose their own names:
-// control characters and bytes that are no UTF-8 become "\x1b".
+// The text with "\x1b" in the place of control characters and of bytes that are no UTF-8, so that nothing steers the
+// terminal: devices on the network choose their own names.
 std::string Escaped(std::string_view text);
 
 // The text for standard output: escaped on a terminal, unchanged in a pipe or a file.
@@ -24,8 +24,8 @@ enum class Colour
     kYellow = 33,
 };
 
-// The word with blanks up to `width`, in the colour where a terminal wants colours (NO_COLOR is not set). The
-// word says by itself what its colour says.
+// The word with blanks up to `width`, coloured on a terminal unless NO_COLOR is set. The word must say by itself what
+// its colour says.
 std::string Coloured(Colour colour, const std::string& word, size_t width);
 
 // Lines of cells under a heading, for a person to read.
@@ -36,14 +36,14 @@ struct Grid
     std::vector<std::vector<std::string>> lines;
 };
 
-// The width of the terminal in characters: that of COLUMNS, else that of the terminal itself, else 80. What
-// goes into a pipe does not change with the window.
+// The width for tables in characters: COLUMNS, else the width of the terminal, else 80. So the text in a pipe does not
+// depend on the window.
 size_t DisplayWidth();
 
-// The grid as a table, two blanks between columns. An empty cell is shown as "-", a byte that would steer a
-// terminal as "\x1b".
+// The grid as a table with two blanks between columns. It shows an empty cell as "-" and escapes the others.
 std::string TableText(const Grid& grid);
 
-// The same when that fits `width`; else a line a cell ("  heading  value") below each line's first cell.
+// The same where that fits `width`. Else each line of the grid becomes its first cell with a line for each of the
+// others below it: "  heading  value".
 std::string FittingText(const Grid& grid, size_t width);
 }  // namespace kobd::client

@@ -19,7 +19,7 @@ constexpr off_t kMostBytes = 1024 * 1024;                       // a request wri
 
 constexpr const char* kVerdictFunction = "ObjsParameterCheck";
 
-// "2026/01/31  12:00:00 function[12]: message" into its parts; false for anything else.
+// Splits "2026/01/31  12:00:00 function[12]: message" into its parts. False for a line of another form.
 bool ParseLine(const std::string& text, LogLine* line)
 {
     const size_t bracket = text.find('[');
@@ -33,7 +33,7 @@ bool ParseLine(const std::string& text, LogLine* line)
     return true;
 }
 
-// The lines from `start` on, or from the start of the file when it is not `file` any more.
+// The lines from `start` on, or the whole log when it is another file than `file` by now.
 std::vector<LogLine> LinesFrom(ino_t file, off_t start)
 {
     std::vector<LogLine> lines;

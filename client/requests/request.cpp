@@ -26,7 +26,7 @@ struct FreeItems
 };
 using BuiltItems = std::unique_ptr<kobd_items, FreeItems>;
 
-// Nothing without memory, or when a text is too long for an item.
+// NULL without memory, or when a text is too long for an item.
 BuiltItems Build(const Items& items)
 {
     BuiltItems built(kobd_items_new());
@@ -173,12 +173,12 @@ std::string WhyNoAnswer(const Response& response)
 Failure FailureOf(const Response& response, const std::string& what)
 {
     if (response.code == 0) return {};
-    return Refused(response.code, what + (response.from_bus ? ": " + WhyNoAnswer(response) : ""));
+    return FailureWithCode(response.code, what + (response.from_bus ? ": " + WhyNoAnswer(response) : ""));
 }
 
 Failure FailureOfChange(const Response& response, const std::string& what)
 {
     if (!response.MayBeDone()) return FailureOf(response, what);
-    return Refused(response.code, what + ": " + WhyNoAnswer(response) + ", see whether it was done");
+    return FailureWithCode(response.code, what + ": " + WhyNoAnswer(response) + ", see whether it was done");
 }
 }  // namespace kobd::client

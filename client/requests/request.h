@@ -14,8 +14,8 @@
 
 namespace kobd::client
 {
-// One item of a request or of a reply. A request sends the number where there is one. An item of a reply has a
-// number whenever it is four bytes long, whatever its text.
+// One item of a request or of a reply. A request sends the number where there is one, else the text. An item of a
+// reply has a number when it is four bytes long, even if it also is a text.
 struct Item
 {
     Item(uint16_t item_tag, std::string_view item_text) : tag(item_tag), text(item_text) {}
@@ -58,22 +58,22 @@ struct Response
 // The address of a module: "0x5A510003".
 std::string ModuleText(uint32_t module);
 
-// How long to wait for the answer to a request that names these things: what --timeout says, else five seconds,
-// or 75 for a cellular table, for which the daemon runs commands for up to sixty.
+// How long to wait for the answer to a request with these items, in milliseconds: what --timeout says, else 5000, or
+// 75000 where they name a cellular table, for which the daemon runs commands for up to 60 seconds.
 int TimeoutFor(const Options& options, const Items& items);
 
 // Sends one request and waits for its reply.
 Response Call(const Options& options, kobd_request id, const Items& items);
 
-// Sends one request for many things; `parts` are the items of each. The response has the items of all replies.
-// Where a request or its reply does not fit one message, each half is asked for by itself, so that only a single
-// thing that is too large ends with result 11. Stops at the first other failure.
+// Asks for many things; `parts` has the items of each. The response has the items of all replies. Where a request or
+// its reply does not fit one message, each half is asked for by itself: result 11 means that a single thing is too
+// large. Stops at the first other failure.
 Response CallInParts(const Options& options, kobd_request id, std::span<const Items> parts);
 
 using Values = std::map<std::string, std::string>;  // of objects, by name
 
-// Reads the objects, in as many requests as that takes. `values` then lacks the names that the daemon leaves out:
-// those that are unknown or could not be read.
+// Reads the objects, in as many requests as needed. `values` lacks those that are unknown or could not be read,
+// because the daemon leaves them out.
 Response ReadValues(const Options& options, const Words& names, Values* values);
 
 // Why no reply arrived.

@@ -27,14 +27,14 @@ void RemoveAndEnd(int number)
     raise(number);
 }
 
-// Leaves a signal that the caller of the program had ignored ignored.
+// A signal that the caller of the program ignores stays ignored.
 void OnEndingSignals(void (*handler)(int))
 {
     for (const int number : kEndingSignals)
         if (signal(number, handler) == SIG_IGN) signal(number, SIG_IGN);
 }
 
-// A daemon of another user has to read what root writes.
+// Root's file is given to the daemon's user, who could not read it otherwise.
 bool DaemonMayRead(int file)
 {
     kobd_module daemon{};
@@ -42,7 +42,7 @@ bool DaemonMayRead(int file)
     return daemon.owner == 0 || fchown(file, daemon.owner, static_cast<gid_t>(-1)) == 0;
 }
 
-// A signal that came between creating the file and watching for signals would leave it behind.
+// Holds signals back: one between the creation of the file and the watch for signals would leave the file behind.
 class SignalsHeld
 {
 public:

@@ -14,8 +14,7 @@ Failure DeleteRows(const Options& options, const RowAddresses& rows)
     return {};
 }
 
-// Adds a row. `there` becomes the row as it then reads; it has no values where the list makes the row only when it
-// is set.
+// Adds a row and reads it back into `there`. It has no values where the list makes a row only when it is set.
 Failure AddOne(const Options& options, const TableEntry& table, Row* there)
 {
     if (Failure failure = AddRow(options, table, &there->index)) return failure;
@@ -31,8 +30,8 @@ void Append(const Failure& more, Failure* failure)
     if (more) *failure = {more.code, failure->what + (*failure ? "; " : "") + more.what};
 }
 
-// Adds the rows; `added` are those that are there afterwards. They are filled in one request, so that all are checked
-// before the first holds anything, or each by itself.
+// Adds the rows and fills them: `together` in one request, so that all are checked before the first is filled, else
+// each by itself. `added` gets those that exist afterwards.
 Failure AddEach(const Options& options, const TableEntry& table, const std::vector<Assignments>& rows, bool together,
                 RowAddresses* added)
 {
@@ -70,8 +69,7 @@ Failure AddRows(const Options& options, const TablePlan& plan)
     return failure;
 }
 
-// Adds the old rows again and fills each by itself: one that the daemon does not take any more leaves the others
-// whole.
+// Adds the old rows again and fills each by itself, so that one that the daemon refuses now does not spoil the others.
 Failure PutBack(const Options& options, const TablePlan& plan)
 {
     std::vector<Assignments> rows;

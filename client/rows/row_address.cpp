@@ -44,7 +44,7 @@ std::string RowAddress::Text() const { return table->name + (index == kNoIndexYe
 Failure ReadTable(const std::string& name, const TableEntry** table)
 {
     *table = FindTable(name);
-    return *table != nullptr ? Failure() : Refused(kNotFound, NoSuchName("table", name));
+    return *table != nullptr ? Failure() : FailureWithCode(kNotFound, NoSuchName("table", name));
 }
 
 Failure ReadTables(const Words& names, Tables* tables)
@@ -108,6 +108,6 @@ std::string MissingOperation(Operation operation, const RowAddresses& rows)
 
 Failure RefusalOf(const Options& options, int code, Operation operation, const RowAddresses& rows)
 {
-    return Refused(code, RefusalText(options, code, operation, rows));
+    return FailureWithCode(code, RefusalText(options, code, operation, rows));
 }
 }  // namespace kobd::client

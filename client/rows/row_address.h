@@ -33,14 +33,15 @@ Failure ReadRowIndex(const std::string& text, int32_t* index);
 // Reads a table and the indexes of rows that follow it.
 Failure ReadRows(const Words& table_and_indexes, RowAddresses* rows);
 
-// Asks the daemon which of the rows is not there. `missing` says so of the first one, and which rows its table has;
-// it stays empty when all are there. A failure to ask begins with `what`.
+// Asks the daemon whether the rows exist. `missing` names the first one that does not, with the rows that its table
+// has; it stays empty when all exist. A failure to ask begins with `what`.
 Failure FindMissingRow(const Options& options, const std::string& what, const RowAddresses& rows, std::string* missing);
 
-// Says which table of the rows has no such operation, and which it has; their addresses when all have it.
+// Names the first table of the rows that lacks the operation, with the operations that it has. The addresses of the
+// rows when none lacks it.
 std::string MissingOperation(Operation operation, const RowAddresses& rows);
 
-// The words for a result code with which the daemon refused `operation` on the rows: which row is missing and which
-// there are, the most rows, or which operation is missing. Asks the daemon where only its rows can tell.
+// Why the daemon refused `operation` on the rows with this result code: which row or operation is missing, or how many
+// rows the table may hold. Asks the daemon for its rows where it must.
 Failure RefusalOf(const Options& options, int code, Operation operation, const RowAddresses& rows);
 }  // namespace kobd::client

@@ -1,4 +1,4 @@
-// Changes of rows, and the words for what the daemon did not accept of them.
+// Changes of rows, and why the daemon refuses them.
 #include "client/rows/row_change.h"
 
 #include <algorithm>
@@ -58,7 +58,7 @@ std::string ChangeTexts(const RowChanges& changes, const LogLine* said)
     return (texts.size() > 1 ? "one of these rows: " : "") + Joined(texts);
 }
 
-// Why the daemon refused the changes. The check of a row says in the log what it did not like.
+// Why the daemon refused the changes. The check of a row writes its reason to the log.
 Failure WhyRefused(const Options& options, int code, const RowChanges& changes, const std::vector<LogLine>& log)
 {
     const RowAddresses rows = RowsOf(changes);
@@ -69,7 +69,7 @@ Failure WhyRefused(const Options& options, int code, const RowChanges& changes, 
     if (said != nullptr) out += ": " + said->message + " (" + said->function + ")";
     if (said != nullptr || changes.size() == 1)
         out += RuleOf(said != nullptr ? said->function : rows.front().table->validator, "; it takes ");
-    return Refused(code, out);
+    return FailureWithCode(code, out);
 }
 }  // namespace
 
@@ -99,7 +99,7 @@ Failure CheckColumns(const RowChange& change)
     {
         int code = 0;
         const std::string wrong = WhatIsWrong(*change.row.table, column, value, &code);
-        if (!wrong.empty()) return Refused(code, change.row.Text() + ": " + wrong);
+        if (!wrong.empty()) return FailureWithCode(code, change.row.Text() + ": " + wrong);
     }
     return {};
 }

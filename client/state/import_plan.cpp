@@ -13,7 +13,7 @@ namespace
 {
 using FirstLines = std::map<std::string, size_t>;  // where a name stood first
 
-// False after an error when the name stood there before.
+// Whether the name is new. Adds an error when it is not.
 bool IsFirst(const std::string& name, size_t line, FirstLines* lines, LineErrors* errors)
 {
     const auto [found, fresh] = lines->emplace(name, line);
@@ -44,7 +44,7 @@ void PlanValues(const SettingsFile& file, const RouterState& router, ImportPlan*
     }
 }
 
-// A column that the file leaves out is an empty text; a number that it leaves out is not touched.
+// A text column that the file leaves out becomes empty; a number that it leaves out keeps its value.
 Assignments WantedOf(const TableEntry& table, const FileRow& row)
 {
     Assignments wanted;
@@ -61,8 +61,8 @@ Assignments WantedOf(const TableEntry& table, const FileRow& row)
     return wanted;
 }
 
-// Whether the value is one that the daemon keeps in a flag. For people a flag is 0 or 1; but other modules set it to
-// other integers, the daemon takes those, and an export then holds them.
+// Whether the value is an integer for a flag. A person may set a flag only to 0 or 1. But other modules set flags to
+// other integers, which the daemon accepts, so that an export has them.
 bool IsStoredFlag(const TableEntry& table, const FileValue& value)
 {
     const ColumnDef* column = FindColumn(table, value.name);
@@ -93,7 +93,7 @@ std::string WhyNoTable(const FileTable& from, const TableEntry* table)
     return IsExported(*table) ? "" : from.name + " cannot be set";
 }
 
-// What stands against so many rows, or the empty text.
+// Why the table cannot have so many rows; the empty text when it can.
 std::string WhyNotSoMany(const TableEntry& table, size_t present, size_t wanted)
 {
     const std::string name = table.name;
@@ -104,7 +104,7 @@ std::string WhyNotSoMany(const TableEntry& table, size_t present, size_t wanted)
            ", and its rows cannot be added and deleted";
 }
 
-// Whether a row that is set in place differs from what the file has in its place.
+// Whether a row that is set in place differs from the file's.
 bool Differs(const TablePlan& plan)
 {
     for (size_t i = 0; i < std::min(plan.old.size(), plan.wanted.size()); ++i)

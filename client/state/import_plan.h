@@ -26,11 +26,10 @@ struct ImportPlan
     std::vector<TablePlan> tables = {};         // those that differ
 };
 
-// The wanted values that the row does not have. A row without any is not sent at all: many checks would refuse an empty
-// one, and yet routers have them.
+// The wanted values that the row does not have yet. Where there are none the row is not sent: many checks refuse an
+// empty row, although routers have empty rows.
 Assignments Missing(const Row& row, const Assignments& wanted);
 
-// Compares the file with the router and checks by the dictionary all that differs. When there are errors nothing
-// may be changed.
+// Compares the file with the router, and checks by the dictionary what differs. After errors nothing may be changed.
 ImportPlan PlanImport(const SettingsFile& file, const RouterState& router, LineErrors* errors);
 }  // namespace kobd::client

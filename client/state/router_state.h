@@ -12,9 +12,9 @@ struct RouterState
     TableRows rows = {};  // an entry for each table that export knows
 };
 
-// Whether export and import know the object: it can be read and set, requests by its name reach it, and both
-// accessors are its own. One that shares an accessor reads or changes another object's value: lteLockband5g, for
-// example, reads the LTE lock.
+// Whether export and import know the object: it can be read and set, requests by its name reach it, and both its
+// accessors are its own. An object that shares an accessor reads or changes another object's value: lteLockband5g,
+// for example, reads the LTE lock.
 bool IsExported(const ObjectEntry& object);
 
 // Whether they know the table: its rows can be set, and it is not another name for the rows of another table.
