@@ -65,6 +65,7 @@ TEST_F(KobctlTerminal, EveryHelpFitsAScreen)
     EXPECT_EQ(RunLine("sett a=b").errors, "kobctl: unknown command 'sett', did you mean set?; see kobctl help\n");
     EXPECT_EQ(RunLine("get --count=3 IMEI").errors, "kobctl: get takes no --count; see kobctl help get\n");
     EXPECT_EQ(RunLine("--jsn list").errors, "kobctl: unknown option --jsn, did you mean --json?; see kobctl help\n");
+    EXPECT_EQ(RunLine("list --json=yes").errors, "kobctl: --json takes no value; see kobctl help\n");
     EXPECT_EQ(RunLine("--timeout=2 get webHttpPort").output, "80\n");
 }
 
