@@ -89,7 +89,7 @@ Failure Judge(const Options& options, const Words& words, Judgement* judgement)
     Failure failure = rows ? ReadChanges(words, &changes) : ReadAssignments("check takes NAME=VALUE", words, &pairs);
     if (failure) return failure;
     for (const RowChange& change : changes) JudgeChange(options, change, judgement);
-    JudgeObjects(pairs, judgement);
+    if (!rows) JudgeObjects(pairs, judgement);
     return {};
 }
 }  // namespace
