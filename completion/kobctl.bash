@@ -43,7 +43,7 @@ _kobctl_table() {
 _kobctl() {
     if [ "$COMP_CWORD" = 1 ]; then
         _kobctl_complete "get set check confirm commit table list describe show export import batch watch \
-            event journal nvram config doctor help"
+            event journal nvram config doctor wait help"
         return
     fi
     if [[ ${COMP_WORDS[COMP_CWORD]} == -* ]]; then
@@ -67,7 +67,7 @@ _kobctl() {
         export | import | batch) mapfile -t COMPREPLY < <(compgen -f -- "${COMP_WORDS[COMP_CWORD]}") ;;
         help)
             _kobctl_complete "get set check confirm commit table list describe show export import batch watch \
-                event journal nvram config doctor"
+                event journal nvram config doctor wait"
             ;;
         nvram | config) [ "$COMP_CWORD" = 2 ] && _kobctl_complete "get set" ;;
         table) _kobctl_table ;;

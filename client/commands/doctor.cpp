@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <optional>
+#include <set>
 #include <sstream>
 
 #include "client/commands/commands.h"
@@ -79,25 +81,34 @@ void LookAtDaemon(const Options& options, Report* report)
                   "it runs but is stuck; look at its log");
 }
 
-void LookAtLimit(const char* name, long least, Report* report)
+// A limit of the kernel; nothing where it does not tell.
+std::optional<long> Limit(const char* name)
 {
     long value = 0;
-    std::ifstream(std::string("/proc/sys/kernel/") + name) >> value;
+    if (!(std::ifstream(std::string("/proc/sys/kernel/") + name) >> value)) return {};
+    return value;
+}
+
+void LookAtLimit(const char* name, long least, Report* report)
+{
+    const auto limit = Limit(name);
+    if (!limit) return report->Say(kNote, "limits", std::string("kernel.") + name + " is unknown");
+    const long value = *limit;
     report->Judge(value >= least, "limits", std::string("kernel.") + name + " is " + std::to_string(value),
                   std::string("sysctl -w kernel.") + name + "=" + std::to_string(least));
 }
 
-// Every module has a queue, and every client one while it waits.
+// Every module has a queue, and every client one while it waits. A small kernel may tell neither number.
 void LookAtQueueCount(Report* report)
 {
-    long most = 0;
-    std::ifstream("/proc/sys/kernel/msgmni") >> most;
+    const auto most = Limit("msgmni");
     std::ifstream list("/proc/sysvipc/msg");
     long used = -1;  // the heading
     for (std::string line; std::getline(list, line);) ++used;
-    report->Judge(used < most * 9 / 10, "limits",
-                  "kernel.msgmni is " + std::to_string(most) + ", " + std::to_string(std::max(0L, used)) + " in use",
-                  "raise it, or end what leaves queues behind (ipcs -q)");
+    const std::string what = "kernel.msgmni is " + (most ? std::to_string(*most) : "unknown") + ", " +
+                             (used >= 0 ? std::to_string(used) : "an unknown number") + " in use";
+    if (!most || used < 0) return report->Say(kNote, "limits", what);
+    report->Judge(used < *most * 9 / 10, "limits", what, "raise it, or end what leaves queues behind (ipcs -q)");
 }
 
 void LookAtQueue(uint32_t module, const char* whose, Report* report)
@@ -155,12 +166,41 @@ void LookAtState(Report* report)
                     RefusedFile() + " has old values that could not be set back: set what is needed and remove it");
 }
 
+// Without a command, a uci tells its use and changes nothing. Ours begins with its name.
+bool UciIsOurs()
+{
+    char line[64] = "";
+    FILE* output = popen("uci 2>&1", "re");
+    if (output == nullptr) return false;
+    const bool told = fgets(line, sizeof line, output) != nullptr;
+    pclose(output);
+    return told && std::string_view(line).starts_with("uci: ");
+}
+
+// The columns whose names are no names of options for a router's uci.
+std::string DottedColumns()
+{
+    std::set<std::string_view> names;
+    for (const TableEntry& table : Tables())
+        for (const ColumnDef& column : table.layout.columns)
+            if (std::string_view(column.name).find('.') != std::string_view::npos) names.insert(column.name);
+    std::string text;
+    for (const std::string_view name : names) text.append(text.empty() ? "" : ", ").append(name);
+    return text;
+}
+
 void LookAtUci(Report* report)
 {
     const char* path = getenv("PATH");
     std::istringstream folders(path != nullptr ? path : "");
     for (std::string folder; std::getline(folders, folder, ':');)
-        if (access((folder + "/uci").c_str(), X_OK) == 0) return report->Say(kOk, "uci", folder + "/uci");
+    {
+        if (access((folder + "/uci").c_str(), X_OK) != 0) continue;
+        report->Say(kOk, "uci", folder + "/uci");
+        if (UciIsOurs()) return;
+        return report->Say(kNote, "uci",
+                           "keeps no value of a section that tr069_cellular lacks, and never " + DottedColumns());
+    }
     report->Say(kNote, "uci", "not on the PATH, kobd uses its own");
 }
 

@@ -43,7 +43,7 @@ TEST_F(KobctlTerminal, EveryHelpFitsAScreen)
 {
     std::vector<std::string> commands = {""};
     for (const char* one : {"get", "set", "check", "confirm", "commit", "table", "list", "describe", "show", "export",
-                            "import", "batch", "watch", "event", "journal", "nvram", "config", "doctor"})
+                            "import", "batch", "watch", "event", "journal", "nvram", "config", "doctor", "wait"})
         commands.emplace_back(one);
     const std::string overview = RunLine("help").output;
     for (const std::string& command : commands)
@@ -167,6 +167,22 @@ TEST_F(KobctlTerminal, TheDoctorSaysWhatIsWrong)
     EXPECT_TRUE(
         gone.output.starts_with("[{\"finding\":\"WRONG\",\"subject\":\"daemon\",\"text\":\"kobd is not running"))
         << gone.output;
+}
+
+TEST_F(KobctlTerminal, TheDoctorSaysWhatASmallKernelHidesAndAStockUciLoses)
+{
+    ASSERT_EQ(system("mount -t tmpfs none /proc/sysvipc && mkdir /tmp/kob-stock && cd /tmp/kob-stock &&"
+                     " printf '#!/bin/sh\necho \"Usage: uci [<options>]\" >&2\n' >uci && chmod 755 uci"),
+              0);
+    const std::string path = getenv("PATH");
+    setenv("PATH", ("/tmp/kob-stock:" + path).c_str(), 1);
+    const std::string told = RunLine("doctor").output;
+    setenv("PATH", path.c_str(), 1);
+    EXPECT_EQ(system("umount /proc/sysvipc"), 0);
+    EXPECT_NE(told.find(", an unknown number in use\n"), std::string::npos) << told;
+    EXPECT_NE(told.find("note  uci      keeps no value of a section that tr069_cellular lacks, and never X_"),
+              std::string::npos)
+        << told;
 }
 }  // namespace
 }  // namespace kobd::test
