@@ -2,18 +2,29 @@
 // so that a test or a person sees that the daemon called them and in which order.
 #include "host/bus/bus.h"
 #include "host/commit.h"
+#include "host/service_manager.h"
 #include "host/state/state_store.h"
 #include "host/uci_path.h"
 #include "platform/kob_platform.h"
 
 using namespace kobd::host;
 
+namespace
+{
+// From here on a request is answered.
+void LoadAndSayReady()
+{
+    LoadState();
+    TellServiceManager("READY=1");
+}
+}  // namespace
+
 void LogModuleUpdate() { Journal("LogModuleUpdate"); }
 
 void checkFirstBootFlag()
 {
     Journal("checkFirstBootFlag");
-    BusBeforeServing(LoadState);  // not yet: another daemon may be writing the state
+    BusBeforeServing(LoadAndSayReady);  // not yet: another daemon may be writing the state
 }
 
 void checkUpgradeFlag()
@@ -25,10 +36,15 @@ void checkUpgradeFlag()
 void kobd_lib_init()
 {
     Journal("kobd_lib_init");
-    if (!BusIsUsed()) LoadState();  // a bus library of the router's does not know of BusBeforeServing
+    if (!BusIsUsed()) LoadAndSayReady();  // a bus library of the router's does not know of BusBeforeServing
 }
 
 void initUssdEventSvr() { Journal("initUssdEventSvr"); }
 void updateArplistTimerInit() { Journal("updateArplistTimerInit"); }
 void pemixAlg_init() { Journal("pemixAlg_init"); }
-void kobd_lib_exit() { Journal("kobd_lib_exit"); }
+
+void kobd_lib_exit()
+{
+    TellServiceManager("STOPPING=1");
+    Journal("kobd_lib_exit");
+}
