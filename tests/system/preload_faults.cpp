@@ -15,6 +15,10 @@
 #include <cstdio>
 #include <cstring>
 
+#ifndef __THROW  // what glibc says in C++ of functions that throw nothing, and musl does not
+#define __THROW
+#endif
+
 using kobd::test::Call;
 using kobd::test::Fault;
 
@@ -120,20 +124,20 @@ extern "C"
 
     int fsync(int file) { return Fails(StrikeFile(Call::kFsync, file)) ? -1 : REAL(fsync)(file); }
 
-    int rename(const char* from, const char* to) noexcept
+    int rename(const char* from, const char* to) __THROW
     {
         return Fails(Strike(Call::kRename, from)) ? -1 : REAL(rename)(from, to);
     }
 
-    pid_t fork() noexcept { return Fails(Strike(Call::kFork, "")) ? -1 : REAL(fork)(); }
+    pid_t fork() __THROW { return Fails(Strike(Call::kFork, "")) ? -1 : REAL(fork)(); }
 
-    int msgctl(int queue, int command, msqid_ds* status) noexcept
+    int msgctl(int queue, int command, msqid_ds* status) __THROW
     {
         const bool fails = command == IPC_SET && Fails(Strike(Call::kSetQueue, ""));
         return fails ? -1 : REAL(msgctl)(queue, command, status);
     }
 
-    FILE* fdopen(int file, const char* mode) noexcept
+    FILE* fdopen(int file, const char* mode) __THROW
     {
         if (*mode != 'w') return REAL(fdopen)(file, mode);
         return fopencookie(reinterpret_cast<void*>(static_cast<intptr_t>(file)), mode,
