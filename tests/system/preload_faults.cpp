@@ -93,6 +93,9 @@ ssize_t StreamWrite(void* cookie, const char* bytes, size_t size)
         if (written <= 0) break;
         done += static_cast<size_t>(written);
     }
+#ifndef __GLIBC__  // where an error is no short write
+    if (done < size) return -1;
+#endif
     return static_cast<ssize_t>(done);
 }
 
