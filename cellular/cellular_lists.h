@@ -26,8 +26,8 @@ extern "C"
     CELLULAR_LIST(cellularaccesspointList)
 #undef CELLULAR_LIST
 
-    // Read and write the configuration store; 0 whatever it answers. `value` of a get has the room
-    // of an object get, 2048 bytes.
+    // Read and write the configuration store. They return 0 even when the store fails. The `value` of a get
+    // has room for 2048 bytes, as in an object get.
     int cellularRoamingEnableGet(char* value);
     int cellularRoamingEnableSet(const char* value);
     int cellularRoamingStatusGet(char* value);

@@ -1,5 +1,5 @@
-// The shell commands of one request. Each may take ten seconds, all together sixty: a uci that hangs must
-// not stop the daemon. What goes wrong is logged once in a request.
+// Runs the shell commands of one request. Each may take ten seconds, all together sixty: a uci that hangs
+// must not stop the daemon. Only the first failure of a request is logged.
 #pragma once
 
 #include <cstddef>
@@ -14,12 +14,12 @@ enum class Part
     kFirstLine,  // without its line end
 };
 
-// Runs a command for what it prints, at most `size` bytes with the zero byte. False when it could not be
-// run or did not end in time: what it printed is then no answer.
+// Runs a command and keeps what it prints, at most `size` bytes with the zero byte. False when the command
+// could not be run or did not end in time: what it printed is then no answer.
 //   function, name: for the log line
 [[nodiscard]] bool ReadCommand(const char* function, const char* name, const ShellCommand& command, Part part,
                                char* output, size_t size);
 
-// Runs a command that prints nothing. What it could not do is logged and has no other effect.
+// Runs a command that prints nothing. A failure is logged and has no other effect.
 void RunCommand(const char* function, const char* name, const ShellCommand& command);
 }  // namespace kobd

@@ -1,5 +1,5 @@
-// What tells the four families of cellular lists apart: words, row size, fields and the place of
-// the index. Everything else about them is the same.
+// The four families of cellular lists. They differ in their words, row size and fields, and in the
+// configuration that holds the index. Everything else about them is the same.
 //
 // A row, unaligned bytes:
 //
@@ -25,11 +25,11 @@ struct CellularField
 struct CellularFamily
 {
     const char* word;       // section type, and value of the option "name"
-    const char* load_name;  // the functions in log lines
+    const char* load_name;  // names of the two functions in log lines
     const char* save_name;
     uint32_t row_size;  // bytes
-    // Configuration that a save writes the index to. Loads read it from tr069_interface, so the
-    // interface family's indexes are numbered anew by every load, in the order of the listing.
+    // The configuration to which a save writes the index. A load reads the index from tr069_interface, so
+    // that it numbers the interface family anew, in the order of the listing.
     const char* index_config;
     std::span<const CellularField> fields;  // in the order in which they are loaded and saved
 };

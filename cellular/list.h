@@ -1,6 +1,5 @@
-// A cellular list in memory: entries in a ring whose head is the list, each a heap block of links
-// and row. The list owns its entries. Nothing here is locked: all calls come from the thread that
-// handles requests.
+// A cellular list in memory: a ring of entries, each a heap block that holds its links and its row. The
+// list owns its entries. Nothing here is locked: all calls come from the thread that handles requests.
 #pragma once
 
 #include <cstdint>
@@ -28,13 +27,13 @@ struct CellularList
     CellularEntry head = {&head, &head};  // links alone; both point here when the list is empty
     int32_t count = 0;
     int32_t highest = 0;  // largest index in use, 0 for an empty list
-    bool loaded = false;  // set by the first load that read all it asked for
-    // Request in which a load failed: it is not tried again before the next one, or a row that could not be
-    // read would be written back as zeros.
+    bool loaded = false;  // set by the first load that succeeded
+    // The request in which a load failed. The load is tried again in the next request only: within the same
+    // one, a row that could not be read would be written back as zeros.
     std::optional<uint32_t> failed = std::nullopt;
 };
 
-// A zero-filled entry that no list has yet; nullptr without memory. ReleaseEntry gives it back.
+// Makes an entry of zeros that is in no list yet; nullptr without memory. ReleaseEntry frees it.
 CellularEntry* NewEntry(const CellularFamily& family);
 void ReleaseEntry(CellularEntry* entry);
 
@@ -44,22 +43,22 @@ void UnlinkEntry(CellularList& list, CellularEntry* entry);
 // The first entry with that index; nullptr without one.
 CellularEntry* FindEntry(CellularList& list, int32_t index);
 
-// The entry behind `entry` (the head for the first one); nullptr at the end.
+// Returns the entry after `entry`, the first one after the head; nullptr at the end.
 CellularEntry* EntryAfter(CellularList& list, CellularEntry* entry);
 
 int32_t RowIndexOf(const char* row);
 void SetRowIndex(char* row, int32_t index);
 
-// The text in a field or section name slot. A row from outside may fill it without a zero byte;
-// its last byte then does not count.
+// Returns the text in the place of a field or section name. A row from outside may fill the place without
+// a zero byte; its last byte is then left out.
 std::string_view TextAt(const char* slot);
 
-// Puts `text` into a slot, at most 255 characters, and fills the rest with zero bytes.
+// Puts at most 255 characters of `text` into such a place and fills the rest with zero bytes.
 void SetTextAt(char* slot, std::string_view text);
 }  // namespace kobd
 
 extern "C"
 {
-    // Releases every entry; count and highest index become 0, the loaded flag stays.
+    // Frees every entry. Count and highest index become 0; the loaded flag stays as it is.
     void cellularListFree(kobd::CellularList* list);
 }

@@ -8,21 +8,21 @@
 
 namespace kobd
 {
-// Tells the index that a new row would take. Nothing is reserved: the row comes into being with the
-// set of that index. 0; 15 the list is full.
+// Tells the index that a new row would get. Nothing is reserved: the set of that index makes the row.
+// Returns 0; 15 when the list is full.
 int CellularAdd(CellularList& list, int32_t* index);
 
-// Removes the entry and its section, and loads the list again. 0; 13 no such entry.
+// Removes the entry and its section, and loads the list again. Returns 0; 13 when there is no such entry.
 int CellularDel(CellularList& list, int32_t index);
 
-// Copies the entry's row. 0; 13 no such entry.
+// Copies the entry's row. Returns 0; 13 when there is no such entry.
 int CellularGet(CellularList& list, int32_t index, void* row);
 
 // Replaces the entry's row, or makes an entry when `index` is above every index in use, and writes
-// it to the configuration. 0; 13 a negative index, one that is neither in use nor above, or a list
-// that is full; 7 no memory, and nothing has changed.
+// it to the configuration. Returns 0; 13 for a negative index, for one that is neither in use nor above, and
+// when the list is full; 7 without memory, and nothing has changed.
 int CellularSet(CellularList& list, int32_t index, const void* row);
 
-// Copies the row after the one with index `previous`, the first one for -1. 0; 13 none.
+// Copies the row after the one with index `previous`, the first one for -1. Returns 0; 13 when there is none.
 int CellularNext(CellularList& list, int32_t previous, void* row);
 }  // namespace kobd

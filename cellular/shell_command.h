@@ -1,6 +1,6 @@
 // The text of one shell command, put together from fixed pieces and texts from outside. A text from
-// outside always stands between quotes and is written so that the shell hands it on unchanged and
-// runs nothing of it.
+// outside always stands between quotes, escaped so that the shell passes it on unchanged and runs no part
+// of it.
 #pragma once
 
 #include <cstddef>
@@ -18,10 +18,10 @@ public:
     // A fixed piece, or a name that IsSectionName accepts.
     ShellCommand& Add(std::string_view piece);
 
-    // A text between single quotes that the pieces around it bring along: ' becomes '\''.
+    // A text between single quotes, which the pieces before and after it contain: ' becomes '\''.
     ShellCommand& AddSingleQuoted(std::string_view text);
 
-    // A text between double quotes: \ " $ ` get a backslash.
+    // A text between double quotes, as above: \ " $ ` get a backslash.
     ShellCommand& AddDoubleQuoted(std::string_view text);
 
     // The command, or nullptr when it is longer than the buffer: a cut command is never run.
@@ -33,6 +33,6 @@ private:
     bool whole_ = true;
 };
 
-// Whether a name may stand in a command as it is: letters and digits, at least one.
+// Whether a name may stand in a command without quotes: it has letters and digits only, at least one.
 bool IsSectionName(std::string_view name);
 }  // namespace kobd

@@ -42,8 +42,8 @@ _kobctl_table() {
 
 _kobctl() {
     if [ "$COMP_CWORD" = 1 ]; then
-        _kobctl_complete "get set check confirm commit history undo reset table list describe show export import batch watch \
-            event journal nvram config doctor help"
+        _kobctl_complete "get set check confirm commit history undo reset table list describe show export import \
+            batch watch event journal nvram config doctor wait help"
         return
     fi
     if [[ ${COMP_WORDS[COMP_CWORD]} == -* ]]; then
@@ -66,8 +66,8 @@ _kobctl() {
         watch) _kobctl_complete "$(kobctl complete-names; kobctl complete-names tables)" ;;
         export | import | batch) mapfile -t COMPREPLY < <(compgen -f -- "${COMP_WORDS[COMP_CWORD]}") ;;
         help)
-            _kobctl_complete "get set check confirm commit history undo reset table list describe show export import batch watch \
-                event journal nvram config doctor"
+            _kobctl_complete "get set check confirm commit history undo reset table list describe show export import \
+                batch watch event journal nvram config doctor wait"
             ;;
         nvram | config) [ "$COMP_CWORD" = 2 ] && _kobctl_complete "get set" ;;
         table) _kobctl_table ;;

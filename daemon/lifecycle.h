@@ -19,7 +19,7 @@ void RaiseMessageLimits();
 // the daemon's gets the number of a standard stream.
 void OpenStandardStreams();
 
-// Builds the name index, empties the tables' pending lists, registers the handler table and joins the
+// Builds the name index, registers the handler table and joins the
 // bus. Handlers may run before it returns. Always 0; a bus that cannot be joined is logged.
 int DictionaryInit(const MsgHandler* handlers);
 

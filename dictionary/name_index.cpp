@@ -2,28 +2,37 @@
 #include "dictionary/name_index.h"
 
 #include <array>
+#include <bit>
 #include <cstring>
 
 namespace kobd
 {
 namespace
 {
-constexpr size_t kIndexSlots = 4096;  // power of two, over twice the 1591 names
 constexpr uint16_t kEmpty = 0;
 
-// The length of the name stands beside the number, so that a lookup measures no record's name and
-// compares characters only with names of the same length.
 struct Slot
 {
+    uint32_t hash = 0;         // of the record's name
+    uint16_t length = 0;       // characters of the name
     uint16_t number = kEmpty;  // the record's number + 1, objects first
-    uint16_t length = 0;       // characters of its name
 };
 
-std::array<Slot, kIndexSlots> name_index;
+std::array<Slot, kNameSlots> name_index;
+constexpr int kSlotShift = 32 - std::countr_zero(kNameSlots);  // the high bits of a hash choose its slot
 
-const char* NameOf(size_t number)
+// Chosen so that no two names of the dictionary have the same hash: a lookup compares with one name at most.
+uint64_t seed = 0;
+
+NamedRecord RecordOf(size_t number)
 {
-    return number < kObjects.size() ? kObjects[number].name : kTables[number - kObjects.size()].name;
+    if (number < kObjects.size()) return {.object = &kObjects[number]};
+    return {.table = &kTables[number - kObjects.size()]};
+}
+
+const char* NameOf(const NamedRecord& record)
+{
+    return record.object != nullptr ? record.object->name : record.table->name;
 }
 
 // Names are read eight characters at a time, because a request looks up many of them. The last
@@ -37,66 +46,75 @@ uint64_t Word(const char* text)
     return word;
 }
 
-constexpr uint64_t Mix(uint64_t hash, uint64_t word)
+// Takes every character, so that names with a common beginning spread.
+uint32_t NameHash(std::string_view name)
 {
     constexpr uint64_t kMultiplier = 0x9E3779B97F4A7C15u;  // odd, near 2^64 divided by the golden ratio
-    hash = (hash ^ word) * kMultiplier;
-    return hash ^ (hash >> 32);  // brings the high bits down to where slots are chosen
+    uint64_t hash = seed + name.size();
+    const auto mix = [&hash](uint64_t word) { hash = (hash ^ word) * kMultiplier; };
+    if (name.size() < kStep)
+        for (const char letter : name) mix(static_cast<unsigned char>(letter));
+    else
+    {
+        const char* last = name.data() + name.size() - kStep;
+        for (const char* at = name.data(); at < last; at += kStep) mix(Word(at));
+        mix(Word(last));
+    }
+    return static_cast<uint32_t>(hash >> 32);  // every character has a part in the high bits
 }
 
-// Takes every character, so that names with a common beginning spread.
-uint64_t NameHash(std::string_view name)
+// Whether `name`, which has as many characters, is the record's.
+bool IsName(const char* record, std::string_view name)
 {
-    uint64_t hash = name.size();
+    size_t at = 0;
     if (name.size() < kStep)
     {
-        for (const char letter : name) hash = Mix(hash, static_cast<unsigned char>(letter));
-        return hash;
+        while (at < name.size() && record[at] == name[at]) ++at;
+        return at == name.size();
     }
     const size_t last = name.size() - kStep;
-    for (size_t at = 0; at < last; at += kStep) hash = Mix(hash, Word(&name[at]));
-    return Mix(hash, Word(&name[last]));
+    while (at < last && Word(record + at) == Word(&name[at])) at += kStep;
+    return at >= last && Word(record + last) == Word(&name[last]);
 }
 
-// The slot that holds `name`, or the empty slot where it belongs.
-Slot& FindSlot(std::string_view name)
+// The slot of that hash, or the empty slot where it belongs.
+Slot& SlotOf(uint32_t hash)
 {
-    size_t at = NameHash(name) % kIndexSlots;
-    const auto is_other = [name](const Slot& slot)
-    { return slot.length != name.size() || memcmp(name.data(), NameOf(slot.number - 1u), name.size()) != 0; };
-    while (name_index[at].number != kEmpty && is_other(name_index[at])) at = (at + 1) % kIndexSlots;
+    size_t at = hash >> kSlotShift;
+    while (name_index[at].hash != hash && name_index[at].number != kEmpty) at = (at + 1) % kNameSlots;
     return name_index[at];
 }
 
-void Enter(size_t number)
+// False when another name has the same hash.
+bool Enter(size_t number)
 {
-    const std::string_view name = NameOf(number);
-    Slot& slot = FindSlot(name);
-    if (slot.number == kEmpty)  // the record entered first keeps the name
-        slot = {static_cast<uint16_t>(number + 1), static_cast<uint16_t>(name.size())};
+    const std::string_view name = NameOf(RecordOf(number));
+    const uint32_t hash = NameHash(name);
+    Slot& slot = SlotOf(hash);
+    if (slot.number != kEmpty) return NameOf(RecordOf(slot.number - 1u)) == name;  // the earlier record keeps it
+    slot = {hash, static_cast<uint16_t>(name.size()), static_cast<uint16_t>(number + 1)};
+    return true;
 }
 }  // namespace
 
 void NameIndexBuild()
 {
     name_index.fill({});
-    for (size_t number = 0; number < kObjects.size(); ++number) Enter(number);
-    for (size_t number = 0; number < kTables.size(); ++number)
-    {
-        PendingRowLinks* head = kTables[number].pending;
-        head->next = head->previous = head;
-        Enter(kObjects.size() + number);
-    }
+    for (size_t number = 0; number < kObjects.size() + kTables.size(); ++number)
+        if (!Enter(number))
+        {
+            ++seed;
+            return NameIndexBuild();
+        }
 }
 
 void NameIndexClear() { name_index.fill({}); }
 
 NamedRecord NameLookup(std::string_view name)
 {
-    const uint16_t entry = FindSlot(name).number;
-    if (entry == kEmpty) return {};
-    const size_t number = entry - 1u;
-    if (number < kObjects.size()) return {.object = &kObjects[number]};
-    return {.table = &kTables[number - kObjects.size()]};
+    const Slot& slot = SlotOf(NameHash(name));
+    if (slot.number == kEmpty || slot.length != name.size()) return {};
+    const NamedRecord record = RecordOf(slot.number - 1u);
+    return IsName(NameOf(record), name) ? record : NamedRecord{};
 }
 }  // namespace kobd

@@ -7,19 +7,20 @@
 
 namespace kobd
 {
-// A record found by name: one of the two is set, or none.
+// A record found by name: at most one of the two is set.
 struct NamedRecord
 {
     const ObjDef* object = nullptr;
     const TableDef* table = nullptr;
 };
 
-// Builds the index and empties the tables' pending lists.
+// Builds the index.
 void NameIndexBuild();
 
 // Empties the index: from now on every name is unknown.
 void NameIndexClear();
 
-// Exact match; nothing found for unknown names and outside the dictionary's life.
+// Finds the record of exactly this name, the earlier one when two records have it. Finds nothing before
+// NameIndexBuild and after NameIndexClear.
 NamedRecord NameLookup(std::string_view name);
 }  // namespace kobd

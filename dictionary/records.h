@@ -1,6 +1,5 @@
-// The record forms of the dictionary. Records are constants of the build; the two fields that
-// change while the daemon runs, an object's staged value and a table's list of pending rows, are
-// cells beside the records, which the records point to.
+// The record forms of the dictionary. Records are constants of the build. They point to the two things
+// that change while the daemon runs: an object's staged value and a table's pending rows.
 #pragma once
 
 #include <cstddef>
@@ -24,11 +23,11 @@ using ObjectGet = int (*)(char* value);
 using ObjectSet = int (*)(const char* value);
 using ObjectValidator = int (*)(const char* value);
 
-// The value given for an object in the set request in hand: heap text owned here, linked into the
-// list of staged objects so that releasing them costs what was staged.
+// The value that the current set request gives for an object. Staged values form a list, so that
+// releasing them does not walk over all objects.
 struct StagedValue
 {
-    char* text = nullptr;
+    char* text = nullptr;  // heap, owned here; nullptr: none
     StagedValue* next = nullptr;
 };
 
@@ -50,27 +49,37 @@ struct ObjDef
     CheckDescriptor check;
 };
 
-// Judges a whole row before it is stored; may tidy it up, for what it leaves is what is stored.
+// Judges a whole row before it is stored. It may tidy the row up: the row is stored as the check leaves it.
 using RowValidator = int (*)(void* row);
 
-// The list behind a table. Row indexes are 32-bit; every function returns 0 or a result code, and
-// row blocks belong to the caller. nullptr: the list cannot do that.
+// The operations of the list behind a table; nullptr for one that the list does not have. Each returns
+// 0 or a result code. Row blocks belong to the caller.
 struct TableOps
 {
-    int (*add)(int32_t* index) = nullptr;                               // makes room, tells the new row's index
+    int (*add)(int32_t* index) = nullptr;                               // tells the index of a new row
     int (*del)(int32_t index) = nullptr;                                // removes the row
     int (*get)(int32_t index, void* row) = nullptr;                     // fills a block of the row size
     int (*set)(int32_t index, const void* row) = nullptr;               // stores the whole row
-    int (*setPPath)(int32_t index, const char* parent_path) = nullptr;  // its result is not looked at
+    int (*setPPath)(int32_t index, const char* parent_path) = nullptr;  // the result is ignored
     int (*next)(int32_t previous, void* row) = nullptr;                 // the row after `previous`, -1 for the first
     RowValidator validate = nullptr;
 };
 
-// Head of a circular list of pending rows; both links point at the head itself when it is empty.
-struct PendingRowLinks
+struct TableDef;
+
+// A row that the current table set request changes (tables/pending_rows.h).
+struct PendingRow
 {
-    PendingRowLinks* next = nullptr;
-    PendingRowLinks* previous = nullptr;
+    const TableDef* table = nullptr;  // nullptr: the place is free
+    char* row = nullptr;              // table->row_size bytes of the heap, owned here
+    PendingRow* next = nullptr;       // of the same table
+};
+
+// The pending rows of one table, in the order in which the request first named them.
+struct PendingRows
+{
+    PendingRow* first = nullptr;
+    PendingRow* last = nullptr;
 };
 
 struct TableDef
@@ -81,7 +90,7 @@ struct TableDef
     const ColumnDef* columns;  // first of column_count; tables of one layout share them
     uint32_t column_count;
     uint32_t row_size;  // bytes
-    PendingRowLinks* pending;
+    PendingRows* pending;
     uint32_t max_rows;
 };
 
@@ -92,12 +101,17 @@ inline constexpr uint32_t kRowMax = 6408;
 // most). Texts held outside a row (Content of SmsTable) come on top.
 inline constexpr size_t kRowItemsMax = 6638;
 
-// Rows that all tables of the catalogue may hold together.
-inline constexpr size_t kRowsMax = 5439;
-
-// Bytes of these rows, and of the items that they can become; texts held outside a row come on top.
+// The rows that all tables of the catalogue may hold together: their number, their bytes, and the bytes
+// of their items. Texts held outside a row come on top.
+extern const size_t kRowsMax;
 extern const size_t kRowsBytes;
 extern const size_t kRowsItemsBytes;
+
+// Places for kRowsMax pending rows and a third as many more, so that a row's place is found by its hash.
+extern const std::span<PendingRow> kPendingRows;
+
+// Places of the name index: a power of two, at least twice as many as the catalogue has names.
+inline constexpr size_t kNameSlots = 4096;
 
 // The catalogue, in its fixed order.
 extern const std::span<const ObjDef> kObjects;

@@ -4,13 +4,14 @@
 #include <arpa/inet.h>
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
 #include <charconv>
-#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
+#include "dictionary/integer.h"
 #include "platform/text.h"
 
 namespace kobd
@@ -20,18 +21,13 @@ namespace
 constexpr int kAccepted = 0;
 constexpr int kTooLong = 2;  // "Invalid argument"
 
-template <typename Number>
-Number Load(const char* field)
-{
-    Number number;
-    memcpy(&number, field, sizeof number);
-    return number;
-}
+static_assert(std::endian::native == std::endian::little, "the low bytes of a number are its first ones");
 
-template <typename Number>
-void Store(char* field, Number number)
+uint64_t LoadNumber(const char* field, uint32_t width)
 {
-    memcpy(field, &number, sizeof number);
+    uint64_t number = 0;
+    memcpy(&number, field, width);
+    return number;
 }
 
 template <typename Number>
@@ -58,7 +54,7 @@ std::string_view UpperText(const char* field, size_t length, std::span<char> buf
 // The row holds a 32-bit address on every build; the list that filled it keeps the text there.
 std::string_view PointedText(const char* field)
 {
-    const auto* text = reinterpret_cast<const char*>(static_cast<uintptr_t>(Load<uint32_t>(field)));
+    const auto* text = reinterpret_cast<const char*>(static_cast<uintptr_t>(LoadNumber(field, sizeof(uint32_t))));
     return text == nullptr ? std::string_view() : text;
 }
 
@@ -76,29 +72,27 @@ std::string_view Ipv4Text(const char* field, std::span<char> buffer)
     return inet_ntop(AF_INET, field, buffer.data(), static_cast<socklen_t>(buffer.size()));
 }
 
-// As atoi where long has 32 bits.
-int32_t ReadSigned(const char* text)
+// As strtoul where long has 32 bits, a minus sign negates within 32 bits; 64-bit numbers as strtoull.
+uint64_t ReadUnsigned(const char* text, const FieldForm& form)
 {
-    return static_cast<int32_t>(std::clamp<long long>(strtoll(text, nullptr, 10), INT32_MIN, INT32_MAX));
-}
-
-// As strtoul with base 10 where long has 32 bits: a minus sign negates within 32 bits.
-uint32_t ReadUnsigned(const char* text)
-{
-    const bool negative = text[strspn(text, " \t\n\v\f\r")] == '-';
     errno = 0;
-    const unsigned long long number = strtoull(text, nullptr, 10);
+    const unsigned long long number = strtoull(text, nullptr, form.Base());
+    if (form.width == sizeof number) return number;
+    const bool negative = text[strspn(text, " \t\n\v\f\r")] == '-';
     const unsigned long long magnitude = negative ? 0 - number : number;
-    return errno == ERANGE || magnitude > UINT32_MAX ? UINT32_MAX : static_cast<uint32_t>(number);
+    return errno == ERANGE || magnitude > UINT32_MAX ? UINT32_MAX : number;
 }
 
-int StoreText(char* field, const ColumnDef& column, const char* text)
+// Stores the low bytes of the number.
+void StoreNumber(char* field, uint64_t number, uint32_t width) { memcpy(field, &number, width); }
+
+int StoreText(char* field, const FieldForm& form, const char* text)
 {
     const size_t length = strlen(text);
-    if (length >= column.length) return kTooLong;
+    if (length > form.upper) return kTooLong;
     memcpy(field, text, length + 1);
     // A library may leave its text as it is and return the upper-case text in another place.
-    if (column.type == VT_STRING_UPPER) memmove(field, StringUpper(field), length + 1);
+    if (form.kind == FieldKind::kUpperText) memmove(field, StringUpper(field), length + 1);
     return kAccepted;
 }
 }  // namespace
@@ -106,60 +100,44 @@ int StoreText(char* field, const ColumnDef& column, const char* text)
 std::string_view FieldText(const void* row, const ColumnDef& column, std::span<char> buffer)
 {
     const char* field = static_cast<const char*>(row) + column.offset;
-    switch (column.type)
+    const FieldForm form = FormOf(column);
+    switch (form.kind)
     {
-        case VT_INT32:
-        case VT_BOOL:
-        case VT_ENUM: return NumberText(Load<int32_t>(field), buffer);
-        case VT_INT16: return NumberText(Load<int16_t>(field), buffer);
-        case VT_INT8:  // shown unsigned
-        case VT_UINT8: return NumberText(Load<uint8_t>(field), buffer);
-        case VT_UINT64: return NumberText(Load<uint64_t>(field), buffer);
-        case VT_UINT32: return NumberText(Load<uint32_t>(field), buffer);
-        case VT_UINT16: return NumberText(Load<uint16_t>(field), buffer);
-        case VT_STRING:
-        case VT_STRING_2:
-        case VT_STRING_3:
-        case VT_STRING_4: return StoredText(field, column.length);
-        case VT_STRING_PTR: return PointedText(field);
-        case VT_STRING_UPPER: return UpperText(field, column.length, buffer);
-        case VT_IPV4:
-        case VT_IPV4_2: return Ipv4Text(field, buffer);
-        case VT_MAC: return MacText(field, buffer);
-        default: return {};
+        case FieldKind::kSigned:
+        {
+            const auto number = static_cast<int32_t>(LoadNumber(field, form.width));
+            return NumberText(form.width == 2 ? static_cast<int16_t>(number) : number, buffer);
+        }
+        case FieldKind::kUnsigned: return NumberText(LoadNumber(field, form.width), buffer);
+        case FieldKind::kText: return StoredText(field, form.width);
+        case FieldKind::kUpperText: return UpperText(field, form.width, buffer);
+        case FieldKind::kPointer: return PointedText(field);
+        case FieldKind::kIpv4: return Ipv4Text(field, buffer);
+        case FieldKind::kMac: return MacText(field, buffer);
+        case FieldKind::kNone: break;
     }
+    return {};
 }
 
 int32_t RowIndex(const void* row)
 {
-    int32_t index;
-    memcpy(&index, row, sizeof index);
-    return index;
+    return static_cast<int32_t>(LoadNumber(static_cast<const char*>(row), kRowIndexBytes));
 }
 
 int TableFieldFromString(void* row, const ColumnDef& column, const char* text)
 {
     char* field = static_cast<char*>(row) + column.offset;
-    switch (column.type)
+    const FieldForm form = FormOf(column);
+    switch (form.kind)
     {
-        case VT_INT32:
-        case VT_BOOL:
-        case VT_ENUM: Store(field, ReadSigned(text)); break;
-        case VT_INT16: Store(field, static_cast<int16_t>(ReadSigned(text))); break;
-        case VT_INT8: Store(field, static_cast<int8_t>(ReadSigned(text))); break;
-        case VT_UINT64: Store(field, static_cast<uint64_t>(strtoull(text, nullptr, 0))); break;
-        case VT_UINT32: Store(field, ReadUnsigned(text)); break;
-        case VT_UINT16: Store(field, static_cast<uint16_t>(ReadUnsigned(text))); break;
-        case VT_UINT8: Store(field, static_cast<uint8_t>(ReadUnsigned(text))); break;
-        case VT_STRING:
-        case VT_STRING_2:
-        case VT_STRING_3:
-        case VT_STRING_4:
-        case VT_STRING_UPPER: return StoreText(field, column, text);
-        case VT_IPV4:
-        case VT_IPV4_2: Store(field, static_cast<uint32_t>(inet_addr(text))); break;
-        case VT_MAC: macStrToBin(text, reinterpret_cast<unsigned char*>(field)); break;
-        default: break;  // pointers and types without a field keep what is there
+        case FieldKind::kSigned: StoreNumber(field, static_cast<uint32_t>(ReadInteger(text)), form.width); break;
+        case FieldKind::kUnsigned: StoreNumber(field, ReadUnsigned(text, form), form.width); break;
+        case FieldKind::kText:
+        case FieldKind::kUpperText: return StoreText(field, form, text);
+        case FieldKind::kIpv4: StoreNumber(field, inet_addr(text), form.width); break;
+        case FieldKind::kMac: macStrToBin(text, reinterpret_cast<unsigned char*>(field)); break;
+        case FieldKind::kPointer:
+        case FieldKind::kNone: break;  // what is there stays
     }
     return kAccepted;
 }

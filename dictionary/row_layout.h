@@ -1,7 +1,7 @@
-// How a row of a table lies in memory: columns with their places, and what must hold for them.
+// How a row of a table lies in memory: its columns, their places, and the conditions that they meet.
 //
-// Bytes 0 to 3 of a row are its index, by which the list operations know it; columns lie behind.
-// A row may be longer than its columns: those bytes are the list's own. Rows have no alignment.
+// Bytes 0 to 3 of a row hold its index, by which the list operations know it. The columns follow. A row
+// may be longer than its columns; the bytes after them belong to the list. Rows have no alignment.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +19,7 @@ struct ColumnDef
     uint32_t offset;  // bytes from the start of the row, never 0
     ValueType type;
     uint32_t length;                 // bytes of a text field with its zero byte
-    const char* alias_of = nullptr;  // the column of which this one is another name
+    const char* alias_of = nullptr;  // the column that this one is another name of
 };
 
 struct RowLayout
@@ -31,36 +31,61 @@ struct RowLayout
 inline constexpr uint32_t kRowIndexBytes = 4;
 inline constexpr uint32_t kMacBytes = 6;
 
-// Bytes that a field takes in its row: the type decides, the length counts for texts alone. 0 for
-// types that have no field.
-constexpr uint32_t FieldWidth(const ColumnDef& column)
+enum class FieldKind
 {
+    kNone,  // the type has no field
+    kSigned,
+    kUnsigned,
+    kText,
+    kUpperText,  // kept and shown in upper case
+    kPointer,    // to a text that the list keeps: a 32-bit address on every build
+    kIpv4,       // in network byte order
+    kMac,
+};
+
+// How a column is kept in its row, and what its text may be. The length of a column matters for texts only.
+struct FieldForm
+{
+    FieldKind kind = FieldKind::kNone;
+    uint32_t width = 0;  // bytes in the row
+    int64_t lower = 0;   // of a number, or of the bytes of a text; both bounds are inclusive
+    uint64_t upper = 0;
+
+    // In which a number is read; 0: decimal, hexadecimal after "0x", octal after "0".
+    constexpr int Base() const { return width == sizeof(uint64_t) ? 0 : 10; }
+};
+
+constexpr FieldForm FormOf(const ColumnDef& column)
+{
+    using enum FieldKind;
     switch (column.type)
     {
-        case VT_INT8:
-        case VT_UINT8: return 1;
-        case VT_INT16:
-        case VT_UINT16: return 2;
+        case VT_INT8: return {kSigned, 1, INT8_MIN, UINT8_MAX};  // shown without a sign
+        case VT_INT16: return {kSigned, 2, INT16_MIN, INT16_MAX};
         case VT_INT32:
-        case VT_UINT32:
-        case VT_BOOL:
-        case VT_ENUM:
-        case VT_IPV4:
-        case VT_IPV4_2:
-        case VT_STRING_PTR: return 4;  // a pointer is a 32-bit address on every build
-        case VT_UINT64: return 8;
-        case VT_MAC: return kMacBytes;
+        case VT_ENUM: return {kSigned, 4, INT32_MIN, INT32_MAX};
+        case VT_BOOL: return {kSigned, 4, 0, 1};
+        case VT_UINT8: return {kUnsigned, 1, 0, UINT8_MAX};
+        case VT_UINT16: return {kUnsigned, 2, 0, UINT16_MAX};
+        case VT_UINT32: return {kUnsigned, 4, 0, UINT32_MAX};
+        case VT_UINT64: return {kUnsigned, 8, 0, UINT64_MAX};
         case VT_STRING:
         case VT_STRING_2:
         case VT_STRING_3:
-        case VT_STRING_4:
-        case VT_STRING_UPPER: return column.length;
-        default: return 0;
+        case VT_STRING_4: return {kText, column.length, 0, column.length - 1};
+        case VT_STRING_UPPER: return {kUpperText, column.length, 0, column.length - 1};
+        case VT_STRING_PTR: return {kPointer, 4};
+        case VT_IPV4:
+        case VT_IPV4_2: return {kIpv4, 4};
+        case VT_MAC: return {kMac, kMacBytes};
+        default: return {};
     }
 }
 
-// Whether two columns may stand as they are: apart from each other, or one the other's alias on
-// the very same bytes.
+constexpr uint32_t FieldWidth(const ColumnDef& column) { return FormOf(column).width; }
+
+// Whether two columns of a layout are right together: their names differ, and they do not overlap, unless
+// one is the alias of the other and has exactly its bytes.
 constexpr bool MayStandBeside(const ColumnDef& a, const ColumnDef& b)
 {
     const bool apart = a.offset + FieldWidth(a) <= b.offset || b.offset + FieldWidth(b) <= a.offset;

@@ -1,11 +1,11 @@
 // Staged values and the view of them that validators have.
+#include "dictionary/snapshot.h"
+
 #include <cstring>
 #include <new>
 
 #include "daemon/base/result.h"
 #include "dictionary/name_index.h"
-#include "dictionary/snapshot.h"
-#include "dictionary/staged_values.h"
 #include "platform/kobd_exports.h"
 
 namespace kobd

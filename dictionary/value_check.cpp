@@ -16,13 +16,15 @@ namespace
 {
 constexpr const char* kFunction = "ParameterCheck";
 
+bool IsUnsigned(ValueType type) { return type == VT_UINT32 || type == VT_UINT16 || type == VT_UINT8; }
+
 // The lines are the system's own: "includ" stands in the one for signed numbers alone, and large
 // unsigned numbers are printed as negative ones.
 void LogFault(const char* value, ValueType type, const ValueVerdict& verdict)
 {
     const auto found = static_cast<int>(verdict.found);
-    const auto lower = static_cast<int>(verdict.lower);
-    const auto upper = static_cast<int>(verdict.upper);
+    const auto lower = static_cast<int>(verdict.bounds.lower);
+    const auto upper = static_cast<int>(verdict.bounds.upper);
     switch (verdict.fault)
     {
         case ValueFault::kNoDigits:
@@ -37,9 +39,7 @@ void LogFault(const char* value, ValueType type, const ValueVerdict& verdict)
             return;
         case ValueFault::kForbidden: LOG_ALWAYS(kFunction, "String value contain illegal character!"); return;
         case ValueFault::kNoChoice: LOG_ALWAYS(kFunction, "Enum is incorrect: %s", value); return;
-        case ValueFault::kNone:
-        case ValueFault::kNoFlag:
-        case ValueFault::kNoValue: return;
+        default: return;
     }
 }
 }  // namespace

@@ -7,11 +7,11 @@
 
 namespace kobd
 {
-// 0 accepted; 2 refused by the type's test (with a log line where the type has one); otherwise the
-// validator's code. No descriptor accepts everything. Changes nothing.
+// Returns 0 for a value that is accepted; 2 when the type's test refuses it, with a log line where the
+// type has one; otherwise the validator's code. Without a descriptor every value is accepted.
 int ParameterCheck(const char* value, const CheckDescriptor* check);
 
-// Checks all name and value pairs of a payload whose form ObjSetStage has accepted; stops at the
-// first refusal and returns its code.
+// Checks every pair of name and value in a payload whose form ObjSetStage has accepted. Stops at the first
+// value that is refused and returns its code.
 int ObjsParameterCheck(std::span<const char> payload);
 }  // namespace kobd

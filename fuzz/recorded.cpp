@@ -10,7 +10,6 @@
 #include "daemon/handler_table.h"
 #include "dictionary/records.h"
 #include "fuzz/target.h"
-#include "tables/pending_rows.h"
 #include "tests/recording_platform.h"
 #include "tests/recording_shell.h"
 #include "tests/requests.h"
@@ -26,7 +25,7 @@ bool IsSet(std::string_view name) { return name.starts_with("ReqObjSet") || name
 void CheckNothingLeft(const char* name)
 {
     for (const TableDef& table : kTables)
-        PROMISE(FirstPendingRow(table) == nullptr, "%s left rows of %s pending", name, table.name);
+        PROMISE(table.pending->first == nullptr, "%s left rows of %s pending", name, table.name);
     for (const ObjDef& object : kObjects)
         PROMISE(object.staged->text == nullptr, "%s left a value of %s staged", name, object.name);
 }

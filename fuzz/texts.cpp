@@ -1,4 +1,4 @@
-// Any text to every check of a text: the 1488 descriptors of the dictionary, and the exported
+// Any text to every check of a text: every descriptor of the dictionary, and the exported
 // predicates that no object names.
 //   bytes 0 and 1: which check; then texts, each ended by a zero byte: the one that is judged, and
 //   values that the same request gives to objects which checks compare with
@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "dictionary/name_index.h"
-#include "dictionary/staged_values.h"
+#include "dictionary/snapshot.h"
 #include "dictionary/value_check.h"
 #include "fuzz/recorded.h"
 #include "fuzz/target.h"

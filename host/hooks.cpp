@@ -3,11 +3,22 @@
 #include "host/bus/bus.h"
 #include "host/commit.h"
 #include "host/control.h"
+#include "host/service_manager.h"
 #include "host/state/folder.h"
 #include "host/uci_path.h"
 #include "platform/kob_platform.h"
 
 using namespace kobd::host;
+
+namespace
+{
+// From here on a request is answered.
+void LoadAndSayReady()
+{
+    LoadState();
+    TellServiceManager("READY=1");
+}
+}  // namespace
 
 void LogModuleUpdate() { Journal("LogModuleUpdate"); }
 
@@ -15,7 +26,7 @@ void checkFirstBootFlag()
 {
     Journal("checkFirstBootFlag");
     // The state is loaded later: another daemon may still be writing it.
-    BusCall({.prepare = LoadState, .begin = BeginRequest, .end = EndRequest, .control = AnswerControl});
+    BusCall({.prepare = LoadAndSayReady, .begin = BeginRequest, .end = EndRequest, .control = AnswerControl});
 }
 
 void checkUpgradeFlag()
@@ -27,10 +38,15 @@ void checkUpgradeFlag()
 void kobd_lib_init()
 {
     Journal("kobd_lib_init");
-    if (!BusIsUsed()) LoadState();  // a bus library of the router's does not know of BusCall
+    if (!BusIsUsed()) LoadAndSayReady();  // a bus library of the router's does not know of BusCall
 }
 
 void initUssdEventSvr() { Journal("initUssdEventSvr"); }
 void updateArplistTimerInit() { Journal("updateArplistTimerInit"); }
 void pemixAlg_init() { Journal("pemixAlg_init"); }
-void kobd_lib_exit() { Journal("kobd_lib_exit"); }
+
+void kobd_lib_exit()
+{
+    TellServiceManager("STOPPING=1");
+    Journal("kobd_lib_exit");
+}

@@ -6,7 +6,7 @@
 #include "daemon/base/log.h"
 #include "daemon/base/reply.h"
 #include "dictionary/name_index.h"
-#include "dictionary/staged_values.h"
+#include "dictionary/snapshot.h"
 #include "dictionary/value_check.h"
 #include "objects/handlers.h"
 #include "objects/object_set.h"

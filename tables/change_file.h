@@ -1,4 +1,4 @@
-// The file in which a client lays the changes of a table set request.
+// Reads the file in which a client gives the changes of a table set request.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,8 @@ struct ChangeFile
     std::span<const char> Items() const { return {bytes.get(), size}; }
 };
 
-// Reads the file whole; it is never changed nor removed. 0; 4 it is no regular file, cannot be read, or
-// got shorter meanwhile; 7 there is no memory for it, or it is larger than all rows of all tables need.
+// Reads the whole file, and neither changes nor removes it. Returns 0; 4 when it is not a regular file,
+// cannot be read, or became shorter meanwhile; 7 when there is no memory for it, or when it is larger than
+// the items of all rows of all tables.
 [[nodiscard]] int ChangeFileRead(const char* path, ChangeFile* file);
 }  // namespace kobd

@@ -51,7 +51,7 @@ int TakeRowIndex(Position& at, const TlvItem& item)
     if (at.echo != nullptr && !at.echo->Int(kTagRowIndex, *index)) return kBufferLimit;
     PendingRow* pending = nullptr;
     if (const int code = PendingRowOf(*at.table, *index, &pending)) return code;
-    at.row = pending->Row();
+    at.row = pending->row;
     at.allowed = Only(kTagColumnName);
     return kSuccess;
 }

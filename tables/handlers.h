@@ -1,5 +1,5 @@
-// Handlers of the table requests. Each takes a message that the bus has checked for length and
-// returns the send's error, or else the result code it answered.
+// Handlers of the table requests. Each takes a message whose length the bus has checked, and answers it.
+// It returns the error of sending the answer, or else the result code that it answered.
 #pragma once
 
 #include "platform/message.h"

@@ -1,5 +1,4 @@
-// Rows as items: what a table get answers and a dump file holds. The fields' texts are those of
-// dictionary/row_field.h.
+// Writes rows as items, as a table get answers them and a dump file holds them.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +12,7 @@ namespace kobd
 // Appends a row of the table (table.row_size bytes at any alignment): table name (tag 3), row
 // index (tag 4), then for each column, in the order of the layout, its name (tag 5) and its text
 // (tag 2). Returns the bytes appended; 0 when the row does not fit, and `out` is as it was.
-// A text held outside the row is cut at 65534 bytes, the most that an item's length can count.
+// A text held outside the row is cut at 65534 bytes: the 16-bit length of an item counts the zero byte too.
 [[nodiscard]] size_t TableRowToTlv(const void* row, const TableDef& table, TlvWriter& out);
 
 // Finds a column by its exact name; nullptr when the table has none of that name.

@@ -1,4 +1,4 @@
-// Tells the notification module that a row came or went.
+// Tells the notification module that a row was added or deleted.
 #pragma once
 
 #include <cstdint>
@@ -9,10 +9,10 @@
 namespace kobd
 {
 // Sends event `id` (799 added, 800 deleted, 801 added under a parent) with the table's name, the
-// row index and, when it is not nullptr, the parent path. The parent path must fit (below).
+// row index and, when it is not nullptr, the parent path, for which TableRowNotifyFits must be true.
 void TableRowNotify(uint16_t id, const TableDef& table, int32_t index, const char* parent_path = nullptr);
 
-// True when a notification can carry the parent path. Asked before the row is added, so that no
-// row appears unannounced.
+// Whether a notification can carry the parent path. Ask before adding the row, so that no row appears
+// unannounced.
 [[nodiscard]] bool TableRowNotifyFits(const TableDef& table, std::string_view parent_path);
 }  // namespace kobd

@@ -1,4 +1,4 @@
-// What table requests have in common: a table named by an item.
+// What the table requests share: their first item names a table.
 #pragma once
 
 #include <optional>
@@ -9,18 +9,18 @@
 
 namespace kobd
 {
-// Finds the table that the item's text names, whatever its tag. 0; 1 no such name, or an object's;
-// 2 the item holds no text.
+// Finds the table that the item's text names; the item's tag does not matter. Returns 0; 1 when no table has
+// that name; 2 when the item holds no text.
 [[nodiscard]] int TableOfItem(const TlvItem& item, const TableDef** table);
 
-// A request on one table: the first item names it, the meaning of a second is the handler's.
+// A request on one table. The first item names the table; the handler decides what the second one means.
 struct TableRequest
 {
     const TableDef* table = nullptr;
     std::optional<TlvItem> second;  // within the message
 };
 
-// Takes the request apart; its tags are not looked at. 0; 1 as above; 2 no item, an item that runs
-// past the payload, a name that is no text.
+// Reads the items of a request; their tags do not matter. Returns 0; 1 as above; 2 when there is no item, an
+// item runs past the payload, or the name is no text.
 [[nodiscard]] int TableRequestRead(const MessageHeader* message, TableRequest* request);
 }  // namespace kobd

@@ -31,8 +31,8 @@ struct TableSet
 int ForEachPendingRow(const TableSet& set, int (*step)(const TableSet& set, const TableDef& table, char* row))
 {
     for (const TableDef& table : kTables)
-        for (PendingRow* pending = FirstPendingRow(table); pending != nullptr; pending = NextPendingRow(table, pending))
-            if (const int code = step(set, table, pending->Row())) return code;
+        for (const PendingRow* pending = table.pending->first; pending != nullptr; pending = pending->next)
+            if (const int code = step(set, table, pending->row)) return code;
     return kSuccess;
 }
 

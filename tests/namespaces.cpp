@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace kobd::test
 {
@@ -32,6 +33,8 @@ bool Enter()
         mount("none", "/tmp", "tmpfs", 0, nullptr) == 0 && Bind(programs, kPrograms) && Bind(sources, kSources);
     close(programs);
     close(sources);
+    // Where an emulator finds the loader and the C library of what it runs: beside the programs.
+    if (getenv("QEMU_LD_PREFIX") != nullptr) setenv("QEMU_LD_PREFIX", (kPrograms + "sysroot").c_str(), 1);
     return mounted;
 }
 }  // namespace

@@ -3,12 +3,10 @@
 
 #include <getopt.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <string>
 
-#include "client/dictionary/nearest.h"
+#include "client/dictionary/names.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -19,28 +17,13 @@ constexpr double kLongestTimeout = 24.0 * 60 * 60;  // seconds
 constexpr int kHighestCount = 1000000;
 constexpr int kLongestConfirm = 7 * 24 * 60 * 60;  // seconds
 
-constexpr option kOptions[] = {
-    {"json", no_argument, nullptr, 'j'},
-    {"timeout", required_argument, nullptr, 't'},
-    {"silent", no_argument, nullptr, 's'},
-    {"confirm", required_argument, nullptr, 'c'},
-    {"parent", required_argument, nullptr, 'p'},
-    {"follow", no_argument, nullptr, 'f'},
-    {"count", required_argument, nullptr, 'n'},
-    {"resume", no_argument, nullptr, 'r'},
-    {"help", no_argument, nullptr, 'h'},
-    {"version", no_argument, nullptr, 'v'},
-    {nullptr, 0, nullptr, 0},
-};
-constexpr std::string_view kForEveryCommand = "jth";
-
-Failure ReadSeconds(const std::string& text, std::optional<int>* milliseconds)
+Failure ReadTimeout(const std::string& text, Options* options)
 {
     char* end = nullptr;
     const double seconds = strtod(text.c_str(), &end);
     if (text.empty() || *end != 0 || !std::isfinite(seconds) || seconds < 0 || seconds > kLongestTimeout)
         return {kWrongUse, "--timeout takes seconds, not '" + text + "'"};
-    *milliseconds = static_cast<int>(seconds * 1000);
+    options->timeout_ms = static_cast<int>(seconds * 1000);
     return {};
 }
 
@@ -52,49 +35,58 @@ Failure ReadNumber(const std::string& text, int highest, const char* takes, int*
     return {};
 }
 
-Failure Apply(char letter, const std::string& value, Options* options)
+Failure ReadCount(const std::string& text, Options* options)
 {
-    switch (letter)
-    {
-        case 'j': options->json = true; break;
-        case 's': options->silent = true; break;
-        case 'f': options->follow = true; break;
-        case 'r': options->resume = true; break;
-        case 'h': options->help = true; break;
-        case 'v': options->version = true; break;
-        case 'p': options->parent = value; break;
-        case 't': return ReadSeconds(value, &options->timeout_ms);
-        case 'n': return ReadNumber(value, kHighestCount, "--count takes a number", &options->count);
-        default:
-            return ReadNumber(value, kLongestConfirm, "--confirm takes seconds from 1 to 604800", &options->confirm_s);
-    }
-    if (letter == 'p' && value.empty()) return {kWrongUse, "--parent takes the path of an object"};
-    return {};
+    return ReadNumber(text, kHighestCount, "--count takes a number", &options->count);
 }
 
-Failure Unknown(const std::string& word)
+Failure ReadConfirm(const std::string& text, Options* options)
 {
-    Words names;
-    std::vector<const char*> candidates;
-    for (const option& one : kOptions)
-        if (one.name != nullptr) names.push_back("--" + std::string(one.name));
-    for (const std::string& name : names) candidates.push_back(name.c_str());
-    return {kWrongUse, "unknown option " + word + DidYouMean(NearestOf(word, candidates))};
+    return ReadNumber(text, kLongestConfirm, "--confirm takes seconds from 1 to 604800", &options->confirm_s);
 }
 
-// Reads the option at `optind` and moves behind it. getopt_long takes "--sil" for "--silent", which we do not.
+Failure ReadParent(const std::string& text, Options* options)
+{
+    options->parent = text;
+    return text.empty() ? Failure{kWrongUse, "--parent takes the path of an object"} : Failure();
+}
+
+// An option sets a flag, or has a value to read.
+struct Option
+{
+    const char* name;
+    bool Options::*flag;
+    Failure (*read)(const std::string& value, Options* options);
+    bool every_command = false;  // takes it
+};
+
+constexpr Option kOptions[] = {
+    {"json", &Options::json, nullptr, true}, {"timeout", nullptr, ReadTimeout, true},
+    {"help", &Options::help, nullptr, true}, {"version", &Options::version, nullptr},
+    {"silent", &Options::silent, nullptr},   {"confirm", nullptr, ReadConfirm},
+    {"resume", &Options::resume, nullptr},   {"parent", nullptr, ReadParent},
+    {"follow", &Options::follow, nullptr},   {"count", nullptr, ReadCount},
+};
+
+// Reads the option at `optind` and moves behind it. getopt_long takes "--sil" for "--silent", which we refuse.
 Failure ReadOption(const std::vector<char*>& arguments, CommandLine* line)
 {
     const std::string word = arguments[static_cast<size_t>(optind)];
-    int which = -1;
-    const int letter = getopt_long(static_cast<int>(arguments.size()) - 1, arguments.data(), "+:", kOptions, &which);
     const std::string name = word.substr(2, word.find('=') - 2);
-    const option* known =
-        std::find_if(kOptions, std::end(kOptions) - 1, [&](const option& one) { return name == one.name; });
-    if (known->name == nullptr || letter == '?') return Unknown(word);
-    if (kForEveryCommand.find(static_cast<char>(known->val)) == std::string_view::npos)
-        line->own_options.push_back("--" + name);
-    return Apply(static_cast<char>(known->val), letter == ':' || optarg == nullptr ? "" : optarg, &line->options);
+    const Option* known = FindNamed(kOptions, name);
+    if (known == nullptr)
+    {
+        Words names;
+        for (const Option& one : kOptions) names.push_back("--" + std::string(one.name));
+        return {kWrongUse, "unknown option " + word + DidYouMean(word, names)};
+    }
+    const option taken[] = {{known->name, known->read != nullptr ? required_argument : no_argument, nullptr, 'o'}, {}};
+    const int letter = getopt_long(static_cast<int>(arguments.size()) - 1, arguments.data(), "+:", taken, nullptr);
+    if (letter == '?') return {kWrongUse, "--" + name + " takes no value"};
+    if (!known->every_command) line->own_options.push_back("--" + name);
+    if (known->read != nullptr) return known->read(letter == ':' ? "" : optarg, &line->options);
+    line->options.*known->flag = true;
+    return {};
 }
 }  // namespace
 
@@ -150,6 +142,6 @@ Failure SplitLine(std::string_view line, Words* words)
             words->back() += c;
     }
     if (quote == 0) return {};
-    return {kInvalidArgument, std::string("a ") + quote + " is not closed"};
+    return {kInvalidArgument, std::string("the quote ") + quote + " is not closed"};
 }
 }  // namespace kobd::client

@@ -1,25 +1,39 @@
 // The words after "kobctl", and the lines of a batch.
 #pragma once
 
+#include <optional>
+#include <string>
 #include <string_view>
 
-#include "client/arguments/options.h"
 #include "client/arguments/words.h"
-#include "client/output/failure.h"
 
 namespace kobd::client
 {
+struct Options
+{
+    bool json = false;
+    bool silent = false;
+    bool follow = false;
+    bool resume = false;
+    bool help = false;
+    bool version = false;
+    std::string parent = {};             // path of the object under which a row is added
+    int confirm_s = 0;                   // seconds until the old values return; 0: they do not
+    std::optional<int> timeout_ms = {};  // how long an answer of the daemon may take, when it was given
+    int count = 0;                       // messages or lines to wait for; 0: without end
+};
+
 struct CommandLine
 {
     Options options = {};
     Words words = {};
-    Words own_options = {};  // those that not every command takes, as given: "--silent"
+    Words own_options = {};  // the given ones that not every command takes: "--silent"
 };
 
-// Parts arguments into words and options. Options may stand anywhere before "--".
+// Splits arguments into words and options. Options may stand anywhere before "--".
 Failure ReadCommandLine(const Words& arguments, CommandLine* line);
 
-// Parts a line into words at blanks. '...' holds anything but a quote. In "..." and outside of quotes a backslash makes
-// the next character an ordinary one. A # at the start of a word begins a comment. Nothing else has a meaning.
+// Splits a line into words at blanks. '...' holds anything but a quote. In "..." and outside of quotes a backslash
+// makes the next character an ordinary one. A # at the start of a word begins a comment. No other character is special.
 Failure SplitLine(std::string_view line, Words* words);
 }  // namespace kobd::client

@@ -1,11 +1,11 @@
 // Files that a person wrote and a command reads: batches and exports.
 #pragma once
 
+#include <cstdio>
+#include <map>
 #include <string>
-#include <string_view>
-#include <vector>
 
-#include "client/output/failure.h"
+#include "client/arguments/words.h"
 
 namespace kobd::client
 {
@@ -19,21 +19,11 @@ struct InputFile
 Failure ReadInput(const std::string& path, InputFile* file);
 
 // Appends what is left to read of the open file. False with errno when it cannot be read.
-[[nodiscard]] bool ReadAll(int file, std::string* bytes);
+[[nodiscard]] bool ReadAll(FILE* file, std::string* bytes);
 
-// The lines of the text, without their line ends; valid as long as the text.
-std::vector<std::string_view> LinesOf(std::string_view text);
+// What is wrong with lines of such a file, by their numbers from 1.
+using LineErrors = std::multimap<size_t, std::string>;
 
-// Something wrong with a line of such a file.
-struct LineError
-{
-    size_t line;
-    std::string what;
-};
-
-// "FILE:LINE: WHAT" for each error, by line.
-std::vector<std::string> LineTexts(const InputFile& file, std::vector<LineError> errors);
-
-// "1 line", "2 lines".
-std::string Counted(size_t count, const char* word);
+// "FILE:LINE: WHAT" for each error.
+Words LineTexts(const InputFile& file, const LineErrors& errors);
 }  // namespace kobd::client

@@ -15,8 +15,8 @@ struct Line
     Words words;
 };
 
-// Parts the whole text into commands before the first one runs, so that a mistake in the quoting runs nothing.
-std::vector<Line> ReadLines(const InputFile& file, std::vector<LineError>* errors)
+// Splits the whole text into commands. The first one runs only when no line has a mistake in its quoting.
+std::vector<Line> ReadLines(const InputFile& file, LineErrors* errors)
 {
     std::vector<Line> lines;
     size_t number = 0;
@@ -24,9 +24,9 @@ std::vector<Line> ReadLines(const InputFile& file, std::vector<LineError>* error
     {
         Line line = {++number, {}};
         if (const Failure failure = SplitLine(text, &line.words))
-            errors->push_back({number, failure.what});
+            errors->emplace(number, failure.what);
         else if (!line.words.empty() && line.words[0] == "batch")
-            errors->push_back({number, "a batch runs no batch"});
+            errors->emplace(number, "a batch cannot run a batch");
         if (!line.words.empty()) lines.push_back(std::move(line));
     }
     return lines;
@@ -36,8 +36,8 @@ std::vector<Line> ReadLines(const InputFile& file, std::vector<LineError>* error
 Outcome CommandBatch(const Options& options, const Words& words)
 {
     InputFile file;
-    if (const Failure failure = ReadInput(words[0], &file)) return Failure{failure.code, "batch: " + failure.what};
-    std::vector<LineError> errors;
+    if (Failure failure = ReadInput(words[0], &file).In("batch")) return failure;
+    LineErrors errors;
     const std::vector<Line> lines = ReadLines(file, &errors);
     Outcome outcome;
     outcome.notes = LineTexts(file, errors);
@@ -50,7 +50,7 @@ Outcome CommandBatch(const Options& options, const Words& words)
         if (outcome.status == 0) continue;
         const size_t left = lines.size() - i - 1;
         outcome.notes.push_back(file.name + ":" + std::to_string(lines[i].number) + ": this command failed" +
-                                (left == 0 ? "" : ", " + std::to_string(left) + " after it not run"));
+                                (left == 0 ? "" : "; " + Counted(left, "command") + " after it did not run"));
     }
     return outcome;
 }

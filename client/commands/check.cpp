@@ -1,14 +1,10 @@
-// kobctl check: would a set be accepted? Judged by the dictionary; the daemon is asked for rows alone.
+// kobctl check: says whether a set would be accepted. It asks the dictionary, and the daemon only for rows.
 #include <algorithm>
 
 #include "client/commands/commands.h"
 #include "client/dictionary/column_value.h"
-#include "client/dictionary/diagnose.h"
-#include "client/dictionary/dictionary.h"
 #include "client/output/terminal.h"
 #include "client/rows/row_change.h"
-#include "client/rows/table_rows.h"
-#include "daemon/base/result.h"
 
 namespace kobd::client
 {
@@ -41,15 +37,17 @@ struct Judgement
 
 std::string DecidedBy(const std::string& check)
 {
-    const char* rule = RuleOf(check);
-    return "the daemon decides (" + check + ")" + (rule != nullptr ? std::string("; it takes ") + rule : "");
+    return "the daemon decides (" + check + ")" + RuleOf(check, "; it takes ");
 }
 
-// What is wrong, without the item that the text begins with.
-std::string WithoutItem(std::string wrong, const Assignment& item)
+// Judges an item: `wrong` is what the dictionary says against it, `check` the name of the check that it has; both may
+// be empty. Drops the item from the start of `wrong`, because the line shows it already.
+void JudgeItem(const std::string& shown, const Assignment& item, std::string wrong, const char* check,
+               Judgement* judgement)
 {
     if (wrong.starts_with(item.Text() + ": ")) wrong.erase(0, item.Text().size() + 2);
-    return wrong;
+    if (!wrong.empty()) return judgement->Say(kRefused, shown, wrong);
+    judgement->Say(*check == 0 ? kOk : kOpen, shown, *check == 0 ? "" : DecidedBy(check));
 }
 
 void JudgeObjects(const Assignments& pairs, Judgement* judgement)
@@ -57,68 +55,41 @@ void JudgeObjects(const Assignments& pairs, Judgement* judgement)
     for (const Assignment& pair : pairs)
     {
         const ObjectEntry* object = FindObject(pair.name);
-        const std::string wrong = WithoutItem(WhatIsWrong(pair.name, pair.value), pair);
-        if (!wrong.empty())
-            judgement->Say(kRefused, pair.Text(), wrong);
-        else if (object->validator != nullptr)
-            judgement->Say(kOpen, pair.Text(), DecidedBy(object->validator));
-        else
-            judgement->Say(kOk, pair.Text(), "");
+        const bool checked = object != nullptr && object->validator != nullptr;
+        JudgeItem(pair.Text(), pair, WhatIsWrong(pair.name, pair.value), checked ? object->validator : "", judgement);
     }
-    if (!FitsOneRequest(SetItems(pairs)))
-        judgement->Say(kRefused, "all of them", "these values do not fit one request of 8192 bytes");
-}
-
-// The words of a refusal, without its code.
-std::string WhyNot(const Options& options, int code, const RowAddress& row)
-{
-    std::string what = RefusalOf(options, code, kSet, {row}).what;
-    return what.erase(what.size() - CodeText(code).size() - 2);
+    if (!FitsOneRequest(SetItems(pairs))) judgement->Say(kRefused, "all of them", TooLarge("these values"));
 }
 
 void JudgeRow(const Options& options, const RowAddress& row, Judgement* judgement)
 {
-    if (!row.table->Has(kSet)) return judgement->Say(kRefused, row.Text(), WhyNot(options, kMethodUnavailable, row));
-    std::vector<TableRow> rows;
-    const Failure failure = DumpRows(options, "whether there is such a row is not known", {row.table}, &rows);
+    if (!row.table->Has(kSet)) return judgement->Say(kRefused, row.Text(), MissingOperation(kSet, {row}));
+    std::string missing;
+    const Failure failure = FindMissingRow(options, "cannot tell whether this row exists", {row}, &missing);
     if (failure) return judgement->Say(kOpen, row.Text(), failure.what);
-    if (std::none_of(rows.begin(), rows.end(), [&](const TableRow& one) { return one.index == row.index; }))
-        return judgement->Say(kRefused, row.Text(), WhyNot(options, kIndexNotFound, row));
-    const std::string check = row.table->validator;
-    judgement->Say(check.empty() ? kOk : kOpen, row.Text(), check.empty() ? "" : DecidedBy(check));
+    JudgeItem(row.Text(), {}, missing, row.table->validator, judgement);
 }
 
-// Judges one group TABLE INDEX COLUMN=VALUE... from the word `i` on, and moves `i` behind it.
-Failure JudgeGroup(const Options& options, const Words& words, size_t* i, Judgement* judgement)
+void JudgeChange(const Options& options, const RowChange& change, Judgement* judgement)
 {
-    RowAddress row = {nullptr, 0};
-    if (Failure failure = ReadTable(words[(*i)++], &row.table)) return failure;
-    if (Failure failure = ReadRowIndex(*i < words.size() ? words[(*i)++] : "", &row.index)) return failure;
-    Words group;
-    for (; *i < words.size() && FindTable(words[*i]) == nullptr; ++*i) group.push_back(words[*i]);
-    Assignments pairs;
-    if (Failure failure = ReadAssignments("check takes NAME=VALUE", group, &pairs)) return failure;
-    JudgeRow(options, row, judgement);
-    for (const Assignment& pair : pairs)
+    JudgeRow(options, change.row, judgement);
+    for (const Assignment& pair : change.values)
     {
         int code = 0;
-        const std::string wrong = WithoutItem(WhatIsWrong(*row.table, pair.name, pair.value, &code), pair);
-        judgement->Say(wrong.empty() ? kOk : kRefused, row.Text() + " " + pair.Text(), wrong);
+        const std::string wrong = WhatIsWrong(*change.row.table, pair.name, pair.value, &code);
+        JudgeItem(change.row.Text() + " " + pair.Text(), pair, wrong, "", judgement);
     }
-    return {};
 }
 
 Failure Judge(const Options& options, const Words& words, Judgement* judgement)
 {
     Assignments pairs;
-    if (words[0].find('=') != std::string::npos)
-    {
-        if (Failure failure = ReadAssignments("check takes NAME=VALUE", words, &pairs)) return failure;
-        JudgeObjects(pairs, judgement);
-    }
-    else
-        for (size_t i = 0; i < words.size();)
-            if (Failure failure = JudgeGroup(options, words, &i, judgement)) return failure;
+    RowChanges changes;
+    const bool rows = words[0].find('=') == std::string::npos;
+    Failure failure = rows ? ReadChanges(words, &changes) : ReadAssignments("check takes NAME=VALUE", words, &pairs);
+    if (failure) return failure;
+    for (const RowChange& change : changes) JudgeChange(options, change, judgement);
+    if (!rows) JudgeObjects(pairs, judgement);
     return {};
 }
 }  // namespace

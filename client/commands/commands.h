@@ -6,9 +6,8 @@
 #include <span>
 #include <string>
 
-#include "client/arguments/options.h"
-#include "client/arguments/words.h"
-#include "client/dictionary/tables.h"
+#include "client/arguments/command_line.h"
+#include "client/dictionary/dictionary.h"
 #include "client/output/outcome.h"
 
 namespace kobd::client
@@ -22,7 +21,7 @@ namespace kobd::client
 
 struct Command
 {
-    const char* group;  // its heading in the overview, empty for commands that people do not type
+    const char* group;  // its heading in the overview; empty for a command that the overview leaves out
     const char* name;   // one word, or two: "table set"
     const char* words;  // those it takes, as the help shows them
     size_t least_words;
@@ -39,11 +38,10 @@ std::span<const Command> Commands();
 // The second words of the commands that begin with `first`: "list", "describe".
 Words SecondWords(const std::string& first);
 
-// Runs the command of a command line, whose options are added to `defaults`, and prints its outcome. Returns the exit
-// status.
+// Runs the command line and prints the outcome. Its options are added to `defaults`. Returns the exit status.
 int RunCommand(const Words& command_line, const Options& defaults);
 
-// The values by name: one alone as it is, several as NAME=VALUE.
+// Shows values by name: the value by itself when it stands alone, else NAME=VALUE.
 Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone);
 
 // What describe and table describe show of a table.

@@ -1,4 +1,4 @@
-// kobctl doctor: what kobd needs, looked at from outside.
+// kobctl doctor: looks from outside at what kobd needs.
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -11,6 +11,8 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <optional>
+#include <set>
 #include <sstream>
 
 #include "client/commands/commands.h"
@@ -20,7 +22,7 @@
 #include "client/state/daemon_state.h"
 #include "client/state/pending_set.h"
 #include "daemon/base/log.h"
-#include "daemon/base/tlv.h"
+#include "daemon/base/messages.h"
 #include "host/state/database.h"
 #include "host/state/folder.h"
 #include "platform/message.h"
@@ -29,10 +31,8 @@ namespace kobd::client
 {
 namespace
 {
-constexpr long kMessageLimit = kMessageMax;       // kernel.msgmax in bytes: one message
-constexpr long kQueueLimit = 16384;               // kernel.msgmnb in bytes: the daemon asks for that much
 constexpr unsigned long kLeastFree = 256 * 1024;  // bytes: a commit's pages
-constexpr size_t kRefusalsShown = 3;
+constexpr size_t kLinesShown = 3;                 // of the log
 
 enum Finding
 {
@@ -82,41 +82,49 @@ void LookAtDaemon(const Options& options, Report* report)
                   "it runs but is stuck; look at its log");
 }
 
-void LookAtLimit(const char* name, long least, Report* report)
+// A limit of the kernel; nothing where it does not tell.
+std::optional<size_t> Limit(const char* name)
 {
-    long value = 0;
-    std::ifstream(std::string("/proc/sys/kernel/") + name) >> value;
+    size_t value = 0;
+    if (!(std::ifstream(std::string("/proc/sys/kernel/") + name) >> value)) return {};
+    return value;
+}
+
+void LookAtLimit(const char* name, size_t least, Report* report)
+{
+    const auto limit = Limit(name);
+    if (!limit) return report->Say(kNote, "limits", std::string("kernel.") + name + " is unknown");
+    const size_t value = *limit;
     report->Judge(value >= least, "limits", std::string("kernel.") + name + " is " + std::to_string(value),
                   std::string("sysctl -w kernel.") + name + "=" + std::to_string(least));
 }
 
-// Every module has a queue, and every client one while it waits.
+// Each module has a queue, and each client has one while it runs. A small kernel may tell neither number.
 void LookAtQueueCount(Report* report)
 {
-    long most = 0;
-    std::ifstream("/proc/sys/kernel/msgmni") >> most;
+    const auto most = Limit("msgmni");
     std::ifstream list("/proc/sysvipc/msg");
     long used = -1;  // the heading
     for (std::string line; std::getline(list, line);) ++used;
-    report->Judge(used < most * 9 / 10, "limits",
-                  "kernel.msgmni is " + std::to_string(most) + ", " + std::to_string(std::max(0L, used)) + " in use",
+    const std::string what = "kernel.msgmni is " + (most ? std::to_string(*most) : "unknown") + ", " +
+                             (used >= 0 ? std::to_string(used) : "an unknown number") + " in use";
+    if (!most || used < 0) return report->Say(kNote, "limits", what);
+    report->Judge(static_cast<size_t>(used) < *most * 9 / 10, "limits", what,
                   "raise it, or end what leaves queues behind (ipcs -q)");
 }
 
 void LookAtQueue(uint32_t module, const char* whose, Report* report)
 {
     constexpr uint64_t kMessagesOfAReader = 8;  // a program that reads never leaves so many
-    char name[64];
-    snprintf(name, sizeof name, "0x%08X (%s): ", module, whose);
+    const std::string name = ModuleText(module) + " (" + whose + "): ";
     kobd_module seen{};
     const int error = kobd_module_look(module, &seen);
-    if (error == EACCES)
-        return report->Say(kWrong, "queue", name + std::string(strerror(error)) + ": be the daemon's user or root");
-    if (error != 0) return report->Say(kWrong, "queue", name + std::string(strerror(error)));
-    if (seen.has_queue == 0) return report->Say(kNote, "queue", name + std::string("no queue, nobody has joined"));
+    const char* advice = error == EACCES ? ": be the daemon's user or root" : "";
+    if (error != 0) return report->Say(kWrong, "queue", name + strerror(error) + advice);
+    if (seen.has_queue == 0) return report->Say(kNote, "queue", name + "no queue, no program has joined");
     const bool left = seen.messages > 0 && seen.claimed == 0;
     report->Judge(!left && seen.messages < kMessagesOfAReader, "queue",
-                  name + std::to_string(seen.messages) + " messages waiting, it holds " +
+                  name + std::to_string(seen.messages) + " messages waiting, the queue holds " +
                       std::to_string(seen.capacity) + " bytes",
                   left ? "the program that had it is gone" : "the program that has it does not read");
 }
@@ -187,40 +195,69 @@ void LookAtState(Report* report)
     LookAtPending(report);
 }
 
+// Without a command, a uci tells its use and changes nothing. Ours begins with its name.
+bool UciIsOurs()
+{
+    char line[64] = "";
+    FILE* output = popen("uci 2>&1", "re");
+    if (output == nullptr) return false;
+    const bool told = fgets(line, sizeof line, output) != nullptr;
+    pclose(output);
+    return told && std::string_view(line).starts_with("uci: ");
+}
+
+// The columns whose names are no names of options for a router's uci.
+std::string DottedColumns()
+{
+    std::set<std::string_view> names;
+    for (const TableEntry& table : kTableRows)
+        for (const ColumnDef& column : table.layout.columns)
+            if (std::string_view(column.name).find('.') != std::string_view::npos) names.insert(column.name);
+    std::string text;
+    for (const std::string_view name : names) text.append(text.empty() ? "" : ", ").append(name);
+    return text;
+}
+
 void LookAtUci(Report* report)
 {
     const char* path = getenv("PATH");
     std::istringstream folders(path != nullptr ? path : "");
     for (std::string folder; std::getline(folders, folder, ':');)
-        if (access((folder + "/uci").c_str(), X_OK) == 0) return report->Say(kOk, "uci", folder + "/uci");
+    {
+        if (access((folder + "/uci").c_str(), X_OK) != 0) continue;
+        report->Say(kOk, "uci", folder + "/uci");
+        if (UciIsOurs()) return;
+        return report->Say(kNote, "uci",
+                           "keeps no value of a section that tr069_cellular lacks, and never " + DottedColumns());
+    }
     report->Say(kNote, "uci", "not on the PATH, kobd uses its own");
 }
 
-void LookAtRefusals(Report* report)
+// Notes the last of the log's lines that `matters` picks. False when there are none.
+bool NoteLines(const char* subject, bool (*matters)(const LogLine&), Report* report)
 {
     std::vector<LogLine> lines = LastLogLines();
-    std::erase_if(lines, [](const LogLine& line) { return line.message.find("verify error") == std::string::npos; });
-    if (lines.empty()) report->Say(kOk, "refusals", "none in the log");
-    for (size_t i = lines.size() - std::min(lines.size(), kRefusalsShown); i < lines.size(); ++i)
-        report->Say(kNote, "refusals", lines[i].time + " " + lines[i].message);
+    std::erase_if(lines, [&](const LogLine& line) { return !matters(line); });
+    for (size_t i = lines.size() - std::min(lines.size(), kLinesShown); i < lines.size(); ++i)
+        report->Say(kNote, subject, lines[i].time + " " + lines[i].function + ": " + lines[i].message);
+    return !lines.empty();
 }
-// A uci that fails or hangs has left lines under the names of the cellular lists' loads and saves.
-void LookAtCellularLists(Report* report)
+
+// A uci that fails or hangs leaves lines under the names of the functions that load and save the cellular lists.
+bool IsOfCellularList(const LogLine& line)
 {
-    std::vector<LogLine> lines = LastLogLines();
-    std::erase_if(lines, [](const LogLine& line)
-                  { return !line.function.ends_with("ListInit") && !line.function.ends_with("ListSave"); });
-    for (size_t i = lines.size() - std::min(lines.size(), kRefusalsShown); i < lines.size(); ++i)
-        report->Say(kNote, "uci", lines[i].time + " " + lines[i].function + ": " + lines[i].message);
+    return line.function.ends_with("ListInit") || line.function.ends_with("ListSave");
 }
+
+bool IsRefusal(const LogLine& line) { return line.message.find("verify error") != std::string::npos; }
 }  // namespace
 
 Outcome CommandDoctor(const Options& options, const Words&)
 {
     Report report;
     LookAtDaemon(options, &report);
-    LookAtLimit("msgmax", kMessageLimit, &report);
-    LookAtLimit("msgmnb", kQueueLimit, &report);
+    LookAtLimit("msgmax", kMessageMax, &report);
+    LookAtLimit("msgmnb", kQueueBytes, &report);
     LookAtQueueCount(&report);
     LookAtQueue(KOBD_MODULE_DAEMON, "kobd", &report);
     LookAtQueue(KOBD_MODULE_NOTIFY, "announcements", &report);
@@ -229,8 +266,8 @@ Outcome CommandDoctor(const Options& options, const Words&)
     LookAtLog(&report);
     LookAtState(&report);
     LookAtUci(&report);
-    LookAtCellularLists(&report);
-    LookAtRefusals(&report);
+    (void)NoteLines("uci", IsOfCellularList, &report);
+    if (!NoteLines("refusals", IsRefusal, &report)) report.Say(kOk, "refusals", "none in the log");
     Outcome outcome(report.data, report.text);
     outcome.status = report.wrong ? 1 : 0;
     return outcome;

@@ -1,10 +1,8 @@
 // kobctl get NAME...
 #include "client/commands/commands.h"
 #include "client/dictionary/dictionary.h"
-#include "client/dictionary/nearest.h"
-#include "client/dictionary/tables.h"
 #include "client/output/terminal.h"
-#include "client/requests/read_values.h"
+#include "client/requests/request.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -16,9 +14,9 @@ std::string WhyMissing(const std::string& name)
     const ObjectEntry* object = FindObject(name);
     if (object != nullptr && object->access == Access::kWriteOnly)
         return name + " cannot be read: " + CodeText(kMethodUnavailable) + ", it is write-only";
-    if (object != nullptr) return name + " could not be read by the router, see the log";
+    if (object != nullptr) return "the router could not read " + name + ", see the log";
     if (FindTable(name) != nullptr) return name + " is a table, not an object";
-    return "there is no object " + name + DidYouMean(Nearest(name)) + ": " + CodeText(kNotFound);
+    return NoSuchName("object", name) + ": " + CodeText(kNotFound);
 }
 }  // namespace
 

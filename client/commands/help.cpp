@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "client/commands/commands.h"
-#include "client/dictionary/nearest.h"
+#include "client/dictionary/names.h"
 
 namespace kobd::client
 {
@@ -14,8 +14,7 @@ constexpr char kEnd[] =
     "\n"
     "kobctl help COMMAND has examples. Every command takes --timeout SECONDS (5) and,\n"
     "except for export, --json.\n"
-    "Exit status: 0 success, 1 refused or failed, 2 wrong use, 3 check left open or\n"
-    "set but not saved.\n";
+    "Exit status: 0 success, 1 refused or failed, 2 wrong use, 3 open or not saved.\n";
 
 std::string Padded(std::string text, size_t width)
 {
@@ -77,13 +76,8 @@ std::string Page(const Command& command)
 Outcome CommandHelp(const Options&, const Words& words)
 {
     if (words.empty() || words[0] == "help") return {{}, Overview()};
-    std::vector<const char*> names;
-    for (const Command& command : Commands())
-    {
-        if (*command.group == 0) continue;
-        if (words[0] == command.name) return {{}, Page(command)};
-        names.push_back(command.name);
-    }
-    return Failure{kWrongUse, "there is no command " + words[0] + DidYouMean(NearestOf(words[0], names))};
+    const Command* command = FindNamed(Commands(), words[0]);
+    if (command != nullptr && *command->group != 0) return {{}, Page(*command)};
+    return Failure{kWrongUse, "there is no command " + words[0] + DidYouMean(words[0], AllNames(Commands()))};
 }
 }  // namespace kobd::client

@@ -3,7 +3,7 @@
 #include <ctime>
 
 #include "client/commands/commands.h"
-#include "client/dictionary/nearest.h"
+#include "client/dictionary/names.h"
 #include "client/output/terminal.h"
 #include "client/state/daemon_state.h"
 #include "client/state/past_changes.h"

@@ -1,8 +1,9 @@
 // kobctl import FILE: checks the whole file, then sets what differs from the router.
 #include <algorithm>
+#include <map>
+#include <span>
 
 #include "client/commands/commands.h"
-#include "client/dictionary/dictionary.h"
 #include "client/requests/log_window.h"
 #include "client/rows/import_rows.h"
 #include "daemon/base/result.h"
@@ -13,6 +14,13 @@ namespace
 {
 using FileValues = std::span<const FileValue* const>;
 
+Items ItemsOf(FileValues values)
+{
+    Assignments pairs;
+    for (const FileValue* value : values) pairs.push_back({value->name, value->value});
+    return SetItems(pairs);
+}
+
 // One run of the import: what it sent, what was set and what was refused.
 class Import
 {
@@ -20,67 +28,70 @@ public:
     Import(const Options& options, const InputFile& file) : options_(options), file_(file) {}
 
     // Sends the values, as many together as fit one request. Where a request is refused it sends its halves, so that
-    // checks across values see as much as possible at once and the wrong value is found. Returns what stays refused.
-    std::vector<const FileValue*> SendValues(const std::vector<const FileValue*>& values)
+    // checks across values see as much as possible at once and the wrong value is found.
+    void SendValues(FileValues left)
     {
-        refused_.clear();
-        refusals_.clear();
-        for (FileValues left = values; !left.empty() && lost_.empty();)
+        while (!left.empty() && lost_.empty())
         {
             size_t count = 1;
             while (count < left.size() && FitsOneRequest(ItemsOf(left.first(count + 1)))) ++count;
             SendOrHalve(left.first(count));
             left = left.subspan(count);
         }
-        return refused_;
     }
 
     void SendTable(const TablePlan& plan)
     {
         if (!lost_.empty()) return;
         const std::string name = plan.table->name;
-        const Failure failure = ReplaceRows(options_, plan);
-        if (failure) return table_refusals_.push_back({plan.line, name + ": " + failure.what});
+        if (const Failure failure = ReplaceRows(options_, plan))
+            return (void)refused_tables_.emplace(plan.line, name + ": " + failure.what);
         Say(plan.line, name + ": rows set");
         ++tables_;
+    }
+
+    // Sends what was refused once more, as long as that helps.
+    void SendRefusedValues()
+    {
+        for (size_t before = SIZE_MAX; !refused_.empty() && refused_.size() < before;)
+        {
+            std::vector<const FileValue*> again;
+            for (const auto& [value, reason] : refused_) again.push_back(value);
+            before = refused_.size();
+            refused_.clear();
+            SendValues(again);
+        }
     }
 
     // What was refused, and how much was set.
     Outcome Finish() const
     {
-        Outcome outcome;
-        outcome.notes = LineTexts(file_, refusals_);
-        for (std::string& text : LineTexts(file_, table_refusals_)) outcome.notes.push_back(std::move(text));
-        const size_t refused = outcome.notes.size();
-        outcome.data = {{"values_set", values_}, {"tables_set", tables_}, {"refused", refused}};
-        outcome.text = Counted(values_, "value") + " and the rows of " + Counted(tables_, "table") + " set, " +
-                       Counted(refused, "line") + " refused\n";
+        LineErrors refused = refused_tables_;
+        for (const auto& [value, reason] : refused_) refused.emplace(value->line, reason);
+        Outcome outcome({{"values_set", values_}, {"tables_set", tables_}, {"refused", refused.size()}},
+                        Counted(values_, "value") + " and the rows of " + Counted(tables_, "table") + " set, " +
+                            Counted(refused.size(), "line") + " refused\n");
+        outcome.notes = LineTexts(file_, refused);
         if (!lost_.empty()) outcome.failure = {kSystemError, "import: " + lost_ + "; what was set before is listed"};
         return outcome;
     }
 
 private:
-    static Items ItemsOf(FileValues values)
-    {
-        Assignments pairs;
-        for (const FileValue* value : values) pairs.push_back({value->name, value->value});
-        return SetItems(pairs);
-    }
-
     void SendOrHalve(FileValues values)
     {
         if (!lost_.empty()) return;
         const LogWindow log;
         const Response response = Call(options_, KOBD_SET, ItemsOf(values));
-        if (response.code == 0)
+        const FileValue& first = *values[0];
+        if (response.from_bus)
+            lost_ = ResultText(response.code);
+        else if (response.code == 0)
         {
             values_ += values.size();
             for (const FileValue* value : values) Say(value->line, value->name + " set");
         }
-        else if (response.from_bus)
-            lost_ = ResultText(response.code);
         else if (values.size() == 1)
-            Refuse(*values[0], Refused(response.code, RefusalText(log.Lines(), values[0]->name, values[0]->value)));
+            refused_[&first] = FailureWithCode(response.code, RefusalText(log.Lines(), first.name, first.value)).what;
         else
         {
             SendOrHalve(values.first(values.size() / 2));
@@ -88,23 +99,16 @@ private:
         }
     }
 
-    void Refuse(const FileValue& value, const Failure& failure)
-    {
-        refusals_.push_back({value.line, failure.what});
-        refused_.push_back(&value);
-    }
-
     void Say(size_t line, const std::string& what) const
     {
-        (void)Print(options_, {{}, file_.name + ":" + std::to_string(line) + ": " + what + "\n"});
+        (void)Print(options_, {{}, LineTexts(file_, {{line, what}}).front() + "\n"});
     }
 
     const Options& options_;
     const InputFile& file_;
-    std::string lost_;  // why the daemon was not reached any more
-    std::vector<const FileValue*> refused_;
-    std::vector<LineError> refusals_;
-    std::vector<LineError> table_refusals_;
+    std::string lost_;                                 // why the daemon was not reached any more
+    std::map<const FileValue*, std::string> refused_;  // with the reason, in the order of the file
+    LineErrors refused_tables_;
     size_t values_ = 0;
     size_t tables_ = 0;
 };
@@ -113,17 +117,13 @@ bool HasOwnCheck(const FileValue* value) { return FindObject(value->name)->valid
 
 // Values with a check of their own look at each other, so they go first and together. A check that looks at rows, or at
 // a value without a check, passes when it is made once more after those.
-Outcome Carry(const Options& options, const InputFile& file, ImportPlan plan)
+Outcome CarryOut(const Options& options, const InputFile& file, ImportPlan plan)
 {
     std::stable_partition(plan.values.begin(), plan.values.end(), HasOwnCheck);
     Import import(options, file);
-    std::vector<const FileValue*> refused = import.SendValues(plan.values);
+    import.SendValues(plan.values);
     for (const TablePlan& table : plan.tables) import.SendTable(table);
-    for (size_t before = SIZE_MAX; !refused.empty() && refused.size() < before;)
-    {
-        before = refused.size();
-        refused = import.SendValues(refused);
-    }
+    import.SendRefusedValues();
     return import.Finish();
 }
 }  // namespace
@@ -131,18 +131,18 @@ Outcome Carry(const Options& options, const InputFile& file, ImportPlan plan)
 Outcome CommandImport(const Options& options, const Words& words)
 {
     InputFile input;
-    if (const Failure failure = ReadInput(words[0], &input)) return Failure{failure.code, "import: " + failure.what};
+    if (Failure failure = ReadInput(words[0], &input).In("import")) return failure;
     SettingsFile file;
     RouterState router;
     ImportPlan plan;
-    std::vector<LineError> errors;
+    LineErrors errors;
     ReadSettings(input.text, &file, &errors);
     if (errors.empty())
     {
         if (Failure failure = ReadRouter(options, "import", &router)) return failure;
         plan = PlanImport(file, router, &errors);
     }
-    if (errors.empty()) return Carry(options, input, std::move(plan));
+    if (errors.empty()) return CarryOut(options, input, std::move(plan));
     Outcome outcome = Failure{kInvalidArgument, "import: " + input.name + " has " + Counted(errors.size(), "mistake") +
                                                     "; nothing was changed"};
     outcome.notes = LineTexts(input, errors);

@@ -1,8 +1,9 @@
-// kobctl list [PATTERN], describe NAME..., and the names for completion: from the dictionary alone.
+// kobctl list [PATTERN], describe NAME..., and the names for completion: from the dictionary alone. kobctl show: the
+// names as the running daemon lists them.
 #include "client/commands/commands.h"
-#include "client/dictionary/dictionary.h"
-#include "client/dictionary/nearest.h"
-#include "client/dictionary/tables.h"
+#include "client/dictionary/column_value.h"
+#include "client/dictionary/names.h"
+#include "client/requests/dump_file.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -13,8 +14,8 @@ namespace
 std::string Positions(const std::string& name)
 {
     std::string positions;
-    for (size_t i = 0; i < Objects().size(); ++i)
-        if (name == Objects()[i].name) positions += (positions.empty() ? "" : " and ") + std::to_string(i + 1);
+    for (size_t i = 0; i < kObjectRows.size(); ++i)
+        if (name == kObjectRows[i].name) positions += (positions.empty() ? "" : " and ") + std::to_string(i + 1);
     return positions;
 }
 
@@ -26,13 +27,13 @@ Outcome DescribedObject(const ObjectEntry& object)
     const std::string name = object.name;
     return {{{"name", name},
              {"kind", "object"},
-             {"type", TypeName(object.type)},
+             {"type", ColumnTypeName(object.type)},
              {"access", AccessText(object.access)},
              {"accepts", Accepts(object)},
              {"limitation", object.limitation != nullptr ? object.limitation : ""},
              {"validator", validator},
              {"position", positions}},
-            name + "\n  type      " + TypeName(object.type) + "\n  access    " + AccessText(object.access) +
+            name + "\n  type      " + ColumnTypeName(object.type) + "\n  access    " + AccessText(object.access) +
                 "\n  accepts   " + Accepts(object) + "\n" +
                 (validator.empty() ? "" : "  checked   by " + validator + "\n") + "  position  " + positions +
                 (twice ? " (requests reach the first)" : "") + "\n"};
@@ -48,8 +49,8 @@ Outcome CommandList(const Options&, const Words& pattern)
         outcome.data.push_back({{"name", name}, {"kind", kind}});
         outcome.text += std::string(name) + "\n";
     };
-    for (const ObjectEntry& object : Objects()) add(object.name, "object");
-    for (const TableEntry& table : Tables()) add(table.name, "table");
+    for (const ObjectEntry& object : kObjectRows) add(object.name, "object");
+    for (const TableEntry& table : kTableRows) add(table.name, "table");
     if (outcome.text.empty()) outcome.notes.push_back("no name matches '" + pattern[0] + "'");
     return outcome;
 }
@@ -63,8 +64,7 @@ Outcome CommandDescribe(const Options&, const Words& names)
         const TableEntry* table = FindTable(name);
         if (object == nullptr && table == nullptr)
         {
-            outcome.notes.push_back(
-                Refused(kNotFound, "there is no object or table " + name + DidYouMean(Nearest(name))).what);
+            outcome.notes.push_back(FailureWithCode(kNotFound, NoSuchName("object or table", name)).what);
             continue;
         }
         const Outcome one = object != nullptr ? DescribedObject(*object) : DescribedTable(*table);
@@ -79,14 +79,22 @@ Outcome CommandCompleteNames(const Options&, const Words& words)
     const std::string kind = words.empty() ? "objects" : words[0];
     const TableEntry* table = words.size() == 2 ? FindTable(words[1]) : nullptr;
     Words names;
-    if (kind == "objects")
-        for (const ObjectEntry& object : Objects()) names.emplace_back(object.name);
-    if (kind == "tables")
-        for (const TableEntry& one : Tables()) names.emplace_back(one.name);
-    if (kind == "columns" && table != nullptr)
-        for (const ColumnDef& column : table->layout.columns) names.emplace_back(column.name);
+    if (kind == "objects") names = AllNames(kObjectRows);
+    if (kind == "tables") names = AllNames(kTableRows);
+    if (kind == "columns" && table != nullptr) names = AllNames(table->layout.columns);
     Outcome outcome;
     for (const std::string& name : names) outcome.text += name + "\n";
+    return outcome;
+}
+
+Outcome CommandShow(const Options& options, const Words&)
+{
+    Outcome outcome;
+    const Response response = Call(options, KOBD_SHOW, {});
+    if (Failure failure = FailureOf(response, "show")) return failure;
+    if (Failure failure = TakeDumpFile(response, &outcome.text).In("show")) return failure;
+    outcome.data = Json::array();
+    for (const std::string_view name : LinesOf(outcome.text)) outcome.data.push_back(name);
     return outcome;
 }
 }  // namespace kobd::client

@@ -1,11 +1,11 @@
-// Finding and running the command that words name.
+// Finds the command that the words name, and runs it.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 
 #include "client/arguments/command_line.h"
 #include "client/commands/commands.h"
-#include "client/dictionary/nearest.h"
+#include "client/dictionary/names.h"
 
 namespace kobd::client
 {
@@ -22,28 +22,12 @@ constexpr Command kCommands[] = {
 #undef GROUP
 };
 
-const Command* FindCommand(const std::string& name)
-{
-    const auto found =
-        std::find_if(std::begin(kCommands), std::end(kCommands), [&](const Command& one) { return name == one.name; });
-    return found == std::end(kCommands) ? nullptr : found;
-}
-
-Failure UnknownCommand(const std::string& name)
-{
-    std::vector<const char*> names;
-    for (const Command& command : kCommands) names.push_back(command.name);
-    return {kWrongUse, "unknown command '" + name + "'" + DidYouMean(NearestOf(name, names))};
-}
-
 Failure NoSecondWord(const std::string& first, const Words& words)
 {
     const Words seconds = SecondWords(first);
     const std::string what = first + " takes one of " + Joined(seconds);
     if (words.empty()) return {kWrongUse, what};
-    std::vector<const char*> candidates;
-    for (const std::string& second : seconds) candidates.push_back(second.c_str());
-    return {kWrongUse, what + ", not '" + words[0] + "'" + DidYouMean(NearestOf(words[0], candidates))};
+    return {kWrongUse, what + ", not '" + words[0] + "'" + DidYouMean(words[0], seconds)};
 }
 
 Failure CheckWords(const Command& command, const CommandLine& line)
@@ -60,19 +44,20 @@ Failure CheckWords(const Command& command, const CommandLine& line)
     return {};
 }
 
-// Runs the command that the first words of the line name. `first` becomes the first of them.
+// Runs the command that the line begins with. `first` becomes its first word, for the help that an error names.
 Outcome Run(CommandLine line, std::string* first)
 {
     if (line.words.empty() && line.options.version) return {{}, "kobctl " KOBD_VERSION "\n"};
     if (line.words.empty() && !line.options.help) return Failure{kWrongUse, "no command given"};
     const std::string name = line.words.empty() ? "help" : line.words[0];
-    const Command* command = FindCommand(name);
-    if (command == nullptr) return UnknownCommand(name);
+    const Command* command = FindNamed(kCommands, name);
+    if (command == nullptr)
+        return Failure{kWrongUse, "unknown command '" + name + "'" + DidYouMean(name, AllNames(kCommands))};
     *first = name == "help" ? "" : name;
     line.words.erase(line.words.begin(), line.words.begin() + (line.words.empty() ? 0 : 1));
     if (command->run == nullptr && !line.words.empty() && !line.options.help)
     {
-        command = FindCommand(name + " " + line.words[0]);
+        command = FindNamed(kCommands, name + " " + line.words[0]);
         if (command == nullptr) return NoSecondWord(name, line.words);
         line.words.erase(line.words.begin());
     }

@@ -1,7 +1,5 @@
 // kobctl set NAME=VALUE... [--silent] [--confirm SECONDS], and commit.
-#include "client/arguments/assignment.h"
 #include "client/commands/commands.h"
-#include "client/dictionary/diagnose.h"
 #include "client/dictionary/dictionary.h"
 #include "client/requests/log_window.h"
 #include "client/state/daemon_state.h"
@@ -12,8 +10,8 @@ namespace kobd::client
 {
 namespace
 {
-// The pair that was refused with the reasons of the log and of the dictionary, or all pairs with the checks they had
-// to pass.
+// Names the pair that was refused, with the reason from the log or the dictionary. Where neither has one, names all
+// pairs with what their checks accept.
 std::string Reason(const Assignments& pairs, const std::vector<LogLine>& log)
 {
     Words passed;
@@ -32,13 +30,12 @@ Failure Send(const Options& options, const Assignments& pairs, Response* respons
 {
     const LogWindow log;
     *response = Call(options, options.silent ? KOBD_SET_SILENT : KOBD_SET, SetItems(pairs));
-    if (response->too_large)
-        return {kBufferLimit, "these values do not fit one request of 8192 bytes; nothing was set"};
+    if (response->too_large) return {kBufferLimit, TooLarge("these values") + "; nothing was set"};
     if (response->code == 0 || response->from_bus) return FailureOfChange(*response, "set");
-    return Refused(response->code, Reason(pairs, log.Lines()));
+    return FailureWithCode(response->code, Reason(pairs, log.Lines()));
 }
 
-// Keeps the old values, then sends the new ones. The outcome is printed when the lock of the pending set is free again.
+// Keeps the old values, then sends the new ones. Prints nothing while it holds the lock of the pending set.
 Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
 {
     PendingSet pending;
@@ -58,7 +55,7 @@ Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
     if (response.MayBeDone())
         outcome.notes.push_back(said);
     else if (!pending.IsUnchanged(options) || pending.Withdraw())
-        // Refused after a part of it: the router itself may refuse what the checks let pass.
+        // Refused after some values were applied: the router itself may refuse what the checks accept.
         if (const Failure failure = pending.TakeBack(options)) outcome.notes.push_back(failure.what);
     return outcome;
 }

@@ -4,7 +4,7 @@
 
 #include <cerrno>
 
-#include "client/arguments/assignment.h"
+#include "client/arguments/words.h"
 #include "client/commands/commands.h"
 #include "client/state/daemon_state.h"
 #include "daemon/base/result.h"

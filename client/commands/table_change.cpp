@@ -1,9 +1,6 @@
 // kobctl table set, add and del.
-#include <algorithm>
-
 #include "client/commands/commands.h"
 #include "client/rows/row_change.h"
-#include "client/rows/table_rows.h"
 #include "client/state/daemon_state.h"
 #include "daemon/base/result.h"
 
@@ -11,36 +8,24 @@ namespace kobd::client
 {
 namespace
 {
-// Fails when one of the rows is missing. The daemon writes the rows of one request one after the other and would stop
-// halfway; where rows are checked it would check an empty row and find fault with that.
-Failure RequireRows(const Options& options, const std::vector<RowChange>& changes)
+// Fails when one of the rows is missing. The daemon would write the rows before it and then stop; in a table with a
+// check it would refuse the empty row that it checks in its place.
+Failure RequireRows(const Options& options, const RowChanges& changes)
 {
-    Words names;
-    for (const RowChange& change : changes) names.emplace_back(change.row.table->name);
-    std::vector<const TableEntry*> tables;
-    std::vector<TableRow> rows;
-    if (Failure failure = ReadTables(names, &tables)) return failure;
-    if (Failure failure = DumpRows(options, "table set", tables, &rows)) return failure;
-    for (const RowChange& change : changes)
-    {
-        const auto same = [&](const TableRow& row)
-        { return row.table == change.row.table->name && row.index == change.row.index; };
-        if (std::any_of(rows.begin(), rows.end(), same)) continue;
-        Failure failure = RefusalOf(options, kIndexNotFound, kSet, {change.row});
-        failure.what += "; nothing was set";
-        return failure;
-    }
-    return {};
+    std::string missing;
+    if (Failure failure = FindMissingRow(options, "table set", RowsOf(changes), &missing)) return failure;
+    if (missing.empty()) return {};
+    return {kIndexNotFound, missing + ": " + CodeText(kIndexNotFound) + "; nothing was set"};
 }
 
-// Fills a row that was just added, or takes it back.
+// Fills a row that was just added. Deletes the row where that fails.
 Failure FillRow(const Options& options, const RowChange& change)
 {
     Failure failure = SendChanges(options, {change});
     if (!failure) return {};
     const Failure remains = DeleteRow(options, change.row);
     const std::string row = "; the new row " + std::to_string(change.row.index);
-    failure.what += row + (remains ? " could not be taken back: " + remains.what : " was taken back");
+    failure.what += row + (remains ? " could not be deleted again: " + remains.what : " was deleted again");
     return failure;
 }
 
@@ -49,8 +34,13 @@ Json JsonOf(const RowAddress& row) { return {{"table", row.table->name}, {"index
 
 Outcome TableSet(const Options& options, const Words& words)
 {
-    std::vector<RowChange> changes;
+    RowChanges changes;
     if (Failure failure = ReadChanges(words, &changes)) return failure;
+    for (const RowChange& change : changes)
+    {
+        if (change.values.empty()) return Failure{kWrongUse, change.row.Text() + " needs COLUMN=VALUE"};
+        if (Failure failure = CheckColumns(change)) return failure;
+    }
     if (changes.size() > 1 || changes.front().row.table->Has(kValidate))
         if (Failure failure = RequireRows(options, changes)) return failure;
     if (Failure failure = SendChanges(options, changes)) return failure;
@@ -65,14 +55,12 @@ Outcome TableAdd(const Options& options, const Words& words)
     RowChange change = {{nullptr, kNoIndexYet}};
     if (Failure failure = ReadTable(words[0], &change.row.table)) return failure;
     for (size_t i = 1; i < words.size(); ++i)
-        if (Failure failure = AddValue(words[i], &change)) return failure;
+        if (Failure failure = ReadColumnValue(words[i], &change.values)) return failure;
+    if (Failure failure = CheckColumns(change)) return failure;
     const TableEntry& table = *change.row.table;
     if (!change.values.empty() && table.Has(kAdd) && !table.Has(kSet))
-    {
-        Failure failure = RefusalOf(options, kMethodUnavailable, kSet, {change.row});
-        failure.what += "; nothing was added";
-        return failure;
-    }
+        return Failure{kMethodUnavailable, MissingOperation(kSet, {change.row}) + ": " + CodeText(kMethodUnavailable) +
+                                               "; nothing was added"};
     if (Failure failure = AddRow(options, table, &change.row.index)) return failure;
     if (!change.values.empty())
         if (Failure failure = FillRow(options, change)) return failure;
@@ -83,7 +71,7 @@ Outcome TableAdd(const Options& options, const Words& words)
 
 Outcome TableDel(const Options& options, const Words& words)
 {
-    std::vector<RowAddress> rows;
+    RowAddresses rows;
     if (Failure failure = ReadRows(words, &rows)) return failure;
     Words deleted;
     Outcome outcome({{"table", rows[0].table->name}, {"deleted", Json::array()}}, "");

@@ -1,12 +1,11 @@
 // kobctl table list, describe and columns, from the catalogue alone; table max, from the daemon.
 #include "client/commands/commands.h"
 #include "client/dictionary/column_value.h"
-#include "client/dictionary/dictionary.h"
-#include "client/dictionary/nearest.h"
-#include "client/output/grid.h"
+#include "client/dictionary/names.h"
+#include "client/output/terminal.h"
 #include "client/rows/row_address.h"
+#include "daemon/base/messages.h"
 #include "daemon/base/result.h"
-#include "daemon/base/tlv.h"
 
 namespace kobd::client
 {
@@ -34,12 +33,10 @@ std::string AliasText(const ColumnDef& column)
 std::string Heading(const TableEntry& table)
 {
     const std::string validator = table.validator;
-    const char* rule = RuleOf(validator);
     std::string out = std::string(table.name) + "\n  rows        at most " + std::to_string(table.max_rows) + ", of " +
                       std::to_string(table.layout.row_size) + " bytes\n  operations  " +
-                      Joined(OperationNames(table), " ") + "\n";
-    if (!validator.empty())
-        out += "  checked     by " + validator + (rule != nullptr ? std::string(": ") + rule : "") + "\n";
+                      Joined(OperationNames(table.operations), " ") + "\n";
+    if (!validator.empty()) out += "  checked     by " + validator + RuleOf(validator, ": ") + "\n";
     if (table.list_of != std::string_view(table.name)) out += std::string("  same rows   as ") + table.list_of + "\n";
     return out;
 }
@@ -57,7 +54,7 @@ Outcome DescribedTable(const TableEntry& table)
                  {"kind", "table"},
                  {"row_size", table.layout.row_size},
                  {"max_rows", table.max_rows},
-                 {"operations", OperationNames(table)},
+                 {"operations", OperationNames(table.operations)},
                  {"validator", table.validator},
                  {"list_of", table.list_of},
                  {"columns", ColumnsJson(table)}};
@@ -68,10 +65,10 @@ Outcome TableList(const Options&, const Words& pattern)
 {
     Grid grid = {{"table", "rows", "operations"}, {false, true, false}, {}};
     Json data = Json::array();
-    for (const TableEntry& table : Tables())
+    for (const TableEntry& table : kTableRows)
     {
         if (!pattern.empty() && !MatchesName(pattern[0], table.name)) continue;
-        const Words operations = OperationNames(table);
+        const Words operations = OperationNames(table.operations);
         grid.lines.push_back({table.name, std::to_string(table.max_rows), Joined(operations, " ")});
         data.push_back({{"name", table.name}, {"max_rows", table.max_rows}, {"operations", operations}});
     }
@@ -81,7 +78,7 @@ Outcome TableList(const Options&, const Words& pattern)
 
 Outcome TableDescribe(const Options&, const Words& names)
 {
-    std::vector<const TableEntry*> tables;
+    Tables tables;
     if (Failure failure = ReadTables(names, &tables)) return failure;
     Outcome outcome(Json::array(), "");
     for (const TableEntry* table : tables)

@@ -5,7 +5,6 @@
 
 #include "client/arguments/words.h"
 #include "client/commands/commands.h"
-#include "client/dictionary/diagnose.h"
 #include "client/dictionary/dictionary.h"
 #include "client/rows/row_change.h"
 #include "client/state/daemon_state.h"
@@ -80,8 +79,8 @@ Failure PlanRow(const std::pair<std::string, int32_t>& address, const RowBefore&
         return {};
     }
     if (!before.is_there && before.was_there != true) return {};
-    for (const auto& [column, value] : before.columns)
-        if (Failure failure = AddValue(column + "=" + value, &change)) return failure;
+    for (const auto& [column, value] : before.columns) change.values.push_back({column, value});
+    if (Failure failure = CheckColumns(change)) return failure;
     if (before.is_there)
         plan->set.push_back(change);
     else

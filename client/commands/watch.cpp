@@ -1,18 +1,17 @@
-// kobctl watch: joins the bus as those modules that the daemon sends to and nobody else is, and prints what arrives.
-#include <array>
-#include <climits>
+// kobctl watch: joins the bus as the modules to which the daemon sends, where no other program has, and prints what
+// arrives.
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <string>
-#include <utility>
 
 #include "client/commands/commands.h"
-#include "client/commands/watch_filter.h"
-#include "client/dictionary/events.h"
-#include "client/library/kobd_client.h"
+#include "client/dictionary/names.h"
 #include "client/output/terminal.h"
+#include "client/requests/request.h"
+#include "daemon/base/messages.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {
@@ -20,41 +19,75 @@ namespace
 {
 constexpr long kLookNs = 10000000;  // between looks at queues that were empty
 
-constexpr std::array<uint32_t, 3> kModules = {KOBD_MODULE_NOTIFY, KOBD_MODULE_SERVICES, KOBD_MODULE_FORWARD};
-
 volatile sig_atomic_t stop = 0;
 
-std::string ModuleText(uint32_t module)
+struct Announcement
 {
-    char text[16];
-    snprintf(text, sizeof text, "0x%08X", module);
-    return text;
+    uint32_t module;  // to which it goes
+    uint16_t id;
+    const char* meaning;
+};
+constexpr Announcement kAnnouncements[] = {
+    {kModuleNotify, kEventObjectChanged, "object changed"},
+    {kModuleNotify, kEventTableChanged, "table changed"},
+    {kModuleNotify, kEventSetFinished, "set finished"},
+    {kModuleNotify, kEventRowAdded, "row added"},
+    {kModuleNotify, kEventRowDeleted, "row deleted"},
+    {kModuleNotify, kEventSubRowAdded, "row added under a parent"},
+    {kModuleServices, kEventConnectionChanged, "connection changed"},
+};
+
+const NetworkEvent* FindEvent(uint16_t id)
+{
+    const auto found = std::ranges::find(kNetworkEvents, id, &NetworkEvent::id);
+    return found == std::end(kNetworkEvents) ? nullptr : found;
 }
 
 const char* Meaning(uint32_t module, uint16_t id)
 {
     if (const NetworkEvent* event = FindEvent(id)) return event->name;
-    if (module == KOBD_MODULE_SERVICES) return id == 799 ? "connection changed" : "event";
-    switch (id)
-    {
-        case 2: return "object changed";
-        case 3: return "table changed";
-        case 4: return "set finished";
-        case 799: return "row added";
-        case 800: return "row deleted";
-        case 801: return "row added under a parent";
-        default: return "event";
-    }
+    for (const Announcement& one : kAnnouncements)
+        if (one.module == module && one.id == id) return one.meaning;
+    return "event";
 }
 
-// Adds a member to the object. A message may have several items of one kind, which all become members.
-void AddMember(const std::string& name, Json value, Json* object)
+// Whether one of the patterns matches the name.
+bool MatchesOne(const Words& patterns, const std::string& name)
 {
-    object->get_ref<Json::object_t&>().emplace_back(name, std::move(value));
+    return std::ranges::any_of(patterns, [&](const std::string& pattern) { return MatchesName(pattern, name); });
 }
 
-// Adds the items of a message. False when the message was cut.
-bool AddItems(kobd_bytes payload, Json* object)
+// Fails for a pattern that matches no object, table or event and so would never show anything.
+Failure CheckPatterns(const Words& patterns)
+{
+    Words names = AllNames(kObjectRows);
+    for (const Words& more : {AllNames(kTableRows), AllNames(kNetworkEvents)})
+        names.insert(names.end(), more.begin(), more.end());
+    for (const std::string& pattern : patterns)
+        if (pattern.empty() ||
+            std::ranges::none_of(names, [&](const std::string& name) { return MatchesName(pattern, name); }))
+            return {kNotFound, "no object, table or event matches '" + pattern + "'" + DidYouMean(pattern, names)};
+    return {};
+}
+
+// Whether one of the patterns matches an object, table or event that the message names; always without patterns.
+bool IsAskedFor(const Words& patterns, uint16_t id, kobd_bytes payload)
+{
+    if (patterns.empty()) return true;
+    if (const NetworkEvent* event = FindEvent(id)) return MatchesOne(patterns, event->name);
+    kobd_item item{};
+    while (kobd_bytes_next(&payload, &item) == 1)
+        if ((item.tag == KOBD_TAG_OBJECT_NAME || item.tag == KOBD_TAG_TABLE_NAME) && item.text != nullptr &&
+            MatchesOne(patterns, item.text))
+            return true;
+    return false;
+}
+
+// What a message says, by name. It may have several items of one kind.
+using Parts = Json::object_t;
+
+// Reads the items of a message. False when the message was cut.
+bool ReadParts(kobd_bytes payload, Parts* parts)
 {
     static const char* const kWords[] = {"result", "object", "value", "table", "index", "column", "parent"};
     kobd_item item{};
@@ -63,19 +96,19 @@ bool AddItems(kobd_bytes payload, Json* object)
     {
         const std::string word = item.tag < std::size(kWords) ? kWords[item.tag] : "tag" + std::to_string(item.tag);
         if (item.tag == KOBD_TAG_RESULT || item.tag == KOBD_TAG_ROW_INDEX)
-            AddMember(word, item.length == sizeof item.number ? item.number : -1, object);
+            parts->emplace_back(word, item.length == sizeof item.number ? item.number : -1);
         else
-            AddMember(word, item.text != nullptr ? item.text : "?", object);
+            parts->emplace_back(word, item.text != nullptr ? item.text : "?");
     }
     return more == 0;
 }
 
-// Adds the text of an event, which has no items. There may be none.
-void AddText(kobd_bytes payload, Json* object)
+// Reads the text of a network event, which has no items. There may be none.
+void ReadText(kobd_bytes payload, Parts* parts)
 {
     std::string text(static_cast<const char*>(payload.next), payload.left);
     text.resize(strnlen(text.c_str(), text.size()));
-    if (!text.empty()) AddMember("text", text, object);
+    if (!text.empty()) parts->emplace_back("text", text);
 }
 
 std::string Now()
@@ -90,21 +123,21 @@ std::string Now()
 
 void PrintMessage(const Options& options, uint32_t module, uint16_t id, kobd_bytes payload)
 {
-    Json items = Json::object();
+    const std::string now = Now();
+    std::string text = now + " " + ModuleText(module) + " " + Meaning(module, id) + " (id " + std::to_string(id) + ")";
+    Parts parts = {{"time", now}, {"module", ModuleText(module)}, {"id", id}, {"event", Meaning(module, id)}};
+    const size_t heading = parts.size();
     bool whole = true;
     if (FindEvent(id) != nullptr)
-        AddText(payload, &items);
+        ReadText(payload, &parts);
     else
-        whole = AddItems(payload, &items);
-    Outcome outcome({{"time", Now()}, {"module", ModuleText(module)}, {"id", id}, {"event", Meaning(module, id)}}, "");
-    outcome.text = Now() + " " + ModuleText(module) + " " + Meaning(module, id) + " (id " + std::to_string(id) + ")";
-    for (const auto& [name, value] : items.items())
+        whole = ReadParts(payload, &parts);
+    for (size_t i = heading; i < parts.size(); ++i)
     {
-        AddMember(name, value, &outcome.data);
-        outcome.text += " " + name + "=" + Escaped(value.is_string() ? value.get<std::string>() : value.dump());
+        const auto& [name, value] = parts.data()[i];
+        text += " " + name + "=" + Escaped(value.is_string() ? value.get<std::string>() : value.dump());
     }
-    outcome.text += whole ? "\n" : " (cut)\n";
-    (void)Print(options, outcome);
+    (void)Print(options, {std::move(parts), text + (whole ? "\n" : " (cut)\n")});
     fflush(stdout);
 }
 
@@ -115,36 +148,45 @@ std::string WhyNotJoined(uint32_t module)
     return taken ? "another program has it" : "the system has no message queue for it, see kobctl doctor";
 }
 
-using Modules = std::array<kobd_watch*, kModules.size()>;  // nullptr: not joined
-
-// Joins the modules that are free and says which are not. How many were joined.
-int Join(Modules* modules)
+struct Watched
 {
-    int joined = 0;
-    for (size_t i = 0; i < kModules.size(); ++i)
+    uint32_t module;
+    kobd_watch* watch;
+};
+
+// Joins the modules that are free, and says which are not.
+std::vector<Watched> Join()
+{
+    std::vector<Watched> joined;
+    for (const uint32_t module : {kModuleNotify, kModuleServices, kModuleForward})
     {
-        if (kobd_watch_open(&(*modules)[i], kModules[i]) == KOBD_SUCCESS)
-            ++joined;
+        kobd_watch* watch = nullptr;
+        if (kobd_watch_open(&watch, module) == KOBD_SUCCESS)
+            joined.push_back({module, watch});
         else
-            SayError("not watching module " + ModuleText(kModules[i]) + ", " + WhyNotJoined(kModules[i]));
+            SayError("not watching module " + ModuleText(module) + ", " + WhyNotJoined(module));
     }
     return joined;
 }
 
-// Prints what has arrived and is asked for, one message a module and `left` at most. Adds to `printed`.
-Failure PrintArrived(const Options& options, const Words& patterns, const Modules& modules, int left, int* printed)
+bool IsEnough(const Options& options, uint64_t printed)
 {
-    for (size_t i = 0; i < modules.size(); ++i)
+    return options.count != 0 && printed >= static_cast<uint64_t>(options.count);
+}
+
+// Prints at most one message of each module, if it has arrived and a pattern asks for it. Adds to `printed`.
+Failure PrintArrived(const Options& options, const Words& patterns, const std::vector<Watched>& joined,
+                     uint64_t* printed)
+{
+    for (const auto& [module, watch] : joined)
     {
-        if (modules[i] == nullptr || left == 0) continue;
         uint16_t id = 0;
-        const int code = kobd_watch_next(modules[i], 0, &id);
+        const int code = IsEnough(options, *printed) ? KOBD_TIMEOUT : kobd_watch_next(watch, 0, &id);
         if (code == KOBD_TIMEOUT) continue;
-        if (code != KOBD_SUCCESS) return {code, "the queue of module " + ModuleText(kModules[i]) + " was removed"};
-        if (!IsAskedFor(patterns, id, kobd_watch_payload(modules[i]))) continue;
-        PrintMessage(options, kModules[i], id, kobd_watch_payload(modules[i]));
+        if (code != KOBD_SUCCESS) return {code, "the queue of module " + ModuleText(module) + " was removed"};
+        if (!IsAskedFor(patterns, id, kobd_watch_payload(watch))) continue;
+        PrintMessage(options, module, id, kobd_watch_payload(watch));
         ++*printed;
-        --left;
     }
     return {};
 }
@@ -155,18 +197,17 @@ Outcome CommandWatch(const Options& options, const Words& patterns)
     if (Failure failure = CheckPatterns(patterns)) return failure;
     signal(SIGINT, [](int) { stop = 1; });
     signal(SIGTERM, [](int) { stop = 1; });
-    Modules modules{};
-    if (Join(&modules) == 0) return Failure{KOBD_INITIALIZE_FAILED, "there is no module left to watch"};
+    const std::vector<Watched> joined = Join();
+    if (joined.empty()) return Failure{KOBD_INITIALIZE_FAILED, "no module could be watched"};
     Failure failure;
-    for (int seen = 0; !failure && stop == 0 && !OutputClosed() && (options.count == 0 || seen < options.count);)
+    for (uint64_t printed = 0; !failure && stop == 0 && !OutputClosed() && !IsEnough(options, printed);)
     {
-        const int before = seen;
-        failure = PrintArrived(options, patterns, modules, options.count == 0 ? INT_MAX : options.count - seen, &seen);
+        const uint64_t before = printed;
+        failure = PrintArrived(options, patterns, joined, &printed);
         const timespec pause = {0, kLookNs};
-        if (seen == before && !failure) nanosleep(&pause, nullptr);
-        if (options.count == 0) seen = 0;  // without end, for as long as the router runs
+        if (printed == before && !failure) nanosleep(&pause, nullptr);
     }
-    for (kobd_watch* module : modules) kobd_watch_close(module);
+    for (const Watched& one : joined) kobd_watch_close(one.watch);
     return failure;
 }
 }  // namespace kobd::client

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "client/dictionary/tables.h"
+#include "client/dictionary/dictionary.h"
 
 namespace kobd::client
 {

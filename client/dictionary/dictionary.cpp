@@ -1,11 +1,8 @@
 // The client's view of the dictionary.
 #include "client/dictionary/dictionary.h"
 
-#include <cstdlib>
-#include <vector>
-
-#include "client/dictionary/nearest.h"
-#include "client/dictionary/tables.h"
+#include "client/dictionary/names.h"
+#include "dictionary/value_rule.h"
 
 namespace kobd::client
 {
@@ -13,29 +10,21 @@ namespace
 {
 struct Rule
 {
-    const char* check;
+    const char* name;  // of the check
     const char* text;
 };
 
-#define RULE(check, text) {check, text},
+#define RULE(name, text) {name, text},
 constexpr Rule kRules[] = {
 #include "client/dictionary/check_rules.def"
 };
 #undef RULE
 
-// A bound as the daemon reads it: leading number, else 0; the fallback where there is none.
-std::string Bound(std::string_view limitation, bool upper, const char* fallback)
+// A value is digits alone, so that a bound below 0 says nothing.
+std::string Range(const ObjectEntry& object)
 {
-    const size_t colon = limitation.find(':');
-    const std::string_view text =
-        upper ? (colon == std::string_view::npos ? "" : limitation.substr(colon + 1)) : limitation.substr(0, colon);
-    return text.empty() ? fallback : std::to_string(strtoul(std::string(text).c_str(), nullptr, 10));
-}
-
-std::string Range(const ObjectEntry& object, const char* what, const char* low, const char* high)
-{
-    const std::string_view limitation = object.limitation != nullptr ? object.limitation : "";
-    return std::string(what) + Bound(limitation, false, low) + " to " + Bound(limitation, true, high);
+    const ValueBounds bounds = BoundsOf(object.type, object.limitation);
+    return std::to_string(std::max<int64_t>(bounds.lower, 0)) + " to " + std::to_string(bounds.upper);
 }
 
 std::string Choices(const char* limitation)
@@ -49,40 +38,34 @@ std::string AcceptsByType(const ObjectEntry& object)
 {
     switch (object.type)
     {
-        case VT_INT32: return Range(object, "an integer from ", "0", "2147483647");
-        case VT_UINT32: return Range(object, "an integer from ", "0", "4294967295");
-        case VT_UINT16: return Range(object, "an integer from ", "0", "65535");
+        case VT_INT32:
+        case VT_UINT32:
+        case VT_UINT16: return "an integer from " + Range(object);
         case VT_BOOL: return "0 or 1";
-        case VT_STRING: return Range(object, "a text of ", "0", "512") + " bytes, none of ` $ ( ) | &";
+        case VT_STRING: return "a text of " + Range(object) + " bytes, none of ` $ ( ) | &";
         case VT_TEXT:
-        case VT_TEXT_2: return Range(object, "a text of ", "0", "1024") + " bytes";
+        case VT_TEXT_2: return "a text of " + Range(object) + " bytes";
         case VT_ENUM: return Choices(object.limitation);
         default: return "any text";
     }
 }
 }  // namespace
 
-std::span<const ObjectEntry> Objects() { return kObjectRows; }
+const ObjectEntry* FindObject(std::string_view name) { return FindNamed(kObjectRows, name); }
 
-const ObjectEntry* FindObject(std::string_view name)
+const TableEntry* FindTable(std::string_view name) { return FindNamed(kTableRows, name); }
+
+const ColumnDef* FindColumn(const TableEntry& table, std::string_view name)
 {
-    for (const ObjectEntry& object : Objects())
-        if (name == object.name) return &object;
-    return nullptr;
+    return FindNamed(table.layout.columns, name);
 }
 
-const char* TypeName(ValueType type)
+std::string NoSuchName(const std::string& kind, const std::string& name)
 {
-    switch (type)
-    {
-        case VT_INT32: return "integer";
-        case VT_UINT64: return "unsigned 64-bit integer";
-        case VT_UINT32: return "unsigned integer";
-        case VT_UINT16: return "unsigned 16-bit integer";
-        case VT_BOOL: return "flag";
-        case VT_ENUM: return "choice";
-        default: return "text";
-    }
+    Words names;
+    if (kind != "table") names = AllNames(kObjectRows);
+    for (const TableEntry& table : kTableRows) names.emplace_back(table.name);
+    return "there is no " + kind + " " + name + DidYouMean(name, names);
 }
 
 const char* AccessText(Access access)
@@ -97,27 +80,37 @@ const char* AccessText(Access access)
     return "";
 }
 
-const char* RuleOf(std::string_view check)
+Words OperationNames(unsigned operations)
 {
-    for (const Rule& rule : kRules)
-        if (check == rule.check) return rule.text;
-    return nullptr;
+    static constexpr const char* kNames[] = {"add", "del", "get", "set", "setPPath", "next", "validate"};
+    Words names;
+    for (size_t i = 0; i < std::size(kNames); ++i)
+        if ((operations & 1u << i) != 0) names.emplace_back(kNames[i]);
+    return names;
+}
+
+std::string RuleOf(std::string_view check, const char* before)
+{
+    const Rule* rule = FindNamed(kRules, check);
+    return rule != nullptr ? std::string(before) + rule->text : "";
 }
 
 std::string Accepts(const ObjectEntry& object)
 {
     if (object.access == Access::kReadOnly) return "no value: it is read-only";
-    const char* rule = object.validator != nullptr ? RuleOf(object.validator) : nullptr;
-    if (rule == nullptr) return AcceptsByType(object);
+    const std::string rule = object.validator != nullptr ? RuleOf(object.validator) : "";
     // A text without limits of its own says nothing that the rule does not say.
-    return object.limitation == nullptr ? rule : AcceptsByType(object) + "; " + rule;
+    if (!rule.empty() && object.limitation == nullptr) return rule;
+    return AcceptsByType(object) + (rule.empty() ? "" : "; " + rule);
 }
 
-std::string Nearest(std::string_view name)
+std::string WhatIsWrong(const std::string& name, const std::string& value)
 {
-    std::vector<const char*> names;
-    for (const ObjectEntry& object : Objects()) names.push_back(object.name);
-    for (const TableEntry& table : Tables()) names.push_back(table.name);
-    return NearestOf(name, names);
+    const ObjectEntry* object = FindObject(name);
+    if (object == nullptr && FindTable(name) != nullptr) return name + " is a table, not an object";
+    if (object == nullptr) return NoSuchName("object", name);
+    if (object->access == Access::kReadOnly) return name + " is read-only";
+    const bool fits = JudgeValue(value.c_str(), object->type, object->limitation).fault == ValueFault::kNone;
+    return fits ? "" : name + "=" + value + ": it takes " + Accepts(*object);
 }
 }  // namespace kobd::client

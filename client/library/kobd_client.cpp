@@ -49,17 +49,42 @@ struct Message
     kobd_bytes Payload() const { return {bytes.data() + sizeof(MessageHeader), Header()->length}; }
 };
 
-void Address(MessageHeader* header, uint32_t module, MessageClass message_class, uint16_t id, size_t length)
+// Makes a message to the module. Result 11 when the payload is too long for one.
+int Fill(Message* message, uint32_t module, MessageClass message_class, uint16_t id, const void* payload, size_t length)
 {
+    if (length > kPayloadMax) return kBufferLimit;
+    if (length != 0) memcpy(message->Room(), payload, length);
+    MessageHeader* header = message->Header();
     *header = {};
     header->destination = module;
     header->message_class = message_class;
     header->id = id;
     header->length = static_cast<uint16_t>(length);
+    return kSuccess;
 }
 
-// Whether the payload is a result and sound items after it, so that nobody who reads on meets a
-// broken one.
+// Makes a client or a watch, whose connection `open` opens. Where that fails, *made is NULL.
+template <class Connected, class Open>
+int MakeConnected(Connected** made, Open open)
+{
+    *made = new (std::nothrow) Connected;
+    if (*made == nullptr) return kMallocFailed;
+    const int code = open(&(*made)->bus);
+    if (code == kSuccess) return kSuccess;
+    delete *made;
+    *made = nullptr;
+    return code;
+}
+
+template <class Connected>
+void Close(Connected* connected)
+{
+    if (connected == nullptr) return;
+    BusClientClose(&connected->bus);
+    delete connected;
+}
+
+// Whether the payload is a result with sound items behind it, so that a caller who reads on never meets a broken one.
 bool IsReply(kobd_bytes payload, kobd_item* result)
 {
     if (kobd_bytes_next(&payload, result) != 1 || result->tag != kTagResult || result->length != sizeof(int32_t))
@@ -95,7 +120,16 @@ struct kobd_items
         return true;
     }
 
-    std::span<char> Room() { return {bytes + used, size - used}; }
+    // Adds an item of at most `most` bytes. 0; 7 without memory; 11 when the item is too long.
+    template <class Write>
+    int Add(size_t most, Write write)
+    {
+        if (!Grow(most)) return kMallocFailed;
+        TlvWriter writer({bytes + used, size - used});
+        if (!write(&writer)) return kBufferLimit;
+        used += writer.Size();
+        return kSuccess;
+    }
 };
 
 struct kobd_client
@@ -125,20 +159,12 @@ void kobd_items_free(kobd_items* items) { delete items; }
 int kobd_items_add_text(kobd_items* items, uint16_t tag, const char* text)
 {
     const std::string_view value = text;
-    if (!items->Grow(kItemHeader + value.size() + 1)) return kMallocFailed;
-    TlvWriter writer(items->Room());
-    if (!writer.Text(tag, value)) return kBufferLimit;
-    items->used += writer.Size();
-    return kSuccess;
+    return items->Add(kItemHeader + value.size() + 1, [&](TlvWriter* writer) { return writer->Text(tag, value); });
 }
 
 int kobd_items_add_number(kobd_items* items, uint16_t tag, int32_t number)
 {
-    if (!items->Grow(kIntItem)) return kMallocFailed;
-    TlvWriter writer(items->Room());
-    if (!writer.Int(tag, number)) return kBufferLimit;
-    items->used += writer.Size();
-    return kSuccess;
+    return items->Add(kIntItem, [&](TlvWriter* writer) { return writer->Int(tag, number); });
 }
 
 const void* kobd_items_bytes(const kobd_items* items, size_t* size)
@@ -160,23 +186,9 @@ int kobd_bytes_next(kobd_bytes* bytes, kobd_item* out)
     return 1;
 }
 
-int kobd_client_open(kobd_client** client)
-{
-    *client = new (std::nothrow) kobd_client;
-    if (*client == nullptr) return kMallocFailed;
-    const int code = BusClientOpen(&(*client)->bus);
-    if (code == kSuccess) return kSuccess;
-    delete *client;
-    *client = nullptr;
-    return code;
-}
+int kobd_client_open(kobd_client** client) { return MakeConnected(client, BusClientOpen); }
 
-void kobd_client_close(kobd_client* client)
-{
-    if (client == nullptr) return;
-    BusClientClose(&client->bus);
-    delete client;
-}
+void kobd_client_close(kobd_client* client) { Close(client); }
 
 void kobd_client_set_timeout(kobd_client* client, int milliseconds) { client->timeout_ms = std::max(milliseconds, 0); }
 
@@ -184,13 +196,12 @@ namespace
 {
 int CallClass(kobd_client* client, MessageClass message_class, uint16_t id, const kobd_items* items)
 {
-    const size_t length = items != nullptr ? items->used : 0;
     client->left = {};
     client->answered = false;
-    if (length > kPayloadMax) return kBufferLimit;
-    if (length != 0) memcpy(client->request.Room(), items->bytes, length);
-    Address(client->request.Header(), kModuleKobd, message_class, id, length);
-    const int code = BusClientCall(&client->bus, client->request.Header(), client->reply.Header(), client->timeout_ms);
+    int code = Fill(&client->request, kModuleKobd, message_class, id, items != nullptr ? items->bytes : nullptr,
+                    items != nullptr ? items->used : 0);
+    if (code == kSuccess)
+        code = BusClientCall(&client->bus, client->request.Header(), client->reply.Header(), client->timeout_ms);
     if (code != kSuccess) return code;
     kobd_item result{};
     if (!IsReply(client->reply.Payload(), &result)) return kSystemError;
@@ -252,9 +263,7 @@ int kobd_set(kobd_client* client, const char* const* names, const char* const* v
 
 int kobd_send_event(kobd_client* client, uint32_t module, uint16_t id, const void* payload, size_t length)
 {
-    if (length > kPayloadMax) return kBufferLimit;
-    if (length != 0) memcpy(client->request.Room(), payload, length);
-    Address(client->request.Header(), module, kClassEvent, id, length);
+    if (const int code = Fill(&client->request, module, kClassEvent, id, payload, length)) return code;
     return BusClientSend(&client->bus, client->request.Header(), client->timeout_ms);
 }
 
@@ -268,21 +277,10 @@ int kobd_module_look(uint32_t module, kobd_module* look)
 
 int kobd_watch_open(kobd_watch** watch, uint32_t module)
 {
-    *watch = new (std::nothrow) kobd_watch;
-    if (*watch == nullptr) return kMallocFailed;
-    const int code = BusClientJoin(&(*watch)->bus, module);
-    if (code == kSuccess) return kSuccess;
-    delete *watch;
-    *watch = nullptr;
-    return code;
+    return MakeConnected(watch, [&](BusClient* bus) { return BusClientJoin(bus, module); });
 }
 
-void kobd_watch_close(kobd_watch* watch)
-{
-    if (watch == nullptr) return;
-    BusClientClose(&watch->bus);
-    delete watch;
-}
+void kobd_watch_close(kobd_watch* watch) { Close(watch); }
 
 int kobd_watch_next(kobd_watch* watch, int milliseconds, uint16_t* id)
 {

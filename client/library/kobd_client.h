@@ -1,4 +1,4 @@
-/* Client library of kobd: requests with a deadline, decoded replies, and watching what is announced.
+/* Client library of kobd: requests with a deadline, decoded replies, and watching what the daemon announces.
  *
  *     kobd_client* client;
  *     char port[KOBD_VALUE_MAX];
@@ -10,10 +10,14 @@
  *         kobd_client_close(client);
  *     }
  *
- * Every function that returns int gives 0 or a result code; kobd_result_text has its text. A client
- * is used by one thread at a time; different clients are independent. After a fork the child opens
- * clients and watches of its own; closing the parent's there only frees their memory. Texts are
- * zero-terminated bytes, usually UTF-8. Nothing blocks longer than its deadline. */
+ * A function that returns int returns 0 or a result code, unless its comment says otherwise;
+ * kobd_result_text has the text of a code. No call blocks longer than its deadline.
+ *
+ * A pointer may be NULL only where the comment says so. Texts end with a zero byte and are usually
+ * UTF-8. Sizes are in bytes, deadlines in milliseconds.
+ *
+ * Use a client or a watch in one thread at a time; different ones are independent. After a fork the
+ * child opens its own: calls on its parent's return 9, and closing the parent's frees only memory. */
 /* Laid out as C, for those who read it. */
 /* clang-format off */
 #ifndef KOBD_CLIENT_H
@@ -26,22 +30,22 @@
 extern "C" {
 #endif
 
-/* Result codes that the library itself gives; others come from the daemon. */
+/* Result codes that the library itself returns. The daemon returns these and others. */
 #define KOBD_SUCCESS 0
 #define KOBD_NOT_FOUND 1          /* there is no such object or table */
-#define KOBD_INVALID 2            /* refused */
-#define KOBD_NOT_RUNNING 3        /* nobody has the daemon's module */
-#define KOBD_SYSTEM_ERROR 4       /* the reply is none: no result, or items that cannot be read */
-#define KOBD_SEND_FAILED 5        /* the daemon's queue stayed full until the deadline, or takes no such size */
+#define KOBD_INVALID 2            /* the daemon refused the value, or could not read the request */
+#define KOBD_NOT_RUNNING 3        /* no program has joined the bus as that module */
+#define KOBD_SYSTEM_ERROR 4       /* the reply cannot be read: it has no result, or a broken item */
+#define KOBD_SEND_FAILED 5        /* the module's queue stayed full, or takes no message of that size */
 #define KOBD_NO_MEMORY 7
-#define KOBD_TIMEOUT 8            /* no reply, or nothing to see, before the deadline */
-#define KOBD_INITIALIZE_FAILED 9  /* no queue of our own, or the module is taken */
-#define KOBD_BUFFER_LIMIT 11      /* the request, the reply or the caller's buffer is too small */
+#define KOBD_TIMEOUT 8            /* no message arrived before the deadline; a request may still be served */
+#define KOBD_INITIALIZE_FAILED 9  /* the system has no queue for us, or another program has the module */
+#define KOBD_BUFFER_LIMIT 11      /* the payload is too long for a message, or the value for its buffer */
 
 #define KOBD_VALUE_MAX 2048   /* bytes of the longest object value with its zero byte */
-#define KOBD_PAYLOAD_MAX 8148 /* bytes of the largest payload: a message of 8192 less its header of 44 */
+#define KOBD_PAYLOAD_MAX 8148 /* bytes of the longest payload: a message of 8192 less its header of 44 */
 
-/* The text of a result code; never NULL. */
+/* The text of a result code. A constant; never NULL. */
 const char* kobd_result_text(int code);
 
 /* -- items ------------------------------------------------------------------------------------ */
@@ -49,7 +53,7 @@ const char* kobd_result_text(int code);
 enum kobd_tag {
     KOBD_TAG_RESULT = 0,      /* integer */
     KOBD_TAG_OBJECT_NAME = 1, /* text */
-    KOBD_TAG_VALUE = 2,       /* text, or a count in some replies */
+    KOBD_TAG_VALUE = 2,       /* text; an integer where a reply holds a count */
     KOBD_TAG_TABLE_NAME = 3,  /* text */
     KOBD_TAG_ROW_INDEX = 4,   /* integer */
     KOBD_TAG_COLUMN_NAME = 5, /* text */
@@ -58,65 +62,69 @@ enum kobd_tag {
 
 typedef struct kobd_item {
     uint16_t tag;
-    uint16_t length;   /* bytes of the value */
+    uint16_t length;   /* bytes of the value, for a text with its zero byte */
     const void* value; /* not aligned */
-    const char* text;  /* the value as text, NULL when no zero byte ends it */
-    int32_t number;    /* the value as integer, 0 when its length is not 4 */
+    const char* text;  /* the value as text; NULL when no zero byte ends it */
+    int32_t number;    /* the value as integer; 0 when its length is not 4 */
 } kobd_item;
 
-/* Items one after the other: the payload of a request, or what a change file holds. add functions:
- * 0; 7 without memory; 11 when the text is longer than an item can be (65534 bytes). A request is
- * limited to KOBD_PAYLOAD_MAX bytes, a file is not. */
+/* A list of items to send, or to write into a change file. The add functions copy what they are
+ * given and return 0; 7 without memory; 11 when the text is longer than 65534 bytes, and nothing
+ * is added then. The list itself has no limit; a request takes KOBD_PAYLOAD_MAX bytes of it. */
 typedef struct kobd_items kobd_items;
-kobd_items* kobd_items_new(void); /* NULL without memory; free with kobd_items_free */
-void kobd_items_free(kobd_items* items);
+kobd_items* kobd_items_new(void); /* empty; NULL without memory; free it with kobd_items_free */
+void kobd_items_free(kobd_items* items); /* items may be NULL */
 int kobd_items_add_text(kobd_items* items, uint16_t tag, const char* text);
 int kobd_items_add_number(kobd_items* items, uint16_t tag, int32_t number);
 
-/* The bytes of the items, size of them; valid until the next add or free. */
+/* The list as bytes, and how many in *size. They belong to the list and are valid until the next add
+ * or free. NULL with size 0 for a list without items. */
 const void* kobd_items_bytes(const kobd_items* items, size_t* size);
 
-/* Bytes that hold items, as a dump file does or a message to a watch; set both fields to begin. */
+/* Bytes that hold items, of a message or of a dump file. Set both fields to begin reading. */
 typedef struct kobd_bytes {
-    const void* next;
-    size_t left;
+    const void* next; /* the first byte not read yet */
+    size_t left;      /* bytes from there on */
 } kobd_bytes;
 
-/* 1 and the next item; 0 at the end; -1 at an item that runs past the end, and again from then on.
- * The item points into the bytes. */
+/* Reads the next item and moves behind it. Returns 1; 0 at the end; -1 at an item that runs past the
+ * end, and again from then on. The item points into the bytes, and they must outlive it. */
 int kobd_bytes_next(kobd_bytes* bytes, kobd_item* item);
 
 /* -- requests --------------------------------------------------------------------------------- */
 
+/* What to send, and what the reply holds behind its result. kobd-protocol(5) tells more. */
 enum kobd_request {
-    KOBD_SET = 1,
-    KOBD_GET = 2,
-    KOBD_SET_SILENT = 3,
-    KOBD_UPDATE = 4,
-    KOBD_TABLE_MAX_ROW = 5,
-    KOBD_TABLE_ELEMENT_COUNT = 6,
-    KOBD_TABLE_ADD = 7,
-    KOBD_TABLE_DEL = 8,
-    KOBD_TABLE_GET = 9,
-    KOBD_TABLE_SET = 10,
-    KOBD_TABLE_SET_SILENT = 11,
-    KOBD_TABLE_DUMP = 12,
-    KOBD_SHOW = 13,
-    KOBD_SUB_TABLE_ADD = 15
+    KOBD_SET = 1,                 /* name and value, for each object */
+    KOBD_GET = 2,                 /* name of each object; reply: name and value of each that can be read */
+    KOBD_SET_SILENT = 3,          /* as KOBD_SET, neither announced nor made durable */
+    KOBD_UPDATE = 4,              /* nothing; makes durable what was set silently */
+    KOBD_TABLE_MAX_ROW = 5,       /* table; reply: value, the most rows that it may hold */
+    KOBD_TABLE_ELEMENT_COUNT = 6, /* table; reply: value, the number of its columns */
+    KOBD_TABLE_ADD = 7,           /* table; reply: index of the new row */
+    KOBD_TABLE_DEL = 8,           /* table and index */
+    KOBD_TABLE_GET = 9,           /* table and index, for each row; reply: also its columns and values */
+    KOBD_TABLE_SET = 10,          /* value: the path of a change file */
+    KOBD_TABLE_SET_SILENT = 11,   /* as KOBD_TABLE_SET, neither announced nor made durable */
+    KOBD_TABLE_DUMP = 12,         /* each table; reply: value, the path of a dump file, which you remove */
+    KOBD_SHOW = 13,               /* nothing; reply: value, the path of a dump file, which you remove */
+    KOBD_SUB_TABLE_ADD = 15       /* table and parent path; reply: index of the new row */
 };
 
 typedef struct kobd_client kobd_client;
 
-/* Opens a connection; close it with kobd_client_close. A process may have 512 of them. Deadline of
- * every call: 5000 ms at first. A child of the process opens its own; calls on its parent's give 9. */
+/* Opens a connection; free it with kobd_client_close. A process may have 512 of them. 0; 7; 9 when
+ * the system has no message queue to give. *client is NULL after a failure. */
 int kobd_client_open(kobd_client** client);
-void kobd_client_close(kobd_client* client);
+void kobd_client_close(kobd_client* client); /* client may be NULL */
+
+/* How long each later call on this client may take: 5000 until this is called. Less than 0 is 0. */
 void kobd_client_set_timeout(kobd_client* client, int milliseconds);
 
-/* One request and its reply. items may be NULL. Returns 0 when the daemon answered with result 0;
- * otherwise the daemon's result, or without an answer 3, 4, 5 or 8, or 11 when the items do not fit
- * one message and nothing was sent. The items of the reply, result item left out, stay readable
- * until the next call on this client. */
+/* Sends a request and waits for its reply. items may be NULL: none. Returns the daemon's result; or,
+ * when kobd_answered then says 0, the library's: 3, 4, 5, 8 or 9, or 11 when the items do not fit one
+ * message and nothing was sent. After 8 the daemon may have served the request, or serve it later.
+ * The items of the reply can be read until the next call of this function, kobd_get or kobd_set. */
 int kobd_call(kobd_client* client, enum kobd_request request, const kobd_items* items);
 
 /* Questions that only the imitated router answers; on a router no reply comes in time. */
@@ -129,62 +137,70 @@ enum kobd_host_control {
 /* As kobd_call. */
 int kobd_host_call(kobd_client* client, enum kobd_host_control control, const kobd_items* items);
 
-/* 1 when the last call was answered, whatever the result; 0 when its code came from the library. */
+/* 1 when the daemon answered the last call, whatever its result; 0 when the library made the code. */
 int kobd_answered(const kobd_client* client);
 
-/* Items of the last reply: 1 and the next one, 0 at the end. kobd_reply_rewind begins again. */
+/* Reads the next item behind the result of the last reply. Returns 1; 0 at the end, and always when
+ * there was no answer. The item points into the client. kobd_reply_rewind begins again. */
 int kobd_reply_next(kobd_client* client, kobd_item* item);
 void kobd_reply_rewind(kobd_client* client);
 
-/* The value of one object into value[size]. 1 for a name that is unknown or cannot be read: the
- * daemon leaves it out of its reply and says why in its log alone. 11 when the value does not fit. */
+/* Copies the value of one object into value, size bytes with its zero byte. Returns as kobd_call
+ * does, or 7; 1 also for a name that is unknown or cannot be read, because the daemon leaves it out of
+ * its reply and says why in its log alone; 11 also when the value does not fit, and value is unchanged. */
 int kobd_get(kobd_client* client, const char* name, char* value, size_t size);
 
-/* Sets count objects in one request: all are checked before the first is changed. */
+/* Sets count objects in one request, names[i] to values[i]: all are checked before the first is
+ * changed. Returns as kobd_call does, or 7. */
 int kobd_set(kobd_client* client, const char* const* names, const char* const* values, size_t count);
 
-/* -- watching --------------------------------------------------------------------------------- */
+/* -- events ----------------------------------------------------------------------------------- */
 
 #define KOBD_MODULE_DAEMON 0x5A510001u   /* kobd itself */
-#define KOBD_MODULE_NOTIFY 0x5A510003u   /* is told of changes */
-#define KOBD_MODULE_SERVICES 0x5A510006u /* is told of connection events */
-#define KOBD_MODULE_FORWARD 0x5A510009u  /* gets forwarded events */
+#define KOBD_MODULE_NOTIFY 0x5A510003u   /* receives the announcements of changes */
+#define KOBD_MODULE_SERVICES 0x5A510006u /* receives the connection events */
+#define KOBD_MODULE_FORWARD 0x5A510009u  /* receives forwarded network events */
 
 typedef struct kobd_watch kobd_watch;
 
-/* Joins the bus as module; 9 when another program has it, or the system has no queue to give. Close with
- * kobd_watch_close. */
+/* Joins the bus as module, to receive what is sent to it; leave it with kobd_watch_close. 0; 7; 9
+ * when another program has the module, or the system has no message queue to give. *watch is NULL
+ * after a failure. */
 int kobd_watch_open(kobd_watch** watch, uint32_t module);
-void kobd_watch_close(kobd_watch* watch);
+void kobd_watch_close(kobd_watch* watch); /* watch may be NULL */
 
-/* Waits for the next message, milliseconds at most (negative: without end): 0 and its id; 8 nothing
- * came in time; 3 after kobd_watch_stop; 9 the queue is gone. */
+/* Waits for the next message and puts its id into *id. milliseconds less than 0: without end. 0; 3
+ * after kobd_watch_stop; 8 no message in time; 9 the queue was removed. */
 int kobd_watch_next(kobd_watch* watch, int milliseconds, uint16_t* id);
 
-/* Items of the message that the last kobd_watch_next gave: 1 and the next one, 0 at the end. */
+/* Reads the next item of the message that kobd_watch_next has returned. Returns 1; 0 at the end and
+ * at a broken item. The item points into the watch and is valid until the next kobd_watch_next. */
 int kobd_watch_item(kobd_watch* watch, kobd_item* item);
 
-/* The whole payload of that message, for events whose payload is a text without items. */
+/* The whole payload of that message, as long valid: for network events, which are a text without
+ * items, and to tell a broken item from the end. */
 kobd_bytes kobd_watch_payload(const kobd_watch* watch);
 
-/* Ends a kobd_watch_next in progress and all later ones; from any thread or signal handler. */
+/* Makes a kobd_watch_next in progress, and all later ones, return 3. May be called from any thread
+ * or signal handler. */
 void kobd_watch_stop(kobd_watch* watch);
 
-/* Sends an event (class 3) with a payload of length bytes to module; nobody answers it. 0; 3 nobody
- * has the module; 5 its queue stayed full; 11 the payload is longer than KOBD_PAYLOAD_MAX. */
+/* Sends an event to module; nobody answers it. payload may be NULL when length is 0. 0; 3; 5; 9; 11
+ * when length is more than KOBD_PAYLOAD_MAX. */
 int kobd_send_event(kobd_client* client, uint32_t module, uint16_t id, const void* payload, size_t length);
 
 /* -- looking ---------------------------------------------------------------------------------- */
 
 typedef struct kobd_module {
     int claimed;       /* 1 while a living process has the module */
-    int has_queue;     /* 1 when it has a queue */
+    int has_queue;     /* 1 when there is a queue for it */
     uint64_t messages; /* waiting in the queue */
-    uint64_t capacity; /* bytes the queue holds */
+    uint64_t capacity; /* bytes that the queue holds */
     uint32_t owner;    /* user id of the queue's owner */
 } kobd_module;
 
-/* Looks at a module without joining it. 0, also when it has no queue; else an errno. */
+/* Looks at a module without joining it. Returns 0, also when it has no queue; else an errno, such as
+ * EACCES when the queue belongs to another user. */
 int kobd_module_look(uint32_t module, kobd_module* look);
 
 #ifdef __cplusplus

@@ -17,7 +17,7 @@ namespace
 {
 constexpr std::string_view kReplaced = "\xEF\xBF\xBD";  // U+FFFD
 
-// The text with U+FFFD in the place of every byte that is no UTF-8; the library would put one for several bytes.
+// The text with U+FFFD in the place of each byte that is no UTF-8. The JSON library would put one for several bytes.
 std::string Utf8(std::string_view text)
 {
     std::string out;
@@ -80,7 +80,7 @@ bool FlushOutput()
     errno = 0;
     if (fflush(stdout) == 0 && ferror(stdout) == 0) return true;
     const std::string why = errno != 0 ? ": " + std::string(strerror(errno)) : "";  // not known of an earlier write
-    if (errno != EPIPE) SayError("not all was written" + why);
+    if (errno != EPIPE) SayError("the output was not written whole" + why);
     clearerr(stdout);  // a batch says it once
     return false;
 }

@@ -7,8 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "client/arguments/options.h"
-#include "client/output/failure.h"
+#include "client/arguments/command_line.h"
 
 namespace kobd::client
 {
@@ -20,26 +19,25 @@ struct [[nodiscard]] Outcome
     Outcome(Json json, std::string lines) : data(std::move(json)), text(std::move(lines)) {}
     Outcome(Failure why) : failure(std::move(why)) {}
 
-    Json data = {};                       // for a program: --json prints it in one line; null: nothing
-    std::string text = {};                // the same for a person, whole lines
+    Json data = {};                       // for a program: --json prints it in one line, unless it is null
+    std::string text = {};                // the same for a person, in whole lines
     std::vector<std::string> notes = {};  // lines for standard error: what is missing in the data, and why
     Failure failure = {};
     int status = 0;  // exit status where nothing failed
 };
 
-// Prints the outcome and returns the exit status: 0; 1 when something failed or is missing; 2 for wrong use;
-// or the outcome's own. `command` is the one whose help a wrong use points to. A command that prints as it goes
+// Prints the outcome and returns the exit status: 1 when something failed or is missing; 2 for wrong use; else the
+// outcome's own. The line about a wrong use points to the help of `command`. A command that prints while it runs
 // calls this for each part.
 int Print(const Options& options, const Outcome& outcome, const std::string& command = "");
 
 // Prints the line "kobctl: WHAT" on standard error.
 void SayError(const std::string& what);
 
-// Writes out what was printed. False when any of it was lost, after a line that says why; nothing is said when
-// the reader is gone.
+// Writes out what was printed. False when a part of it was lost; a line then says why, unless the reader is gone.
 bool FlushOutput();
 
-// Whether standard output is a pipe that nobody reads any more. A command that waits for something to print
-// would otherwise wait on.
+// Whether standard output is a pipe without a reader. A command that waits for something to print must ask, because
+// it would wait for ever.
 bool OutputClosed();
 }  // namespace kobd::client

@@ -1,16 +1,17 @@
-// Texts on a terminal: what may stand there, and in which colour.
+// Texts on a terminal: what may stand there, in which colour, and in aligned columns.
 #pragma once
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kobd::client
 {
 // Bytes of the UTF-8 character at the start of `text`, which is not empty; 0 when there is none.
 size_t CharacterLength(std::string_view text);
 
-// The text without any byte that could steer a terminal, since devices on the network choose their own names:
-// control characters and bytes that are no UTF-8 become "\x1b".
+// The text with "\x1b" in the place of control characters and of bytes that are no UTF-8, so that nothing steers the
+// terminal: devices on the network choose their own names.
 std::string Escaped(std::string_view text);
 
 // The text for standard output: escaped on a terminal, unchanged in a pipe or a file.
@@ -23,7 +24,26 @@ enum class Colour
     kYellow = 33,
 };
 
-// The word with blanks up to `width`, in the colour where a terminal wants colours (NO_COLOR is not set). The
-// word says by itself what its colour says.
+// The word with blanks up to `width`, coloured on a terminal unless NO_COLOR is set. The word must say by itself what
+// its colour says.
 std::string Coloured(Colour colour, const std::string& word, size_t width);
+
+// Lines of cells under a heading, for a person to read.
+struct Grid
+{
+    std::vector<std::string> heading;
+    std::vector<bool> right;  // which columns align to the right
+    std::vector<std::vector<std::string>> lines;
+};
+
+// The width for tables in characters: COLUMNS, else the width of the terminal, else 80. So the text in a pipe does not
+// depend on the window.
+size_t DisplayWidth();
+
+// The grid as a table with two blanks between columns. It shows an empty cell as "-" and escapes the others.
+std::string TableText(const Grid& grid);
+
+// The same where that fits `width`. Else each line of the grid becomes its first cell with a line for each of the
+// others below it: "  heading  value".
+std::string FittingText(const Grid& grid, size_t width);
 }  // namespace kobd::client

@@ -7,7 +7,7 @@
 
 namespace kobd::client
 {
-// Reads the dump file that the reply names whole and removes it. Anybody on the bus may have named it, so anything
-// but a plain file with the name of a dump file is neither read nor removed, and no link is followed.
+// Reads the whole dump file that the reply names, and removes it. Another program may have sent the reply: only a plain
+// file with the name of a dump file is read and removed, and no link is followed.
 Failure TakeDumpFile(const Response& response, std::string* bytes);
 }  // namespace kobd::client

@@ -19,9 +19,7 @@ constexpr off_t kMostBytes = 1024 * 1024;                       // a request wri
 
 constexpr const char* kVerdictFunction = "ObjsParameterCheck";
 
-std::string Verdict(const std::string& name, const std::string& value) { return name + "(" + value + ") verify error"; }
-
-// "2026/01/31  12:00:00 function[12]: message" into its parts; false for anything else.
+// Splits "2026/01/31  12:00:00 function[12]: message" into its parts. False for a line of another form.
 bool ParseLine(const std::string& text, LogLine* line)
 {
     const size_t bracket = text.find('[');
@@ -35,7 +33,7 @@ bool ParseLine(const std::string& text, LogLine* line)
     return true;
 }
 
-// The lines from `start` on, or from the start of the file when it is not `file` any more.
+// The lines from `start` on, or the whole log when it is another file than `file` by now.
 std::vector<LogLine> LinesFrom(ino_t file, off_t start)
 {
     std::vector<LogLine> lines;
@@ -48,23 +46,26 @@ std::vector<LogLine> LinesFrom(ino_t file, off_t start)
         if (ParseLine(text, &line)) lines.push_back(line);
     return lines;
 }
-bool IsVerdict(const LogLine& line, const std::string& verdict)
+
+// The line after the last one that says that `name` with `value` was refused; the first line when none does.
+std::vector<LogLine>::const_iterator BehindVerdict(const std::vector<LogLine>& lines, const std::string& name,
+                                                   const std::string& value)
 {
-    return line.function == kVerdictFunction && line.message == verdict;
+    const std::string verdict = name + "(" + value + ") verify error";
+    return std::find_if(lines.rbegin(), lines.rend(),
+                        [&](const LogLine& line)
+                        { return line.function == kVerdictFunction && line.message == verdict; })
+        .base();
 }
 
 // What the check said just before the verdict, with "; " at its end; the empty text when it said nothing.
-std::string CheckMessage(const std::vector<LogLine>& lines, const std::string& verdict)
+std::string CheckMessage(const std::vector<LogLine>& lines, std::vector<LogLine>::const_iterator behind_verdict)
 {
-    for (size_t end = lines.size(); end > 1; --end)
-    {
-        if (!IsVerdict(lines[end - 1], verdict)) continue;
-        const LogLine& reason = lines[end - 2];
-        const bool praise = reason.message.find("] is valid ") != std::string::npos;  // of a part that passed
-        if (reason.function == kVerdictFunction || reason.message.empty() || praise) return "";
-        return reason.message + " (" + reason.function + "); ";
-    }
-    return "";
+    if (behind_verdict - lines.begin() < 2) return "";
+    const LogLine& reason = *(behind_verdict - 2);
+    const bool praise = reason.message.find("] is valid ") != std::string::npos;  // of a part that passed
+    if (reason.function == kVerdictFunction || reason.message.empty() || praise) return "";
+    return reason.message + " (" + reason.function + "); ";
 }
 }  // namespace
 
@@ -82,13 +83,12 @@ std::vector<LogLine> LastLogLines() { return LinesFrom(0, 0); }
 
 bool WasRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
 {
-    const std::string verdict = Verdict(name, value);
-    return std::any_of(lines.begin(), lines.end(), [&](const LogLine& line) { return IsVerdict(line, verdict); });
+    return BehindVerdict(lines, name, value) != lines.begin();
 }
 
 std::string RefusalText(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
 {
-    return name + "=" + value + ": " + CheckMessage(lines, Verdict(name, value)) + "it takes " +
+    return name + "=" + value + ": " + CheckMessage(lines, BehindVerdict(lines, name, value)) + "it takes " +
            Accepts(*FindObject(name));
 }
 }  // namespace kobd::client

@@ -15,8 +15,8 @@ struct LogLine
     std::string message;  // without line ends at its end
 };
 
-// Make one before the request; Lines then gives what was written since. Lines of other clients' requests may be
-// among them. There are none when this user may not read the log.
+// The end of the log from the moment at which this object was made: make one before a request. Lines of other clients'
+// requests may be among them. There are none when this user may not read the log.
 class LogWindow
 {
 public:
@@ -34,7 +34,7 @@ std::vector<LogLine> LastLogLines();
 // Whether the lines say that `name` with `value` was refused.
 bool WasRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value);
 
-// "NAME=VALUE: MESSAGE (CHECK); it takes ...", with the message of the check that refused the value where the
-// lines have it.
+// "NAME=VALUE: MESSAGE (CHECK); it takes ...". Without "MESSAGE (CHECK); " where the lines do not have the message of
+// the check that refused the value.
 std::string RefusalText(const std::vector<LogLine>& lines, const std::string& name, const std::string& value);
 }  // namespace kobd::client

@@ -4,7 +4,10 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <memory>
+
+#include "daemon/base/messages.h"
 
 namespace kobd::client
 {
@@ -23,7 +26,7 @@ struct FreeItems
 };
 using BuiltItems = std::unique_ptr<kobd_items, FreeItems>;
 
-// Nothing without memory, or when a text is too long for an item.
+// NULL without memory, or when a text is too long for an item.
 BuiltItems Build(const Items& items)
 {
     BuiltItems built(kobd_items_new());
@@ -44,6 +47,17 @@ Item Copy(const kobd_item& item)
     return copy;
 }
 }  // namespace
+
+Items SetItems(const Assignments& pairs)
+{
+    Items items;
+    for (const auto& [name, value] : pairs)
+    {
+        items.emplace_back(KOBD_TAG_OBJECT_NAME, name);
+        items.emplace_back(KOBD_TAG_VALUE, value);
+    }
+    return items;
+}
 
 std::optional<std::string> ItemBytes(const Items& items)
 {
@@ -73,6 +87,18 @@ bool FitsOneRequest(const Items& items)
 {
     const auto bytes = ItemBytes(items);
     return bytes && bytes->size() <= KOBD_PAYLOAD_MAX;
+}
+
+std::string TooLarge(const std::string& what)
+{
+    return "a message of " + std::to_string(kMessageMax) + " bytes cannot hold " + what;
+}
+
+std::string ModuleText(uint32_t module)
+{
+    char text[16];
+    snprintf(text, sizeof text, "0x%08X", module);
+    return text;
 }
 
 int TimeoutFor(const Options& options, const Items& items)
@@ -136,6 +162,16 @@ Response CallInParts(const Options& options, kobd_request id, std::span<const It
     return first;
 }
 
+Response ReadValues(const Options& options, const Words& names, Values* values)
+{
+    std::vector<Items> parts;
+    for (const std::string& name : names) parts.push_back({Item(KOBD_TAG_OBJECT_NAME, name)});
+    Response response = CallInParts(options, KOBD_GET, parts);
+    const Items& answers = response.items;
+    for (size_t i = 0; i + 1 < answers.size(); i += 2) (*values)[answers[i].text] = answers[i + 1].text;
+    return response;
+}
+
 std::string WhyNoAnswer(const Response& response)
 {
     kobd_module daemon = {};
@@ -154,12 +190,12 @@ std::string WhyNoAnswer(const Response& response)
 Failure FailureOf(const Response& response, const std::string& what)
 {
     if (response.code == 0) return {};
-    return Refused(response.code, what + (response.from_bus ? ": " + WhyNoAnswer(response) : ""));
+    return FailureWithCode(response.code, what + (response.from_bus ? ": " + WhyNoAnswer(response) : ""));
 }
 
 Failure FailureOfChange(const Response& response, const std::string& what)
 {
     if (!response.MayBeDone()) return FailureOf(response, what);
-    return Refused(response.code, what + ": " + WhyNoAnswer(response) + ", see whether it was done");
+    return FailureWithCode(response.code, what + ": " + WhyNoAnswer(response) + ", see whether it was done");
 }
 }  // namespace kobd::client

@@ -4,8 +4,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -27,26 +27,14 @@ void RemoveAndEnd(int number)
     raise(number);
 }
 
-// Leaves a signal that the caller of the program had ignored ignored.
+// A signal that the caller of the program ignores stays ignored.
 void OnEndingSignals(void (*handler)(int))
 {
     for (const int number : kEndingSignals)
         if (signal(number, handler) == SIG_IGN) signal(number, SIG_IGN);
 }
 
-bool WriteAll(int file, const std::string& bytes)
-{
-    for (size_t written = 0; written < bytes.size();)
-    {
-        const ssize_t count = write(file, bytes.data() + written, bytes.size() - written);
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return false;
-        written += static_cast<size_t>(count);
-    }
-    return true;
-}
-
-// A daemon of another user has to read what root writes.
+// Root's file is given to the daemon's user, who could not read it otherwise.
 bool DaemonMayRead(int file)
 {
     kobd_module daemon{};
@@ -54,7 +42,7 @@ bool DaemonMayRead(int file)
     return daemon.owner == 0 || fchown(file, daemon.owner, static_cast<gid_t>(-1)) == 0;
 }
 
-// A signal that came between creating the file and watching for signals would leave it behind.
+// Holds signals back: one between the creation of the file and the watch for signals would leave the file behind.
 class SignalsHeld
 {
 public:
@@ -84,19 +72,19 @@ Failure ChangeFile::Write(const Items& items)
 {
     const auto bytes = ItemBytes(items);
     if (!bytes) return {kSystemError, "a value is too long for a change file"};
-    int file = -1;
+    int descriptor = -1;
     {
         const SignalsHeld held;
         strcpy(path_to_remove, "/tmp/kobctl-XXXXXX");
-        file = mkostemp(path_to_remove, O_CLOEXEC);
-        if (file < 0) return SystemFailure("cannot create a change file in /tmp");
+        descriptor = mkostemp(path_to_remove, O_CLOEXEC);
+        if (descriptor < 0) return SystemFailure("cannot create a change file in /tmp");
         path_ = path_to_remove;
         OnEndingSignals(RemoveAndEnd);
     }
-    Failure failure;
-    if (!WriteAll(file, *bytes) || !DaemonMayRead(file))
-        failure = SystemFailure("cannot write the change file " + path_);
-    if (close(file) != 0 && !failure) failure = SystemFailure("cannot write the change file " + path_);
-    return failure;
+    FILE* file = fdopen(descriptor, "w");
+    bool whole = file != nullptr && fwrite(bytes->data(), 1, bytes->size(), file) == bytes->size() && fflush(file) == 0;
+    whole = whole && DaemonMayRead(descriptor);
+    if (file != nullptr && fclose(file) != 0) whole = false;
+    return whole ? Failure() : SystemFailure("cannot write the change file " + path_);
 }
 }  // namespace kobd::client

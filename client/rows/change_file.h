@@ -7,7 +7,8 @@
 
 namespace kobd::client
 {
-// A change file that exists as long as this object, one at a time. A signal that ends the program removes it too.
+// A change file that exists as long as this object. A signal that ends the program removes it too. Only one such object
+// may exist at a time.
 class ChangeFile
 {
 public:

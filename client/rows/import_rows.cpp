@@ -7,34 +7,20 @@ namespace kobd::client
 {
 namespace
 {
-using Rows = std::vector<RowAddress>;
-
-Failure DeleteRows(const Options& options, const Rows& rows)
+Failure DeleteRows(const Options& options, const RowAddresses& rows)
 {
     for (const RowAddress& row : rows)
         if (Failure failure = DeleteRow(options, row)) return failure;
     return {};
 }
 
-// What the row is still to be given. A row that is as it should be is not sent at all: many checks would refuse an
-// empty one, and yet routers have them.
-Assignments Missing(const TableRow& row, const Assignments& wanted)
+// Adds a row and reads it back into `there`. It has no values where the list makes a row only when it is set.
+Failure AddOne(const Options& options, const TableEntry& table, Row* there)
 {
-    Assignments missing;
-    for (const Assignment& value : wanted)
-        if (row.ValueOf(value.name) != value.value) missing.push_back(value);
-    return missing;
-}
-
-// Adds a row. `there` becomes the row as it then reads; it has no columns where the list makes the row only when it
-// is set.
-Failure AddOne(const Options& options, const TableEntry& table, TableRow* there)
-{
-    *there = {table.name, 0, {}, {}};
     if (Failure failure = AddRow(options, table, &there->index)) return failure;
-    std::vector<TableRow> present;
+    TableRows present;
     if (Failure failure = DumpRows(options, "table dump", {&table}, &present)) return failure;
-    for (const TableRow& row : present)
+    for (const Row& row : present[table.name])
         if (row.index == there->index) *there = row;
     return {};
 }
@@ -44,22 +30,22 @@ void Append(const Failure& more, Failure* failure)
     if (more) *failure = {more.code, failure->what + (*failure ? "; " : "") + more.what};
 }
 
-// Adds the rows; `added` are those that are there afterwards. They are filled in one request, so that all are checked
-// before the first holds anything, or each by itself.
+// Adds the rows and fills them: `together` in one request, so that all are checked before the first is filled, else
+// each by itself. `added` gets those that exist afterwards.
 Failure AddEach(const Options& options, const TableEntry& table, const std::vector<Assignments>& rows, bool together,
-                Rows* added)
+                RowAddresses* added)
 {
-    std::vector<RowChange> changes;
+    RowChanges changes;
     Failure failures;
     for (const Assignments& wanted : rows)
     {
-        TableRow there;
+        Row there = {kNoIndexYet};
         if (const Failure failure = AddOne(options, table, &there))
         {
             Append(failure, &failures);
             return failures;
         }
-        const bool made_by_set = there.columns.empty();
+        const bool made_by_set = there.values.empty();
         const RowChange change = {{&table, there.index}, made_by_set ? wanted : Missing(there, wanted)};
         Failure failure;
         if (!change.values.empty() && together && !made_by_set)
@@ -77,30 +63,24 @@ Failure AddEach(const Options& options, const TableEntry& table, const std::vect
 // Adds the rows, or none of them.
 Failure AddRows(const Options& options, const TablePlan& plan)
 {
-    Rows added;
+    RowAddresses added;
     Failure failure = AddEach(options, *plan.table, plan.wanted, true, &added);
     if (failure) Append(DeleteRows(options, added), &failure);
     return failure;
 }
 
-// Adds the old rows again and fills each by itself: one that the daemon does not take any more leaves the others
-// whole.
+// Adds the old rows again and fills each by itself, so that one that the daemon refuses now does not spoil the others.
 Failure PutBack(const Options& options, const TablePlan& plan)
 {
     std::vector<Assignments> rows;
-    for (const TableRow& row : plan.old)
-    {
-        rows.emplace_back();
-        for (const ColumnDef& column : plan.table->layout.columns)
-            if (IsExported(column)) rows.back().push_back({column.name, row.ValueOf(column.name)});
-    }
-    Rows added;
+    for (const Row& row : plan.old) rows.push_back(ExportedValues(*plan.table, row));
+    RowAddresses added;
     return AddEach(options, *plan.table, rows, false, &added);
 }
 
 Failure ReplaceInPlace(const Options& options, const TablePlan& plan)
 {
-    std::vector<RowChange> changes;
+    RowChanges changes;
     for (size_t i = 0; i < plan.wanted.size(); ++i)
         if (Assignments missing = Missing(plan.old[i], plan.wanted[i]); !missing.empty())
             changes.push_back({{plan.table, plan.old[i].index}, std::move(missing)});
@@ -111,8 +91,8 @@ Failure ReplaceInPlace(const Options& options, const TablePlan& plan)
 Failure ReplaceRows(const Options& options, const TablePlan& plan)
 {
     if (plan.InPlace()) return ReplaceInPlace(options, plan);
-    Rows old;
-    for (const TableRow& row : plan.old) old.push_back({plan.table, row.index});
+    RowAddresses old;
+    for (const Row& row : plan.old) old.push_back({plan.table, row.index});
     Failure failure = AddRows(options, plan);
     if (!failure) return DeleteRows(options, old);
     if (old.empty()) return failure;
@@ -120,7 +100,8 @@ Failure ReplaceRows(const Options& options, const TablePlan& plan)
     failure = AddRows(options, plan);
     if (!failure) return {};
     const Failure lost = PutBack(options, plan);
-    failure.what += lost ? "; of the rows before these are not back: " + lost.what : "; the rows before are back";
+    failure.what +=
+        lost ? "; these earlier rows could not be restored: " + lost.what : "; the earlier rows are restored";
     return failure;
 }
 }  // namespace kobd::client

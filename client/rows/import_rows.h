@@ -5,8 +5,8 @@
 
 namespace kobd::client
 {
-// Makes the rows of the table those that are wanted. New rows are added before old ones are deleted. Where that is
-// refused, for example by a check that finds the old row beside the new one, old rows are deleted first; a refusal
-// then puts them back, under new indexes. Where even that fails, the failure says so.
+// Gives the table the rows that are wanted. It adds the new rows, then deletes the old ones. Where a new row is
+// refused, for example by a check that finds the old row beside it, it deletes the old rows first. When a new row is
+// refused then, it adds the old rows again, under new indexes. The failure says whether that worked.
 Failure ReplaceRows(const Options& options, const TablePlan& plan);
 }  // namespace kobd::client

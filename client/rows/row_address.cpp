@@ -3,95 +3,57 @@
 
 #include <algorithm>
 
-#include "client/dictionary/nearest.h"
-#include "client/rows/table_rows.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
 {
 namespace
 {
-std::string RowTexts(const std::vector<RowAddress>& rows)
+std::string RowTexts(const RowAddresses& rows)
 {
     Words texts;
     for (const RowAddress& row : rows) texts.push_back(row.Text());
     return Joined(texts);
 }
 
-const char* NameOf(Operation operation)
+void AddOnce(const TableEntry* table, Tables* tables)
 {
-    switch (operation)
-    {
-        case kAdd: return "add";
-        case kDel: return "del";
-        case kGet: return "get";
-        case kSet: return "set";
-        case kSetParentPath: return "setPPath";
-        case kNext: return "next";
-        case kValidate: return "validate";
-    }
-    return "";
+    if (std::ranges::find(*tables, table) == tables->end()) tables->push_back(table);
 }
 
-// The first of the rows that is not in its table, with the rows that are.
-std::string MissingRow(const Options& options, const std::vector<RowAddress>& rows)
-{
-    for (const RowAddress& row : rows)
-    {
-        std::vector<TableRow> present;
-        if (DumpRows(options, "", {row.table}, &present)) continue;
-        Words indexes;
-        for (const TableRow& one : present) indexes.push_back(std::to_string(one.index));
-        const std::string index = std::to_string(row.index);
-        if (std::find(indexes.begin(), indexes.end(), index) != indexes.end()) continue;
-        return std::string(row.table->name) + " has no row " + index +
-               (indexes.empty() ? ", it is empty" : ", there is " + Joined(indexes));
-    }
-    return RowTexts(rows);
-}
-
-std::string MissingOperation(Operation operation, const std::vector<RowAddress>& rows)
-{
-    for (const auto& [table, index] : rows)
-        for (const Operation needed : {operation == kSetParentPath ? kAdd : operation, operation})
-            if (!table->Has(needed))
-                return std::string(table->name) + " has no " + NameOf(needed) + " operation, it has " +
-                       Joined(OperationNames(*table));
-    return RowTexts(rows);
-}
-
-std::string RefusalText(const Options& options, int code, Operation operation, const std::vector<RowAddress>& rows)
+std::string RefusalText(const Options& options, int code, Operation operation, const RowAddresses& rows)
 {
     const TableEntry& first = *rows.front().table;
+    std::string missing;
     switch (code)
     {
-        case kIndexNotFound: return MissingRow(options, rows);
+        case kIndexNotFound:
+            return FindMissingRow(options, "", rows, &missing) || missing.empty() ? RowTexts(rows) : missing;
         case kMethodUnavailable: return MissingOperation(operation, rows);
         case kTableFull:
             return std::string(first.name) + " holds " + std::to_string(first.max_rows) + " rows, its maximum";
         case kBufferLimit:
             return RowTexts(rows) + " does not fit one reply, kobctl table dump " + first.name + " shows it";
-        default: return operation == kAdd || operation == kSetParentPath ? first.name : RowTexts(rows);
+        default: return RowTexts(rows);
     }
 }
 }  // namespace
 
-std::string RowAddress::Text() const { return table->name + (" " + std::to_string(index)); }
+std::string RowAddress::Text() const { return table->name + (index == kNoIndexYet ? "" : " " + std::to_string(index)); }
 
 Failure ReadTable(const std::string& name, const TableEntry** table)
 {
     *table = FindTable(name);
-    if (*table != nullptr) return {};
-    return Refused(kNotFound, "there is no table " + name + DidYouMean(NearestTable(name)));
+    return *table != nullptr ? Failure() : FailureWithCode(kNotFound, NoSuchName("table", name));
 }
 
-Failure ReadTables(const Words& names, std::vector<const TableEntry*>* tables)
+Failure ReadTables(const Words& names, Tables* tables)
 {
     for (const std::string& name : names)
     {
         const TableEntry* table = nullptr;
         if (Failure failure = ReadTable(name, &table)) return failure;
-        if (std::find(tables->begin(), tables->end(), table) == tables->end()) tables->push_back(table);
+        AddOnce(table, tables);
     }
     return {};
 }
@@ -104,9 +66,9 @@ Failure ReadRowIndex(const std::string& text, int32_t* index)
     return {};
 }
 
-Failure ReadRows(const Words& table_and_indexes, std::vector<RowAddress>* rows)
+Failure ReadRows(const Words& table_and_indexes, RowAddresses* rows)
 {
-    RowAddress row = {nullptr, 0};
+    RowAddress row = {nullptr, kNoIndexYet};
     if (Failure failure = ReadTable(table_and_indexes[0], &row.table)) return failure;
     for (size_t i = 1; i < table_and_indexes.size(); ++i)
     {
@@ -116,8 +78,36 @@ Failure ReadRows(const Words& table_and_indexes, std::vector<RowAddress>* rows)
     return {};
 }
 
-Failure RefusalOf(const Options& options, int code, Operation operation, const std::vector<RowAddress>& rows)
+Failure FindMissingRow(const Options& options, const std::string& what, const RowAddresses& rows, std::string* missing)
 {
-    return Refused(code, RefusalText(options, code, operation, rows));
+    Tables tables;
+    TableRows present;
+    for (const RowAddress& row : rows) AddOnce(row.table, &tables);
+    if (Failure failure = DumpRows(options, what, tables, &present)) return failure;
+    for (const auto& [table, index] : rows)
+    {
+        Words indexes;
+        for (const Row& row : present[table->name]) indexes.push_back(std::to_string(row.index));
+        if (std::ranges::find(indexes, std::to_string(index)) != indexes.end()) continue;
+        *missing = std::string(table->name) + " has no row " + std::to_string(index) +
+                   (indexes.empty() ? ", it is empty" : ", it has " + Joined(indexes));
+        return {};
+    }
+    return {};
+}
+
+std::string MissingOperation(Operation operation, const RowAddresses& rows)
+{
+    for (const auto& [table, index] : rows)
+        for (const Operation needed : {operation == kSetParentPath ? kAdd : operation, operation})
+            if (!table->Has(needed))
+                return std::string(table->name) + " has no " + Joined(OperationNames(needed)) + " operation, it has " +
+                       Joined(OperationNames(table->operations));
+    return RowTexts(rows);
+}
+
+Failure RefusalOf(const Options& options, int code, Operation operation, const RowAddresses& rows)
+{
+    return FailureWithCode(code, RefusalText(options, code, operation, rows));
 }
 }  // namespace kobd::client

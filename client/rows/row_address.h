@@ -5,33 +5,43 @@
 #include <string>
 #include <vector>
 
-#include "client/arguments/words.h"
-#include "client/dictionary/tables.h"
-#include "client/requests/request.h"
+#include "client/rows/table_rows.h"
 
 namespace kobd::client
 {
+inline constexpr int32_t kNoIndexYet = -1;  // of a row that is still to be added
+
 struct RowAddress
 {
     const TableEntry* table;
     int32_t index;
 
-    std::string Text() const;  // "FwUrlFilterTable 3"
+    std::string Text() const;  // "FwUrlFilterTable 3"; the table alone where there is no index yet
 };
+
+using RowAddresses = std::vector<RowAddress>;
 
 // Finds the table of this name. The failure says which name was probably meant.
 Failure ReadTable(const std::string& name, const TableEntry** table);
 
 // Finds the tables of these names, each once.
-Failure ReadTables(const Words& names, std::vector<const TableEntry*>* tables);
+Failure ReadTables(const Words& names, Tables* tables);
 
 // Reads a row index from 0 to 2147483647.
 Failure ReadRowIndex(const std::string& text, int32_t* index);
 
 // Reads a table and the indexes of rows that follow it.
-Failure ReadRows(const Words& table_and_indexes, std::vector<RowAddress>* rows);
+Failure ReadRows(const Words& table_and_indexes, RowAddresses* rows);
 
-// The words for a result code with which the daemon refused `operation` on the rows: which row is missing and which
-// there are, the most rows, or which operation is missing. Asks the daemon where only its rows can tell.
-Failure RefusalOf(const Options& options, int code, Operation operation, const std::vector<RowAddress>& rows);
+// Asks the daemon whether the rows exist. `missing` names the first one that does not, with the rows that its table
+// has; it stays empty when all exist. A failure to ask begins with `what`.
+Failure FindMissingRow(const Options& options, const std::string& what, const RowAddresses& rows, std::string* missing);
+
+// Names the first table of the rows that lacks the operation, with the operations that it has. The addresses of the
+// rows when none lacks it.
+std::string MissingOperation(Operation operation, const RowAddresses& rows);
+
+// Why the daemon refused `operation` on the rows with this result code: which row or operation is missing, or how many
+// rows the table may hold. Asks the daemon for its rows where it must.
+Failure RefusalOf(const Options& options, int code, Operation operation, const RowAddresses& rows);
 }  // namespace kobd::client

@@ -1,23 +1,20 @@
-// Changes of rows, and the words for what the daemon did not accept of them.
+// Changes of rows, and why the daemon refuses them.
 #include "client/rows/row_change.h"
 
 #include <algorithm>
 
 #include "client/dictionary/column_value.h"
-#include "client/dictionary/dictionary.h"
-#include "client/dictionary/nearest.h"
+#include "client/dictionary/names.h"
 #include "client/requests/log_window.h"
 #include "client/rows/change_file.h"
+#include "daemon/base/messages.h"
 #include "daemon/base/result.h"
-#include "daemon/base/tlv.h"
 
 namespace kobd::client
 {
 namespace
 {
-using Changes = std::vector<RowChange>;
-
-Items ChangeItems(const Changes& changes)
+Items ChangeItems(const RowChanges& changes)
 {
     Items items;
     for (const RowChange& change : changes)
@@ -34,7 +31,7 @@ Items ChangeItems(const Changes& changes)
 }
 
 // The last line that a check of these rows wrote; nullptr when none did.
-const LogLine* CheckLine(const Changes& changes, const std::vector<LogLine>& log)
+const LogLine* CheckLine(const RowChanges& changes, const std::vector<LogLine>& log)
 {
     const auto by_check = [&](const LogLine& line)
     {
@@ -53,7 +50,7 @@ std::string ChangeText(const RowChange& change)
 }
 
 // The rows that the check may have refused, all of them when no check said anything.
-std::string ChangeTexts(const Changes& changes, const LogLine* said)
+std::string ChangeTexts(const RowChanges& changes, const LogLine* said)
 {
     Words texts;
     for (const RowChange& change : changes)
@@ -61,38 +58,28 @@ std::string ChangeTexts(const Changes& changes, const LogLine* said)
     return (texts.size() > 1 ? "one of these rows: " : "") + Joined(texts);
 }
 
-// Why the daemon refused the changes. The check of a row says in the log what it did not like.
-Failure WhyRefused(const Options& options, int code, const Changes& changes, const std::vector<LogLine>& log)
+// Why the daemon refused the changes. The check of a row writes its reason to the log.
+Failure WhyRefused(const Options& options, int code, const RowChanges& changes, const std::vector<LogLine>& log)
 {
-    std::vector<RowAddress> rows;
-    for (const RowChange& change : changes) rows.push_back(change.row);
-    const bool all_can_be_set =
-        std::all_of(rows.begin(), rows.end(), [](const RowAddress& row) { return row.table->Has(kSet); });
+    const RowAddresses rows = RowsOf(changes);
+    const bool all_can_be_set = std::ranges::all_of(rows, [](const RowAddress& row) { return row.table->Has(kSet); });
     if (code == kIndexNotFound || !all_can_be_set) return RefusalOf(options, code, kSet, rows);
     const LogLine* said = CheckLine(changes, log);
     std::string out = ChangeTexts(changes, said);
-    const char* rule = RuleOf(said != nullptr ? said->function.c_str() : rows.front().table->validator);
     if (said != nullptr) out += ": " + said->message + " (" + said->function + ")";
-    if (rule != nullptr && (said != nullptr || changes.size() == 1)) out += std::string("; it takes ") + rule;
-    return Refused(code, out);
+    if (said != nullptr || changes.size() == 1)
+        out += RuleOf(said != nullptr ? said->function : rows.front().table->validator, "; it takes ");
+    return FailureWithCode(code, out);
 }
 }  // namespace
 
-Failure AddValue(const std::string& word, RowChange* change)
+Failure ReadColumnValue(const std::string& word, Assignments* values)
 {
-    const size_t equals = word.find('=');
-    if (equals == std::string::npos || equals == 0)
-        return {kWrongUse, "'" + word + "' is neither COLUMN=VALUE nor a table" + DidYouMean(NearestTable(word))};
-    const Assignment value = {word.substr(0, equals), word.substr(equals + 1)};
-    change->values.push_back(value);
-    int code = 0;
-    const std::string wrong = WhatIsWrong(*change->row.table, value.name, value.value, &code);
-    if (wrong.empty()) return {};
-    return Refused(code,
-                   (change->row.index == kNoIndexYet ? change->row.table->name : change->row.Text()) + ": " + wrong);
+    if (ReadAssignment(word, values)) return {};
+    return {kWrongUse, "'" + word + "' is neither COLUMN=VALUE nor a table" + DidYouMean(word, AllNames(kTableRows))};
 }
 
-Failure ReadChanges(const Words& words, Changes* changes)
+Failure ReadChanges(const Words& words, RowChanges* changes)
 {
     for (size_t i = 0; i < words.size();)
     {
@@ -100,14 +87,31 @@ Failure ReadChanges(const Words& words, Changes* changes)
         if (Failure failure = ReadTable(words[i++], &change.row.table)) return failure;
         if (Failure failure = ReadRowIndex(i < words.size() ? words[i++] : "", &change.row.index)) return failure;
         for (; i < words.size() && FindTable(words[i]) == nullptr; ++i)
-            if (Failure failure = AddValue(words[i], &change)) return failure;
-        if (change.values.empty()) return {kWrongUse, change.row.Text() + " needs COLUMN=VALUE"};
+            if (Failure failure = ReadColumnValue(words[i], &change.values)) return failure;
         changes->push_back(change);
     }
     return {};
 }
 
-Failure SendChanges(const Options& options, const Changes& changes)
+Failure CheckColumns(const RowChange& change)
+{
+    for (const auto& [column, value] : change.values)
+    {
+        int code = 0;
+        const std::string wrong = WhatIsWrong(*change.row.table, column, value, &code);
+        if (!wrong.empty()) return FailureWithCode(code, change.row.Text() + ": " + wrong);
+    }
+    return {};
+}
+
+RowAddresses RowsOf(const RowChanges& changes)
+{
+    RowAddresses rows;
+    for (const RowChange& change : changes) rows.push_back(change.row);
+    return rows;
+}
+
+Failure SendChanges(const Options& options, const RowChanges& changes)
 {
     if (changes.empty()) return {};
     ChangeFile file;
@@ -129,7 +133,8 @@ Failure AddRow(const Options& options, const TableEntry& table, int32_t* index)
     if (below) items.emplace_back(kTagParentPath, options.parent);
     const Response response = Call(options, below ? KOBD_SUB_TABLE_ADD : KOBD_TABLE_ADD, items);
     if (response.from_bus || response.too_large) return FailureOfChange(response, "table add");
-    if (response.code != 0) return RefusalOf(options, response.code, below ? kSetParentPath : kAdd, {{&table, 0}});
+    if (response.code != 0)
+        return RefusalOf(options, response.code, below ? kSetParentPath : kAdd, {{&table, kNoIndexYet}});
     if (response.items.empty() || !response.items[0].number)
         return {kSystemError, "table add: the reply holds no index"};
     *index = *response.items[0].number;

@@ -5,22 +5,19 @@
 #include <map>
 
 #include "client/dictionary/column_value.h"
-#include "client/dictionary/diagnose.h"
-#include "client/dictionary/nearest.h"
-#include "daemon/base/messages.h"
+#include "client/dictionary/names.h"
 
 namespace kobd::client
 {
 namespace
 {
-using Errors = std::vector<LineError>;
 using FirstLines = std::map<std::string, size_t>;  // where a name stood first
 
-// False after an error when the name stood there before.
-bool IsFirst(const std::string& name, size_t line, FirstLines* lines, Errors* errors)
+// Whether the name is new. Adds an error when it is not.
+bool IsFirst(const std::string& name, size_t line, FirstLines* lines, LineErrors* errors)
 {
     const auto [found, fresh] = lines->emplace(name, line);
-    if (!fresh) errors->push_back({line, name + " stands in line " + std::to_string(found->second) + " too"});
+    if (!fresh) errors->emplace(line, name + " is already in line " + std::to_string(found->second));
     return fresh;
 }
 
@@ -28,12 +25,11 @@ std::string WhyNotSet(const FileValue& value)
 {
     const std::string wrong = WhatIsWrong(value.name, value.value);
     if (!wrong.empty()) return wrong;
-    if (!IsExported(*FindObject(value.name))) return value.name + " is in no export; kobctl set sets it";
-    const bool fits = FitsOneRequest(SetItems({{value.name, value.value}}));
-    return fits ? "" : value.name + " does not fit one request of 8192 bytes";
+    if (!IsExported(*FindObject(value.name))) return value.name + " is not part of an export; use kobctl set";
+    return FitsOneRequest(SetItems({{value.name, value.value}})) ? "" : TooLarge(value.name);
 }
 
-void PlanValues(const SettingsFile& file, const RouterState& router, ImportPlan* plan, Errors* errors)
+void PlanValues(const SettingsFile& file, const RouterState& router, ImportPlan* plan, LineErrors* errors)
 {
     FirstLines lines;
     for (const FileValue& value : file.values)
@@ -42,23 +38,22 @@ void PlanValues(const SettingsFile& file, const RouterState& router, ImportPlan*
         const auto present = router.values.find(value.name);
         if (present != router.values.end() && present->second == value.value) continue;
         if (const std::string wrong = WhyNotSet(value); !wrong.empty())
-            errors->push_back({value.line, wrong});
+            errors->emplace(value.line, wrong);
         else
             plan->values.push_back(&value);
     }
 }
 
-// A column that the file leaves out is an empty text; a number that it leaves out is not touched.
+// A text column that the file leaves out becomes empty; a number that it leaves out keeps its value.
 Assignments WantedOf(const TableEntry& table, const FileRow& row)
 {
     Assignments wanted;
     for (const ColumnDef& column : table.layout.columns)
     {
         if (!IsExported(column)) continue;
-        const auto found = std::find_if(row.values.begin(), row.values.end(),
-                                        [&](const FileValue& value) { return value.name == column.name; });
+        const FileValue* found = FindNamed(row, column.name);
         int code = 0;
-        if (found != row.values.end())
+        if (found != nullptr)
             wanted.push_back({column.name, found->value});
         else if (WhatIsWrong(table, column.name, "", &code).empty())
             wanted.push_back({column.name, ""});
@@ -66,14 +61,8 @@ Assignments WantedOf(const TableEntry& table, const FileRow& row)
     return wanted;
 }
 
-bool IsAs(const TableRow& present, const Assignments& wanted)
-{
-    return std::all_of(wanted.begin(), wanted.end(),
-                       [&](const Assignment& value) { return present.ValueOf(value.name) == value.value; });
-}
-
-// Whether the value is one that the daemon keeps in a flag. For people a flag is 0 or 1; but other modules set it to
-// other integers, the daemon takes those, and an export then holds them.
+// Whether the value is an integer for a flag. A person may set a flag only to 0 or 1. But other modules set flags to
+// other integers, which the daemon accepts, so that an export has them.
 bool IsStoredFlag(const TableEntry& table, const FileValue& value)
 {
     const ColumnDef* column = FindColumn(table, value.name);
@@ -81,10 +70,10 @@ bool IsStoredFlag(const TableEntry& table, const FileValue& value)
     return column != nullptr && column->type == VT_BOOL && number && value.value == std::to_string(*number);
 }
 
-void CheckRow(const TableEntry& table, const FileRow& row, Errors* errors)
+void CheckRow(const TableEntry& table, const FileRow& row, LineErrors* errors)
 {
     FirstLines lines;
-    for (const FileValue& value : row.values)
+    for (const FileValue& value : row)
     {
         int code = 0;
         std::string wrong = IsStoredFlag(table, value) ? "" : WhatIsWrong(table, value.name, value.value, &code);
@@ -92,19 +81,19 @@ void CheckRow(const TableEntry& table, const FileRow& row, Errors* errors)
         if (wrong.empty() && column->alias_of != nullptr)
             wrong = value.name + " is another name of " + column->alias_of;
         if (wrong.empty() && !IsFirst(value.name, value.line, &lines, errors)) continue;
-        if (!wrong.empty()) errors->push_back({value.line, std::string(table.name) + ": " + wrong});
+        if (!wrong.empty()) errors->emplace(value.line, std::string(table.name) + ": " + wrong);
     }
 }
 
 std::string WhyNoTable(const FileTable& from, const TableEntry* table)
 {
-    if (table == nullptr) return "there is no table " + from.name + DidYouMean(NearestTable(from.name));
+    if (table == nullptr) return NoSuchName("table", from.name);
     if (table->list_of != std::string_view(table->name))
         return from.name + " is another name of the rows of " + table->list_of;
     return IsExported(*table) ? "" : from.name + " cannot be set";
 }
 
-// What stands against so many rows, or the empty text.
+// Why the table cannot have so many rows; the empty text when it can.
 std::string WhyNotSoMany(const TableEntry& table, size_t present, size_t wanted)
 {
     const std::string name = table.name;
@@ -115,41 +104,47 @@ std::string WhyNotSoMany(const TableEntry& table, size_t present, size_t wanted)
            ", and its rows cannot be added and deleted";
 }
 
-// Whether a row that is set in place differs from what the file has in its place.
+// Whether a row that is set in place differs from the file's.
 bool Differs(const TablePlan& plan)
 {
     for (size_t i = 0; i < std::min(plan.old.size(), plan.wanted.size()); ++i)
-        if (!IsAs(plan.old[i], plan.wanted[i])) return true;
+        if (!Missing(plan.old[i], plan.wanted[i]).empty()) return true;
     return false;
 }
 
-void PlanTable(const FileTable& from, const RouterState& router, ImportPlan* plan, Errors* errors)
+void PlanTable(const FileTable& from, const RouterState& router, ImportPlan* plan, LineErrors* errors)
 {
     const TableEntry* table = FindTable(from.name);
-    if (const std::string why = WhyNoTable(from, table); !why.empty()) return errors->push_back({from.line, why});
-    std::vector<const TableRow*> present;
-    for (const TableRow& row : router.rows)
-        if (row.table == table->name) present.push_back(&row);
+    if (const std::string why = WhyNoTable(from, table); !why.empty()) return (void)errors->emplace(from.line, why);
+    const std::vector<Row>& present = router.rows.at(from.name);
     if (const std::string why = WhyNotSoMany(*table, present.size(), from.rows.size()); !why.empty())
-        errors->push_back({from.line, why});
+        errors->emplace(from.line, why);
     TablePlan one = {table, from.line};
     size_t next = 0;  // row of the file
-    for (const TableRow* row : present)
-        if (!one.InPlace() && next < from.rows.size() && IsAs(*row, WantedOf(*table, from.rows[next])))
+    for (const Row& row : present)
+        if (!one.InPlace() && next < from.rows.size() && Missing(row, WantedOf(*table, from.rows[next])).empty())
             ++next;
         else
-            one.old.push_back(*row);
-    for (size_t i = next; i < from.rows.size(); ++i)
+            one.old.push_back(row);
+    for (; next < from.rows.size(); ++next)
     {
-        one.wanted.push_back(WantedOf(*table, from.rows[i]));
-        const bool as_it_is = one.InPlace() && i < one.old.size() && IsAs(one.old[i], one.wanted.back());
-        if (!as_it_is) CheckRow(*table, from.rows[i], errors);
+        one.wanted.push_back(WantedOf(*table, from.rows[next]));
+        const bool stays = one.InPlace() && next < one.old.size() && Missing(one.old[next], one.wanted.back()).empty();
+        if (!stays) CheckRow(*table, from.rows[next], errors);
     }
     if (!one.InPlace() ? !one.old.empty() || !one.wanted.empty() : Differs(one)) plan->tables.push_back(std::move(one));
 }
 }  // namespace
 
-ImportPlan PlanImport(const SettingsFile& file, const RouterState& router, std::vector<LineError>* errors)
+Assignments Missing(const Row& row, const Assignments& wanted)
+{
+    Assignments missing;
+    for (const Assignment& value : wanted)
+        if (row.ValueOf(value.name) != value.value) missing.push_back(value);
+    return missing;
+}
+
+ImportPlan PlanImport(const SettingsFile& file, const RouterState& router, LineErrors* errors)
 {
     ImportPlan plan;
     PlanValues(file, router, &plan, errors);

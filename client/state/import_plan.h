@@ -1,22 +1,20 @@
 // What an import has to change, and whether the file may be imported at all.
 #pragma once
 
-#include <string>
 #include <vector>
 
-#include "client/arguments/assignment.h"
-#include "client/state/router_state.h"
 #include "client/state/settings_file.h"
 
 namespace kobd::client
 {
-// A table whose rows differ from those of the file. The rows before the first difference stay; those behind it are
-// deleted, and the file's are added. Where rows cannot be added and deleted, they take their values in place.
+// A table whose rows differ from those of the file. Rows that stand in the file in the same order stay; the others are
+// deleted, and the file's rows behind the last of those are added. Where rows cannot be added and deleted, they take
+// their values in place.
 struct TablePlan
 {
     const TableEntry* table;
     size_t line;
-    std::vector<TableRow> old = {};        // rows that go
+    std::vector<Row> old = {};             // rows that go
     std::vector<Assignments> wanted = {};  // rows that come
 
     bool InPlace() const { return !(table->Has(kAdd) && table->Has(kDel)); }
@@ -28,7 +26,10 @@ struct ImportPlan
     std::vector<TablePlan> tables = {};         // those that differ
 };
 
-// Compares the file with the router and checks by the dictionary all that differs. When there are errors nothing
-// may be changed.
-ImportPlan PlanImport(const SettingsFile& file, const RouterState& router, std::vector<LineError>* errors);
+// The wanted values that the row does not have yet. Where there are none the row is not sent: many checks refuse an
+// empty row, although routers have empty rows.
+Assignments Missing(const Row& row, const Assignments& wanted);
+
+// Compares the file with the router, and checks by the dictionary what differs. After errors nothing may be changed.
+ImportPlan PlanImport(const SettingsFile& file, const RouterState& router, LineErrors* errors);
 }  // namespace kobd::client

@@ -10,9 +10,8 @@
 #include <ctime>
 #include <fstream>
 
-#include "client/dictionary/diagnose.h"
 #include "client/dictionary/dictionary.h"
-#include "client/requests/read_values.h"
+#include "client/requests/request.h"
 #include "client/state/daemon_state.h"
 #include "client/state/waiting_process.h"
 #include "daemon/base/result.h"

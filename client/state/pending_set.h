@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "client/arguments/assignment.h"
+#include "client/requests/request.h"
 
 namespace kobd::client
 {

@@ -1,8 +1,6 @@
 // Reading all that can be set.
 #include "client/state/router_state.h"
 
-#include <string_view>
-
 namespace kobd::client
 {
 bool IsExported(const ObjectEntry& object)
@@ -17,14 +15,22 @@ bool IsExported(const TableEntry& table)
 
 bool IsExported(const ColumnDef& column) { return column.alias_of == nullptr && column.type != VT_STRING_PTR; }
 
+Assignments ExportedValues(const TableEntry& table, const Row& row)
+{
+    Assignments values;
+    for (const ColumnDef& column : table.layout.columns)
+        if (IsExported(column)) values.push_back({column.name, row.ValueOf(column.name)});
+    return values;
+}
+
 Failure ReadRouter(const Options& options, const std::string& what, RouterState* state)
 {
     Words names;
-    for (const ObjectEntry& object : Objects())
+    for (const ObjectEntry& object : kObjectRows)
         if (IsExported(object)) names.emplace_back(object.name);
     if (Failure failure = FailureOf(ReadValues(options, names, &state->values), what)) return failure;
-    std::vector<const TableEntry*> tables;
-    for (const TableEntry& table : Tables())
+    Tables tables;
+    for (const TableEntry& table : kTableRows)
         if (IsExported(table)) tables.push_back(&table);
     return DumpRows(options, what, tables, &state->rows);
 }

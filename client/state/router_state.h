@@ -2,11 +2,6 @@
 // set. Read for export, and by import to find what differs.
 #pragma once
 
-#include <string>
-#include <vector>
-
-#include "client/dictionary/dictionary.h"
-#include "client/requests/read_values.h"
 #include "client/rows/table_rows.h"
 
 namespace kobd::client
@@ -14,12 +9,12 @@ namespace kobd::client
 struct RouterState
 {
     Values values = {};
-    std::vector<TableRow> rows = {};  // table after table, in their order
+    TableRows rows = {};  // an entry for each table that export knows
 };
 
-// Whether export and import know the object: it can be read and set, requests by its name reach it, and both
-// accessors are its own. One that shares an accessor reads or changes another object's value: lteLockband5g, for
-// example, reads the LTE lock.
+// Whether export and import know the object: it can be read and set, requests by its name reach it, and both its
+// accessors are its own. An object that shares an accessor reads or changes another object's value: lteLockband5g,
+// for example, reads the LTE lock.
 bool IsExported(const ObjectEntry& object);
 
 // Whether they know the table: its rows can be set, and it is not another name for the rows of another table.
@@ -27,6 +22,9 @@ bool IsExported(const TableEntry& table);
 
 // Whether they know the column: it is not another name for a column, and the list does not keep its text itself.
 bool IsExported(const ColumnDef& column);
+
+// The values that the row has in the columns that export knows.
+Assignments ExportedValues(const TableEntry& table, const Row& row);
 
 // Reads all of it. A failure begins with `what`.
 Failure ReadRouter(const Options& options, const std::string& what, RouterState* state);

@@ -11,12 +11,12 @@
 // The last line is "end". A file without it was cut.
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "client/arguments/input_file.h"
+#include "client/state/router_state.h"
 
 namespace kobd::client
 {
@@ -27,11 +27,7 @@ struct FileValue
     std::string value;
 };
 
-struct FileRow
-{
-    size_t line;
-    std::vector<FileValue> values = {};
-};
+using FileRow = std::vector<FileValue>;
 
 struct FileTable
 {
@@ -44,11 +40,12 @@ struct SettingsFile
 {
     std::vector<FileValue> values = {};
     std::vector<FileTable> tables = {};
+    bool ended = false;  // its last line was "end"
 };
 
-// Reads the text. Appends an error for every line that cannot be read; nothing of such a line is kept.
-void ReadSettings(std::string_view text, SettingsFile* file, std::vector<LineError>* errors);
+// Reads the text. Adds an error for every line that cannot be read; nothing of such a line is kept.
+void ReadSettings(std::string_view text, SettingsFile* file, LineErrors* errors);
 
-// The text of the file. Line numbers are not looked at.
-std::string SettingsText(const SettingsFile& file);
+// The text of the file for what the router has set. `unread` gets the objects that the router could not read.
+std::string SettingsText(const RouterState& state, Words* unread);
 }  // namespace kobd::client

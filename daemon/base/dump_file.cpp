@@ -16,7 +16,7 @@ namespace kobd
 {
 namespace
 {
-constexpr int kDumpNumbers = 10000000;  // names have up to seven digits
+constexpr int kDumpNumbers = 10000000;  // of kDumpFileDigits
 constexpr int kAttempts = 16;           // fresh numbers before giving up
 constexpr mode_t kDumpMode = 0600;
 
@@ -54,7 +54,7 @@ FILE* Open(char* name)
 {
     for (int attempt = 0; attempt < kAttempts; ++attempt)
     {
-        snprintf(name, kDumpFileName, "/tmp/kobd-%d", rand() % kDumpNumbers);
+        snprintf(name, kDumpFileName, "%s%d", kDumpFilePrefix, rand() % kDumpNumbers);
         const int file = OpenPlainFile(name);
         if (file >= 0) return OpenStream(file, name);
         if (errno == ENOSPC || errno == EROFS || errno == EACCES) return nullptr;

@@ -1,11 +1,13 @@
-// Dump files: "/tmp/kobd-%d" with a random number, written by show and by table dump. What fails is
-// logged under the name of `function`.
+// Dump files: written by show and by table dump, read and removed by the client. What fails is logged under
+// the name of `function`.
 #pragma once
 
 #include <cstdio>
 
 namespace kobd
 {
+inline constexpr char kDumpFilePrefix[] = "/tmp/kobd-";  // a random number of 1 to 7 digits follows
+inline constexpr int kDumpFileDigits = 7;
 inline constexpr int kDumpFileName = 128;  // bytes of a dump file's name with its zero byte
 
 // Opens a dump file of mode 0600 for writing and puts its name into `name` (kDumpFileName bytes).

@@ -72,10 +72,10 @@ bool TlvWriter::Text(uint16_t tag, std::string_view text)
     const size_t length = text.size() + 1;
     if (length > UINT16_MAX || kItemHeader + length > room_.size() - used_) return false;
     char* place = room_.data() + used_;
-    StoreItemHeader(place, tag, static_cast<uint16_t>(length));
-    if (!text.empty()) memcpy(place + kItemHeader, text.data(), text.size());  // an empty view may point nowhere
-    place[kItemHeader + text.size()] = 0;
     used_ += kItemHeader + length;
+    StoreItemHeader(place, tag, static_cast<uint16_t>(length));
+    place[kItemHeader + text.size()] = 0;
+    if (!text.empty()) memcpy(place + kItemHeader, text.data(), text.size());  // an empty view may point nowhere
     return true;
 }
 

@@ -14,8 +14,15 @@ namespace kobd
 namespace
 {
 constexpr size_t kTableCount = kTableRows.size();
-static_assert(kTableCount == 103);
-constinit std::array<PendingRowLinks, kTableCount> pending_rows;
+
+constexpr size_t CountRows()
+{
+    size_t rows = 0;
+    for (const TableRow& table : kTableRows) rows += table.max_rows;
+    return rows;
+}
+constinit std::array<PendingRow, CountRows() + CountRows() / 3> pending_places;
+constinit std::array<PendingRows, kTableCount> pending_rows;
 
 // The operations of a list under the name of the table that owns it.
 struct NamedOps
@@ -74,158 +81,113 @@ constexpr std::array<TableDef, kTableCount> MakeRecords()
 }
 constexpr std::array kRecords = MakeRecords();
 
-constexpr int CountOperation(Operation operation)
+// The number of the first row that breaks a rule, counted from 0. NoRow brings it into the compiler's message.
+template <typename Rule>
+constexpr size_t FirstBreaking(Rule rule)
 {
-    int count = 0;
-    for (const TableRow& table : kTableRows) count += table.Has(operation);
-    return count;
+    return static_cast<size_t>(std::find_if_not(kTableRows.begin(), kTableRows.end(), rule) - kTableRows.begin());
 }
 
-static_assert(CountOperation(kNext) == 103);
-static_assert(CountOperation(kGet) == 86);
-static_assert(CountOperation(kSet) == 81);
-static_assert(CountOperation(kAdd) == 76);
-static_assert(CountOperation(kDel) == 75);
-static_assert(CountOperation(kSetParentPath) == 67);
-static_assert(CountOperation(kValidate) == 9);
-
-template <typename Test>
-constexpr int Count(Test test)
+template <size_t row>
+constexpr bool NoRow()
 {
-    int count = 0;
-    for (const TableDef& table : kRecords) count += test(table);
-    return count;
+    static_assert(row == kTableCount, "the row of this number breaks a rule");
+    return true;
 }
 
-constexpr int CountMaximum(uint32_t max_rows)
+constexpr bool IsReadable(const TableRow& table) { return table.Has(kNext) && table.max_rows > 0; }
+static_assert(NoRow<FirstBreaking(IsReadable)>(), "a table that nobody can read");
+
+// A set stores whole rows, which a get has to read first; only rows that are set can be checked.
+constexpr bool HasWhatItNeeds(const TableRow& table)
 {
-    return Count([max_rows](const TableDef& table) { return table.max_rows == max_rows; });
+    return (table.Has(kGet) || !table.Has(kSet)) && (table.Has(kSet) || !table.Has(kValidate)) &&
+           (table.Has(kAdd) || !table.Has(kDel));
 }
+static_assert(NoRow<FirstBreaking(HasWhatItNeeds)>(),
+              "a set without a get, a check without a set, a del without an add");
 
-static_assert(CountMaximum(64) == 45 && CountMaximum(32) == 15 && CountMaximum(10) == 14 && CountMaximum(1) == 7);
-static_assert(CountMaximum(255) == 6 && CountMaximum(4) == 5 && CountMaximum(16) == 3 && CountMaximum(3) == 2);
-static_assert(CountMaximum(20) == 2 && CountMaximum(2) == 1 && CountMaximum(8) == 1 && CountMaximum(128) == 1);
-static_assert(CountMaximum(150) == 1);
-
-// A table is the first of its layout when no earlier row names the same one. By name: under the
-// sanitizers the compiler compares no addresses of columns at compile time.
-constexpr bool FirstOfLayout(const TableDef& table)
+constexpr bool HasOwnName(const TableRow& table)
 {
-    const auto own = kTableRows.begin() + (&table - kRecords.data());
-    return std::none_of(kTableRows.begin(), own,
-                        [own](const TableRow& earlier) { return earlier.layout_name == own->layout_name; });
+    const auto same_name = [&table](const TableRow& other) { return std::string_view(other.name) == table.name; };
+    return std::count_if(kTableRows.begin(), kTableRows.end(), same_name) == 1;
 }
+static_assert(NoRow<FirstBreaking(HasOwnName)>(), "a table has the name of another one");
 
-constexpr uint32_t CountColumns()
+constexpr bool HasLayoutOfItsList(const TableRow& table)
 {
-    uint32_t count = 0;
-    for (const TableDef& table : kRecords)
-        if (FirstOfLayout(table)) count += table.column_count;
-    return count;
+    const auto is_owner = [&table](const TableRow& other)
+    { return std::string_view(other.name) == table.list_of && other.layout_name == table.layout_name; };
+    return std::any_of(kTableRows.begin(), kTableRows.end(), is_owner);
 }
+static_assert(NoRow<FirstBreaking(HasLayoutOfItsList)>(), "a table shares a list whose rows are laid out otherwise");
 
-static_assert(Count(FirstOfLayout) == 92, "distinct layouts");
-static_assert(CountColumns() == 927, "columns of the distinct layouts");
+static_assert(2 * (kObjectRows.size() + kTableCount) <= kNameSlots, "the name index needs more places");
 
-constexpr uint32_t FirstOffset(const TableDef& table)
+// Characters of the longest number of a field.
+constexpr size_t NumberTextMost(const FieldForm& form)
 {
-    uint32_t first = table.row_size;
-    for (uint32_t i = 0; i < table.column_count; ++i) first = std::min(first, table.columns[i].offset);
-    return first;
+    switch (form.width)
+    {
+        case 1: return std::string_view("255").size();
+        case 2: return std::string_view(form.kind == FieldKind::kSigned ? "-32768" : "65535").size();
+        case 4: return std::string_view(form.kind == FieldKind::kSigned ? "-2147483648" : "4294967295").size();
+        default: return std::string_view("18446744073709551615").size();
+    }
 }
-
-constexpr uint32_t ColumnsEnd(const TableDef& table)
-{
-    uint32_t end = 0;
-    for (uint32_t i = 0; i < table.column_count; ++i)
-        end = std::max(end, table.columns[i].offset + FieldWidth(table.columns[i]));
-    return end;
-}
-
-constexpr uint32_t kSectionNameBytes = 256;
-static_assert(Count([](const TableDef& table) { return FirstOffset(table) == kRowIndexBytes; }) == 101);
-static_assert(Count([](const TableDef& table) { return table.row_size - ColumnsEnd(table) == kSectionNameBytes; }) ==
-                  44,
-              "rows that end with a section name");
-static_assert(Count([](const TableDef& table) { return table.row_size > kRowMax; }) == 0, "kRowMax holds every row");
-static_assert(Count([](const TableDef& table) { return table.row_size == kRowMax; }) == 1, "and no more");
 
 // Characters of the longest text that a field of the row can become. Texts held outside the row
 // count nothing.
 constexpr size_t FieldTextMost(const ColumnDef& column)
 {
-    switch (column.type)
+    const FieldForm form = FormOf(column);
+    switch (form.kind)
     {
-        case VT_INT32:
-        case VT_BOOL:
-        case VT_ENUM: return std::string_view("-2147483648").size();
-        case VT_INT16: return std::string_view("-32768").size();
-        case VT_INT8:
-        case VT_UINT8: return std::string_view("255").size();
-        case VT_UINT64: return std::string_view("18446744073709551615").size();
-        case VT_UINT32: return std::string_view("4294967295").size();
-        case VT_UINT16: return std::string_view("65535").size();
-        case VT_IPV4:
-        case VT_IPV4_2: return std::string_view("255.255.255.255").size();
-        case VT_MAC: return std::string_view("FF:FF:FF:FF:FF:FF").size();
-        case VT_STRING_PTR: return 0;
-        default: return column.length;  // a field that no zero byte ends
+        case FieldKind::kSigned:
+        case FieldKind::kUnsigned: return NumberTextMost(form);
+        case FieldKind::kText:
+        case FieldKind::kUpperText: return form.width;  // a field that no zero byte ends
+        case FieldKind::kIpv4: return std::string_view("255.255.255.255").size();
+        case FieldKind::kMac: return std::string_view("FF:FF:FF:FF:FF:FF").size();
+        case FieldKind::kPointer:
+        case FieldKind::kNone: break;
     }
+    return 0;
 }
 
 constexpr size_t TextItem(size_t characters) { return kItemHeader + characters + 1; }
 
-constexpr size_t RowItemsMost(const TableDef& table)
+constexpr size_t RowBytes(const TableRow& table) { return table.layout.row_size; }
+
+constexpr size_t RowItemsBytes(const TableRow& table)
 {
     size_t bytes = TextItem(std::string_view(table.name).size()) + kIntItem;
-    for (uint32_t i = 0; i < table.column_count; ++i)
-        bytes += TextItem(std::string_view(table.columns[i].name).size()) + TextItem(FieldTextMost(table.columns[i]));
+    for (const ColumnDef& column : table.layout.columns)
+        bytes += TextItem(std::string_view(column.name).size()) + TextItem(FieldTextMost(column));
     return bytes;
 }
-static_assert(Count([](const TableDef& table) { return RowItemsMost(table) > kRowItemsMax; }) == 0, "holds every row");
-static_assert(Count([](const TableDef& table) { return RowItemsMost(table) == kRowItemsMax; }) == 1, "and no more");
 
-constexpr size_t CountRows()
+constexpr size_t LargestOf(size_t (*of_row)(const TableRow& table))
 {
-    size_t rows = 0;
-    for (const TableDef& table : kRecords) rows += table.max_rows;
-    return rows;
+    size_t largest = 0;
+    for (const TableRow& table : kTableRows) largest = std::max(largest, of_row(table));
+    return largest;
 }
-static_assert(CountRows() == kRowsMax);
+static_assert(LargestOf(RowBytes) == kRowMax);
+static_assert(LargestOf(RowItemsBytes) == kRowItemsMax);
 
-// Bytes of the rows and of the items of all rows that the tables may hold.
-constexpr size_t BytesOfRows(size_t (*of_row)(const TableDef& table))
+// Of all rows that the tables may hold.
+constexpr size_t SumOf(size_t (*of_row)(const TableRow& table))
 {
-    size_t bytes = 0;
-    for (const TableDef& table : kRecords) bytes += of_row(table) * table.max_rows;
-    return bytes;
+    size_t sum = 0;
+    for (const TableRow& table : kTableRows) sum += of_row(table) * table.max_rows;
+    return sum;
 }
-constexpr int CountAliases()
-{
-    return Count(
-        [](const TableDef& table)
-        {
-            return FirstOfLayout(table) && std::any_of(table.columns, table.columns + table.column_count,
-                                                       [](const ColumnDef& one) { return one.alias_of != nullptr; });
-        });
-}
-static_assert(CountAliases() == 4, "layouts with two names for one field");
-
-constexpr bool NamedAt(size_t position, std::string_view name) { return kRecords[position - 1].name == name; }
-static_assert(NamedAt(1, "FlowTable") && NamedAt(7, "OnlineDeviceTable") && NamedAt(22, "PortRedirectTable"));
-static_assert(NamedAt(103, "ledsTable"));
-
-constexpr int CountSameNames()
-{
-    int count = 0;
-    for (size_t i = 0; i < kTableCount; ++i)
-        for (size_t j = i + 1; j < kTableCount; ++j) count += std::string_view(kRecords[i].name) == kRecords[j].name;
-    return count;
-}
-static_assert(CountSameNames() == 0, "table names are unique");
 }  // namespace
 
 const std::span<const TableDef> kTables = kRecords;
-constexpr size_t kRowsBytes = BytesOfRows([](const TableDef& table) { return size_t{table.row_size}; });
-constexpr size_t kRowsItemsBytes = BytesOfRows(RowItemsMost);
+const std::span<PendingRow> kPendingRows = pending_places;
+constexpr size_t kRowsMax = CountRows();
+constexpr size_t kRowsBytes = SumOf(RowBytes);
+constexpr size_t kRowsItemsBytes = SumOf(RowItemsBytes);
 }  // namespace kobd

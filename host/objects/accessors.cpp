@@ -1,24 +1,53 @@
-// Every object accessor of the host platform, made from the object rows: each reads or keeps the
-// running value of its row. An accessor that serves several objects is defined at the first row
-// that names it; later rows mark it SHARED. OWN ones are the daemon's.
-#include <cstddef>
+// Every object accessor of the imitated router, made from the object rows: each reads or keeps the
+// running value of its row. An accessor that several rows name is defined at the first of them; the
+// later rows mark it SHARED. Those marked OWN belong to the daemon.
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <string_view>
 
 #include "dictionary/catalogue/accessors.h"
+#include "dictionary/catalogue/view.h"
 #include "host/objects/object_values.h"
 
 using namespace kobd::host;
 
 namespace
 {
-constexpr size_t kFirst = __COUNTER__ + 1;
-}
+struct Accessor
+{
+    std::string_view name;
+    size_t number;  // of the row that defines it
+    constexpr auto operator<=>(const Accessor&) const = default;
+};
 
-#define DEFINE_GET(number, getter) \
-    int getter(char* value) { return ObjectValueGet(number, value); }
-#define DEFINE_SET(number, setter) \
-    int setter(const char* value) { return ObjectValueSet(number, value); }
-#define DEFINE_ACTION(number, setter) \
-    int setter(const char* value) { return ObjectAction(number, value); }
+// Sorted by name. Places that are not used stand first, with an empty name.
+constexpr auto kAccessors = []
+{
+    std::array<Accessor, 2 * kobd::kObjectAccessors.size()> accessors{};
+    size_t count = 0;
+    for (size_t number = 0; number < kobd::kObjectAccessors.size(); ++number)
+        for (const auto& function : {kobd::kObjectAccessors[number].getter, kobd::kObjectAccessors[number].setter})
+            if (function.IsDefinedHere()) accessors[count++] = {function.name, number};
+    std::sort(accessors.begin(), accessors.end());
+    return accessors;
+}();
+
+// The number of the object row that defines the accessor.
+consteval size_t RowOf(std::string_view accessor)
+{
+    const auto found = std::lower_bound(kAccessors.begin(), kAccessors.end(), Accessor{accessor, 0});
+    if (found == kAccessors.end() || found->name != accessor) abort();  // ends the build
+    return found->number;
+}
+}  // namespace
+
+#define DEFINE_GET(getter) \
+    int getter(char* value) { return ObjectValueGet(RowOf(#getter), value); }
+#define DEFINE_SET(setter) \
+    int setter(const char* value) { return ObjectValueSet(RowOf(#setter), value); }
+#define DEFINE_ACTION(setter) \
+    int setter(const char* value) { return ObjectAction(RowOf(#setter), value); }
 #define DEFINE_NOTHING(...)
 
 // SHARED(f) and OWN(f) make two arguments of one, which shifts DEFINE_NOTHING to the third place.
@@ -26,15 +55,12 @@ constexpr size_t kFirst = __COUNTER__ + 1;
 #define OWN(accessor) accessor, own
 #define THIRD(first, second, third, ...) third
 #define PICK(define, ...) THIRD(__VA_ARGS__, DEFINE_NOTHING, define, unused)
-#define GET(number, ...) PICK(DEFINE_GET, __VA_ARGS__)(number, __VA_ARGS__)
-#define SET(number, ...) PICK(DEFINE_SET, __VA_ARGS__)(number, __VA_ARGS__)
-#define ACT(number, ...) PICK(DEFINE_ACTION, __VA_ARGS__)(number, __VA_ARGS__)
+#define GET(...) PICK(DEFINE_GET, __VA_ARGS__)(__VA_ARGS__)
+#define SET(...) PICK(DEFINE_SET, __VA_ARGS__)(__VA_ARGS__)
+#define ACT(...) PICK(DEFINE_ACTION, __VA_ARGS__)(__VA_ARGS__)
 
-// Every row takes two numbers of the counter, so that half the count is the row's number.
-#define NUMBER ((__COUNTER__ - kFirst) / 2)
-#define NO_ACCESSOR static_assert(NUMBER < 0xFFFF);
-#define OBJECT(name, type, getter, setter, ...) GET(NUMBER, getter) SET(NUMBER, setter)
-#define RO(name, type, getter, ...) GET(NUMBER, getter) NO_ACCESSOR
-#define WO(name, type, setter, ...) NO_ACCESSOR ACT(NUMBER, setter)
-#define ACTION(name, type, setter, ...) NO_ACCESSOR ACT(NUMBER, setter)
+#define OBJECT(name, type, getter, setter, ...) GET(getter) SET(setter)
+#define RO(name, type, getter, ...) GET(getter)
+#define WO(name, type, setter, ...) ACT(setter)
+#define ACTION(name, type, setter, ...) ACT(setter)
 #include "dictionary/catalogue/objects.def"

@@ -4,30 +4,13 @@
 #include <algorithm>
 #include <array>
 
-#include "dictionary/value_type.h"
+#include "dictionary/catalogue/view.h"
 
 namespace kobd::host
 {
 namespace
 {
-struct Object
-{
-    const char* name;
-    ValueType type;
-};
-
-#define OBJECT(name, type, ...) {name, type},
-#define RO(name, type, ...) {name, type},
-#define WO(name, type, ...) {name, type},
-#define ACTION(name, type, ...) {name, type},
-constexpr Object kObjects[] = {
-#include "dictionary/catalogue/objects.def"
-};
-#undef OBJECT
-#undef RO
-#undef WO
-#undef ACTION
-constexpr size_t kObjectCount = std::size(kObjects);
+constexpr size_t kObjectCount = kObjectRows.size();
 
 struct SourceRow
 {
@@ -54,7 +37,7 @@ struct NumberedName
 constexpr auto kByName = []
 {
     std::array<NumberedName, kObjectCount> names{};
-    for (size_t number = 0; number < kObjectCount; ++number) names[number] = {kObjects[number].name, number};
+    for (size_t number = 0; number < kObjectCount; ++number) names[number] = {kObjectRows[number].name, number};
     std::sort(names.begin(), names.end());
     return names;
 }();
@@ -86,7 +69,7 @@ constexpr auto kSources = []
 {
     std::array<Source, kObjectCount> sources{};
     for (size_t number = 0; number < kObjectCount; ++number)
-        sources[number] = {kObjects[number].name, SourceKind::Value, FactoryTextWithoutRow(kObjects[number].type),
+        sources[number] = {kObjectRows[number].name, SourceKind::Value, FactoryTextWithoutRow(kObjectRows[number].type),
                            number};
     for (const SourceRow& row : kRows)
     {

@@ -178,7 +178,8 @@ bool Database::HasMoved()
 
 Database::Opened Database::Open(bool create)
 {
-    if (connection_ != nullptr && !HasMoved()) return Opened::kThere;
+    const bool is_read_only = connection_ != nullptr && sqlite3_db_readonly(connection_, "main") == 1;
+    if (connection_ != nullptr && !HasMoved() && !(create && is_read_only)) return Opened::kThere;
     Close();
     made_ = false;
     if (!OpenFile(create) && !(create && KeepDamagedAside() && OpenFile(true)))
@@ -206,7 +207,9 @@ bool Database::OpenFile(bool create)
         return false;
     }
     if (size == 0) REPORT(kFunction, "%s is empty, factory values serve", path_.c_str());
-    const int file = create ? OpenOrCreate(path_, O_RDWR, &made_) : open(path_.c_str(), O_RDONLY | O_CLOEXEC);
+    int file = create ? OpenOrCreate(path_, O_RDWR, &made_) : open(path_.c_str(), O_RDONLY | O_CLOEXEC);
+    // What cannot be written may still be read: a router must find its settings on a disk that has become read-only.
+    if (file < 0 && (errno == EROFS || errno == EACCES)) file = open(path_.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
     if (file < 0)
     {
         damaged_ = errno == EISDIR || errno == ELOOP;

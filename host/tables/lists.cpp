@@ -2,13 +2,14 @@
 #include "host/tables/lists.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstdlib>
 #include <cstring>
-#include <initializer_list>
 #include <new>
 #include <string>
 
-#include "dictionary/catalogue/layouts.h"
+#include "dictionary/catalogue/view.h"
 #include "dictionary/row_field.h"
 #include "host/state/report.h"
 #include "host/tables/nvram_columns.h"
@@ -22,40 +23,27 @@ namespace
 constexpr int kInvokeFailed = 17;
 constexpr const char* kPathColumn = "pPath";
 
-struct Operation
+// The lists of the platform, by number: the table row of each.
+constexpr bool HasOwnList(const TableRow& table)
 {
-    const char* function;
-    bool changes;  // clients change rows through it
-};
-
-struct ListDef
+    return !table.daemon_list && std::string_view(table.list_of) == table.name;
+}
+constexpr auto kLists = []
 {
-    const char* table;
-    const RowLayout* layout;
-    uint32_t max_rows;
-    std::initializer_list<Operation> operations;
-};
+    std::array<size_t, std::count_if(kTableRows.begin(), kTableRows.end(), HasOwnList)> rows{};
+    size_t list = 0;
+    for (size_t row = 0; row < kTableRows.size(); ++row)
+        if (HasOwnList(kTableRows[row])) rows[list++] = row;
+    return rows;
+}();
 
-// The functions that this row is the first to name.
-#define ADD(...) NAME(true, __VA_ARGS__)
-#define DEL ADD
-#define SET ADD
-#define GET(...) NAME(false, __VA_ARGS__)
-#define PATH GET
-#define NEXT GET
-#define NAME(changes, ...) FIRST_IF_ONE(__VA_ARGS__, SKIP, KEEP, )(changes, __VA_ARGS__)
-#define FIRST_IF_ONE(first, second, pick, ...) pick
-#define KEEP(changes, function) {#function, changes},
-#define SKIP(changes, function, shared)
-#define SHARED(function) function, shared
-#define VALIDATE(...)
-#define ALL(stem) ADD(stem##Add) DEL(stem##Del) GET(stem##Get) SET(stem##Set) PATH(stem##SetPPath) NEXT(stem##Next)
-#define TABLE(name, layout, max_rows, ...) {name, &layout, max_rows, {__VA_ARGS__}},
-#define OWN_LIST(...)
-#define SAME_LIST(...)
-const ListDef kLists[] = {
-#include "dictionary/catalogue/tables.def"
-};
+// Whether clients can change the rows of the list.
+constexpr bool IsChanged(size_t row)
+{
+    const auto defined = [row](Operation operation)
+    { return kTableFunctions[row][std::countr_zero(unsigned{operation})].IsDefinedHere(); };
+    return defined(kAdd) || defined(kDel) || defined(kSet);
+}
 
 struct FirstIndex
 {
@@ -76,12 +64,11 @@ int32_t FirstIndexOf(std::string_view table)
 std::vector<List> MakeLists()
 {
     std::vector<List> made;
-    for (const ListDef& def : kLists)
+    for (const size_t row : kLists)
     {
-        const bool kept = std::any_of(def.operations.begin(), def.operations.end(),
-                                      [](const Operation& operation) { return operation.changes; });
-        made.push_back(
-            {def.table, def.layout, kept, RowList(def.layout->row_size, def.max_rows, FirstIndexOf(def.table))});
+        const TableRow& table = kTableRows[row];
+        made.push_back({table.name, &table.layout, IsChanged(row),
+                        RowList(table.layout.row_size, table.max_rows, FirstIndexOf(table.name))});
     }
     return made;
 }
@@ -121,9 +108,9 @@ List* FindList(std::string_view table)
 
 size_t ListOf(std::string_view function)
 {
-    for (size_t list = 0; list < std::size(kLists); ++list)
-        for (const Operation& operation : kLists[list].operations)
-            if (function == operation.function) return list;
+    for (size_t list = 0; list < kLists.size(); ++list)
+        for (const NamedFunction& named : kTableFunctions[kLists[list]])
+            if (named.IsDefinedHere() && named.name == function) return list;
     abort();  // every operation is made from a row of the same file
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "dictionary/name_index.h"
+#include "dictionary/value_rule.h"
 #include "tests/process_setup.h"
 #include "tests/requests.h"
 
@@ -153,6 +154,42 @@ TEST(ObjsParameterCheck, StopsAtTheFirstRefusal)
     EXPECT_NE(lines.find("ObjsParameterCheck["), lines.npos);
     EXPECT_TRUE(lines.ends_with("]: webHttpsPort(0) verify error")) << lines;
     EXPECT_EQ(ObjsParameterCheck({}), 0) << "nothing to refuse";
+}
+
+TEST(JudgeColumn, NamesTheRuleThatATextBreaks)
+{
+    const struct
+    {
+        ValueType type;
+        ValueFault fault;
+        const char* why;
+        std::vector<std::string> texts;
+    } kColumns[] = {
+        {VT_INT8, ValueFault::kNone, "signed, and unsigned as it is shown", {"-128", "255", "-0", "007"}},
+        {VT_INT8, ValueFault::kRange, "beyond either", {"-129", "256", "99999999999999999999"}},
+        {VT_ENUM, ValueFault::kNone, "32 bits", {"-2147483648", "2147483647"}},
+        {VT_ENUM, ValueFault::kRange, "one beyond", {"-2147483649", "2147483648"}},
+        {VT_BOOL, ValueFault::kRange, "a flag", {"2", "-1"}},
+        {VT_UINT32, ValueFault::kRange, "no negative ones", {"-1", "4294967296"}},
+        {VT_UINT32, ValueFault::kNoDigits, "decimal alone", {"", "-", "+1", " 1", "1 ", "0x10", "1.5", "--1"}},
+        {VT_UINT64, ValueFault::kNone, "hexadecimal, too", {"18446744073709551615", "0xFFFFFFFFFFFFFFFF", "010"}},
+        {VT_UINT64, ValueFault::kNoDigits, "no digit of its base", {"0x", "08", "x10"}},
+        {VT_UINT64, ValueFault::kRange, "beyond 64 bits", {"18446744073709551616", "0x10000000000000000", "-1"}},
+        {VT_STRING_2, ValueFault::kNone, "its zero byte fits", {"", "1234567"}},
+        {VT_STRING_UPPER, ValueFault::kLength, "one too long", {"12345678"}},
+        {VT_IPV4, ValueFault::kNone, "dotted", {"192.168.1.2"}},
+        {VT_IPV4_2, ValueFault::kNoAddress, "not dotted, or too large", {"", "1.2.3", "1.2.3.256", "1.2.3.4 "}},
+        {VT_MAC, ValueFault::kNone, "either separator", {"00:1a:2B:3c:4d:5e", "00-1A-2B-3C-4D-5E"}},
+        {VT_MAC,
+         ValueFault::kNoAddress,
+         "cut, longer, other digits",
+         {"", "00:1A:2B:3C:4D:5", "00:1A:2B:3C:4D:5E:", "00:1A:2B:3C:4D:5G", "00 1A 2B 3C 4D 5E"}},
+        {VT_STRING_PTR, ValueFault::kNoValue, "the list keeps it", {"", "x"}},
+        {VT_TEXT, ValueFault::kNoValue, "no field", {"x"}},
+    };
+    for (const auto& c : kColumns)
+        for (const std::string& text : c.texts)
+            EXPECT_EQ(JudgeColumn(text.c_str(), {"C", 4, c.type, 8}), c.fault) << c.why << ": '" << text << "'";
 }
 
 extern "C" int includeForbiddenCharacter(const char* text, const char* set, int count);

@@ -466,8 +466,8 @@ TEST_F(Bus, AChildOpensAConnectionOfItsOwn)
 
 TEST_F(BusQueues, ASemaphoreWithoutAProcessBehindItKeepsNobodyOut)
 {
-    const key_t key = static_cast<key_t>(kModuleServices);
-    const auto plant = [key]
+    constexpr key_t key = static_cast<key_t>(kModuleServices);
+    const auto plant = []
     {
         sembuf take = {0, 1, 0};
         const int set = semget(key, 1, IPC_CREAT | 0666);

@@ -9,7 +9,6 @@
 #include "objects/handlers.h"
 #include "platform/kobd_exports.h"
 #include "tables/handlers.h"
-#include "tables/pending_rows.h"
 #include "tests/tables/table_rows.h"
 
 namespace kobd::test
@@ -108,7 +107,7 @@ TEST_F(BrokenRequests, RandomChangesOfAChangeFile)
         EXPECT_EQ(platform.Calls("update_config").size(), answer.result == 0 ? 1u : 0u) << number;
         // 13 is the list's answer to a row it does not know, rows before it are stored then.
         EXPECT_TRUE(answer.result == 0 || answer.result == 13 || platform.rows == rows) << number;
-        for (const TableDef& table : kTables) EXPECT_EQ(FirstPendingRow(table), nullptr) << number;
+        for (const TableDef& table : kTables) EXPECT_EQ(table.pending->first, nullptr) << number;
     }
 }
 }  // namespace kobd::test

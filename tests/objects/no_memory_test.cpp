@@ -9,7 +9,6 @@
 
 #include "objects/handlers.h"
 #include "tables/handlers.h"
-#include "tables/pending_rows.h"
 
 namespace kobd::test
 {
@@ -58,7 +57,7 @@ TEST_F(NoMemory, ATableSetIsRefusedWhole)
             const NoMemoryForRows none;  // the file's bytes and the echo come from the same heap
             ExpectRefused(handler, changes, -1);
         }
-        for (const TableDef& table : kTables) ASSERT_EQ(FirstPendingRow(table), nullptr) << table.name;
+        for (const TableDef& table : kTables) ASSERT_EQ(table.pending->first, nullptr) << table.name;
         EXPECT_EQ(Ask(handler, changes).result, 0);
     }
 }

@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -74,7 +73,6 @@ TEST(Show, ListsEveryNameInCatalogueOrder)
     const std::string file = answer.texts[0];
     EXPECT_TRUE(file.size() <= 17 && LooksLike(file, "/tmp/kobd-" + std::string(file.size() - 10, '9'))) << file;
     const std::string text = FileText(file);
-    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1591) << "1488 objects, three of them twice, and 103 tables";
     EXPECT_TRUE(text.starts_with("webLanguage\nwebHttpEnable\n"));
     EXPECT_TRUE(text == AllNames());
     struct stat status

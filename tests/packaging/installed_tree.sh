@@ -25,6 +25,7 @@ sh -n "$prefix/libexec/kobd/init" || fail "the init script is broken"
 expect "the service runs what stands in the prefix" "/opt/kobd/sbin/kobd -F
 -/opt/kobd/bin/kobctl confirm --resume" "$(sed -n 's/^Exec[A-Za-z]*=//p' "$prefix/lib/systemd/system/kobd.service")"
 expect "so does the init script" "/opt/kobd/sbin/kobd
+/opt/kobd/bin/kobctl wait --timeout 30 || return
 /opt/kobd/bin/kobctl confirm --resume || true" "$(sed -n 's/^PROG=//p; s/^ *\(\/.*kobctl\)/\1/p' "$prefix/libexec/kobd/init")"
 
 # Clients, built from the moved tree alone.

@@ -13,6 +13,7 @@ cat >"$work/rules.mk" <<END
 INCLUDE_DIR:=$work/include
 BUILD_DIR:=$work/build
 PKG_INSTALL_DIR:=$install_folder
+qstrip=\$(strip \$(subst ",,\$(1)))
 INSTALL_DIR:=install -d -m0755
 INSTALL_BIN:=install -m0755
 CP:=cp -fpR
@@ -35,47 +36,39 @@ define newline
 
 endef
 told:
-	@printf '%b\\n' '$(CMAKE_INSTALL)|$(PKG_BUILD_DEPENDS)|$(strip $(CMAKE_OPTIONS))|$(Package/kobd/conffiles)'
-	@printf '%b\\n' '$(foreach package,kobd kobctl libkobd-client,$(subst $(newline),\n,$(Package/$(package)))\n)'
+	@printf '%b\\n' '$(strip $(CMAKE_OPTIONS))|$(Package/kobd/conffiles)'
+	@printf '%b\\n' '$(foreach package,kobd kobd-host kobctl libkobd-client,$(subst $(newline),\n,$(Package/$(package)))\n)'
 END
 echo 'CMAKE_OPTIONS:=of-cmake.mk' >"$work/include/cmake.mk"
 
 run_make() { make -s -C "$source_folder/packaging/openwrt/kobd" TOPDIR="$work" OUT="$work/out" "$@" 2>&1; }
 
-# contents LIBRARIES WANTED: the files of all packages
-contents() {
-    rm -rf "$work/out"
-    errors=$(run_make KOBD_PLATFORM_LIBRARIES="$1" install-kobd install-kobctl install-libkobd-client)
-    expect "make says nothing" "" "$errors"
-    expect "files with platform libraries '$1'" "$2" "$(cd "$work/out" && find . ! -type d | LC_ALL=C sort | sed 's|^\./||')"
-}
-daemon="kobd/etc/init.d/kobd
-kobd/lib/upgrade/keep.d/kobd"
-library="libkobd-client/usr/lib/libkobd_bus.so
+expect "make says nothing" "" "$(run_make install-kobd install-kobd-host install-kobctl install-libkobd-client)"
+expect "files" "kobctl/usr/bin/kobctl
+kobd-host/usr/lib/libkobd_host.so
+kobd/etc/init.d/kobd
+kobd/usr/sbin/kobd
+libkobd-client/usr/lib/libkobd_bus.so.0
+libkobd-client/usr/lib/libkobd_bus.so.0.1.0
 libkobd-client/usr/lib/libkobd_client.so.0
-libkobd-client/usr/lib/libkobd_client.so.0.1.0"
-for with_host in "" "message;nvram;kobd_host;kobd_bus"; do
-    contents "$with_host" "kobctl/usr/bin/kobctl
-$daemon
-kobd/usr/lib/libkobd_host.so
-kobd/usr/sbin/kobd
-$library"
-done
-contents "message;nvram" "kobctl/usr/bin/kobctl
-$daemon
-kobd/usr/sbin/kobd
-$library"
-expect "what an upgrade keeps" "/etc/kobd/" "$(cat "$work/out/kobd/lib/upgrade/keep.d/kobd")"
+libkobd-client/usr/lib/libkobd_client.so.0.1.0" "$(cd "$work/out" && find . ! -type d | LC_ALL=C sort | sed 's|^\./||')"
 expect "version, as the project's" \
     "$(sed -n 's/^project(kobd VERSION \([0-9.]*\).*/\1/p' "$source_folder/CMakeLists.txt")" \
     "$(run_make version)"
-told=$(run_make KOBD_PLATFORM_LIBRARIES="message;nvram" KOBD_PLATFORM_PACKAGE=ours told)
-expect "how it is built and what an upgrade of the package keeps" \
-    '1|ours|of-cmake.mk -DKOBD_TESTS=OFF -DKOBD_PLATFORM_LIBRARIES="message;nvram"|/etc/kobd/' "$(echo "$told" | head -n 1)"
-expect "what the packages need" "+libkobd-client +libpthread +libstdcpp +ours
-+kobd +libkobd-client +libstdcpp
+# built LIBRARIES HOST WANTED: what the build is told about the platform
+built() {
+    told=$(run_make CONFIG_KOBD_PLATFORM_LIBRARIES="\"$1\"" CONFIG_KOBD_HOST_PLATFORM="$2" told)
+    expect "how it is built with '$1' '$2', and what an upgrade of the package keeps" \
+        "of-cmake.mk -DKOBD_TESTS=OFF -DKOBD_PLATFORM_LIBRARIES=\"$3\"|/etc/kobd/" "$(echo "$told" | head -n 1)"
+}
+built "" y ""
+built "message;nvram" "" "message;nvram"
+built "message;nvram" y "message;nvram;kobd_host;kobd_bus"
+expect "what the packages need" "+libkobd-client +libpthread +libstdcpp +KOBD_HOST_PLATFORM:kobd-host +KOBD_OWN_PLATFORM:kobd-platform
++libkobd-client +libpthread +libsqlite3 +libstdcpp
++kobd +libkobd-client +libsqlite3 +libstdcpp
 +libpthread +libstdcpp" "$(echo "$told" | sed -n 's/^ *DEPENDS:=//p')"
-expect "where they stand in the menu" 3 "$(echo "$told" | grep -c '^ *CATEGORY:=')"
+expect "where they stand in the menu" 4 "$(echo "$told" | grep -c '^ *CATEGORY:=')"
 
 # What is built is the clone, without what was built in it before.
 expect "preparing says nothing" "" "$(run_make prepare)"
@@ -86,6 +79,8 @@ expect "what other packages are built against" "usr/include/kobd_client.h
 usr/lib/cmake/kobd_client/kobd_client-config-version.cmake
 usr/lib/cmake/kobd_client/kobd_client-config.cmake
 usr/lib/libkobd_bus.so
+usr/lib/libkobd_bus.so.0
+usr/lib/libkobd_bus.so.0.1.0
 usr/lib/libkobd_client.so
 usr/lib/libkobd_client.so.0
 usr/lib/libkobd_client.so.0.1.0
@@ -96,8 +91,7 @@ cmp -s "$work/out/kobd/etc/init.d/kobd" "$source_folder/packaging/openwrt/kobd/f
 # A library that a program loads and no package brings would be missed on the router alone.
 for program in kobd/usr/sbin/kobd kobctl/usr/bin/kobctl; do
     for library in $(readelf -d "$work/out/$program" | sed -n 's/.*NEEDED.*\[\(libkobd[^]]*\)\]/\1/p'); do
-        case $library in libkobd_host.so) continue ;; esac  # only without platform libraries, checked above
-        [ -e "$work/out/libkobd-client/usr/lib/$library" ] || fail "$program loads $library, which no package has"
+        [ -e "$work/out/libkobd-client/usr/lib/$library" ] || [ -e "$work/out/kobd-host/usr/lib/$library" ] || fail "$program loads $library, which no package has"
     done
 done
 finish

@@ -34,7 +34,7 @@ instance="procd_open_instance
 procd_set_param command /usr/sbin/kobd -F
 procd_set_param env KOBD_STATE_DIR=/etc/kobd
 procd_set_param respawn 3600 5 0
-procd_set_param stdout 0
+procd_set_param stdout 1
 procd_set_param stderr 1
 procd_set_param term_timeout 10
 procd_close_instance"
@@ -49,5 +49,6 @@ END
 chmod 755 "$KOBCTL"
 start
 expect "calls with a kobctl that fails" "$instance
+kobctl wait --timeout 10 in ${KOBD_STATE_DIR-}
 kobctl confirm --resume in /etc/kobd" "$(cat "$work/calls")"
 finish

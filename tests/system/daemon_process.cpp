@@ -24,7 +24,8 @@ void ExecDaemon(const std::string& state_folder)
     const int output = open("/tmp/kobd.out", O_WRONLY | O_CREAT | O_APPEND, 0600);
     dup2(output, STDOUT_FILENO);
     const std::string program = kPrograms + "kobd";
-    const char* emulator = KOBD_EMULATOR;  // empty where the daemon runs by itself
+    const char* emulator = getenv("KOBD_EMULATOR");
+    if (emulator == nullptr) emulator = KOBD_EMULATOR;  // empty where the daemon runs by itself
     if (*emulator != 0)
         execlp(emulator, emulator, program.c_str(), "-F", nullptr);
     else

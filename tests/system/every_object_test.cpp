@@ -16,7 +16,6 @@ namespace kobd::test
 {
 namespace
 {
-using client::Access;
 using client::ObjectEntry;
 
 std::string Read(const char* name)
@@ -59,7 +58,7 @@ TEST(EveryObject, IsReadAndWritableOnesTakeGoodAndRefuseBadValues)
     ASSERT_EQ(system("rm -rf /tmp/state /tmp/kobd*"), 0);
     DaemonProcess daemon("/tmp/state");
     ASSERT_TRUE(daemon.Start());
-    for (const ObjectEntry& object : client::Objects())
+    for (const ObjectEntry& object : kObjectRows)
     {
         const std::string value = Read(object.name);
         if (object.access == Access::kWriteOnly)

@@ -14,6 +14,7 @@
 #include <map>
 
 #include "client/dictionary/dictionary.h"
+#include "daemon/base/result.h"
 #include "daemon/base/tlv.h"
 #include "host/bus/bus_queues.h"
 #include "tests/namespaces.h"
@@ -243,11 +244,13 @@ TEST_F(Faults, ADaemonWithoutMemoryRefusesAndLosesNothing)
     ASSERT_EQ(prlimit(daemon_.Process(), RLIMIT_AS, &none_left, nullptr), 0);
     const std::string value(500, 'v');
     std::map<std::string, int> results;
-    for (const client::ObjectEntry& object : client::Objects())
-        if (object.access == client::Access::kReadWrite && object.type == VT_STRING && object.limitation == nullptr &&
+    for (const client::ObjectEntry& object : kObjectRows)
+        if (object.access == Access::kReadWrite && object.type == VT_STRING && object.limitation == nullptr &&
             object.validator == nullptr)
             results[object.name] = SetObject(object.name, value);
+#ifdef __GLIBC__  // musl has nothing left for a value either
     EXPECT_TRUE(LogSays("update_config[")) << "commits failed as well";
+#endif
     ASSERT_EQ(prlimit(daemon_.Process(), RLIMIT_AS, &all, nullptr), 0);
     EXPECT_EQ(Request(kUpdate, {}).result, 0);
     daemon_.End(SIGKILL);
@@ -255,7 +258,8 @@ TEST_F(Faults, ADaemonWithoutMemoryRefusesAndLosesNothing)
     int refused = 0;
     for (const auto& [name, result] : results)
     {
-        EXPECT_TRUE(result == 0 || result == 17) << name << " " << result;
+        // The daemon itself has no memory, or its platform has none.
+        EXPECT_TRUE(result == 0 || result == kMallocFailed || result == 17) << name << " " << result;
         EXPECT_EQ(GetObject(name) == value, result == 0) << name;
         refused += result != 0;
     }

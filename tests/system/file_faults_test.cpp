@@ -171,6 +171,23 @@ TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStart)
     }
 }
 
+TEST_F(FileFaults, AReadOnlyStateIsServedAndCaughtUpWithWhenItCanBeWritten)
+{
+    StartAfresh();
+    daemon_.End(SIGKILL);
+    ASSERT_EQ(system("mount --bind /tmp/state /tmp/state && mount -o remount,bind,ro /tmp/state"), 0);
+    ASSERT_TRUE(daemon_.Start());
+    EXPECT_EQ(Both(), "8081/1") << "what was committed is served";
+    EXPECT_EQ(RunLine("set webHttpsPort=8443").errors, "kobctl: set, but not saved: Read-only file system\n");
+    ASSERT_EQ(system("mount -o remount,bind,rw /tmp/state"), 0);
+    EXPECT_EQ(RunLine("commit").status, 0);
+    KillAndStart();
+    EXPECT_EQ(GetObject("webHttpsPort"), "8443");
+    EXPECT_EQ(Both(), "8081/1");
+    daemon_.End(SIGTERM);
+    EXPECT_EQ(system("umount /tmp/state"), 0);
+}
+
 TEST_F(FileFaults, ADumpIsWholeOrRefusedAndRemoved)
 {
     StartAfresh();

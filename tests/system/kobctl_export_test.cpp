@@ -7,7 +7,6 @@
 #include <sstream>
 
 #include "client/dictionary/dictionary.h"
-#include "client/dictionary/tables.h"
 #include "tests/items.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
@@ -101,16 +100,16 @@ void FillTable(const client::TableEntry& table)
 // Gives everything that can be set a value other than the factory's.
 void ChangeEverything()
 {
-    for (const client::ObjectEntry& object : client::Objects())
+    for (const client::ObjectEntry& object : kObjectRows)
     {
         // Unchecked names of values that have a check, which would refuse the samples.
         const bool unchecked = strcmp(object.name, "LANStartIP") == 0 || strcmp(object.name, "LANEndIP") == 0;
-        if (object.access != client::Access::kReadWrite || object.shared || unchecked) continue;
+        if (object.access != Access::kReadWrite || object.shared || unchecked) continue;
         if (client::FindObject(object.name) != &object) continue;
         const std::string value = SamplesFor(object).good;
         EXPECT_EQ(Request(kSetSilent, {{kTagObjectName, object.name}, {kTagValue, value}}).result, 0) << object.name;
     }
-    for (const client::TableEntry& table : client::Tables())
+    for (const client::TableEntry& table : kTableRows)
         if (table.Has(kobd::kAdd) && table.Has(kobd::kDel) && table.Has(kobd::kSet) && *table.validator == 0 &&
             table.list_of == std::string_view(table.name))
             FillTable(table);
@@ -182,25 +181,25 @@ TEST_F(KobctlExport, AWrongFileIsNamedLineByLineAndChangesNothing)
         const char* text;
         std::vector<const char*> errors;  // after the file's name
     } kCases[] = {
-        {"webHttpPort=81\n", {":1: the last line is not 'end', the file was cut"}},
+        {"webHttpPort=81\n", {":1: the last line is not 'end', so the file is incomplete"}},
         {"webHttpPort=81\nend\nwebHttpEnable=0\n", {":3: nothing may follow 'end'"}},
         {"webHttpPort\n=3\nx=\\q\nend\n", {":1: neither NAME", ":2: neither NAME", ":3: x: a backslash is written"}},
         {"webHttpPort=81\nwebHttpEnable=2\nwebHttpPort=82\nend\n",
-         {":2: webHttpEnable=2: it takes 0 or 1", ":3: webHttpPort stands in line 1 too"}},
+         {":2: webHttpEnable=2: it takes 0 or 1", ":3: webHttpPort is already in line 1"}},
         {"IMEI=1\nwebHttpPrt=1\nFwUrlFilterTable=1\nsystemReboot=1\nlteLockband5g=78;\nend\n",
          {":1: IMEI is read-only", ":2: there is no object webHttpPrt, did you mean webHttpPort?",
-          ":3: FwUrlFilterTable is a table, not an object", ":4: systemReboot is in no export",
-          ":5: lteLockband5g is in no export"}},
+          ":3: FwUrlFilterTable is a table, not an object", ":4: systemReboot is not part of an export",
+          ":5: lteLockband5g is not part of an export"}},
         {"webHttpPort=81\n[FwUrlFilterTbl]\n[UPnPTable]\n[PortRedirectTable]\nend\n",
          {":2: there is no table FwUrlFilterTbl, did you mean FwUrlFilterTable?", ":3: UPnPTable cannot be set",
           ":4: PortRedirectTable is another name of the rows of FwPortForwardTable"}},
         {"[FwPortFilterTable row]\n[FwPortFilterTable]\nx=1\n[FwPortFilterTable row]\nend\n",
-         {":1: a row of FwPortFilterTable stands before [FwPortFilterTable]",
-          ":3: x: a column stands behind [FwPortFilterTable row]"}},
+         {":1: [FwPortFilterTable row] must follow [FwPortFilterTable]",
+          ":3: x: a column must follow [FwPortFilterTable row]"}},
         {"webHttpPort=81\n[FwPortFilterTable]\n[FwPortFilterTable row]\nProto=tcp\nProtocol=tcp\nProtocol=udp\n"
          "[FwPortFilterTable]\nend\n",
-         {":4: FwPortFilterTable: there is no column Proto", ":6: Protocol stands in line 5 too",
-          ":7: FwPortFilterTable stands in line 2 too"}},
+         {":4: FwPortFilterTable: there is no column Proto", ":6: Protocol is already in line 5",
+          ":7: FwPortFilterTable is already in line 2"}},
         {"webHttpPort=81\n[DialStatus]\n[DialStatus row]\nend\n", {":2: "}},
     };
     const std::string before = Export();
@@ -233,7 +232,7 @@ TEST_F(KobctlExport, WhatOnlyTheDaemonRefusesIsNamedAndRowsStay)
               std::string::npos)
         << ran.errors;
     EXPECT_NE(ran.errors.find("/tmp/router.conf:3: FwUrlFilterTable: "), std::string::npos) << ran.errors;
-    EXPECT_NE(ran.errors.find("the rows before are back"), std::string::npos) << ran.errors;
+    EXPECT_NE(ran.errors.find("the earlier rows are restored"), std::string::npos) << ran.errors;
     const std::string after = Export();
     EXPECT_EQ(after.substr(after.find("[FwUrl")), rows.substr(rows.find("[FwUrl")));
     EXPECT_EQ(Line(after, "webHttpPort="), "webHttpPort=81");

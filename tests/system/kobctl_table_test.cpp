@@ -150,13 +150,13 @@ $ kobctl table add FwIpFilterTable
 $ kobctl table add FwIpFilterTable
 2
 $ kobctl table get FwIpFilterTable 1 7 2
-! kobctl: FwIpFilterTable has no row 7, there is 1, 2: Table index not found (13)
+! kobctl: FwIpFilterTable has no row 7, it has 1, 2: Table index not found (13)
 [1]
 $ kobctl table set FwIpFilterTable 7 IP_LIST=a
-! kobctl: FwIpFilterTable has no row 7, there is 1, 2: Table index not found (13)
+! kobctl: FwIpFilterTable has no row 7, it has 1, 2: Table index not found (13)
 [1]
 $ kobctl table del FwIpFilterTable 1 7 2
-! kobctl: FwIpFilterTable has no row 7, there is 2: Table index not found (13); deleted before it: 1
+! kobctl: FwIpFilterTable has no row 7, it has 2: Table index not found (13); deleted before it: 1
 [1]
 $ kobctl table get UPnPTable 1
 ! kobctl: UPnPTable has no get operation, it has next: Method unavailable (16)
@@ -338,7 +338,7 @@ TEST_F(KobctlTable, ARowThatItsCheckRefusesIsTakenBack)
     EXPECT_TRUE(added.errors.starts_with("kobctl: FwUrlFilterTable 1 URL=192.168.1.1: ")) << added.errors;
     EXPECT_NE(added.errors.find(" (validUrlFilter); it takes rows with a host or URL"), std::string::npos)
         << added.errors;
-    EXPECT_NE(added.errors.find("; the new row 1 was taken back\n"), std::string::npos) << added.errors;
+    EXPECT_NE(added.errors.find("; the new row 1 was deleted again\n"), std::string::npos) << added.errors;
     EXPECT_EQ(RunKobctl({"table", "dump", "FwUrlFilterTable"}).output, "FwUrlFilterTable, no rows\n");
 }
 

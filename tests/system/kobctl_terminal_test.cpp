@@ -65,6 +65,7 @@ TEST_F(KobctlTerminal, EveryHelpFitsAScreen)
     EXPECT_EQ(RunLine("sett a=b").errors, "kobctl: unknown command 'sett', did you mean set?; see kobctl help\n");
     EXPECT_EQ(RunLine("get --count=3 IMEI").errors, "kobctl: get takes no --count; see kobctl help get\n");
     EXPECT_EQ(RunLine("--jsn list").errors, "kobctl: unknown option --jsn, did you mean --json?; see kobctl help\n");
+    EXPECT_EQ(RunLine("list --json=yes").errors, "kobctl: --json takes no value; see kobctl help\n");
     EXPECT_EQ(RunLine("--timeout=2 get webHttpPort").output, "80\n");
 }
 
@@ -103,7 +104,7 @@ TEST_F(KobctlTerminal, AFullDiskIsTold)
         close(full);
         const Ran ran = ReadKobctl(process);
         EXPECT_EQ(ran.status, 1) << command;
-        EXPECT_EQ(ran.errors, "kobctl: not all was written: No space left on device\n") << command;
+        EXPECT_EQ(ran.errors, "kobctl: the output was not written whole: No space left on device\n") << command;
     }
 }
 
@@ -167,6 +168,22 @@ TEST_F(KobctlTerminal, TheDoctorSaysWhatIsWrong)
     EXPECT_TRUE(
         gone.output.starts_with("[{\"finding\":\"WRONG\",\"subject\":\"daemon\",\"text\":\"kobd is not running"))
         << gone.output;
+}
+
+TEST_F(KobctlTerminal, TheDoctorSaysWhatASmallKernelHidesAndAStockUciLoses)
+{
+    ASSERT_EQ(system("mount -t tmpfs none /proc/sysvipc && mkdir /tmp/kob-stock && cd /tmp/kob-stock &&"
+                     " printf '#!/bin/sh\necho \"Usage: uci [<options>]\" >&2\n' >uci && chmod 755 uci"),
+              0);
+    const std::string path = getenv("PATH");
+    setenv("PATH", ("/tmp/kob-stock:" + path).c_str(), 1);
+    const std::string told = RunLine("doctor").output;
+    setenv("PATH", path.c_str(), 1);
+    EXPECT_EQ(system("umount /proc/sysvipc"), 0);
+    EXPECT_NE(told.find(", an unknown number in use\n"), std::string::npos) << told;
+    EXPECT_NE(told.find("note  uci      keeps no value of a section that tr069_cellular lacks, and never X_"),
+              std::string::npos)
+        << told;
 }
 }  // namespace
 }  // namespace kobd::test

@@ -15,6 +15,10 @@
 #include <cstdio>
 #include <cstring>
 
+#ifndef __THROW  // what glibc says in C++ of functions that throw nothing, and musl does not
+#define __THROW
+#endif
+
 using kobd::test::Call;
 using kobd::test::Fault;
 
@@ -89,6 +93,9 @@ ssize_t StreamWrite(void* cookie, const char* bytes, size_t size)
         if (written <= 0) break;
         done += static_cast<size_t>(written);
     }
+#ifndef __GLIBC__  // where an error is no short write
+    if (done < size) return -1;
+#endif
     return static_cast<ssize_t>(done);
 }
 
@@ -118,6 +125,7 @@ extern "C"
         return Fails(fault) ? -1 : REAL(write)(file, bytes, Part(fault, size));
     }
 
+#ifdef __GLIBC__
     int open64(const char* path, int flags, ...)
     {
         va_list arguments;
@@ -138,25 +146,38 @@ extern "C"
         const int fault = StrikeFile(Call::kWrite, file);
         return Fails(fault) ? -1 : REAL(pwrite64)(file, bytes, Part(fault, size), offset);
     }
+#else
+    ssize_t pread(int file, void* bytes, size_t size, off_t offset)
+    {
+        const int fault = StrikeFile(Call::kRead, file);
+        return Fails(fault) ? -1 : REAL(pread)(file, bytes, Part(fault, size), offset);
+    }
+
+    ssize_t pwrite(int file, const void* bytes, size_t size, off_t offset)
+    {
+        const int fault = StrikeFile(Call::kWrite, file);
+        return Fails(fault) ? -1 : REAL(pwrite)(file, bytes, Part(fault, size), offset);
+    }
+#endif
 
     int fdatasync(int file) { return Fails(StrikeFile(Call::kFsync, file)) ? -1 : REAL(fdatasync)(file); }
 
     int fsync(int file) { return Fails(StrikeFile(Call::kFsync, file)) ? -1 : REAL(fsync)(file); }
 
-    int rename(const char* from, const char* to) noexcept
+    int rename(const char* from, const char* to) __THROW
     {
         return Fails(Strike(Call::kRename, from)) ? -1 : REAL(rename)(from, to);
     }
 
-    pid_t fork() noexcept { return Fails(Strike(Call::kFork, "")) ? -1 : REAL(fork)(); }
+    pid_t fork() __THROW { return Fails(Strike(Call::kFork, "")) ? -1 : REAL(fork)(); }
 
-    int msgctl(int queue, int command, msqid_ds* status) noexcept
+    int msgctl(int queue, int command, msqid_ds* status) __THROW
     {
         const bool fails = command == IPC_SET && Fails(Strike(Call::kSetQueue, ""));
         return fails ? -1 : REAL(msgctl)(queue, command, status);
     }
 
-    FILE* fdopen(int file, const char* mode) noexcept
+    FILE* fdopen(int file, const char* mode) __THROW
     {
         if (*mode != 'w') return REAL(fdopen)(file, mode);
         return fopencookie(reinterpret_cast<void*>(static_cast<intptr_t>(file)), mode,

@@ -4,6 +4,9 @@
 #include <link.h>
 
 #include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 namespace
@@ -16,16 +19,34 @@ const char* const kExported[] = {
 #undef EXPORTED
 };
 
-// Bytes of a data object that the daemon exports.
-unsigned long SizeOf(const char* name)
+template <typename Record>
+Record At(const std::string& bytes, size_t offset)
 {
-    Dl_info place;
-    const ElfW(Sym)* symbol = nullptr;
-    void* address = dlsym(RTLD_DEFAULT, name);
-    if (address == nullptr ||
-        dladdr1(address, &place, const_cast<void**>(reinterpret_cast<const void**>(&symbol)), RTLD_DL_SYMENT) == 0)
-        return 0;
-    return symbol == nullptr ? 0 : symbol->st_size;
+    Record record = {};
+    memcpy(&record, bytes.data() + offset, sizeof record);
+    return record;
+}
+
+// Bytes of a data object that the daemon exports, as its file says.
+unsigned long SizeOf(const std::string& name)
+{
+    std::ifstream file("/proc/self/exe", std::ios::binary | std::ios::ate);
+    std::string bytes(static_cast<size_t>(file.tellg()), '\0');
+    file.seekg(0).read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    const auto header = At<ElfW(Ehdr)>(bytes, 0);
+    const auto section = [&](size_t number)
+    { return At<ElfW(Shdr)>(bytes, header.e_shoff + number * sizeof(ElfW(Shdr))); };
+    for (size_t number = 0; number < header.e_shnum; ++number)
+    {
+        const auto table = section(number);
+        if (table.sh_type != SHT_DYNSYM) continue;
+        for (size_t offset = 0; offset < table.sh_size; offset += sizeof(ElfW(Sym)))
+        {
+            const auto symbol = At<ElfW(Sym)>(bytes, table.sh_offset + offset);
+            if (bytes.data() + section(table.sh_link).sh_offset + symbol.st_name == name) return symbol.st_size;
+        }
+    }
+    return 0;
 }
 
 template <typename Function>

@@ -218,8 +218,8 @@ TEST_F(TableRequests, AnyRowOfAnyTableComesBackFromItsItems)
             std::string echo(items.size(), '\0');
             TlvWriter echo_writer(echo);
             ASSERT_EQ(TableTlvToRows(items, &echo_writer), 0) << table.name;
-            ASSERT_NE(FirstPendingRow(table), nullptr) << table.name;
-            const std::string decoded(FirstPendingRow(table)->Row(), table.row_size);
+            ASSERT_NE(table.pending->first, nullptr) << table.name;
+            const std::string decoded(table.pending->first->row, table.row_size);
             EXPECT_EQ(Items(decoded, table), items) << table.name;
             TableRowsRelease();
         }

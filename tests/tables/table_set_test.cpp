@@ -12,7 +12,6 @@
 #include "daemon/base/log.h"
 #include "dictionary/name_index.h"
 #include "tables/handlers.h"
-#include "tables/pending_rows.h"
 #include "tests/tables/table_rows.h"
 
 namespace kobd::test
@@ -36,7 +35,7 @@ std::string IpChange(int32_t index, std::string_view address)
 bool NothingPending()
 {
     for (const TableDef& table : kTables)
-        if (FirstPendingRow(table) != nullptr) return false;
+        if (table.pending->first != nullptr) return false;
     return true;
 }
 

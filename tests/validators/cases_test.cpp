@@ -33,7 +33,7 @@
 #include <type_traits>
 
 #include "dictionary/name_index.h"
-#include "dictionary/staged_values.h"
+#include "dictionary/snapshot.h"
 #include "platform/connection.h"
 #include "tables/row_codec.h"
 #include "tests/recording_platform.h"

@@ -1,7 +1,4 @@
 // Management agent: results of transfer tests and traces.
-// A column: name, offset in the row in bytes, type, length in bytes of a text with its zero byte
-// (other fields have the width of their type), name of the column whose bytes it shares, if any.
-// A layout: its columns, and the size of a row in bytes.
 #pragma once
 
 #include "dictionary/row_layout.h"

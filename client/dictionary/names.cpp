@@ -1,5 +1,5 @@
-// Distance between names, by single letters changed, added or left out.
-#include "client/dictionary/nearest.h"
+// Patterns, and the distance between names by single letters changed, added or left out.
+#include "client/dictionary/names.h"
 
 #include <fnmatch.h>
 
@@ -38,19 +38,17 @@ bool MatchesName(const std::string& pattern, const std::string& name)
     return fnmatch(pattern.c_str(), name.c_str(), 0) == 0;
 }
 
-std::string NearestOf(std::string_view name, std::span<const char* const> candidates)
+std::string DidYouMean(std::string_view name, const Words& known)
 {
-    std::string best;
+    std::string_view nearest;
     size_t least = std::max<size_t>(2, name.size() / 3);
-    for (const char* candidate : candidates)
+    for (const std::string& candidate : known)
     {
         const size_t distance = Distance(name, candidate);
-        if (distance > least || (distance == least && !best.empty())) continue;
+        if (distance > least || (distance == least && !nearest.empty())) continue;
         least = distance;
-        best = candidate;
+        nearest = candidate;
     }
-    return best;
+    return nearest.empty() ? "" : ", did you mean " + std::string(nearest) + "?";
 }
-
-std::string DidYouMean(const std::string& near) { return near.empty() ? "" : ", did you mean " + near + "?"; }
 }  // namespace kobd::client

@@ -1,0 +1,35 @@
+// Rows of the catalogue by name, names that match a pattern, and "did you mean" for a name that is not known.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "client/arguments/words.h"
+
+namespace kobd::client
+{
+// The first row with this name, which is the one that requests reach; nullptr when there is none.
+template <class Rows>
+auto FindNamed(const Rows& rows, std::string_view name) -> decltype(&*std::begin(rows))
+{
+    for (const auto& row : rows)
+        if (name == row.name) return &row;
+    return nullptr;
+}
+
+// The names of the rows, in their order.
+template <class Rows>
+Words AllNames(const Rows& rows)
+{
+    Words names;
+    for (const auto& row : rows) names.emplace_back(row.name);
+    return names;
+}
+
+// Whether the name matches the pattern: as a shell matches * ? and [], or anywhere for a pattern without them.
+bool MatchesName(const std::string& pattern, const std::string& name);
+
+// ", did you mean KNOWN?" for the end of an error: the known name that is the fewest changed letters away. The empty
+// text when none is near. Upper and lower case count as the same letter.
+std::string DidYouMean(std::string_view name, const Words& known);
+}  // namespace kobd::client

@@ -1,0 +1,38 @@
+#!/bin/sh
+# The first request after a start needs no patience: with the router's init script, a hundred times, and with a
+# service manager that waits to be told.
+. "$(dirname "$0")/check.sh"
+unshare --ipc --mount true 2>/dev/null || skip "needs IPC and mount namespaces of its own to start the daemon"
+
+cp -P "$build_folder"/kobd "$build_folder"/kobctl "$build_folder"/libkobd_*.so* "$source_folder/tests/router/rc.common" "$work/"
+sed 's|/usr/s*bin|/mnt|; s|/etc/kobd|/tmp/state|' "$source_folder/packaging/openwrt/kobd/files/kobd.init" >"$work/init"
+cat >"$work/session" <<'END'
+mount --make-rprivate / && mount --bind "$1" /mnt && mount -t tmpfs none /tmp || exit 1
+for _ in $(seq 100); do
+    sh /mnt/rc.common /mnt/init start && /mnt/kobctl get webHttpPort
+    sh /mnt/rc.common /mnt/init stop
+done | uniq -c
+/mnt/kobctl wait --timeout 0.1
+echo "without a daemon: $?"
+exec python3 /mnt/manager
+END
+cat >"$work/manager" <<'END'
+import os, socket, subprocess
+for name in ("/tmp/notify", "\0notify"):
+    manager = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+    manager.bind(name)
+    manager.settimeout(10)
+    environment = dict(os.environ, KOBD_STATE_DIR="/tmp/state", NOTIFY_SOCKET=name.replace("\0", "@"))
+    daemon = subprocess.Popen(["/mnt/kobd", "-F"], stdout=subprocess.DEVNULL, env=environment)
+    print(manager.recv(100).decode(), subprocess.check_output(["/mnt/kobctl", "get", "webHttpPort"], text=True).strip())
+    daemon.terminate()
+    print(manager.recv(100).decode(), daemon.wait())
+END
+expect "a session" "    100 80
+kobctl: wait: kobd is not running on this bus: Message not running (3)
+without a daemon: 1
+READY=1 80
+STOPPING=1 0
+READY=1 80
+STOPPING=1 0" "$(unshare --ipc --mount sh "$work/session" "$work" 2>&1)"
+finish
