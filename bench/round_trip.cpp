@@ -167,17 +167,18 @@ void Fill(const std::string& folder)
 {
     host::UseStateFolder(folder);
     const host::State state;
-    state->Open();
-    state->Begin();
-    state->Run(
-        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1400)"
-        " INSERT INTO objects SELECT 'stored' || i, 'a value of some length ' || i FROM n");
-    state->Run("INSERT OR REPLACE INTO lists VALUES('FwUrlFilterTable', 2000)");
-    state->Run(
-        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2000)"
-        " INSERT INTO cells SELECT 'FwUrlFilterTable', i, f, iif(f = '', '', 'host' || i || '.example.net')"
-        " FROM n, (SELECT '' AS f UNION ALL SELECT 'URL')");
-    if (!state->Commit()) abort();
+    const auto changes = [&]
+    {
+        state->Run(
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1400)"
+            " INSERT INTO objects SELECT 'stored' || i, 'a value of some length ' || i FROM n");
+        state->Run("INSERT OR REPLACE INTO lists VALUES('FwUrlFilterTable', 2000)");
+        state->Run(
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2000)"
+            " INSERT INTO cells SELECT 'FwUrlFilterTable', i, f, iif(f = '', '', 'host' || i || '.example.net')"
+            " FROM n, (SELECT '' AS f UNION ALL SELECT 'URL')");
+    };
+    if (!state->Write(changes)) abort();
     state->Close();
 }
 }  // namespace

@@ -16,8 +16,8 @@ inline constexpr size_t kFieldTextMax = 4096;
 // The row's own index, its first word.
 int32_t RowIndex(const void* row);
 
-// Returns the text of a field. It lies in the row, in `buffer` (at least kFieldTextMax bytes), or where
-// the row's pointer leads, and is valid as long as that is. A text without a zero byte ends where its
+// Returns a field as text. `buffer` must have at least kFieldTextMax bytes. The text is in the row, in `buffer`, or
+// where the row's pointer points, and is valid as long as all three are. A text without a zero byte ends where its
 // field ends. The text is empty for types that have no field.
 std::string_view FieldText(const void* row, const ColumnDef& column, std::span<char> buffer);
 

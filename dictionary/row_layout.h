@@ -1,4 +1,4 @@
-// How a row of a table lies in memory: its columns, their places, and the conditions that they meet.
+// The layout of a table's rows in memory: the columns with their offsets, and the rules that every layout keeps.
 //
 // Bytes 0 to 3 of a row hold its index, by which the list operations know it. The columns follow. A row
 // may be longer than its columns; the bytes after them belong to the list. Rows have no alignment.

@@ -56,19 +56,21 @@ void Insert(std::string_view line)
     const size_t first = name.find('|');
     const size_t second = first == name.npos ? first : name.find('|', first + 1);
     const State state;
-    state->Begin();
-    if (second == name.npos)
-        state->Run("INSERT OR REPLACE INTO objects VALUES(?, ?)", name, value);
-    else
+    const auto changes = [&]
     {
+        if (second == name.npos)
+        {
+            state->Run("INSERT OR REPLACE INTO objects VALUES(?, ?)", name, value);
+            return;
+        }
         const std::string number(name.substr(first + 1, second - first - 1));
         state->Run("INSERT OR REPLACE INTO lists VALUES(?, 1)", name.substr(0, first));
         for (const auto& [field, text] :
              {std::pair<std::string_view, std::string_view>{"", ""}, {name.substr(second + 1), value}})
             state->Run("INSERT OR REPLACE INTO cells VALUES(?, ?, ?, ?)", name.substr(0, first),
                        int64_t{strtoll(number.c_str(), nullptr, 10)}, field, text);
-    }
-    PROMISE(state->Commit(), "a database could not be written: %s", state->Why().c_str());
+    };
+    PROMISE(state->Write(changes), "a database could not be written: %s", state->Why().c_str());
 }
 
 // Whatever was loaded is served, can be changed, and is the same after the next start.

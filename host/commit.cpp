@@ -26,6 +26,8 @@ constexpr int kUpdateFailed = 14;
 
 std::string not_saved;  // why the last commit failed
 bool tried = false;     // in this request
+int known = 0;          // which opening of the database has what is served, but for the changes
+bool unread = false;    // what the database has is not served: it could not be read at the start
 
 bool IsChanged() { return ObjectValuesChanged() || ListsChanged() || StoresChanged(); }
 
@@ -35,36 +37,33 @@ enum class What
     kStores,  // values and rows that nobody has asked to commit stay as they are
 };
 
-bool WriteChanges(Database* database, What what)
-{
-    if (!database->Begin()) return false;
-    History history(database, static_cast<int>(BusRequest().sender));
-    if (what == What::kAll) ObjectValuesWrite(database, &history);
-    if (what == What::kAll) ListsWrite(database, &history);
-    StoresWrite(database, &history);
-    history.Finish();
-    return database->Commit();
-}
+// The rows that are served would replace rows that nobody has seen.
+bool IsInTheWay(What what) { return unread && what == What::kAll && ListsChanged(); }
 
-// Writes what changed; everything, where the database is another one than before.
+// Writes what changed; everything, where the database may be another one than before.
 bool TryCommit(Database* database, What what)
 {
-    const Database::Opened opened = database->Open();
-    if (opened == Database::Opened::kFailed) return false;
-    if (opened == Database::Opened::kNew)
+    if (!database->Open()) return false;
+    if (IsInTheWay(what) && (!database->MoveAside("replaced, since it could not be read") || !database->Open()))
+        return false;
+    if (database->Openings() != known)
     {
         ObjectValuesAllChanged();
         ListsAllChanged();
     }
-    return WriteChanges(database, what);
+    History history(database, static_cast<int>(BusRequest().sender));
+    const bool written = database->Write(
+        [&]
+        {
+            if (what == What::kAll) ObjectValuesWrite(database, &history);
+            if (what == What::kAll) ListsWrite(database, &history);
+            StoresWrite(database, &history);
+            history.Finish();
+        });
+    if (written && what == What::kAll) known = database->Openings();
+    if (IsInTheWay(what)) unread = false;  // it was moved
+    return written;
 }
-
-// A statement that memory interrupts leaves no transaction open.
-struct EndOfTransaction
-{
-    Database* database;
-    ~EndOfTransaction() { database->Rollback(); }
-};
 
 int Commit(What what)
 try
@@ -72,7 +71,6 @@ try
     tried = true;
     if (!IsChanged()) return 0;
     const State state;
-    const EndOfTransaction end{&*state};
     if (TryCommit(&*state, what) || (state->KeepDamagedAside() && TryCommit(&*state, what)))
     {
         if (what == What::kAll) ObjectValuesWritten();
@@ -94,7 +92,8 @@ catch (const std::bad_alloc&)
 // False when the database cannot be read; nothing of it is served then.
 bool LoadFrom(Database* database)
 {
-    if (database->Open() == Database::Opened::kFailed) return false;
+    if (!database->Open()) return false;
+    known = database->Openings();
     ObjectValuesLoad(database);
     if (!database->Failed()) ListsLoad(database);
     return !database->Failed();
@@ -113,6 +112,7 @@ try
     const State state;
     StoresWritten();
     not_saved.clear();
+    unread = false;
     if (access(StateFolder().c_str(), W_OK | X_OK) != 0)
         kobd_log_print("LoadState", __LINE__, "cannot write in the state folder %s: %s, changes will not survive",
                        StateFolder().c_str(), strerror(errno));
@@ -123,6 +123,7 @@ try
     }
     LoadFactory();
     if (state->Error() == ENOMEM) return false;
+    unread = true;
     kobd_log_print("LoadState", __LINE__, "cannot read the database in %s (%s), factory values serve",
                    StateFolder().c_str(), state->Why().c_str());
     state->Close();
@@ -151,12 +152,13 @@ void LoadState()
 void BeginRequest()
 {
     tried = false;
-    StoresWait(IsCommitted(BusRequest().code));
+    const RequestInHand request = BusRequest();
+    StoresBeginRequest(static_cast<int>(request.sender), IsCommitted(request.code));
 }
 
 void EndRequest()
 {
-    StoresWait(false);
+    StoresEndRequest();
     if (StoresChanged() && !tried) Commit(What::kStores);  // the request was refused half way
 }
 

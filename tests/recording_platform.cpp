@@ -316,7 +316,6 @@ int getCurrWanInterfaceSNMP_net(char* name, size_t size) { return CopyText(platf
 #define PATH(...) PICK(DEFINE_PATH, __VA_ARGS__)(__VA_ARGS__)
 #define NEXT(...) PICK(DEFINE_NEXT, __VA_ARGS__)(__VA_ARGS__)
 #define VALIDATE(...)
-#define ALL(stem) ADD(stem##Add) DEL(stem##Del) GET(stem##Get) SET(stem##Set) PATH(stem##SetPPath) NEXT(stem##Next)
 #define TABLE(name, layout, max_rows, ...) __VA_ARGS__
 #define OWN_LIST(...)
 #define SAME_LIST(...)

@@ -25,8 +25,8 @@ Outcome CommandConfirm(const Options& options, const Words&)
     if (pending.IsOverdue())
     {
         const Failure failure = pending.TakeBack(options);
-        return Failure{kInvalidArgument,
-                       "too late to confirm " + names + ": " + (failure ? failure.what : pending.WhatIsBack())};
+        return Failure{kInvalidArgument, "too late to confirm " + names + ": " +
+                                             (failure ? failure.what : "the old values are back" + pending.Kept())};
     }
     if (const Failure failure = pending.Withdraw()) return Failure{failure.code, "confirm: " + failure.what};
     return {{}, "kept: " + names + "\n"};

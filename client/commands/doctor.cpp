@@ -170,7 +170,7 @@ void LookAtDamaged(const std::string& folder, Report* report)
 void LookAtDatabase(const std::string& folder, Report* report)
 {
     const host::State state;
-    if (state->Open(false) == host::Database::Opened::kFailed && state->Error() != ENOENT)
+    if (!state->Open(false) && state->Error() != ENOENT)
         report->Say(kWrong, "state", "the database in " + folder + " cannot be read: " + state->Why());
     const auto texts = AskHost(KOBD_HOST_STATE);
     if (texts && texts->size() == 2 && !texts->at(1).empty())

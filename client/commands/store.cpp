@@ -2,8 +2,6 @@
 // daemon.
 #include <unistd.h>
 
-#include <cerrno>
-
 #include "client/arguments/words.h"
 #include "client/commands/commands.h"
 #include "client/state/daemon_state.h"
@@ -23,11 +21,13 @@ Outcome Get(const std::string& store, const Words& keys)
     for (const std::string& key : keys)
     {
         std::string value;
-        if (host::StoreRead(store.c_str(), key, &value))
+        std::string why;
+        const bool known = host::StoreRead(store.c_str(), key, &value, &why);
+        if (!why.empty())
+            return Failure{kSystemError,
+                           store + " get: cannot read the database in " + host::StateFolderName() + ": " + why};
+        if (known)
             found.emplace_back(key, value);
-        else if (errno != ENOENT)
-            return Failure{kSystemError, store + " get: cannot read the database in " + host::StateFolderName() + ": " +
-                                             host::State()->Why()};
         else
             missing.push_back(store + " has no " + key);
     }

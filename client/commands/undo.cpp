@@ -54,7 +54,7 @@ void TakeBack(const PastChange& change, Before* before)
 Failure CheckObject(const std::string& name, const std::string& value)
 {
     const ObjectEntry* object = FindObject(name);
-    if (object == nullptr) return {kNotFound, "there is no object " + name};
+    if (object == nullptr) return {kNotFound, NoSuchName("object", name)};
     if (object->access != Access::kReadWrite) return {kInvalidArgument, name + " is " + AccessText(object->access)};
     if (const std::string wrong = WhatIsWrong(name, value); !wrong.empty()) return {kInvalidArgument, wrong};
     return {};

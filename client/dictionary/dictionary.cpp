@@ -99,7 +99,7 @@ std::string Accepts(const ObjectEntry& object)
 {
     if (object.access == Access::kReadOnly) return "no value: it is read-only";
     const std::string rule = object.validator != nullptr ? RuleOf(object.validator) : "";
-    // A text without limits of its own says nothing that the rule does not say.
+    // The words for a check also tell the type. Limits are told in front of them.
     if (!rule.empty() && object.limitation == nullptr) return rule;
     return AcceptsByType(object) + (rule.empty() ? "" : "; " + rule);
 }

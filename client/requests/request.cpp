@@ -130,6 +130,8 @@ Response Call(const Options& options, kobd_request id, const Items& items)
 std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items)
 {
     constexpr int kHostTimeoutMs = 2000;
+    static bool unanswered = false;  // a router's daemon: asking once more would cost the same wait
+    if (unanswered) return {};
     kobd_module daemon{};
     kobd_client* client = nullptr;
     const BuiltItems built = Build(items);
@@ -138,6 +140,7 @@ std::optional<std::vector<std::string>> AskHost(kobd_host_control question, cons
     kobd_client_set_timeout(client, kHostTimeoutMs);
     std::optional<std::vector<std::string>> texts;
     if (kobd_host_call(client, question, built.get()) == 0) texts.emplace();
+    unanswered = kobd_answered(client) == 0;
     for (kobd_item item{}; texts && kobd_reply_next(client, &item) == 1;)
         if (item.text != nullptr) texts->emplace_back(item.text);
     kobd_client_close(client);

@@ -28,7 +28,7 @@ std::string PastChange::Name() const
 Failure ReadPastChanges(std::vector<PastChange>* changes, int commits)
 {
     const host::State state;
-    const bool opened = state->Open(false) != host::Database::Opened::kFailed;
+    const bool opened = state->Open(false);
     if (!opened && state->Error() == ENOENT) return {};
     if (opened)
         for (host::Query query = state->Ask("SELECT batch, time, process, program, kind, name, number, field, old, new"

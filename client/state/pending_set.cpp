@@ -9,14 +9,16 @@
 #include <charconv>
 #include <ctime>
 #include <fstream>
+#include <initializer_list>
 
 #include "client/dictionary/dictionary.h"
 #include "client/requests/request.h"
 #include "client/state/daemon_state.h"
 #include "client/state/waiting_process.h"
 #include "daemon/base/result.h"
-#include "host/state/database.h"
+#include "dictionary/catalogue/secrets.h"
 #include "host/state/folder.h"
+#include "host/state/history.h"
 
 namespace kobd::client
 {
@@ -27,10 +29,15 @@ Failure DatabaseFailure(const std::string& what)
     return {kSystemError, what + " the database in " + host::StateFolderName() + ": " + host::State()->Why()};
 }
 
-// The database was closed where a process that waits was started.
-bool BeginWriting(host::Database* database)
+// Runs the statements, all or none.
+Failure Write(std::initializer_list<const char*> statements)
 {
-    return database->Open() != host::Database::Opened::kFailed && database->Begin();
+    const host::State state;
+    const auto changes = [&]
+    {
+        for (const char* statement : statements) state->Run(statement);
+    };
+    return state->Write(changes) ? Failure() : DatabaseFailure("cannot write");
 }
 
 // Seconds since the machine started, sleep included: setting the clock neither shortens nor lengthens
@@ -107,7 +114,7 @@ PendingSet::~PendingSet()
 void PendingSet::Load()
 {
     const host::State state;
-    const bool opened = state->Open(false) != host::Database::Opened::kFailed;
+    const bool opened = state->Open(false);
     if (!opened && state->Error() == ENOENT) return;
     if (opened)
     {
@@ -121,7 +128,10 @@ void PendingSet::Load()
             old_values_.push_back({std::string(query.Text(0)), std::string(query.Text(1)),
                                    query.IsNull(2) ? std::nullopt : std::optional(std::string(query.Text(2)))});
         for (host::Query query = state->Ask("SELECT name, old FROM refused"); query.Next();)
-            refused_.push_back(std::string(query.Text(0)) + "=" + std::string(query.Text(1)));
+        {
+            const std::string_view old = IsSecretObject(query.Text(0)) ? host::kSecretText : query.Text(1);
+            refused_.push_back(std::string(query.Text(0)) + "=" + std::string(old));
+        }
     }
     if (state->Failed()) error_ = DatabaseFailure("cannot read");
 }
@@ -143,20 +153,18 @@ Failure PendingSet::Begin(const Options& options, const Assignments& pairs)
     return Keep(present, options.confirm_s);
 }
 
-bool PendingSet::WriteOldValues(const Assignments& present) const
-{
-    const host::State state;
-    if (!BeginWriting(&*state)) return false;
-    for (const auto& [name, value] : present) state->Run("INSERT INTO pending(name, old) VALUES(?, ?)", name, value);
-    state->Run("INSERT OR REPLACE INTO meta VALUES('due', ?), ('boot', ?)", std::to_string(due_s_), boot_);
-    return state->Commit();
-}
-
 Failure PendingSet::Keep(const Assignments& present, int seconds)
 {
     due_s_ = NowS() + 1 + seconds;  // NowS rounds down, and nobody gets less time than asked for
     boot_ = ThisBoot();
-    if (!WriteOldValues(present)) return DatabaseFailure("cannot keep the old values in");
+    const auto changes = [&]
+    {
+        const host::State state;
+        for (const auto& [name, value] : present)
+            state->Run("INSERT INTO pending(name, old) VALUES(?, ?)", name, value);
+        state->Run("INSERT OR REPLACE INTO meta VALUES('due', ?), ('boot', ?)", std::to_string(due_s_), boot_);
+    };
+    if (!host::State()->Write(changes)) return DatabaseFailure("cannot keep the old values in");
     for (const auto& [name, value] : present) old_values_.push_back({name, value, {}});
     if (StartWaiting()) return {};
     Failure failure = SystemFailure("cannot keep the old values");
@@ -169,9 +177,11 @@ void PendingSet::NoteNewValues(const Options& options)
     Values values;
     if (ReadNamed(options, old_values_, &values).code != 0) return;
     const host::State state;
-    BeginWriting(&*state);
-    for (const auto& [name, value] : values) state->Run("UPDATE pending SET new = ? WHERE name = ?", value, name);
-    state->Commit();  // without it all old values return, which is what was promised
+    const auto changes = [&]
+    {
+        for (const auto& [name, value] : values) state->Run("UPDATE pending SET new = ? WHERE name = ?", value, name);
+    };
+    state->Write(changes);  // after a failure all old values return, which is what was promised
 }
 
 bool PendingSet::IsOverdue() const { return IsPending() && (boot_ != ThisBoot() || NowS() >= due_s_); }
@@ -186,11 +196,7 @@ bool PendingSet::IsUnchanged(const Options& options) const
 
 Failure PendingSet::Withdraw()
 {
-    const host::State state;
-    BeginWriting(&*state);
-    state->Run("DELETE FROM pending");
-    state->Run("DELETE FROM refused");
-    if (!state->Commit()) return DatabaseFailure("cannot write");
+    if (const Failure failure = Write({"DELETE FROM pending", "DELETE FROM refused"})) return failure;
     old_values_.clear();
     refused_.clear();
     return {};
@@ -204,7 +210,7 @@ Failure PendingSet::TakeBack(const Options& options)
     for (const OldValue& value : old_values_)
     {
         if (value.now && response.code == 0 && values[value.name] != *value.now)
-            left_alone_.push_back(value.name);
+            kept_.push_back(value.name);
         else
             back.push_back({value.name, value.old});
     }
@@ -221,26 +227,18 @@ Failure PendingSet::TakeBack(const Options& options)
 Failure PendingSet::KeepRefused(int code, const std::string& why)
 {
     const std::string names = Names();
-    const host::State state;
-    BeginWriting(&*state);
-    state->Run("INSERT OR REPLACE INTO refused SELECT name, old FROM pending");
-    state->Run("DELETE FROM pending");
-    if (!state->Commit()) return DatabaseFailure("cannot write");
+    if (const Failure failure =
+            Write({"INSERT OR REPLACE INTO refused SELECT name, old FROM pending", "DELETE FROM pending"}))
+        return failure;
     old_values_.clear();
     return {code, "the daemon refused the old values of " + names + ": " + why + "; kobctl doctor shows them"};
-}
-
-std::string PendingSet::WhatIsBack() const
-{
-    return left_alone_.empty() ? "the old values are back"
-                               : "the old values are back, but not of " + Joined(left_alone_) + ", changed since";
 }
 
 bool MayBePending()
 {
     UseDaemonsState();
     const host::State state;
-    if (state->Open(false) == host::Database::Opened::kFailed) return false;  // the command itself says so
+    if (!state->Open(false)) return false;  // the command itself says so
     host::Query query = state->Ask("SELECT 1 FROM pending UNION ALL SELECT 1 FROM refused LIMIT 1");
     return query.Next();
 }
@@ -255,6 +253,6 @@ std::string RestoreOverdue(const std::string& command)
     if (!pending.IsOverdue()) return pending.Error().what;
     const std::string names = pending.Names();
     const Failure failure = pending.TakeBack({});
-    return failure ? failure.what : "not confirmed in time, " + pending.WhatIsBack() + ": " + names;
+    return failure ? failure.what : "not confirmed in time, the old values are back: " + names + pending.Kept();
 }
 }  // namespace kobd::client

@@ -1,7 +1,7 @@
 // Sets that are taken back unless they are confirmed. The old values wait in the database until kobctl confirm removes
 // them or their time is up. A detached kobctl watches the time. If it is killed, the next kobctl or the next start of
-// the service takes over. A restart of the machine ends the time too: a user who has lost the way to the router pulls
-// the plug and has the old values back.
+// the service takes over. A restart of the machine ends the time, too: a user who can no longer reach the router pulls
+// the plug, and the old values return.
 #pragma once
 
 #include <cstdint>
@@ -48,10 +48,11 @@ public:
     // when it refuses them.
     Failure TakeBack(const Options& options);
 
-    // What TakeBack did: "the old values are back", and which values it left as they were set since.
-    std::string WhatIsBack() const;
+    // "; but what was changed since stays: NAME, NAME" for what TakeBack has not set back; else the empty text.
+    std::string Kept() const { return kept_.empty() ? "" : "; but what was changed since stays: " + Joined(kept_); }
 
-    // "NAME=VALUE, NAME=VALUE" of the old values that the daemon refused, until Withdraw; else the empty text.
+    // "NAME=VALUE, NAME=VALUE", without the values of secrets, of the old values that the daemon refused, until
+    // Withdraw; else the empty text.
     std::string Refused() const { return Joined(refused_); }
 
 private:
@@ -64,7 +65,6 @@ private:
 
     void Load();
     Failure Keep(const Assignments& present, int seconds);
-    bool WriteOldValues(const Assignments& present) const;
     Failure KeepRefused(int code, const std::string& why);
     Assignments OldValues() const;
 
@@ -73,8 +73,8 @@ private:
     int64_t due_s_ = 0;  // on the clock that runs since the machine started
     std::string boot_;   // which start of the machine that was
     std::vector<OldValue> old_values_;
-    Words refused_;     // NAME=VALUE
-    Words left_alone_;  // names
+    Words refused_;  // NAME=VALUE, without the value of a secret
+    Words kept_;     // names
 };
 
 // Whether there may be a pending set, or old values that were refused. Only looks, and makes no state folder.

@@ -12,22 +12,10 @@ extern "C"
 #define PATH(function) int function(int32_t index, const char* parent_path);
 #define NEXT(function) int function(int32_t previous, void* row);
 #define VALIDATE(function) int function(void* row);
-#define ALL(stem) ADD(stem##Add) DEL(stem##Del) GET(stem##Get) SET(stem##Set) PATH(stem##SetPPath) NEXT(stem##Next)
 #define SHARED(function) function
 #define TABLE(name, layout, max_rows, ...) __VA_ARGS__
 #define OWN_LIST(name, layout, max_rows, ...) __VA_ARGS__
 #define SAME_LIST(...)
 #include "dictionary/catalogue/tables.def"
-#undef ADD
-#undef DEL
-#undef GET
-#undef SET
-#undef PATH
-#undef NEXT
-#undef VALIDATE
-#undef ALL
 #undef SHARED
-#undef TABLE
-#undef OWN_LIST
-#undef SAME_LIST
 }

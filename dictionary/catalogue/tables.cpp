@@ -38,7 +38,6 @@ struct NamedOps
 #define PATH(function) .setPPath = function,
 #define NEXT(function) .next = function,
 #define VALIDATE(function) .validate = function,
-#define ALL(stem) ADD(stem##Add) DEL(stem##Del) GET(stem##Get) SET(stem##Set) PATH(stem##SetPPath) NEXT(stem##Next)
 #define SHARED(function) function
 #define TABLE(name, layout, max_rows, ...) {name, {__VA_ARGS__}},
 #define OWN_LIST TABLE
@@ -46,15 +45,6 @@ struct NamedOps
 constexpr NamedOps kOps[] = {
 #include "dictionary/catalogue/tables.def"
 };
-#undef ADD
-#undef DEL
-#undef GET
-#undef SET
-#undef PATH
-#undef NEXT
-#undef VALIDATE
-#undef TABLE
-#undef SAME_LIST
 
 constexpr const TableOps* OpsOf(std::string_view table)
 {

@@ -159,24 +159,12 @@ constexpr auto kObjects = std::to_array<Object>({
 #define PATH(...) {kSetParentPath, FUNCTION(__VA_ARGS__)},
 #define NEXT(...) {kNext, FUNCTION(__VA_ARGS__)},
 #define VALIDATE(...) {kValidate, FUNCTION(__VA_ARGS__)},
-#define ALL(stem) ADD(stem##Add) DEL(stem##Del) GET(stem##Get) SET(stem##Set) PATH(stem##SetPPath) NEXT(stem##Next)
 #define TABLE(name, layout, max_rows, ...) MakeTable(name, layout, #layout, max_rows, name, false, {__VA_ARGS__}),
 #define OWN_LIST(name, layout, max_rows, ...) MakeTable(name, layout, #layout, max_rows, name, true, {__VA_ARGS__}),
 #define SAME_LIST(name, layout, max_rows, other) MakeTable(name, layout, #layout, max_rows, other, false, {}),
 constexpr auto kTables = std::to_array<Table>({
 #include "dictionary/catalogue/tables.def"
 });
-#undef ADD
-#undef DEL
-#undef GET
-#undef SET
-#undef PATH
-#undef NEXT
-#undef VALIDATE
-#undef ALL
-#undef TABLE
-#undef OWN_LIST
-#undef SAME_LIST
 #undef SHARED
 #undef OWN
 #undef FUNCTION

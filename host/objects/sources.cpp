@@ -89,7 +89,7 @@ constexpr bool IsObjectOnce(std::string_view object)
     return number != kNoObject && kRowsOf[number] == 1;
 }
 
-// Whether the object that a SameAs row names keeps a value of its own.
+// A SameAs row must name an object of the kind Value. True for rows of other kinds.
 constexpr bool HasHome(SourceKind kind, std::string_view text)
 {
     if (kind != SourceKind::SameAs) return true;

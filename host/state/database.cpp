@@ -22,9 +22,10 @@ namespace
 constexpr const char* kFunction = "Database";
 constexpr const char* kFile = "/kobd.db";
 constexpr int kWaitMs = 2000;            // for other processes: a stopped one must not stop the others
-constexpr off_t kLogBytes = 512 * 1024;  // room of the write-ahead log; it is written back when it holds kLogPages
+constexpr off_t kLogBytes = 512 * 1024;  // room of the write-ahead log
 constexpr const char* kOptions =
-    "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA wal_autocheckpoint=110;"  // pages: 450 KB
+    "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA wal_autocheckpoint=110;"  // pages of the log, at which it
+                                                                                        // is written back: 450 KB
     "PRAGMA cache_size=-256; PRAGMA temp_store=MEMORY";                                 // KB, for the daemon's memory
 constexpr int kSchemaVersion = 1;
 constexpr const char* kSchema =
@@ -120,13 +121,20 @@ std::string_view Query::Text(int column) const
 
 int64_t Query::Number(int column) const { return sqlite3_column_int64(statement_, column); }
 
+bool Database::Fail(int error, const std::string& why, bool damaged)
+{
+    error_ = error;
+    why_ = why;
+    damaged_ = damaged;
+    return false;
+}
+
 bool Database::Note(int code)
 {
     if (code == SQLITE_OK) return true;
-    error_ = ErrorOf(code);
-    damaged_ = (code & 0xFF) == SQLITE_CORRUPT || (code & 0xFF) == SQLITE_NOTADB;
-    why_ = TextOf(connection_, code, error_);
-    return false;
+    const int error = ErrorOf(code);
+    const bool damaged = (code & 0xFF) == SQLITE_CORRUPT || (code & 0xFF) == SQLITE_NOTADB;
+    return Fail(error, TextOf(connection_, code, error), damaged);
 }
 
 std::string Database::Why() const { return why_; }
@@ -176,20 +184,17 @@ bool Database::HasMoved()
     return moved != 0;
 }
 
-Database::Opened Database::Open(bool create)
+bool Database::Open(bool create)
 {
     const bool is_read_only = connection_ != nullptr && sqlite3_db_readonly(connection_, "main") == 1;
-    if (connection_ != nullptr && !HasMoved() && !(create && is_read_only)) return Opened::kThere;
+    if (connection_ != nullptr && !HasMoved() && !(create && is_read_only)) return true;
     Close();
-    made_ = false;
-    if (!OpenFile(create) && !(create && KeepDamagedAside() && OpenFile(true)))
-    {
-        const int error = error_;  // of the opening
+    const bool opened = OpenFile(create) || (create && KeepDamagedAside() && OpenFile(true));
+    if (opened)
+        ++openings_;
+    else
         Close();
-        error_ = error;
-        return Opened::kFailed;
-    }
-    return made_ ? Opened::kNew : Opened::kThere;
+    return opened;
 }
 
 // The path without links, since SQLite is told to follow none.
@@ -202,23 +207,15 @@ bool Database::OpenFile(bool create)
     path_ = std::string(realpath(folder.c_str(), real) != nullptr ? real : folder) + kFile;
     const off_t size = SizeOf(path_);
     if (size == 0 && SizeOf(path_ + "-wal") > 0)  // emptied: SQLite would remove the log, which has what was committed
-    {
-        Note(SQLITE_NOTADB);
-        return false;
-    }
+        return Note(SQLITE_NOTADB);
     if (size == 0) REPORT(kFunction, "%s is empty, factory values serve", path_.c_str());
-    int file = create ? OpenOrCreate(path_, O_RDWR, &made_) : open(path_.c_str(), O_RDONLY | O_CLOEXEC);
+    bool made = false;
+    int file = create ? OpenOrCreate(path_, O_RDWR, &made) : open(path_.c_str(), O_RDONLY | O_CLOEXEC);
     // What cannot be written may still be read: a router must find its settings on a disk that has become read-only.
     if (file < 0 && (errno == EROFS || errno == EACCES)) file = open(path_.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
-    if (file < 0)
-    {
-        damaged_ = errno == EISDIR || errno == ELOOP;
-        error_ = errno;
-        why_ = strerror(errno);
-        return false;
-    }
+    if (file < 0) return Fail(errno, strerror(errno), errno == EISDIR || errno == ELOOP);
     close(file);
-    if (made_) SyncFolder(folder);
+    if (made) SyncFolder(folder);
     errno = 0;
     if (sqlite3_open_v2(path_.c_str(), &connection_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOFOLLOW, nullptr) !=
         SQLITE_OK)
@@ -239,15 +236,10 @@ bool Database::Prepare()
     };
     if (version() == kSchemaVersion) return true;
     if (Failed() || !Begin()) return false;
-    if (version() == 0)  // another process may have been first
-    {
-        made_ = true;
-        Note(sqlite3_exec(connection_, kSchema, nullptr, nullptr, nullptr));
-    }
+    // Another process may have been first.
+    if (version() == 0) Note(sqlite3_exec(connection_, kSchema, nullptr, nullptr, nullptr));
     if (!Commit() || version() == kSchemaVersion) return !Failed();
-    error_ = EPROTO;
-    why_ = "another version of kobd has made it";
-    return false;
+    return Fail(EPROTO, "another version of kobd has made it", false);
 }
 
 void Database::Close()
@@ -259,36 +251,36 @@ void Database::Close()
     writing_ = false;
 }
 
-bool Database::KeepDamagedAside()
+bool Database::MoveAside(const char* is)
 {
-    if (!Failed() || !damaged_) return false;
     Close();
     const std::string aside = KeepAside(path_);
-    REPORT(kFunction, "%s is damaged, kept as %s, factory values serve", path_.c_str(),
-           aside.empty() ? "it is" : aside.c_str());
+    REPORT(kFunction, "%s is %s, kept as %s", path_.c_str(), is, aside.empty() ? "it is" : aside.c_str());
     if (aside.empty()) return false;
-    // The log belongs to the damaged file and would be taken for the new one's.
+    // The log belongs to the file that was moved and would be taken for the new one's.
     rename((path_ + "-wal").c_str(), (aside + "-wal").c_str());
     unlink((path_ + "-shm").c_str());
     return true;
 }
 
+bool Database::KeepDamagedAside() { return Failed() && damaged_ && MoveAside("damaged"); }
+
 // Zeros behind the end mean nothing to SQLite. The lock keeps others from writing there meanwhile.
 void Database::ReserveLog()
 {
+    static constexpr char kZeros[4096] = {};
     const std::string log = path_ + "-wal";
     if (SizeOf(log) >= kLogBytes || !Begin()) return;
-    const off_t size = SizeOf(log);
+    const EndOfTransaction end{this};
     const int file = open(log.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC);
-    if (file >= 0 && size >= 0 && size < kLogBytes)
-    {
-        const std::vector<char> zeros(static_cast<size_t>(kLogBytes - size));
-        const ssize_t written = pwrite(file, zeros.data(), zeros.size(), size);
-        if (written != static_cast<ssize_t>(zeros.size()) && ftruncate(file, size) != 0)
-            errno = 0;  // no space: it grows
-    }
-    if (file >= 0) close(file);
-    Rollback();
+    if (file < 0) return;
+    const off_t before = SizeOf(log);
+    off_t size = before;
+    for (ssize_t written; size < kLogBytes && (written = pwrite(file, kZeros, sizeof kZeros, size)) > 0;)
+        size += written;
+    if (size < kLogBytes && ftruncate(file, before) != 0)
+        errno = 0;  // a disk without room: the log grows as it is used
+    close(file);
 }
 
 namespace

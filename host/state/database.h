@@ -63,23 +63,20 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    enum class Opened
-    {
-        kFailed,  // Why says why
-        kThere,   // it holds what was committed before
-        kNew,     // nothing is in it: none was there, or a damaged one was kept aside and reported
-    };
+    // Opens the database where it is not open yet, or where another file has its name by now. One that is not there is
+    // made, and a damaged one is kept aside, reported and made anew; without `create`, for those who only read, both
+    // are failures, the first with the error ENOENT. False after a failure.
+    bool Open(bool create = true);
 
-    // Opens the database where it is not open yet, or where another file has its name by now. Without `create`, for
-    // those who only read, a database that is not there is kFailed with the error ENOENT.
-    Opened Open(bool create = true);
+    // How often it was opened: another number than before means that the file may be another one.
+    int Openings() const { return openings_; }
 
     // To be called before a fork, too: no connection may cross one.
     void Close();
 
     // Runs a statement, whose text must be a literal, with these values in the places of its question marks: texts of
     // any bytes, no text (std::nullopt), numbers. Waits for other processes, two seconds at most. After a failure
-    // nothing runs any more until the next Begin, or the next Ask outside of a transaction.
+    // in a transaction nothing runs any more until its end.
     template <typename... Values>
     Query Ask(const char* sql, const Values&... values)
     {
@@ -96,19 +93,27 @@ public:
         return !Failed();
     }
 
-    // A transaction that changes something. Commit is false when any statement since Begin has failed; nothing has
-    // changed then. Rollback is harmless without a transaction.
-    bool Begin();
-    bool Commit();
-    void Rollback();
+    // Opens the database and runs `changes` in one transaction, which is on the disk when this returns. False when
+    // anything has failed; nothing has changed then. Inside of another Write it always fails.
+    template <typename Changes>
+    bool Write(Changes changes)
+    {
+        if (!Open() || !Begin()) return false;
+        const EndOfTransaction end{this};  // memory may run out
+        changes();
+        return Commit();
+    }
 
     // The last failure: its error number as errno has it, EIO for what has none, and its text.
     bool Failed() const { return error_ != 0; }
     int Error() const { return error_; }
     std::string Why() const;
 
-    // Whether it failed because the file is no whole database. Keeps that aside, so that Open makes a new one. False
-    // when it is not damaged or cannot be moved.
+    // Gives the file another name and reports that it `is` so, with the new name. Open then makes a new one. False when
+    // it cannot be moved.
+    bool MoveAside(const char* is);
+
+    // The same for a file that has failed because it is no whole database; false, too, when it is not damaged.
     bool KeepDamagedAside();
 
     // Gives the write-ahead log its full size, so that commits do not have to make it grow.
@@ -116,8 +121,18 @@ public:
 
 private:
     friend class Query;
+    struct EndOfTransaction
+    {
+        Database* database;
+        ~EndOfTransaction() { database->Rollback(); }
+    };
+
+    bool Begin();
+    bool Commit();
+    void Rollback();  // harmless without a transaction
     sqlite3_stmt* Prepared(const char* sql);
     bool Note(int code);  // remembers a failure; false then
+    bool Fail(int error, const std::string& why, bool damaged);
     bool HasMoved();
     bool OpenFile(bool create);
     bool Prepare();
@@ -125,7 +140,7 @@ private:
     sqlite3* connection_ = nullptr;
     std::map<const char*, sqlite3_stmt*> prepared_;
     std::string path_;
-    bool made_ = false;     // the file was made by this Open
+    int openings_ = 0;
     bool writing_ = false;  // between Begin and its end
     bool damaged_ = false;  // what failed says that the file is no whole database
     int error_ = 0;

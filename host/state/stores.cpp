@@ -62,8 +62,9 @@ struct Store
 constexpr Store kStores[] = {{"nvram", kNvram}, {"config", kConfig}};
 
 using Waiting = std::map<std::pair<const Store*, std::string>, std::string, std::less<>>;
-Waiting waiting;  // set, and not yet committed
-bool wait = false;
+Waiting waiting;         // set, and not yet committed
+bool committed = false;  // the request in hand is going to be
+int asker = 0;           // the process whose request is in hand
 
 const Store& StoreOf(std::string_view name) { return kStores[name == kStores[0].name ? 0 : 1]; }
 
@@ -106,11 +107,14 @@ void Write(Database* database, const Store& store, std::string_view key, std::op
 std::string WriteAlone(const Store& store, std::string_view key, std::optional<std::string_view> value, int asked)
 {
     const State state;
-    if (state->Open() == Database::Opened::kFailed || !state->Begin()) return state->Why();
     History history(&*state, asked);
-    Write(&*state, store, key, value, &history);
-    history.Finish();
-    return state->Commit() ? "" : state->Why();
+    const bool written = state->Write(
+        [&]
+        {
+            Write(&*state, store, key, value, &history);
+            history.Finish();
+        });
+    return written ? "" : state->Why();
 }
 
 // A key is printed in messages and typed at terminals.
@@ -120,7 +124,7 @@ bool IsKey(std::string_view key)
            std::ranges::all_of(key, [](char c) { return c > ' ' && c <= '~' && c != '='; });
 }
 
-// Where it cannot be read, the reader gets the factory's values, and the log says so.
+// What waits counts before what the database has.
 bool ReadOrReport(const Store& store, const char* key, std::string* value)
 {
     const State state;
@@ -129,13 +133,12 @@ bool ReadOrReport(const Store& store, const char* key, std::string* value)
         *value = found->second;
         return true;
     }
-    const bool known = state->Open(false) != Database::Opened::kFailed && Read(&*state, store, key, value);
-    if (state->Failed() && state->Error() != ENOENT)
+    std::string why;
+    const bool known = StoreRead(store.name, key, value, &why);
+    if (!why.empty())
         REPORT("Stores", "cannot read %s in %s (%s), factory values serve", store.name, StateFolder().c_str(),
-               state->Why().c_str());
-    const auto factory = Factory(store, key);
-    if (!known) *value = factory.value_or("");
-    return known || factory.has_value();
+               why.c_str());
+    return known;
 }
 
 int Get(const Store& store, const char* key, char* value, size_t size)
@@ -162,12 +165,12 @@ int Set(const Store& store, const char* key, const char* value)
 try
 {
     const State state;
-    if (wait && IsKey(key) && strlen(value) <= kStoreValueMax)
+    if (committed && IsKey(key) && strlen(value) <= kStoreValueMax)
     {
         waiting[{&store, key}] = value;
         return 0;
     }
-    const std::string why = StoreSet(store.name, key, value, 0);
+    const std::string why = StoreSet(store.name, key, value, asker);
     if (why.empty()) waiting.erase({&store, key});
     if (!why.empty()) REPORT("Stores", "cannot set %s %s: %s", store.name, key, why.c_str());
     return why.empty() ? 0 : -1;
@@ -178,11 +181,14 @@ catch (const std::bad_alloc&)
 }
 }  // namespace
 
-void StoresWait(bool begin)
+void StoresBeginRequest(int asked, bool is_committed)
 {
     const State state;
-    wait = begin;
+    asker = asked;
+    committed = is_committed;
 }
+
+void StoresEndRequest() { StoresBeginRequest(0, false); }
 
 bool StoresChanged() { return !waiting.empty(); }
 
@@ -195,20 +201,15 @@ void StoresWritten() { waiting.clear(); }
 
 std::string_view NvramFactory(std::string_view key) { return Factory(kStores[0], key).value_or(std::string_view()); }
 
-bool StoreRead(const char* name, const std::string& key, std::string* value)
+bool StoreRead(const char* name, std::string_view key, std::string* value, std::string* why)
 {
     const Store& store = StoreOf(name);
     const State state;
-    const bool opened = state->Open(false) != Database::Opened::kFailed;
-    const bool known = opened && Read(&*state, store, key, value);
-    if (state->Failed() && state->Error() != ENOENT)
-    {
-        errno = state->Error();
-        return false;
-    }
-    if (!known) *value = Factory(store, key).value_or("");
-    errno = ENOENT;
-    return known || Factory(store, key).has_value();
+    const bool known = state->Open(false) && Read(&*state, store, key, value);
+    if (state->Failed() && state->Error() != ENOENT) *why = state->Why();
+    const auto factory = Factory(store, key);
+    if (!known) *value = factory.value_or("");
+    return known || factory.has_value();
 }
 
 std::string StoreSet(const char* name, std::string_view key, std::string_view value, int asked)

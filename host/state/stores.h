@@ -13,9 +13,10 @@ namespace kobd::host
 inline constexpr size_t kStoreKeyMax = 128;     // characters
 inline constexpr size_t kStoreValueMax = 2047;  // characters: what an object get can hand out
 
-// Whether what is set waits for the commit of the request in hand, so that it becomes durable together with the objects
-// and rows, and is committed with them. Otherwise every set is a transaction of its own.
-void StoresWait(bool wait);
+// Around a request of the process `asked`. When the request is `committed`, what it sets waits for that commit and is
+// durable together with its objects and rows. At any other time each set is a transaction of its own.
+void StoresBeginRequest(int asked, bool committed);
+void StoresEndRequest();
 
 // Whether something waits; writes it in the transaction of a commit; and that it was written.
 bool StoresChanged();
@@ -25,9 +26,9 @@ void StoresWritten();
 // The factory's value of an nvram key; nullptr data for a key that it does not have.
 std::string_view NvramFactory(std::string_view key);
 
-// As nv_get and kob_get_config for a program that must not show factory values where the database cannot be read. False
-// with errno: ENOENT for an unknown key, what failed otherwise.
-bool StoreRead(const char* store, const std::string& key, std::string* value);
+// Reads the value, of the factory where nobody has set one. False for an unknown key. `why` says why the database could
+// not be read; the value is the factory's then. It is empty when all is well.
+bool StoreRead(const char* store, std::string_view key, std::string* value, std::string* why);
 
 // As nvram_set and kob_set_config for the process that `asked`. The empty text, or why it was not set.
 std::string StoreSet(const char* store, std::string_view key, std::string_view value, int asked);

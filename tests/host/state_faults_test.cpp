@@ -43,11 +43,11 @@ TEST_F(StateTest, StoresAreSharedAndCommittedWithTheRequest)
     for (const bool waits : {false, true})
         for (const auto& c : kCases)
         {
-            StoresWait(waits);
+            StoresBeginRequest(0, waits);
             EXPECT_EQ(nvram_set(c.key, c.value.c_str()), c.result) << c.why;
             EXPECT_EQ(Nvram(c.key), c.result == 0 ? c.value : "unknown:") << c.why;
         }
-    StoresWait(false);
+    StoresEndRequest();
     ASSERT_EQ(update_config(), 0);
     char value[8] = "1234567";
     EXPECT_EQ(nv_get("main_status", value, 4), 0) << "cut to the buffer";
@@ -57,13 +57,13 @@ TEST_F(StateTest, StoresAreSharedAndCommittedWithTheRequest)
     EXPECT_EQ(kob_set_config("a", "of config"), 0);
     EXPECT_EQ(Nvram("a"), "") << "two stores";
 
-    StoresWait(true);
+    StoresBeginRequest(0, true);
     ASSERT_EQ(nvram_set("a", "2"), 0);
     webHttpPortSet("8081");
     EXPECT_EQ(Sql("SELECT value FROM stores WHERE store='nvram' AND key='a'"), "\n") << "not yet";
     ASSERT_EQ(update_config(), 0);
     EXPECT_EQ(Sql("SELECT count(DISTINCT batch) FROM history WHERE new IN ('2', '8081')"), "1\n");
-    StoresWait(false);
+    StoresEndRequest();
     Sql("UPDATE stores SET value = 'of another process' WHERE store='nvram' AND key='a'");
     EXPECT_EQ(Nvram("a"), "of another process");
 }
@@ -124,7 +124,7 @@ TEST_F(StateTest, KilledAtAnyMomentObjectsRowsAndStoresAreOfOneCommit)
         ASSERT_GE(child, 0);
         if (child == 0)
         {
-            StoresWait(true);
+            StoresBeginRequest(0, true);
             for (int number = last + 1;; ++number)
             {
                 UrlOps().del(FindList("FwUrlFilterTable")->rows.LastIndex());
@@ -209,8 +209,9 @@ TEST_F(StateTest, FilesThatAreTakenAwayUnderTheDaemonAreMadeAgain)
         {"an empty file has its name", "rm FOLDER/kobd.db* && touch FOLDER/kobd.db"},
         {"a folder has its name", "rm FOLDER/kobd.db* && mkdir FOLDER/kobd.db"},
     };
-    for (const auto& [why, way] : kWays)
+    for (size_t i = 0; i < 3 * std::size(kWays); ++i)
     {
+        const auto& [why, way] = kWays[i / 3];
         SCOPED_TRACE(why);
         Clear();
         LoadState();
@@ -223,6 +224,14 @@ TEST_F(StateTest, FilesThatAreTakenAwayUnderTheDaemonAreMadeAgain)
         ASSERT_EQ(system(command.c_str()), 0);
         const OutputCapture output;
         EXPECT_EQ(HttpPort(), "8081") << "it serves from memory";
+        if (i % 3 == 1)
+        {
+            EXPECT_EQ(Nvram("eth_status"), "0") << "a store is read meanwhile";
+        }
+        if (i % 3 == 2)
+        {
+            EXPECT_EQ(nvram_set("eth_status", "1"), 0) << "or set";
+        }
         webHttpEnableSet("0");
         EXPECT_EQ(update_config(), 0) << output.Text();
         LoadState();

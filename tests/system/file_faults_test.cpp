@@ -168,6 +168,15 @@ TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStart)
         EXPECT_EQ(Both(), "8081/1") << "nor did a commit";
         EXPECT_EQ(GetObject("webHttpsPort"), "8444");
         EXPECT_EQ(FilesLike(kState, "damaged"), 0);
+
+        fault_.Arm(c.call, c.path, c.error);
+        KillAndStart();
+        fault_.Disarm();
+        ChangeBoth("8082");
+        KillAndStart();
+        EXPECT_EQ(Both(), "8082/1") << "rows that nobody has seen were not mixed with others";
+        EXPECT_TRUE(LogHas("is replaced, since it could not be read, kept as /tmp/state/kobd.db.damaged-"));
+        EXPECT_EQ(FilesLike(kState, "damaged"), 2) << "the database and its log";
     }
 }
 

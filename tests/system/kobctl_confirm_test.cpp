@@ -202,9 +202,10 @@ TEST_F(KobctlConfirm, WhatWasSetInBetweenStays)
     EXPECT_EQ(KillWaiting(), 1);
     EXPECT_EQ(RunLine("set webHttpPort=82 webHttpsPort=8443").status, 0);
     Expire();
-    EXPECT_EQ(RunLine("get webHttpPort webHttpEnable webHttpsPort").errors,
-              "kobctl: not confirmed in time, the old values are back, but not of webHttpPort, changed since: "
-              "webHttpPort, webHttpEnable\n");
+    EXPECT_EQ(
+        RunLine("get webHttpPort webHttpEnable webHttpsPort").errors,
+        "kobctl: not confirmed in time, the old values are back: webHttpPort, webHttpEnable; but what was changed "
+        "since stays: webHttpPort\n");
     EXPECT_EQ(RunLine("get webHttpPort webHttpEnable webHttpsPort").output,
               "webHttpPort=82\nwebHttpEnable=1\nwebHttpsPort=8443\n");
 }

@@ -42,8 +42,9 @@ protected:
 TEST_F(KobctlTerminal, EveryHelpFitsAScreen)
 {
     std::vector<std::string> commands = {""};
-    for (const char* one : {"get", "set", "check", "confirm", "commit", "table", "list", "describe", "show", "export",
-                            "import", "batch", "watch", "event", "journal", "nvram", "config", "doctor"})
+    for (const char* one :
+         {"get",   "set",   "check", "confirm", "commit", "table",  "list",   "describe", "show", "export", "import",
+          "batch", "watch", "event", "journal", "nvram",  "config", "doctor", "history",  "undo", "reset",  "wait"})
         commands.emplace_back(one);
     const std::string overview = RunLine("help").output;
     for (const std::string& command : commands)

@@ -1,0 +1,176 @@
+// Whose queues and semaphores are used and removed: of killed clients, of children, of other users.
+#include <sys/sem.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <functional>
+#include <thread>
+
+#include "host/bus/bus.h"
+#include "tests/host/bus_fixture.h"
+
+namespace kobd::test
+{
+// Runs in a child, as this user, and dies there as one that was killed: nothing is given back.
+int InChild(uid_t user, const std::function<int()>& work)
+{
+    const pid_t child = fork();
+    if (child == 0) _exit(user == geteuid() || setresuid(user, user, user) == 0 ? work() : 2);
+    int status = -1;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+constexpr uid_t kNobody = 65534;
+// What was left behind, and whether it is removed. A queue is made under the key of the child that dies then.
+TEST_F(BusQueues, OnlyWhatAClientCertainlyLeftIsRemoved)
+{
+    const auto put = [](int queue, int named)  // a reply to the client whose queue is named
+    {
+        QueueMessage message;
+        message.type = 1;
+        BusHeader header{};
+        header.reply_queue = named + 1;
+        memcpy(message.bytes, &header, sizeof header);
+        return msgsnd(queue, &message, sizeof header, 0) == 0;
+    };
+    const struct
+    {
+        const char* what;
+        int mode;
+        bool received, replied, strange, goes;
+        pid_t beside = 0;  // the key is that of the process with this number more
+        uid_t user = geteuid();
+    } cases[] = {
+        {"a client with a reply", kClientMode, true, true, false, true},
+        {"a client killed as it made its queue", kClientMode, false, true, false, true},
+        {"a client written by somebody else", kQueueMode, true, false, false, true},
+        {"another program's message", kClientMode, true, true, true, false},
+        {"another program's queue, never used", kQueueMode, false, false, false, false},
+        {"another program's queue, with a message", kQueueMode, false, false, true, false},
+        {"another program's mode", 0660, true, false, false, false},
+        {"a client of another process namespace", kClientMode, true, false, false, false, 1 << 21},
+        {"another user's client", kClientMode, true, false, false, false, 0, kNobody},
+    };
+    for (const auto& one : cases)
+    {
+        int channel[2];
+        ASSERT_EQ(pipe(channel), 0);
+        const auto leave = [&]
+        {
+            QueueMessage message;
+            const int queue = msgget(ClientKey(getpid() + one.beside, 7), IPC_CREAT | IPC_EXCL | one.mode);
+            const bool left =
+                (!one.received || (put(queue, queue) && msgrcv(queue, &message, sizeof message.bytes, 0, 0) > 0)) &&
+                (!one.replied || put(queue, queue)) && (!one.strange || put(queue, queue + 1));
+            return left && write(channel[1], &queue, sizeof queue) > 0 ? 0 : 1;
+        };
+        const int result = InChild(one.user, leave);
+        int queue = -1;
+        if (result == 0 && read(channel[0], &queue, sizeof queue) < 0) queue = -1;
+        ReclaimQueues();
+        EXPECT_TRUE(queue >= 0 || result == 2) << one.what;
+        EXPECT_EQ(msgctl(queue, IPC_RMID, nullptr) == 0, !one.goes && queue >= 0) << one.what;
+        for (const int end : channel) close(end);
+    }
+}
+
+TEST_F(BusQueues, AKilledListenersQueueGoesAndALivingOnesStays)
+{
+    BusClient living;
+    BusClient killed;
+    ASSERT_EQ(BusClientJoin(&living, kModuleServices), 0);
+    ASSERT_EQ(InChild(geteuid(), [&] { return BusClientJoin(&killed, kModuleNotify); }), 0);
+    EXPECT_GE(ModuleQueue(kModuleNotify, false), 0);
+    ReclaimModuleQueues();
+    EXPECT_LT(ModuleQueue(kModuleNotify, false), 0);
+    EXPECT_EQ(ModuleQueue(kModuleServices, false), living.queue);
+    BusClientClose(&living);
+}
+
+TEST_F(Bus, AChildOpensAConnectionOfItsOwn)
+{
+    const auto use = [this]
+    {
+        Message request(kEcho);
+        if (Call(request) != 9 || BusClientReceive(&client_, reply_.Header(), 0) != 9) return 1;
+        BusClientClose(&client_);
+        return BusClientOpen(&client_) == 0 && Call(request) == 0 ? 0 : 3;
+    };
+    EXPECT_EQ(InChild(geteuid(), use), 0);
+    ExpectServing("the parent's connection");
+}
+
+TEST_F(BusQueues, ASemaphoreWithoutAProcessBehindItKeepsNobodyOut)
+{
+    constexpr key_t key = static_cast<key_t>(kModuleServices);
+    const auto plant = []
+    {
+        sembuf take = {0, 1, 0};
+        const int set = semget(key, 1, IPC_CREAT | 0666);
+        return msgget(key, IPC_CREAT | 0666) >= 0 && semop(set, &take, 1) == 0 ? 0 : 1;
+    };
+    for (const uid_t user : {geteuid(), kNobody})
+    {
+        if (InChild(user, plant) == 2) continue;
+        BusClient module;
+        BusClient second;
+        ASSERT_EQ(BusClientJoin(&module, kModuleServices), 0) << user;
+        msqid_ds state = {};
+        ASSERT_EQ(msgctl(module.queue, IPC_STAT, &state), 0);
+        EXPECT_TRUE(IsOurs(state.msg_perm));
+        EXPECT_EQ(BusClientJoin(&second, kModuleServices), 9) << "a living process is behind it";
+        BusClientClose(&module);
+    }
+}
+
+TEST_F(Bus, NothingIsSentWhereAnotherUserListens)
+{
+    const key_t key = static_cast<key_t>(kModuleNotify);
+    for (const uid_t given : {kNobody, geteuid()})
+    {
+        const auto listen = [&]
+        {
+            GiveQueue(msgget(key, IPC_CREAT | 0600), given);  // its maker keeps the use of it
+            return 0;
+        };
+        if (InChild(kNobody, listen) != 0) GTEST_SKIP() << "no second user here";
+        Message event(kEcho, "secret", kModuleNotify);
+        EXPECT_EQ(MessageSend(event.Header()), 3) << given;
+        EXPECT_EQ(msgctl(msgget(key, 0), IPC_RMID, nullptr), 0);
+    }
+}
+
+TEST_F(BusQueues, RootAndADaemonOfAnotherUserHearEachOther)
+{
+    BusClient listener;
+    BusClient client;
+    ASSERT_EQ(BusClientJoin(&listener, kModuleNotify), 0) << "before there is a daemon";
+    const pid_t child = fork();
+    if (child == 0)
+    {
+        MessageProccessRegister(kTable);
+        if (setresuid(kNobody, kNobody, kNobody) != 0 || MessageInitialize(kModuleKobd) != 0) _exit(2);
+        for (;;) pause();
+    }
+    if (AwaitModule(kModuleKobd))
+    {
+        Message message(0);
+        Message request(kAnnounce, "to root");
+        EXPECT_EQ(BusClientReceive(&listener, message.Header(), 1), 8) << "it finds the daemon while it waits";
+        ASSERT_EQ(BusClientOpen(&client), 0);
+        EXPECT_EQ(BusClientCall(&client, request.Header(), message.Header(), 5000), 0);
+        EXPECT_EQ(message.Payload(), "to root");
+        EXPECT_EQ(BusClientReceive(&listener, message.Header(), 1000), 0);
+    }
+    kill(child, SIGKILL);
+    int status = 0;
+    waitpid(child, &status, 0);
+    BusClientClose(&client);
+    BusClientClose(&listener);
+    if (WIFEXITED(status)) GTEST_SKIP() << "no second user here";
+    EXPECT_EQ(BusClientJoin(&client, kModuleKobd), 0) << "what the other user's daemon left";
+    BusClientClose(&client);
+}
+}  // namespace kobd::test
