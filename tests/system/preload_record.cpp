@@ -89,7 +89,8 @@ extern "C"
 
     ssize_t write(int file, const void* bytes, size_t size)
     {
-        const off_t place = lseek(file, 0, SEEK_CUR);
+        const bool appends = (fcntl(file, F_GETFL) & O_APPEND) != 0;
+        const off_t place = lseek(file, 0, appends ? SEEK_END : SEEK_CUR);
         const ssize_t count = REAL(write)(file, bytes, size);
         RecordFile('W', file, place, Written(bytes, count));
         return count;
