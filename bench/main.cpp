@@ -11,6 +11,7 @@ int main()
     kobd::test::EnterOwnNamespaces();
     if (!kobd::test::own_namespaces) return 1;
     const std::string disk_folder = kobd::test::kPrograms + "bench-state";
+    std::filesystem::remove_all(disk_folder);  // of a run that was ended
     kobd::bench::PrintHeading();
     kobd::bench::RoundTrips(disk_folder);
     kobd::bench::StartUp();

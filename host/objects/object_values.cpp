@@ -85,16 +85,17 @@ void ObjectValuesLoad(Database* database)
     values = {};
     for (const Source& source : Sources()) values.running.emplace_back(FactoryText(source));
     if (database == nullptr) return;
+    std::vector<std::string> unknown;
     for (Query query = database->Ask("SELECT name, value FROM objects"); query.Next();)
     {
-        const std::string name(query.Text(0));
-        const size_t number = NumberOf(name);
-        if (number != kNoObject)
+        if (const size_t number = NumberOf(query.Text(0)); number != kNoObject)
             values.running[number] = query.Text(1);
         else
-            kobd_log_print("ObjectValuesLoad", __LINE__, "there is no object %s here, its value stays in the database",
-                           name.c_str());
+            unknown.emplace_back(query.Text(0));
     }
+    if (!unknown.empty())
+        kobd_log_print("ObjectValuesLoad", __LINE__, "%zu objects are not known here, %s for one; their values stay",
+                       unknown.size(), unknown.front().c_str());
 }
 
 bool ObjectValuesChanged() { return !values.changed.empty(); }

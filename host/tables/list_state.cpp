@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <initializer_list>
 #include <map>
+#include <set>
 
 #include "dictionary/catalogue/secrets.h"
 #include "host/tables/lists.h"
@@ -113,7 +114,7 @@ private:
     void ReadField(const std::string& field, const std::string& value)
     {
         const ReadCell read = ReadCellInto(*list_->layout, field, value, row_);
-        if (read != ReadCell::kRead)
+        if (read != ReadCell::kRead && told_.emplace(list_, field).second)  // once, not for every row
             kobd_log_print(
                 kFunction, __LINE__, "%s row %d: %s %s, it stays in the database", list_->table, IndexOf(*row_),
                 read == ReadCell::kUnknown ? "there is no column" : "cannot hold the text of", field.c_str());
@@ -131,6 +132,7 @@ private:
     List* list_ = nullptr;
     Row* row_ = nullptr;  // whose cells are being read
     std::string other_bytes_;
+    std::set<std::pair<const List*, std::string>> told_ = {};  // columns that could not be read
 };
 
 // Writes the rows of one list.
