@@ -142,6 +142,6 @@ Failure SplitLine(std::string_view line, Words* words)
             words->back() += c;
     }
     if (quote == 0) return {};
-    return {kInvalidArgument, std::string("the quote ") + quote + " is not closed"};
+    return {kInvalidArgument, "the quote " + std::string(1, quote) + " is not closed"};
 }
 }  // namespace kobd::client
