@@ -9,8 +9,11 @@ namespace kobd::bench
 // Stores 1400 values that this build does not know and 2000 rows of a table in a folder that a daemon has used.
 void FillState(const std::string& folder);
 
-// disk_folder: a state folder on a disk, where fsync costs something; /tmp is memory there.
-void RoundTrips(const std::string& disk_folder);
+// With the state in memory, where no commit waits for a disk.
+void RoundTrips();
+
+// Commits in `disk_folder`, a state folder on a disk, where fsync costs something.
+void Commits(const std::string& disk_folder);
 
 // From the start of the process to the first answer.
 void StartUp();

@@ -8,11 +8,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <optional>
 
 #include "bench/bare_bus.h"
 #include "bench/connection.h"
 #include "bench/measure.h"
 #include "bench/phases.h"
+#include "bench/redis.h"
 #include "dictionary/records.h"
 #include "host/state/database.h"
 #include "host/state/folder.h"
@@ -150,7 +152,20 @@ void MeasureRound(Case* one, Connection& connection, BareClient& bare, BareFile&
         one);
 }
 
-void MeasureAll(std::vector<Case>* cases, const std::string& folder)
+void MeasureRedis(Redis& redis, Series* measured)
+{
+    std::vector<double> turns;
+    for (int turn = 0; turn < kCommitTurns; ++turn)
+    {
+        const auto start = Clock::now();
+        redis.Set(turn % 2 == 0 ? "8080" : "8081");
+        turns.push_back(MicrosecondsSince(start));
+    }
+    measured->rounds.push_back(Median(turns));
+}
+
+// With `redis` the rounds take turns with those of a redis in the same folder, where there is one.
+void MeasureAll(std::vector<Case>* cases, const std::string& folder, Series* redis = nullptr)
 {
     test::DaemonProcess daemon(folder);
     if (!daemon.Start()) abort();
@@ -158,8 +173,13 @@ void MeasureAll(std::vector<Case>* cases, const std::string& folder)
     BareServer server;
     BareClient bare(server);
     BareFile file(folder);
+    std::optional<Redis> other;
+    if (redis != nullptr) other.emplace(folder);
     for (int round = 0; round < kRounds; ++round)
+    {
         for (Case& one : *cases) MeasureRound(&one, connection, bare, file);
+        if (other && other->Runs()) MeasureRedis(*other, redis);
+    }
 }
 }  // namespace
 
@@ -182,7 +202,7 @@ void FillState(const std::string& folder)
     state->Close();
 }
 
-void RoundTrips(const std::string& disk_folder)
+void RoundTrips()
 {
     for (const bool pinned : {true, false})
     {
@@ -193,13 +213,19 @@ void RoundTrips(const std::string& disk_folder)
         for (const Case& one : cases)
             PrintAgainst(one.what + where, one.measured, one.limit, pinned && !one.commits ? one.aim : 0);
     }
+}
+
+void Commits(const std::string& disk_folder)
+{
     Pin(true);
     std::vector<Case> commits = {Cases()[3], Cases()[5]};
     for (const char* stored : {", on disk", ", on disk, 3400 stored"})
     {
         if (!commits[0].measured.rounds.empty()) FillState(disk_folder);
         for (Case& one : commits) one.measured = one.limit = {};
-        MeasureAll(&commits, disk_folder);
+        Series redis;
+        MeasureAll(&commits, disk_folder, &redis);
+        if (!redis.rounds.empty()) PrintLine("redis, set synced to the disk" + std::string(stored), redis, "us");
         for (const Case& one : commits) PrintAgainst(one.what + std::string(stored), one.measured, one.limit, one.aim);
     }
 }

@@ -24,9 +24,10 @@ constexpr const char* kFile = "/kobd.db";
 constexpr int kWaitMs = 2000;            // for other processes: a stopped one must not stop the others
 constexpr off_t kLogBytes = 512 * 1024;  // room of the write-ahead log
 constexpr const char* kOptions =
-    "PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL; PRAGMA wal_autocheckpoint=110;"  // pages of the log, at which it
-                                                                                        // is written back: 450 KB
-    "PRAGMA cache_size=-256; PRAGMA temp_store=MEMORY";                                 // KB, for the daemon's memory
+    // Bytes: a commit writes whole pages, and most change a few bytes of two.
+    "PRAGMA page_size=1024; PRAGMA journal_mode=WAL; PRAGMA synchronous=FULL;"
+    "PRAGMA wal_autocheckpoint=440;"                     // pages of the log, at which it is written back: 450 KB
+    "PRAGMA cache_size=-256; PRAGMA temp_store=MEMORY";  // KB, for the daemon's memory
 constexpr int kSchemaVersion = 1;
 constexpr const char* kSchema =
     "CREATE TABLE objects(name TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID;"
