@@ -19,7 +19,9 @@ _kobctl_options() {
         table:set) own="--silent" ;;
         table:add) own="--parent" ;;
         confirm:*) own="--resume" ;;
-        watch:* | history:*) own="--count" ;;
+        history:*) own="--count" ;;
+        watch:*) own="--count --poll" ;;
+        monitor:*) own="--count --pcap --secrets" ;;
         journal:*) own="--follow --count" ;;
     esac
     _kobctl_complete "--json --timeout --help $own"
@@ -43,7 +45,7 @@ _kobctl_table() {
 _kobctl() {
     if [ "$COMP_CWORD" = 1 ]; then
         _kobctl_complete "get set check confirm commit history undo reset table list describe show export import \
-            batch watch event journal nvram config doctor wait help"
+            batch watch monitor event journal nvram config doctor wait help"
         return
     fi
     if [[ ${COMP_WORDS[COMP_CWORD]} == -* ]]; then
@@ -63,11 +65,11 @@ _kobctl() {
             [ "$COMP_CWORD" = 2 ] && _kobctl_complete "ApnChange ApnIPChange NetworkUp NetworkDown PCscfIPChange \
                 EthernetUp EthernetDown EthernetIPAdd EthernetIPDel"
             ;;
-        watch) _kobctl_complete "$(kobctl complete-names; kobctl complete-names tables)" ;;
+        watch | monitor) _kobctl_complete "$(kobctl complete-names; kobctl complete-names tables)" ;;
         export | import | batch) mapfile -t COMPREPLY < <(compgen -f -- "${COMP_WORDS[COMP_CWORD]}") ;;
         help)
             _kobctl_complete "get set check confirm commit history undo reset table list describe show export import \
-                batch watch event journal nvram config doctor wait"
+                batch watch monitor event journal nvram config doctor wait"
             ;;
         nvram | config) [ "$COMP_CWORD" = 2 ] && _kobctl_complete "get set" ;;
         table) _kobctl_table ;;

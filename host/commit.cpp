@@ -51,7 +51,7 @@ bool TryCommit(Database* database, What what)
         ObjectValuesAllChanged();
         ListsAllChanged();
     }
-    History history(database, static_cast<int>(BusRequest().sender));
+    History history(database, static_cast<int>(BusRequest().sender), BusProgram());
     const bool written = database->Write(
         [&]
         {

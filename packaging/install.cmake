@@ -65,7 +65,7 @@ install(FILES ${KOBD_MADE}/kobd.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8)
 install(FILES ${KOBD_MADE}/kobd-state.5 ${KOBD_MADE_PAGES} DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 install(FILES completion/kobctl.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME kobctl)
 install(FILES README.md CHANGELOG.md docs/architecture.md docs/porting.md docs/protocol.md docs/robustness.md
-  docs/security.md docs/uci.md TYPE DOC)
+  docs/security.md docs/uci.md docs/kobd.lua TYPE DOC)
 
 # -- service of hosts with systemd or with init scripts; OpenWrt's package brings its own. Written when
 # they are installed, because `cmake --install --prefix` decides only then where the programs are.

@@ -28,8 +28,37 @@ struct BusModule
     uint32_t owner = 0;     // user id of the queue's owner
 };
 
+// What a tap tells of a message that passed the daemon.
+enum BusTapKind : uint16_t
+{
+    kTapReceived = 1,  // a request or an event came in
+    kTapAnswered = 2,  // the reply to the request that came in last
+    kTapSent = 3,      // the daemon sent an announcement or an event to a module, which may not be there
+};
+
+struct BusTapped
+{
+    int64_t time_us;   // since 1970
+    uint64_t took_ns;  // of a reply: since its request came in; else 0
+    uint32_t process;  // that sent the request in hand; 0 for none
+    BusTapKind kind;
+    char program[18];  // its name as the system has it, 15 characters at most; empty when it is not known
+};
+
+struct BusTap;
+
 extern "C"
 {
+    // Taps the daemon: from here on every message that passes it is copied for this process. `client` is used for the
+    // request alone. 0; 7; 9 when the system gives no shared memory; else as BusClientCall. *tap is nullptr after a
+    // failure.
+    int BusTapOpen(BusClient* client, BusTap** tap);
+    void BusTapClose(BusTap* tap);
+
+    // Takes the next copy; `message` has kMessageMax bytes. *missed is how many were lost before it because they were
+    // not taken in time. 0; 3 the daemon has ended and there is no further copy; 8 nothing came in time.
+    int BusTapNext(BusTap* tap, BusTapped* tapped, MessageHeader* message, uint32_t* missed, int timeout_ms);
+
     // Looks at a module's queue without joining. 0, also when there is no queue; or an errno, such as
     // EACCES when the queue is another user's.
     int BusModuleLook(uint32_t module, BusModule* look);

@@ -17,14 +17,34 @@ constexpr double kLongestTimeout = 24.0 * 60 * 60;  // seconds
 constexpr int kHighestCount = 1000000;
 constexpr int kLongestConfirm = 7 * 24 * 60 * 60;  // seconds
 
-Failure ReadTimeout(const std::string& text, Options* options)
+// Seconds with or without a fraction and an "s" behind them, as milliseconds.
+Failure ReadSeconds(const std::string& text, double least, const char* takes, int* milliseconds)
 {
     char* end = nullptr;
     const double seconds = strtod(text.c_str(), &end);
-    if (text.empty() || *end != 0 || !std::isfinite(seconds) || seconds < 0 || seconds > kLongestTimeout)
-        return {kWrongUse, "--timeout takes seconds, not '" + text + "'"};
-    options->timeout_ms = static_cast<int>(seconds * 1000);
+    const std::string_view rest = end;
+    if (text.empty() || (!rest.empty() && rest != "s") || !std::isfinite(seconds) || seconds < least ||
+        seconds > kLongestTimeout)
+        return {kWrongUse, std::string(takes) + ", not '" + text + "'"};
+    *milliseconds = static_cast<int>(seconds * 1000);
     return {};
+}
+
+Failure ReadTimeout(const std::string& text, Options* options)
+{
+    options->timeout_ms = 0;
+    return ReadSeconds(text, 0, "--timeout takes seconds", &*options->timeout_ms);
+}
+
+Failure ReadPoll(const std::string& text, Options* options)
+{
+    return ReadSeconds(text, 0.01, "--poll takes seconds from 0.01", &options->poll_ms);
+}
+
+Failure ReadPcap(const std::string& text, Options* options)
+{
+    options->pcap = text;
+    return text.empty() ? Failure{kWrongUse, "--pcap takes the name of a file"} : Failure();
 }
 
 Failure ReadNumber(const std::string& text, int highest, const char* takes, int* number)
@@ -61,11 +81,19 @@ struct Option
 };
 
 constexpr Option kOptions[] = {
-    {"json", &Options::json, nullptr, true}, {"timeout", nullptr, ReadTimeout, true},
-    {"help", &Options::help, nullptr, true}, {"version", &Options::version, nullptr},
-    {"silent", &Options::silent, nullptr},   {"confirm", nullptr, ReadConfirm},
-    {"resume", &Options::resume, nullptr},   {"parent", nullptr, ReadParent},
-    {"follow", &Options::follow, nullptr},   {"count", nullptr, ReadCount},
+    {"json", &Options::json, nullptr, true},
+    {"timeout", nullptr, ReadTimeout, true},
+    {"help", &Options::help, nullptr, true},
+    {"version", &Options::version, nullptr},
+    {"silent", &Options::silent, nullptr},
+    {"confirm", nullptr, ReadConfirm},
+    {"resume", &Options::resume, nullptr},
+    {"parent", nullptr, ReadParent},
+    {"follow", &Options::follow, nullptr},
+    {"count", nullptr, ReadCount},
+    {"secrets", &Options::secrets, nullptr},
+    {"pcap", nullptr, ReadPcap},
+    {"poll", nullptr, ReadPoll},
 };
 
 // Reads the option at `optind` and moves behind it. getopt_long takes "--sil" for "--silent", which we refuse.

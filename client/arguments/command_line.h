@@ -17,6 +17,9 @@ struct Options
     bool resume = false;
     bool help = false;
     bool version = false;
+    bool secrets = false;
+    std::string pcap = {};               // the file that a monitor writes
+    int poll_ms = 0;                     // between looks at values; 0: none are looked at
     std::string parent = {};             // path of the object under which a row is added
     int confirm_s = 0;                   // seconds until the old values return; 0: they do not
     std::optional<int> timeout_ms = {};  // how long an answer of the daemon may take, when it was given

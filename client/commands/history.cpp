@@ -1,6 +1,5 @@
 // kobctl history [PATTERN]: what was changed, when, and by which program.
 #include <algorithm>
-#include <ctime>
 
 #include "client/commands/commands.h"
 #include "client/dictionary/names.h"
@@ -12,15 +11,6 @@ namespace kobd::client
 {
 namespace
 {
-std::string TimeText(int64_t seconds)
-{
-    char text[32] = "";
-    const auto time = static_cast<time_t>(seconds);
-    tm local{};
-    if (localtime_r(&time, &local) != nullptr) strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
-    return text;
-}
-
 std::string WhatText(const PastChange& change)
 {
     if (change.IsRowItself()) return change.now ? "added" : "deleted";
@@ -50,8 +40,9 @@ Outcome CommandHistory(const Options& options, const Words& words)
     for (const PastChange& change : changes)
     {
         outcome.data.push_back(JsonOf(change));
-        outcome.text += std::to_string(change.batch) + "  " + TimeText(change.time) + "  " + change.program + " (" +
-                        std::to_string(change.process) + ")  " + change.Name() + ": " + WhatText(change) + "\n";
+        outcome.text += std::to_string(change.batch) + "  " + TimeText(change.time * 1'000'000) + "  " +
+                        change.program + " (" + std::to_string(change.process) + ")  " + change.Name() + ": " +
+                        WhatText(change) + "\n";
     }
     return outcome;
 }

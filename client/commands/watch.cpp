@@ -1,192 +1,147 @@
-// kobctl watch: joins the bus as the modules to which the daemon sends, where no other program has, and prints what
-// arrives.
+// kobctl watch [PATTERN...]: what the daemon sends to other modules, with old and new values; with --poll, values that
+// change without a word.
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <ctime>
 
 #include "client/commands/commands.h"
 #include "client/dictionary/names.h"
 #include "client/output/terminal.h"
-#include "client/requests/request.h"
+#include "client/traffic/known_values.h"
+#include "client/traffic/listener.h"
+#include "client/traffic/message_text.h"
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
+#include "dictionary/catalogue/secrets.h"
 
 namespace kobd::client
 {
 namespace
 {
-constexpr long kLookNs = 10000000;  // between looks at queues that were empty
-
-volatile sig_atomic_t stop = 0;
-
-struct Announcement
+std::string ShownValue(const ValueChange& change, const std::optional<std::string>& value)
 {
-    uint32_t module;  // to which it goes
-    uint16_t id;
-    const char* meaning;
-};
-constexpr Announcement kAnnouncements[] = {
-    {kModuleNotify, kEventObjectChanged, "object changed"},
-    {kModuleNotify, kEventTableChanged, "table changed"},
-    {kModuleNotify, kEventSetFinished, "set finished"},
-    {kModuleNotify, kEventRowAdded, "row added"},
-    {kModuleNotify, kEventRowDeleted, "row deleted"},
-    {kModuleNotify, kEventSubRowAdded, "row added under a parent"},
-    {kModuleServices, kEventConnectionChanged, "connection changed"},
-};
-
-const NetworkEvent* FindEvent(uint16_t id)
-{
-    const auto found = std::ranges::find(kNetworkEvents, id, &NetworkEvent::id);
-    return found == std::end(kNetworkEvents) ? nullptr : found;
+    return IsSecretObject(change.name) || IsSecretColumn(change.name) ? "(secret)" : value.value_or("");
 }
 
-const char* Meaning(uint32_t module, uint16_t id)
+std::string ChangeText(const ValueChange& change)
 {
-    if (const NetworkEvent* event = FindEvent(id)) return event->name;
-    for (const Announcement& one : kAnnouncements)
-        if (one.module == module && one.id == id) return one.meaning;
-    return "event";
+    const auto quoted = [&](const std::optional<std::string>& value)
+    { return value ? "\"" + Escaped(ShownValue(change, value)) + "\"" : "?"; };
+    return Escaped(change.name) + ": " + quoted(change.old) + " -> " + quoted(change.now);
 }
 
-// Whether one of the patterns matches the name.
-bool MatchesOne(const Words& patterns, const std::string& name)
+Json ChangeJson(const ValueChange& change)
 {
-    return std::ranges::any_of(patterns, [&](const std::string& pattern) { return MatchesName(pattern, name); });
+    const auto value_or_null = [&](const std::optional<std::string>& value)
+    { return value ? Json(ShownValue(change, value)) : Json(); };
+    return {{"name", change.name}, {"old", value_or_null(change.old)}, {"new", value_or_null(change.now)}};
 }
 
-// Fails for a pattern that matches no object, table or event and so would never show anything.
-Failure CheckPatterns(const Words& patterns)
+void Show(const Options& options, const Json& json, const std::string& line)
 {
-    Words names = AllNames(kObjectRows);
-    for (const Words& more : {AllNames(kTableRows), AllNames(kNetworkEvents)})
-        names.insert(names.end(), more.begin(), more.end());
-    for (const std::string& pattern : patterns)
-        if (pattern.empty() ||
-            std::ranges::none_of(names, [&](const std::string& name) { return MatchesName(pattern, name); }))
-            return {kNotFound, "no object, table or event matches '" + pattern + "'" + DidYouMean(pattern, names)};
-    return {};
-}
-
-// Whether one of the patterns matches an object, table or event that the message names; always without patterns.
-bool IsAskedFor(const Words& patterns, uint16_t id, kobd_bytes payload)
-{
-    if (patterns.empty()) return true;
-    if (const NetworkEvent* event = FindEvent(id)) return MatchesOne(patterns, event->name);
-    kobd_item item{};
-    while (kobd_bytes_next(&payload, &item) == 1)
-        if ((item.tag == KOBD_TAG_OBJECT_NAME || item.tag == KOBD_TAG_TABLE_NAME) && item.text != nullptr &&
-            MatchesOne(patterns, item.text))
-            return true;
-    return false;
-}
-
-// What a message says, by name. It may have several items of one kind.
-using Parts = Json::object_t;
-
-// Reads the items of a message. False when the message was cut.
-bool ReadParts(kobd_bytes payload, Parts* parts)
-{
-    static const char* const kWords[] = {"result", "object", "value", "table", "index", "column", "parent"};
-    kobd_item item{};
-    int more = 0;
-    while ((more = kobd_bytes_next(&payload, &item)) == 1)
-    {
-        const std::string word = item.tag < std::size(kWords) ? kWords[item.tag] : "tag" + std::to_string(item.tag);
-        if (item.tag == KOBD_TAG_RESULT || item.tag == KOBD_TAG_ROW_INDEX)
-            parts->emplace_back(word, item.length == sizeof item.number ? item.number : -1);
-        else
-            parts->emplace_back(word, item.text != nullptr ? item.text : "?");
-    }
-    return more == 0;
-}
-
-// Reads the text of a network event, which has no items. There may be none.
-void ReadText(kobd_bytes payload, Parts* parts)
-{
-    std::string text(static_cast<const char*>(payload.next), payload.left);
-    text.resize(strnlen(text.c_str(), text.size()));
-    if (!text.empty()) parts->emplace_back("text", text);
-}
-
-std::string Now()
-{
-    char stamp[32];
-    const time_t now = time(nullptr);
-    tm local{};
-    localtime_r(&now, &local);
-    strftime(stamp, sizeof stamp, "%H:%M:%S", &local);
-    return stamp;
-}
-
-void PrintMessage(const Options& options, uint32_t module, uint16_t id, kobd_bytes payload)
-{
-    const std::string now = Now();
-    std::string text = now + " " + ModuleText(module) + " " + Meaning(module, id) + " (id " + std::to_string(id) + ")";
-    Parts parts = {{"time", now}, {"module", ModuleText(module)}, {"id", id}, {"event", Meaning(module, id)}};
-    const size_t heading = parts.size();
-    bool whole = true;
-    if (FindEvent(id) != nullptr)
-        ReadText(payload, &parts);
-    else
-        whole = ReadParts(payload, &parts);
-    for (size_t i = heading; i < parts.size(); ++i)
-    {
-        const auto& [name, value] = parts.data()[i];
-        text += " " + name + "=" + Escaped(value.is_string() ? value.get<std::string>() : value.dump());
-    }
-    (void)Print(options, {std::move(parts), text + (whole ? "\n" : " (cut)\n")});
+    (void)Print(options, {json, line + "\n"});
     fflush(stdout);
 }
 
-std::string WhyNotJoined(uint32_t module)
+void ShowMessage(const Options& options, const kobd_tapped& message, const std::vector<ValueChange>& changes)
 {
-    kobd_module seen = {};
-    const bool taken = kobd_module_look(module, &seen) != 0 || seen.claimed != 0;
-    return taken ? "another program has it" : "the system has no message queue for it, see kobctl doctor";
-}
-
-struct Watched
-{
-    uint32_t module;
-    kobd_watch* watch;
-};
-
-// Joins the modules that are free, and says which are not.
-std::vector<Watched> Join()
-{
-    std::vector<Watched> joined;
-    for (const uint32_t module : {kModuleNotify, kModuleServices, kModuleForward})
+    const MessageContent content = ContentOf(message, false);
+    const std::string time = TimeText(message.time_us);
+    std::string line = time + "  " + ModuleName(message.module) + "  " + MessageName(message);
+    Json json = {{"time", time},
+                 {"module", ModuleName(message.module)},
+                 {"id", message.id},
+                 {"event", MessageName(message)},
+                 {"process", message.process},
+                 {"program", message.program}};
+    for (const Json& thing : content.json) json.update(thing);
+    json.erase("columns");
+    if (message.id == kEventTableChanged && json.contains("table"))
+        line += "  " + Escaped(json["table"].get<std::string>()) + " " + json.value("index", Json()).dump();
+    else if (changes.empty() && !content.text.empty())
+        line += "  " + content.text;
+    if (!changes.empty()) json["changes"] = Json::array();
+    for (const ValueChange& change : changes)
     {
-        kobd_watch* watch = nullptr;
-        if (kobd_watch_open(&watch, module) == KOBD_SUCCESS)
-            joined.push_back({module, watch});
-        else
-            SayError("not watching module " + ModuleText(module) + ", " + WhyNotJoined(module));
+        json["changes"].push_back(ChangeJson(change));
+        line += (&change == &changes.front() ? "  " : ", ") + ChangeText(change);
     }
-    return joined;
+    if (message.process != 0)
+        line += "  by " + std::string(*message.program != 0 ? Escaped(message.program) : "?") + " (" +
+                std::to_string(message.process) + ")";
+    Show(options, json, line + (content.whole ? "" : " (cut)"));
 }
 
-bool IsEnough(const Options& options, uint64_t printed)
-{
-    return options.count != 0 && printed >= static_cast<uint64_t>(options.count);
-}
+bool IsEnough(const Options& options, int printed) { return options.count != 0 && printed >= options.count; }
 
-// Prints at most one message of each module, if it has arrived and a pattern asks for it. Adds to `printed`.
-Failure PrintArrived(const Options& options, const Words& patterns, const std::vector<Watched>& joined,
-                     uint64_t* printed)
+Outcome WatchAnnouncements(const Options& options, const Words& patterns)
 {
-    for (const auto& [module, watch] : joined)
+    Listener listener;
+    KnownValues known;
+    Failure failure = listener.Open(false);
+    if (!failure && listener.IsTap()) failure = known.Read(options, patterns);
+    std::optional<kobd_tapped> message;
+    for (int printed = 0; !failure && !Stopped() && !IsEnough(options, printed);)
     {
-        uint16_t id = 0;
-        const int code = IsEnough(options, *printed) ? KOBD_TIMEOUT : kobd_watch_next(watch, 0, &id);
-        if (code == KOBD_TIMEOUT) continue;
-        if (code != KOBD_SUCCESS) return {code, "the queue of module " + ModuleText(module) + " was removed"};
-        if (!IsAskedFor(patterns, id, kobd_watch_payload(watch))) continue;
-        PrintMessage(options, module, id, kobd_watch_payload(watch));
-        ++*printed;
+        failure = listener.Next(&message);
+        if (!message) continue;
+        known.Note(*message);
+        if (message->kind != KOBD_TAP_SENT || !IsAskedFor(patterns, *message)) continue;
+        ShowMessage(options, *message,
+                    message->module == kModuleNotify ? known.ChangesOf(options, *message) : std::vector<ValueChange>());
+        ++printed;
+    }
+    return failure;
+}
+
+// Waits until the next look is due. False when it was stopped.
+bool Pause(int milliseconds)
+{
+    constexpr int kStepMs = 20;
+    for (int left = milliseconds; left > 0 && !Stopped(); left -= kStepMs)
+    {
+        const timespec pause = {0, std::min(left, kStepMs) * 1'000'000L};
+        nanosleep(&pause, nullptr);
+    }
+    return !Stopped();
+}
+
+// The readable objects that the words name.
+Failure ReadNames(const Words& patterns, Words* names)
+{
+    if (patterns.empty()) return {kWrongUse, "watch --poll takes NAME..."};
+    for (const std::string& pattern : patterns)
+    {
+        const size_t before = names->size();
+        for (const ObjectEntry& object : kObjectRows)
+            if (object.access != Access::kWriteOnly && FindObject(object.name) == &object &&
+                MatchesName(pattern, object.name) && (pattern == object.name || FindObject(pattern) == nullptr))
+                names->emplace_back(object.name);
+        if (names->size() == before)
+            return {kNotFound, "no object that can be read matches '" + pattern + "'" +
+                                   DidYouMean(pattern, AllNames(kObjectRows))};
+    }
+    return {};
+}
+
+Outcome WatchValues(const Options& options, const Words& patterns)
+{
+    Words names;
+    if (Failure failure = ReadNames(patterns, &names)) return failure;
+    Values before;
+    if (Failure failure = FailureOf(ReadValues(options, names, &before), "watch")) return failure;
+    for (int printed = 0; !IsEnough(options, printed) && Pause(options.poll_ms);)
+    {
+        Values now;
+        if (Failure failure = FailureOf(ReadValues(options, names, &now), "watch")) return failure;
+        for (const auto& [name, value] : now)
+        {
+            const ValueChange change = {name, before[name], value};
+            if (value == before[name] || IsEnough(options, printed++)) continue;
+            const std::string time = TimeText(static_cast<int64_t>(::time(nullptr)) * 1'000'000);
+            Show(options, {{"time", time}, {"changes", {ChangeJson(change)}}}, time + "  " + ChangeText(change));
+        }
+        before = now;
     }
     return {};
 }
@@ -194,20 +149,8 @@ Failure PrintArrived(const Options& options, const Words& patterns, const std::v
 
 Outcome CommandWatch(const Options& options, const Words& patterns)
 {
+    if (options.poll_ms != 0) return WatchValues(options, patterns);
     if (Failure failure = CheckPatterns(patterns)) return failure;
-    signal(SIGINT, [](int) { stop = 1; });
-    signal(SIGTERM, [](int) { stop = 1; });
-    const std::vector<Watched> joined = Join();
-    if (joined.empty()) return Failure{KOBD_INITIALIZE_FAILED, "no module could be watched"};
-    Failure failure;
-    for (uint64_t printed = 0; !failure && stop == 0 && !OutputClosed() && !IsEnough(options, printed);)
-    {
-        const uint64_t before = printed;
-        failure = PrintArrived(options, patterns, joined, &printed);
-        const timespec pause = {0, kLookNs};
-        if (printed == before && !failure) nanosleep(&pause, nullptr);
-    }
-    for (const Watched& one : joined) kobd_watch_close(one.watch);
-    return failure;
+    return WatchAnnouncements(options, patterns);
 }
 }  // namespace kobd::client

@@ -31,6 +31,8 @@ static_assert(int{KOBD_TABLE_DEL} == kReqTableDel && int{KOBD_TABLE_GET} == kReq
 static_assert(int{KOBD_TABLE_SET} == kReqTableSet && int{KOBD_TABLE_SET_SILENT} == kReqTableSetSilent);
 static_assert(int{KOBD_TABLE_DUMP} == kReqTableDump && int{KOBD_SHOW} == kReqShow);
 static_assert(int{KOBD_SUB_TABLE_ADD} == kREQSubTableAdd);
+static_assert(int{KOBD_TAP_RECEIVED} == kTapReceived && int{KOBD_TAP_ANSWERED} == kTapAnswered);
+static_assert(int{KOBD_TAP_SENT} == kTapSent);
 static_assert(KOBD_MODULE_DAEMON == kModuleKobd && KOBD_MODULE_NOTIFY == kModuleNotify);
 static_assert(KOBD_MODULE_SERVICES == kModuleServices && KOBD_MODULE_FORWARD == kModuleForward);
 
@@ -148,6 +150,13 @@ struct kobd_watch
     Message message;
     kobd_bytes left = {};  // of the message
     std::atomic<bool> stopped = false;
+};
+
+struct kobd_tap
+{
+    BusTap* bus = nullptr;
+    BusTapped tapped = {};
+    Message message;
 };
 
 const char* kobd_result_text(int code) { return ResultText(code); }
@@ -303,3 +312,43 @@ int kobd_watch_item(kobd_watch* watch, kobd_item* item) { return kobd_bytes_next
 kobd_bytes kobd_watch_payload(const kobd_watch* watch) { return watch->message.Payload(); }
 
 void kobd_watch_stop(kobd_watch* watch) { watch->stopped = true; }
+
+int kobd_tap_open(kobd_client* client, kobd_tap** tap)
+{
+    *tap = new (std::nothrow) kobd_tap;
+    if (*tap == nullptr) return kMallocFailed;
+    const int code = BusTapOpen(&client->bus, &(*tap)->bus);
+    if (code != kSuccess)
+    {
+        delete *tap;
+        *tap = nullptr;
+    }
+    return code;
+}
+
+void kobd_tap_close(kobd_tap* tap)
+{
+    if (tap == nullptr) return;
+    BusTapClose(tap->bus);
+    delete tap;
+}
+
+int kobd_tap_next(kobd_tap* tap, int milliseconds, kobd_tapped* tapped)
+{
+    uint32_t missed = 0;
+    const MessageHeader* header = tap->message.Header();
+    const int code = BusTapNext(tap->bus, &tap->tapped, tap->message.Header(), &missed, milliseconds);
+    if (code != kSuccess) return code;
+    *tapped = {.kind = tap->tapped.kind,
+               .missed = missed,
+               .time_us = tap->tapped.time_us,
+               .took_ns = tap->tapped.took_ns,
+               .process = tap->tapped.process,
+               .program = tap->tapped.program,
+               .module = header->destination,
+               .message_class = header->message_class,
+               .id = header->id,
+               .payload = tap->message.Payload(),
+               .message = {header, sizeof *header + header->length}};
+    return kSuccess;
+}

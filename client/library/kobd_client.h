@@ -189,6 +189,41 @@ void kobd_watch_stop(kobd_watch* watch);
  * when length is more than KOBD_PAYLOAD_MAX. */
 int kobd_send_event(kobd_client* client, uint32_t module, uint16_t id, const void* payload, size_t length);
 
+/* -- taps ------------------------------------------------------------------------------------- */
+
+/* A tap of the imitated router shows every message that passes the daemon, beside all other listeners. It never delays
+ * the daemon: what is not taken in time is lost and counted. */
+typedef struct kobd_tap kobd_tap;
+
+enum kobd_tap_kind {
+    KOBD_TAP_RECEIVED = 1, /* a request or an event came in */
+    KOBD_TAP_ANSWERED = 2, /* the reply to the request that came in last */
+    KOBD_TAP_SENT = 3      /* an announcement or an event to a module, whether a program has joined as it or not */
+};
+
+typedef struct kobd_tapped {
+    int kind;
+    uint32_t missed;     /* messages that were lost before this one */
+    int64_t time_us;     /* microseconds since 1970 */
+    uint64_t took_ns;    /* of a reply: nanoseconds since its request came in; else 0 */
+    uint32_t process;    /* that sent the request in hand; 0: the daemon acts by itself */
+    const char* program; /* its name; empty when it is not known */
+    uint32_t module;     /* to which the message goes */
+    uint16_t message_class;
+    uint16_t id;
+    kobd_bytes payload;
+    kobd_bytes message; /* the whole of it, with its header of 44 bytes */
+} kobd_tapped;
+
+/* Taps the daemon; end it with kobd_tap_close. `client` is used for the request alone. Returns as kobd_call does, or 7;
+ * 9 also when the system gives no shared memory; 15 when there are 64 taps. *tap is NULL after a failure. */
+int kobd_tap_open(kobd_client* client, kobd_tap** tap);
+void kobd_tap_close(kobd_tap* tap); /* tap may be NULL */
+
+/* Waits for the next message. 0; 3 the daemon has ended; 8 no message in time. What *tapped points to is valid until
+ * the next call. */
+int kobd_tap_next(kobd_tap* tap, int milliseconds, kobd_tapped* tapped);
+
 /* -- looking ---------------------------------------------------------------------------------- */
 
 typedef struct kobd_module {

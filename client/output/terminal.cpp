@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 
 namespace kobd::client
 {
@@ -155,5 +156,16 @@ std::string FittingText(const Grid& grid, size_t width)
     size_t total = 0;
     for (const size_t one : widths) total += one + kGap;
     return total <= width + kGap ? AsTable(visible, widths) : Sideways(visible);
+}
+
+std::string TimeText(int64_t time_us, bool microseconds)
+{
+    char text[40] = "";
+    const auto seconds = static_cast<time_t>(time_us / 1'000'000);
+    tm local{};
+    if (localtime_r(&seconds, &local) == nullptr) return text;
+    const size_t length = strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &local);
+    if (microseconds) snprintf(text + length, sizeof text - length, ".%06d", static_cast<int>(time_us % 1'000'000));
+    return text;
 }
 }  // namespace kobd::client

@@ -1,6 +1,7 @@
 // Texts on a terminal: what may stand there, in which colour, and in aligned columns.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,10 @@ std::string Escaped(std::string_view text);
 
 // The text for standard output: escaped on a terminal, unchanged in a pipe or a file.
 std::string Shown(std::string_view text);
+
+// The time with its date, as people here have it: "2026-01-31 13:05:00", with microseconds where asked for. `time_us`
+// is microseconds since 1970.
+std::string TimeText(int64_t time_us, bool microseconds = false);
 
 enum class Colour
 {

@@ -69,6 +69,7 @@ enum HostControlId : uint16_t
 {
     kHostState = 1,    // no item is looked at  -> 2:state folder 2:why the last commit failed, or the empty text
     kHostFactory = 2,  // 1:object  -> 2:its value from the factory
+    kHostTap = 16,     // 2:identifier of a shared memory, into which all messages are copied (host/bus/tap_ring.h)
 };
 
 // Class 3, received: network events. Nobody answers them.

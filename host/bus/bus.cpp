@@ -22,6 +22,7 @@
 #include "host/bus/report.h"
 #include "host/bus/sending.h"
 #include "host/bus/stop_flag.h"
+#include "host/bus/taps.h"
 
 using namespace kobd;
 using namespace kobd::host;
@@ -73,7 +74,7 @@ void Handle(MessageHeader* header)
     const BusHeader seen = LoadBusHeader(header);
     const MsgHandler* row = FindHandler(seen.code);
     if (row == nullptr) return;
-    in_hand = {seen.sender, seen.code};
+    in_hand = {seen.sender, seen.code, seen.reply_queue};
     if (bus.hooks.begin != nullptr) bus.hooks.begin();
     row->handler(header);
     if (bus.hooks.end != nullptr) bus.hooks.end();
@@ -87,10 +88,17 @@ void Dispatch(QueueMessage& message, size_t received)
     const HandlingRequest handling(bus.queue);
     if (header->length > received - sizeof(MessageHeader))
         RefuseTruncated(header);
+    else if (LoadBusHeader(header).code == MessageCode(kHostTap, kClassHostControl))
+        AnswerTap(header);
     else if (header->message_class == kClassHostControl)
         bus.hooks.control != nullptr ? bus.hooks.control(header) : void();
     else
+    {
+        const BusHeader seen = LoadBusHeader(header);
+        TapReceived(header, seen.sender, seen.reply_queue);
         Handle(header);
+        TapHandled();
+    }
 }
 
 // Takes a queue, however long the system has none to give; a daemon that gave up would run on and serve nothing.
@@ -248,6 +256,8 @@ void* Join(void*)
 void kobd::host::BusCall(const BusHooks& hooks) { bus.hooks = hooks; }
 
 RequestInHand kobd::host::BusRequest() { return in_hand; }
+
+const char* kobd::host::BusProgram() { return SenderProgram(in_hand.sender, in_hand.connection); }
 
 bool kobd::host::BusIsUsed() { return bus.stop.IsBegun(); }
 

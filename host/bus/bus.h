@@ -29,8 +29,12 @@ struct RequestInHand
 {
     uint32_t sender = 0;
     uint32_t code = 0;
+    int32_t connection = 0;  // of its sender's connections
 };
 RequestInHand BusRequest();
+
+// The name of the program that sent it, as the system has it; empty when that is not known.
+const char* BusProgram();
 
 // Whether this library was asked to join. It was not where the router's own bus library stands before it.
 bool BusIsUsed();

@@ -9,6 +9,7 @@
 #include "host/bus/bus_queues.h"
 #include "host/bus/late_modules.h"
 #include "host/bus/report.h"
+#include "host/bus/taps.h"
 
 using namespace kobd;
 using namespace kobd::host;
@@ -42,6 +43,7 @@ HandlingRequest::~HandlingRequest() { handling = false; }
 
 int MessageSend(MessageHeader* message)
 {
+    TapSent(message);
     const uint32_t module = message->destination;
     const int queue = TrustedModuleQueue(module);
     if (queue < 0 && errno == EPERM) LogNotTrusted(module);
@@ -58,6 +60,7 @@ int MessageSend(MessageHeader* message)
 
 int MessageSendReply(MessageHeader* message)
 {
+    TapAnswered(message);
     const int32_t named = LoadBusHeader(message).reply_queue;  // any number, from anybody
     if (named <= 0) return kSendFailed;
     const int queue = named - 1;

@@ -32,7 +32,7 @@ void History::Add(const Change& change)
         Query last = database_->Ask("SELECT batch FROM history ORDER BY id DESC LIMIT 1");
         batch_ = (last.Next() ? last.Number(0) : 0) + 1;
         time_ = time(nullptr);
-        program_ = ProgramOf(process_);
+        if (program_.empty()) program_ = ProgramOf(process_);
     }
     database_->Run(
         "INSERT INTO history(batch, time, process, program, kind, name, number, field, old, new)"

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "host/state/database.h"
 
@@ -25,8 +26,11 @@ struct Change
 class History
 {
 public:
-    // For the process that asked; 0 when nobody is known.
-    History(Database* database, int process) : database_(database), process_(process) {}
+    // For the process that asked, 0 when nobody is known, and its program, where the caller knows it.
+    History(Database* database, int process, std::string program = {})
+        : database_(database), process_(process), program_(std::move(program))
+    {
+    }
 
     // Adds a change inside the transaction of the commit.
     void Add(const Change& change);
@@ -39,7 +43,7 @@ private:
     int process_;
     int64_t batch_ = 0;  // 0: nothing was added yet
     int64_t time_ = 0;
-    std::string program_ = {};
+    std::string program_;
 };
 
 // How the history says that a secret changed.

@@ -1,0 +1,149 @@
+#include "client/traffic/listener.h"
+
+#include <unistd.h>
+
+#include <csignal>
+#include <ctime>
+
+#include "client/output/outcome.h"
+#include "client/requests/request.h"
+#include "client/traffic/message_text.h"
+#include "daemon/base/messages.h"
+#include "daemon/base/result.h"
+
+namespace kobd::client
+{
+namespace
+{
+constexpr long kLookNs = 10'000'000;  // between looks at queues that were empty, or for a daemon
+constexpr int kTapWaitMs = 50;
+
+volatile sig_atomic_t stop = 0;
+
+void Pause()
+{
+    const timespec pause = {0, kLookNs};
+    nanosleep(&pause, nullptr);
+}
+
+std::string WhyNotJoined(uint32_t module)
+{
+    kobd_module seen = {};
+    const bool taken = kobd_module_look(module, &seen) != 0 || seen.claimed != 0;
+    return taken ? "another program has it" : "the system has no message queue for it, see kobctl doctor";
+}
+
+// Says once that it waits. False when it was stopped.
+bool AwaitDaemon()
+{
+    for (bool told = false; !Stopped(); told = true)
+    {
+        kobd_module daemon{};
+        if (kobd_module_look(KOBD_MODULE_DAEMON, &daemon) == 0 && daemon.claimed != 0) return true;
+        if (!told) SayError("waiting for kobd");
+        Pause();
+    }
+    return false;
+}
+
+// Messages at most once: those of a listening process itself would make it show what it asks for.
+bool IsOwn(const kobd_tapped& message)
+{
+    static const auto process = static_cast<uint32_t>(getpid());
+    return message.process == process;
+}
+}  // namespace
+
+bool Stopped()
+{
+    static const bool installed = []
+    {
+        signal(SIGINT, [](int) { stop = 1; });
+        signal(SIGTERM, [](int) { stop = 1; });
+        return true;
+    }();
+    return installed && (stop != 0 || OutputClosed());
+}
+
+Listener::~Listener() { Close(); }
+
+void Listener::Close()
+{
+    kobd_tap_close(tap_);
+    kobd_client_close(client_);
+    for (const Joined& one : joined_) kobd_watch_close(one.watch);
+    tap_ = nullptr;
+    client_ = nullptr;
+    joined_.clear();
+}
+
+Failure Listener::Open(bool tap_alone)
+{
+    constexpr int kAnswerMs = 5000;  // a daemon that starts has its queue before it answers
+    tap_alone_ = tap_alone;
+    if (!AwaitDaemon()) return {};
+    if (const int code = kobd_client_open(&client_)) return FailureWithCode(code, "the daemon cannot be asked");
+    kobd_client_set_timeout(client_, kAnswerMs);
+    const int code = kobd_tap_open(client_, &tap_);
+    if (code == KOBD_SUCCESS) return {};
+    Close();
+    if (code == KOBD_NOT_RUNNING) return Open(tap_alone);  // it has just ended
+    if (code != KOBD_TIMEOUT) return FailureWithCode(code, "the daemon cannot be tapped");
+    if (tap_alone)
+        return {code, "this daemon's message bus shows no messages to others: only the imitated router's does"};
+    return Join();
+}
+
+Failure Listener::Join()
+{
+    for (const uint32_t module : {kModuleNotify, kModuleServices, kModuleForward})
+    {
+        kobd_watch* watch = nullptr;
+        if (kobd_watch_open(&watch, module) == KOBD_SUCCESS)
+            joined_.push_back({module, watch});
+        else
+            SayError("not watching the " + ModuleName(module) + ", " + WhyNotJoined(module));
+    }
+    return joined_.empty() ? Failure{KOBD_INITIALIZE_FAILED, "nothing could be watched"} : Failure();
+}
+
+Failure Listener::NextOfJoined(std::optional<kobd_tapped>* message)
+{
+    for (size_t look = 0; look < joined_.size(); ++look)
+    {
+        const auto& [module, watch] = joined_[next_++ % joined_.size()];
+        uint16_t id = 0;
+        const int code = kobd_watch_next(watch, 0, &id);
+        if (code == KOBD_TIMEOUT) continue;
+        if (code != KOBD_SUCCESS) return {code, "the queue of the " + ModuleName(module) + " was removed"};
+        *message = kobd_tapped{};
+        (*message)->kind = KOBD_TAP_SENT;
+        (*message)->program = "";
+        (*message)->time_us = static_cast<int64_t>(time(nullptr)) * 1'000'000;
+        (*message)->module = module;
+        (*message)->message_class = kClassEvent;
+        (*message)->id = id;
+        (*message)->payload = kobd_watch_payload(watch);
+        return {};
+    }
+    Pause();
+    return {};
+}
+
+Failure Listener::Next(std::optional<kobd_tapped>* message)
+{
+    message->reset();
+    if (tap_ == nullptr) return NextOfJoined(message);
+    kobd_tapped tapped{};
+    const int code = kobd_tap_next(tap_, kTapWaitMs, &tapped);
+    if (code == KOBD_NOT_RUNNING)
+    {
+        Close();
+        return Open(tap_alone_);
+    }
+    if (code == KOBD_SUCCESS && tapped.missed != 0)
+        SayError(Counted(tapped.missed, "message") + " missed, they came faster than they could be shown");
+    if (code == KOBD_SUCCESS && !IsOwn(tapped)) *message = tapped;
+    return {};
+}
+}  // namespace kobd::client
