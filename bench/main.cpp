@@ -1,4 +1,4 @@
-// All measurements of time in one run and one table; with the word "commits" the commits alone. In namespaces of its
+// All measurements of time in one run and one table; with the word "commits" or "taps" those alone. In namespaces of its
 // own, like the tests.
 #include <cstdio>
 #include <filesystem>
@@ -15,10 +15,11 @@ int main(int count, char** words)
     const std::string disk_folder = kobd::test::kPrograms + "bench-state";
     std::filesystem::remove_all(disk_folder);  // of a run that was ended
     kobd::bench::PrintHeading();
-    const bool commits_alone = count > 1 && std::string_view(words[1]) == "commits";
-    if (!commits_alone) kobd::bench::RoundTrips();
-    kobd::bench::Commits(disk_folder);
-    if (!commits_alone)
+    const std::string_view alone = count > 1 ? words[1] : "";
+    if (alone.empty()) kobd::bench::RoundTrips();
+    if (alone.empty() || alone == "commits") kobd::bench::Commits(disk_folder);
+    if (alone.empty() || alone == "taps") kobd::bench::Taps();
+    if (alone.empty())
     {
         kobd::bench::StartUp();
         kobd::bench::Growth();

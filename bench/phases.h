@@ -15,6 +15,9 @@ void RoundTrips();
 // Commits in `disk_folder`, a state folder on a disk, where fsync costs something.
 void Commits(const std::string& disk_folder);
 
+// A get with and without monitors beside it.
+void Taps();
+
 // From the start of the process to the first answer.
 void StartUp();
 
