@@ -26,6 +26,7 @@ struct BusModule
     uint64_t messages = 0;  // waiting in the queue
     uint64_t capacity = 0;  // bytes the queue holds
     uint32_t owner = 0;     // user id of the queue's owner
+    int32_t process = 0;    // that has it; 0: none, or one that cannot be seen from here
 };
 
 // What a tap tells of a message that passed the daemon.

@@ -3,6 +3,7 @@
 
 #include <getopt.h>
 
+#include <cctype>
 #include <cmath>
 #include <cstdlib>
 
@@ -94,7 +95,15 @@ constexpr Option kOptions[] = {
     {"secrets", &Options::secrets, nullptr},
     {"pcap", nullptr, ReadPcap},
     {"poll", nullptr, ReadPoll},
+    {"case", &Options::exact_case, nullptr},
 };
+
+Failure UnknownOption(const std::string& word)
+{
+    Words names;
+    for (const Option& one : kOptions) names.push_back("--" + std::string(one.name));
+    return {kWrongUse, "unknown option " + word + DidYouMean(word, names)};
+}
 
 // Reads the option at `optind` and moves behind it. getopt_long takes "--sil" for "--silent", which we refuse.
 Failure ReadOption(const std::vector<char*>& arguments, CommandLine* line)
@@ -102,12 +111,7 @@ Failure ReadOption(const std::vector<char*>& arguments, CommandLine* line)
     const std::string word = arguments[static_cast<size_t>(optind)];
     const std::string name = word.substr(2, word.find('=') - 2);
     const Option* known = FindNamed(kOptions, name);
-    if (known == nullptr)
-    {
-        Words names;
-        for (const Option& one : kOptions) names.push_back("--" + std::string(one.name));
-        return {kWrongUse, "unknown option " + word + DidYouMean(word, names)};
-    }
+    if (known == nullptr) return UnknownOption(word);
     const option taken[] = {{known->name, known->read != nullptr ? required_argument : no_argument, nullptr, 'o'}, {}};
     const int letter = getopt_long(static_cast<int>(arguments.size()) - 1, arguments.data(), "+:", taken, nullptr);
     if (letter == '?') return {kWrongUse, "--" + name + " takes no value"};
@@ -134,6 +138,8 @@ Failure ReadCommandLine(const Words& arguments, CommandLine* line)
             return {};
         }
         if (word == "-h") line->options.help = true;
+        if (word.size() > 1 && word[0] == '-' && isalpha(static_cast<unsigned char>(word[1])) != 0 && word != "-h")
+            return UnknownOption(word);
         if (word.starts_with("--"))
         {
             if (Failure failure = ReadOption(pointers, line)) return failure;

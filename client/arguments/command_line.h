@@ -18,6 +18,7 @@ struct Options
     bool help = false;
     bool version = false;
     bool secrets = false;
+    bool exact_case = false;             // upper and lower case are different letters in a pattern
     std::string pcap = {};               // the file that a monitor writes
     int poll_ms = 0;                     // between looks at values; 0: none are looked at
     std::string parent = {};             // path of the object under which a row is added

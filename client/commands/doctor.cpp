@@ -76,9 +76,10 @@ void LookAtDaemon(const Options& options, Report* report)
         return report->Say(kWrong, "daemon", "there is no message queue left for its answer: see msgmni");
     const auto spent = std::chrono::steady_clock::now() - start;
     const auto us = std::chrono::duration_cast<std::chrono::microseconds>(spent).count();
+    const std::string process = daemon.process != 0 ? "process " + std::to_string(daemon.process) : "kobd";
     report->Judge(response.code == 0, "daemon",
-                  response.code == 0 ? "answers in " + std::to_string(us) + " microseconds"
-                                     : "does not answer: " + WhyNoAnswer(response),
+                  process + (response.code == 0 ? " answers in " + std::to_string(us) + " microseconds"
+                                                : " does not answer: " + WhyNoAnswer(response)),
                   "it runs but is stuck; look at its log");
 }
 

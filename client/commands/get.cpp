@@ -1,4 +1,5 @@
-// kobctl get NAME...
+// kobctl get NAME...: one value alone, several by name.
+#include "client/arguments/given_names.h"
 #include "client/commands/commands.h"
 #include "client/dictionary/dictionary.h"
 #include "client/output/terminal.h"
@@ -32,8 +33,13 @@ Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& va
     return outcome;
 }
 
-Outcome CommandGet(const Options& options, const Words& names)
+Outcome CommandGet(const Options& options, const Words& words)
 {
+    Words readable;
+    for (const ObjectEntry& object : kObjectRows)
+        if (object.access != Access::kWriteOnly) readable.emplace_back(object.name);
+    Words names;
+    if (Failure failure = ReadNames(options, words, "object that can be read", readable, &names)) return failure;
     Values values;
     if (Failure failure = FailureOf(ReadValues(options, names, &values), "get")) return failure;
     std::vector<std::pair<std::string, std::string>> found;
@@ -43,7 +49,7 @@ Outcome CommandGet(const Options& options, const Words& names)
             found.push_back(*value);
         else
             missing.push_back(WhyMissing(name));
-    Outcome outcome = ValuesOutcome(found, names.size() == 1);
+    Outcome outcome = ValuesOutcome(found, names.size() == 1 && names == words);
     outcome.notes = missing;
     return outcome;
 }

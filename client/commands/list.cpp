@@ -1,5 +1,8 @@
-// kobctl list [PATTERN], describe NAME..., and the names for completion: from the dictionary alone. kobctl show: the
+// kobctl list [PATTERN...], describe NAME..., and the names for completion: from the dictionary alone. kobctl show: the
 // names as the running daemon lists them.
+#include <algorithm>
+
+#include "client/arguments/given_names.h"
 #include "client/commands/commands.h"
 #include "client/dictionary/column_value.h"
 #include "client/dictionary/names.h"
@@ -40,23 +43,28 @@ Outcome DescribedObject(const ObjectEntry& object)
 }
 }  // namespace
 
-Outcome CommandList(const Options&, const Words& pattern)
+Outcome CommandList(const Options& options, const Words& patterns)
 {
     Outcome outcome(Json::array(), "");
     const auto add = [&](const char* name, const char* kind)
     {
-        if (!pattern.empty() && !MatchesName(pattern[0], name)) return;
+        const auto matches = [&](const std::string& pattern) { return MatchesName(pattern, name, options.exact_case); };
+        if (!patterns.empty() && std::ranges::none_of(patterns, matches)) return;
         outcome.data.push_back({{"name", name}, {"kind", kind}});
         outcome.text += std::string(name) + "\n";
     };
     for (const ObjectEntry& object : kObjectRows) add(object.name, "object");
     for (const TableEntry& table : kTableRows) add(table.name, "table");
-    if (outcome.text.empty()) outcome.notes.push_back("no name matches '" + pattern[0] + "'");
+    if (outcome.text.empty()) outcome.notes.push_back("no name matches '" + Joined(patterns, "' or '") + "'");
     return outcome;
 }
 
-Outcome CommandDescribe(const Options&, const Words& names)
+Outcome CommandDescribe(const Options& options, const Words& words)
 {
+    Words known = AllNames(kObjectRows);
+    for (const TableEntry& table : kTableRows) known.emplace_back(table.name);
+    Words names;
+    if (Failure failure = ReadNames(options, words, "object or table", known, &names)) return failure;
     Outcome outcome(Json::array(), "");
     for (const std::string& name : names)
     {

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <ctime>
 
+#include "client/arguments/given_names.h"
 #include "client/commands/commands.h"
 #include "client/dictionary/names.h"
 #include "client/output/terminal.h"
@@ -106,28 +107,17 @@ bool Pause(int milliseconds)
     return !Stopped();
 }
 
-// The readable objects that the words name.
-Failure ReadNames(const Words& patterns, Words* names)
-{
-    if (patterns.empty()) return {kWrongUse, "watch --poll takes NAME..."};
-    for (const std::string& pattern : patterns)
-    {
-        const size_t before = names->size();
-        for (const ObjectEntry& object : kObjectRows)
-            if (object.access != Access::kWriteOnly && FindObject(object.name) == &object &&
-                MatchesName(pattern, object.name) && (pattern == object.name || FindObject(pattern) == nullptr))
-                names->emplace_back(object.name);
-        if (names->size() == before)
-            return {kNotFound, "no object that can be read matches '" + pattern + "'" +
-                                   DidYouMean(pattern, AllNames(kObjectRows))};
-    }
-    return {};
-}
-
 Outcome WatchValues(const Options& options, const Words& patterns)
 {
+    if (patterns.empty()) return Failure{kWrongUse, "watch --poll takes NAME..."};
+    Words readable;
+    for (const ObjectEntry& object : kObjectRows)
+        if (object.access != Access::kWriteOnly) readable.emplace_back(object.name);
     Words names;
-    if (Failure failure = ReadNames(patterns, &names)) return failure;
+    if (Failure failure = ReadNames(options, patterns, "object that can be read", readable, &names)) return failure;
+    for (const std::string& name : names)
+        if (std::ranges::find(readable, name) == readable.end())
+            return Failure{kNotFound, name + " is no object that can be read" + DidYouMean(name, readable)};
     Values before;
     if (Failure failure = FailureOf(ReadValues(options, names, &before), "watch")) return failure;
     for (int printed = 0; !IsEnough(options, printed) && Pause(options.poll_ms);)

@@ -32,10 +32,13 @@ size_t Distance(std::string_view a, std::string_view b)
 }
 }  // namespace
 
-bool MatchesName(const std::string& pattern, const std::string& name)
+bool HasWildcards(std::string_view word) { return word.find_first_of("*?[") != std::string_view::npos; }
+
+bool MatchesName(const std::string& pattern, const std::string& name, bool exact_case)
 {
-    if (pattern.find_first_of("*?[") == std::string::npos) return name.find(pattern) != std::string::npos;
-    return fnmatch(pattern.c_str(), name.c_str(), 0) == 0;
+    if (HasWildcards(pattern)) return fnmatch(pattern.c_str(), name.c_str(), exact_case ? 0 : FNM_CASEFOLD) == 0;
+    const auto same = [exact_case](char a, char b) { return exact_case ? a == b : Lower(a) == Lower(b); };
+    return std::search(name.begin(), name.end(), pattern.begin(), pattern.end(), same) != name.end() || pattern.empty();
 }
 
 std::string DidYouMean(std::string_view name, const Words& known)

@@ -26,8 +26,12 @@ Words AllNames(const Rows& rows)
     return names;
 }
 
-// Whether the name matches the pattern: as a shell matches * ? and [], or anywhere for a pattern without them.
-bool MatchesName(const std::string& pattern, const std::string& name);
+// Whether the word is a pattern with * ? or [].
+bool HasWildcards(std::string_view word);
+
+// Whether the name matches the pattern: as a shell matches * ? and [], or anywhere for a pattern without them. Upper
+// and lower case count as the same letter unless `exact_case`.
+bool MatchesName(const std::string& pattern, const std::string& name, bool exact_case = false);
 
 // ", did you mean KNOWN?" for the end of an error: the known name that is the fewest changed letters away. The empty
 // text when none is near. Upper and lower case count as the same letter.

@@ -280,7 +280,7 @@ int kobd_module_look(uint32_t module, kobd_module* look)
 {
     BusModule seen;
     const int error = BusModuleLook(module, &seen);
-    *look = {seen.claimed ? 1 : 0, seen.queue ? 1 : 0, seen.messages, seen.capacity, seen.owner};
+    *look = {seen.claimed ? 1 : 0, seen.queue ? 1 : 0, seen.messages, seen.capacity, seen.owner, seen.process};
     return error;
 }
 

@@ -232,6 +232,7 @@ typedef struct kobd_module {
     uint64_t messages; /* waiting in the queue */
     uint64_t capacity; /* bytes that the queue holds */
     uint32_t owner;    /* user id of the queue's owner */
+    int32_t process;   /* that has the module; 0: none, or one that cannot be seen from here */
 } kobd_module;
 
 /* Looks at a module without joining it. Returns 0, also when it has no queue; else an errno, such as

@@ -158,7 +158,9 @@ int ReceiveMessage(BusClient* client, MessageHeader* message, int64_t deadline)
 int BusModuleLook(uint32_t module, BusModule* look)
 {
     *look = {};
-    look->claimed = ClaimHolds(ModuleClaim(module));
+    const int claim = ModuleClaim(module);
+    look->claimed = ClaimHolds(claim);
+    look->process = look->claimed ? ClaimHolder(claim) : 0;
     const int queue = ModuleQueue(module, false);
     if (queue < 0) return errno == ENOENT ? 0 : errno;
     look->queue = true;

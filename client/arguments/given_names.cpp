@@ -1,0 +1,52 @@
+#include "client/arguments/given_names.h"
+
+#include <set>
+
+#include "client/arguments/input_file.h"
+#include "client/dictionary/names.h"
+#include "daemon/base/result.h"
+
+namespace kobd::client
+{
+namespace
+{
+// The words with the lines of standard input in the place of "-".
+Failure WithLines(const Words& words, Words* all)
+{
+    for (const std::string& word : words)
+    {
+        InputFile file;
+        if (word != "-") all->push_back(word);
+        if (word != "-") continue;
+        if (Failure failure = ReadInput(word, &file)) return failure;
+        for (const std::string_view line : LinesOf(file.text))
+            if (!line.empty()) all->emplace_back(line);
+    }
+    return {};
+}
+}  // namespace
+
+Failure ReadNames(const Options& options, const Words& words, const std::string& kind, const Words& known, Words* names)
+{
+    Words all;
+    if (Failure failure = WithLines(words, &all)) return failure;
+    std::set<std::string> taken(names->begin(), names->end());
+    const auto add = [&](const std::string& name)
+    {
+        if (taken.insert(name).second) names->push_back(name);
+    };
+    for (const std::string& word : all)
+    {
+        bool matches = !HasWildcards(word);
+        if (matches) add(word);
+        for (const std::string& name : matches ? Words() : known)
+            if (MatchesName(word, name, options.exact_case))
+            {
+                add(name);
+                matches = true;
+            }
+        if (!matches) return {kNotFound, "no " + kind + " matches '" + word + "'"};
+    }
+    return {};
+}
+}  // namespace kobd::client
