@@ -1,23 +1,20 @@
 // Update and show through their handlers.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <fstream>
 
-#include "dictionary/name_index.h"
 #include "objects/handlers.h"
-#include "tests/namespaces.h"
-#include "tests/process_setup.h"
-#include "tests/requests.h"
+#include "tests/tables/table_rows.h"
 
 namespace kobd::test
 {
 namespace
 {
+using Show = TableRequests;
+
 std::string AllNames()
 {
     std::string names;
@@ -26,6 +23,7 @@ std::string AllNames()
     return names;
 }
 
+// The name that the next dump file is given first.
 std::string NextDumpFile(unsigned seed)
 {
     srand(seed);
@@ -34,100 +32,56 @@ std::string NextDumpFile(unsigned seed)
     return name;
 }
 
-// Lowers a limit of the process while it lives.
-class Limit
+// What show answers: the name of its file.
+std::string Shown()
 {
-public:
-    Limit(decltype(RLIMIT_FSIZE) resource, rlim_t limit) : resource_(resource)
-    {
-        getrlimit(resource, &before_);
-        const rlimit lowered = {limit, before_.rlim_max};
-        setrlimit(resource, &lowered);
-    }
-    ~Limit() { setrlimit(resource_, &before_); }
-
-private:
-    decltype(RLIMIT_FSIZE) resource_;
-    rlimit before_{};
-};
+    const Answer answer = Ask(ReqShow, "");
+    EXPECT_EQ(answer.result, 0);
+    return answer.texts.size() == 1 ? answer.texts[0] : "";
+}
 }  // namespace
 
 TEST(Update, AlwaysSucceeds)
 {
     for (const char* payload : {"", "\x01", "any payload whatever"})
-        for (const int code : {0, 14})
-        {
-            ResetPlatform();
-            platform.failures["update_config"] = code;
-            EXPECT_EQ(Ask(ReqUpdate, payload).payload, 8u);
-            EXPECT_EQ(platform.calls, (std::vector<std::string>{"update_config", "reply 0"})) << payload;
-        }
+    {
+        ResetPlatform();
+        platform.failures["update_config"] = 14;
+        EXPECT_EQ(Ask(ReqUpdate, payload).payload, 8u);
+        EXPECT_EQ(platform.calls, (Lines{"update_config", "reply 0"})) << payload;
+    }
 }
 
-TEST(Show, ListsEveryNameInCatalogueOrder)
+TEST_F(Show, ListsEveryNameInCatalogueOrder)
 {
-    ResetPlatform();
-    const Answer answer = Ask(ReqShow, "");
-    ASSERT_EQ(answer.result, 0);
-    ASSERT_EQ(answer.texts.size(), 1u);
-    const std::string file = answer.texts[0];
+    const std::string file = Shown();
     EXPECT_TRUE(file.size() <= 17 && LooksLike(file, "/tmp/kobd-" + std::string(file.size() - 10, '9'))) << file;
-    const std::string text = FileText(file);
-    EXPECT_TRUE(text.starts_with("webLanguage\nwebHttpEnable\n"));
-    EXPECT_TRUE(text == AllNames());
-    struct stat status
-    {
-    };
+    EXPECT_TRUE(FileText(file).starts_with("webLanguage\nwebHttpEnable\n"));
+    EXPECT_TRUE(FileText(file) == AllNames());
+    struct stat status;
     ASSERT_EQ(stat(file.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600u);
+
+    const std::string again = NextDumpFile(9);
+    std::ofstream(again) << std::string(200000, 'o');
+    EXPECT_EQ(Shown(), again);
+    EXPECT_TRUE(FileText(again) == AllNames()) << "the file of an earlier show is replaced whole";
     unlink(file.c_str());
+    unlink(again.c_str());
 }
 
-TEST(Show, NeverWritesThroughALink)
+TEST_F(Show, NeverWritesThroughALink)
 {
-    SKIP_WITHOUT_NAMESPACES();
-    ResetPlatform();
     std::ofstream("/tmp/victim") << "mine";
-    for (const bool hard : {false, true})
+    for (const auto make_link : {symlink, link})
     {
         const std::string laid = NextDumpFile(7);
-        ASSERT_EQ(hard ? link("/tmp/victim", laid.c_str()) : symlink("/tmp/victim", laid.c_str()), 0);
-        const Answer answer = Ask(ReqShow, "");
-        EXPECT_EQ(answer.result, 0) << "a fresh number is drawn";
-        ASSERT_EQ(answer.texts.size(), 1u);
-        EXPECT_NE(answer.texts[0], laid);
+        ASSERT_EQ(make_link("/tmp/victim", laid.c_str()), 0);
+        const std::string file = Shown();
+        EXPECT_NE(file, laid) << "a fresh number is drawn";
         EXPECT_EQ(FileText("/tmp/victim"), "mine");
-        unlink(answer.texts[0].c_str());
+        unlink(file.c_str());
         unlink(laid.c_str());
     }
-}
-
-TEST(Show, FileOfAnEarlierShowIsReplacedWhole)
-{
-    SKIP_WITHOUT_NAMESPACES();
-    ResetPlatform();
-    const std::string file = NextDumpFile(9);
-    std::ofstream(file) << std::string(200000, 'o');
-    EXPECT_EQ(Ask(ReqShow, "").texts, std::vector<std::string>{file});
-    EXPECT_TRUE(FileText(file) == AllNames());
-    unlink(file.c_str());
-}
-
-TEST(Show, FileThatCannotBeMadeOrFilledIsNotLeftBehind)
-{
-    SKIP_WITHOUT_NAMESPACES();
-    ResetPlatform();
-    signal(SIGXFSZ, SIG_IGN);
-    {
-        const Limit size(RLIMIT_FSIZE, 5000);
-        const Answer answer = Ask(ReqShow, "");
-        EXPECT_EQ(answer.result, 4) << "the disk is full half-way";
-        EXPECT_EQ(answer.payload, 8u) << "the file's name is not given";
-    }
-    {
-        const Limit files(RLIMIT_NOFILE, 0);
-        EXPECT_EQ(Ask(ReqShow, "").result, 4) << "no file can be opened";
-    }
-    EXPECT_EQ(FilesLike("/tmp/kobd-"), 0u);
 }
 }  // namespace kobd::test

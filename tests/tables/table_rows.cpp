@@ -1,6 +1,7 @@
 // Rows and change files for tests of the table requests.
 #include "tests/tables/table_rows.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <fstream>
@@ -66,6 +67,14 @@ Lines CallsButReads()
     for (const std::string& call : platform.calls)
         if (!call.starts_with("get ") && !call.starts_with("next ")) calls.push_back(call);
     return calls;
+}
+
+bool NothingLeft()
+{
+    const auto pending = [](const TableDef& table) { return table.pending->first != nullptr; };
+    const auto staged = [](const ObjDef& object) { return object.staged->text != nullptr; };
+    return std::none_of(kTables.begin(), kTables.end(), pending) &&
+           std::none_of(kObjects.begin(), kObjects.end(), staged);
 }
 
 void TableRequests::SetUp()

@@ -41,6 +41,9 @@ std::string Changes(std::string_view bytes);
 // Calls of the platform apart from reads.
 Lines CallsButReads();
 
+// Whether no row of any table is pending, and no value of any object staged.
+bool NothingLeft();
+
 class TableRequests : public testing::Test
 {
 protected:
