@@ -53,11 +53,10 @@ TEST_F(TableRequests, DumpHoldsEveryRowOfTheTablesInRequestOrder)
     for (const int32_t index : {3, 5, 7})
     {
         PutRow(kIp, index, {{"DestIPAddress", "10.0.0." + std::to_string(index)}});
-        ip += RowItems(kIp, index, {{"DestIPAddress", "10.0.0." + std::to_string(index)}});
+        ip += ItemsOf(Table(kIp), platform.rows[kIp][index]);
     }
-    const Fields fields = {{"Name", "power"}, {"CyclePeriodRepetitions", "-5"}, {"RelativeYPosition", "4294967295"}};
-    PutRow("ledsTable", 1, fields);
-    const std::string leds = RowItems("ledsTable", 1, fields);
+    PutRow("ledsTable", 1, {{"Name", "power"}, {"CyclePeriodRepetitions", "-5"}, {"RelativeYPosition", "4294967295"}});
+    const std::string leds = ItemsOf(Table("ledsTable"), platform.rows["ledsTable"][1]);
     EXPECT_EQ(Dumped(kLeds + TextItem(1, kIp) + TextItem(9, "ledsTable")), leds + ip + leds)
         << "tags are not looked at, a table named twice is written twice";
     EXPECT_EQ(Dumped(TextItem(3, "UPnPTable")), "") << "an empty table";
@@ -140,7 +139,8 @@ TEST_F(TableRequests, DumpEndsWhereRowsShareAnIndex)
         for (size_t place = 0; place < c.indexes.size(); ++place)
             platform.rows["ledsTable"][static_cast<int32_t>(place) + 1] =
                 RowBytes(Table("ledsTable"), c.indexes[place], {});
-        EXPECT_EQ(Dumped(kLeds).size(), c.rows * RowItems("ledsTable", 1, {}).size()) << c.why;
+        EXPECT_EQ(Dumped(kLeds).size(), c.rows * ItemsOf(Table("ledsTable"), platform.rows["ledsTable"][1]).size())
+            << c.why;
     }
 }
 }  // namespace kobd::test

@@ -46,12 +46,11 @@ std::string Field(std::string_view table, int32_t index, std::string_view column
     return row != rows.end() ? FieldOf(row->second, *definition) : "no row";
 }
 
-std::string RowItems(std::string_view table, int32_t index, const Fields& fields)
+std::string ItemsOf(const TableDef& table, const std::string& row)
 {
-    const std::string row = RowBytes(Table(table), index, fields);
-    std::string items = Row(table, index);
-    for (uint32_t i = 0; i < Table(table).column_count; ++i)
-        items += Column(Table(table).columns[i].name, FieldOf(row, Table(table).columns[i]));
+    std::string items = Row(table.name, RowIndex(row.data()));
+    for (uint32_t i = 0; i < table.column_count; ++i)
+        items += Column(table.columns[i].name, FieldOf(row, table.columns[i]));
     return items;
 }
 

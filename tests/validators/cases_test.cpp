@@ -20,15 +20,10 @@
 //   with KEY=TEXT                      What the platform answers, by getter or key of its store, and what
 //                                      the request in hand gives to an object. "interfaces" counts WAN
 //                                      interfaces, "profile0" enables the first APN or not.
-//   accept 1 @ KEY=TEXT                The same, for this line alone.
+//   accept 1 @ KEY=TEXT @ KEY=TEXT     The same, for this line alone; judged once with each.
 //   include FILE                       The lines of another file stand here.
-//
-// A value is a word, or stands between double quotes. \n, \t, \\, \", \{ and \xHH are bytes; {ab*3} is
-// ababab, and "#" in it counts: {#;*3} is 1;2;3;
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
 #include <span>
 
 #include "dictionary/name_index.h"
@@ -36,10 +31,10 @@
 #include "dictionary/snapshot.h"
 #include "platform/connection.h"
 #include "tables/row_codec.h"
+#include "tests/case_lines.h"
 #include "tests/failing_memory.h"
 #include "tests/namespaces.h"
 #include "tests/tables/table_rows.h"
-#include "tests/validators/case_lines.h"
 #include "tests/validators/judge.h"
 
 namespace kobd::test
@@ -49,12 +44,6 @@ namespace
 const std::string kCases = "tests/validators/cases/";  // in the folder of the sources
 const Words kTakes = {"0", "1"};                       // of a check, of a predicate
 const Words kRefuses = {"2", "0"};
-
-std::pair<std::string, std::string> Split(const std::string& assignment)
-{
-    const size_t sign = assignment.find('=');
-    return {assignment.substr(0, sign), assignment.substr(sign + 1)};
-}
 
 Fields SplitAll(std::span<const CaseToken> tokens)
 {
@@ -78,15 +67,13 @@ class Runner
 public:
     void Run(const std::string& name)
     {
-        const std::vector<CaseLine> lines = ReadCases(SourceFolder() + kCases + name);
-        ASSERT_FALSE(lines.empty()) << "cannot read " << kCases << name;
+        const std::string path = kCases + name;
+        const std::vector<CaseLine> lines = ReadCases(SourceFolder() + path);
+        ASSERT_FALSE(lines.empty()) << "cannot read " << path;
         for (const CaseLine& line : lines)
         {
-            const testing::ScopedTrace trace((kCases + name).c_str(), line.number, line.why);
-            if (line.command == "include")
-                Run(line.tokens.at(0).text);
-            else
-                Do(line.command, line.tokens);
+            const testing::ScopedTrace trace(path.c_str(), line.number, line.why);
+            Do(line.command, line.tokens);
         }
     }
 
@@ -191,7 +178,7 @@ private:
         if (command == "gives") expected.result = tokens[0].text, tokens = tokens.subspan(1);
         if (command == "accept" || command == "refuse")
             expected.result = (command == "accept" ? kTakes : kRefuses)[predicate_];
-        Fields state = state_;
+        std::vector<Fields> states;
         char sign = 0;
         for (const CaseToken& token : tokens)
         {
@@ -199,7 +186,7 @@ private:
             if (token.sign != 0)
                 sign = token.sign;
             else if (sign == '@')
-                state.push_back(Split(token.text));
+                states.back().push_back(Split(token.text));
             else if (sign == '>')
                 expected.written.push_back(token.text);
             else if (sign == ':')
@@ -209,15 +196,20 @@ private:
             else
                 expected.values.push_back({value});
             if (token.sign == ':') expected.lines.emplace();
+            if (token.sign == '@') states.push_back(state_);
         }
         if (expected.values.empty()) expected.values.emplace_back();  // the good row itself
-        const RecordingPlatform before = platform;
-        SetState(state);
-        for (const std::string& function : functions_)
-            for (const Arguments& value : expected.values) JudgeValue(function, value, expected);
-        platform = before;
-        StagedValuesFree();
-        g_stConfigWANIF.count = 0;
+        if (states.empty()) states.push_back(state_);
+        for (const Fields& state : states)
+        {
+            const RecordingPlatform before = platform;
+            SetState(state);
+            for (const std::string& function : functions_)
+                for (const Arguments& value : expected.values) JudgeValue(function, value, expected);
+            platform = before;
+            StagedValuesFree();
+            g_stConfigWANIF.count = 0;
+        }
     }
 
     void JudgeValue(const std::string& function, const Arguments& value, const Expectation& expected)
@@ -281,15 +273,6 @@ private:
     std::string column_;                  // named last
 };
 
-Words CaseFiles()
-{
-    Words files;
-    for (const auto& entry : std::filesystem::directory_iterator(KOBD_SOURCES "/" + kCases))
-        if (entry.path().extension() == ".txt") files.push_back(entry.path().stem());
-    std::sort(files.begin(), files.end());
-    return files;
-}
-
 class Cases : public testing::TestWithParam<std::string>
 {
 };
@@ -297,5 +280,6 @@ class Cases : public testing::TestWithParam<std::string>
 
 TEST_P(Cases, AreJudgedAsTheFileSays) { Runner().Run(GetParam() + ".txt"); }
 
-INSTANTIATE_TEST_SUITE_P(Checks, Cases, testing::ValuesIn(CaseFiles()), [](const auto& file) { return file.param; });
+INSTANTIATE_TEST_SUITE_P(Checks, Cases, testing::ValuesIn(CaseFiles(kCases)),
+                         [](const auto& file) { return file.param; });
 }  // namespace kobd::test

@@ -8,7 +8,7 @@ namespace
 {
 constexpr std::string_view kStamp = "\n9999/99/99  99:99:99 ";
 
-// Where the next log line begins, the end of the text without one. A message may have line ends of its own.
+// Where the next log line begins, the end of the text without one.
 size_t NextLine(const std::string& output, size_t from)
 {
     for (size_t at = output.find('\n', from); at != output.npos; at = output.find('\n', at + 1))
@@ -17,19 +17,28 @@ size_t NextLine(const std::string& output, size_t from)
 }
 }  // namespace
 
-Verdict Judge(std::string_view name, const Arguments& arguments)
+Words LogLines(const std::string& output)
 {
-    OutputCapture capture;
-    Verdict verdict = {ExportedFunctions().at(name).call(arguments), {}, {}};
-    const std::string output = capture.Text();
+    Words lines;
     for (size_t at = NextLine(output, 0), end = at; at < output.size(); at = end)
     {
         end = NextLine(output, at + 1);
         const std::string line = output.substr(at + kStamp.size(), end - at - kStamp.size());
-        const std::string function = line.substr(0, line.find('['));
-        const std::string message = line.substr(line.find("]: ") + 3);
-        verdict.lines.push_back(function == name ? message : function + ": " + message);
-        if (function == name) verdict.own.push_back(message);
+        lines.push_back(line.substr(0, line.find('[')) + line.substr(line.find("]: ") + 1));
+    }
+    return lines;
+}
+
+Verdict Judge(std::string_view name, const Arguments& arguments)
+{
+    OutputCapture capture;
+    Verdict verdict = {ExportedFunctions().at(name).call(arguments), {}, {}};
+    const std::string begin = std::string(name) + ": ";
+    for (const std::string& line : LogLines(capture.Text()))
+    {
+        const bool own = line.starts_with(begin);
+        verdict.lines.push_back(own ? line.substr(begin.size()) : line);
+        if (own) verdict.own.push_back(verdict.lines.back());
     }
     return verdict;
 }

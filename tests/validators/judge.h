@@ -11,5 +11,8 @@ struct Verdict : Outcome
     Words own;    // only those of the function itself
 };
 
+// The lines of a log, "function: message" each. A message may have line ends of its own.
+Words LogLines(const std::string& output);
+
 Verdict Judge(std::string_view name, const Arguments& arguments);
 }  // namespace kobd::test

@@ -1,8 +1,10 @@
 // Reads case files: words, quotes, escapes and repetitions.
-#include "tests/validators/case_lines.h"
+#include "tests/case_lines.h"
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <string_view>
 
@@ -31,7 +33,7 @@ public:
             if (!quote) token->text += Piece();
         }
         const std::string_view raw = begin.substr(0, begin.size() - rest_.size());
-        if (raw == ":" || raw == ">" || raw == "+" || raw == "@") token->sign = raw[0];
+        if (raw.size() == 1 && strchr(":>+@|!", raw[0]) != nullptr) token->sign = raw[0];
         token->missing = raw == "NULL";
         return true;
     }
@@ -88,17 +90,37 @@ std::vector<CaseLine> ReadCases(const std::string& path)
     std::vector<CaseLine> lines;
     std::ifstream file(path);
     int number = 0;
-    for (std::string text; std::getline(file, text);)
+    for (std::string text, more; std::getline(file, text);)
     {
         CaseLine line = {++number, {}, {}, {}};
+        for (; file.peek() == ' ' && std::getline(file, more); ++number) text += more;
         Reader reader(text);
         for (CaseToken token; reader.Next(&token);) line.tokens.push_back(token);
         if (line.tokens.empty()) continue;
         line.command = line.tokens.front().text;
         line.tokens.erase(line.tokens.begin());
         line.why = reader.Why();
-        lines.push_back(line);
+        if (line.command != "include")
+            lines.push_back(line);
+        else
+            for (const CaseLine& included : ReadCases(path.substr(0, path.rfind('/') + 1) + line.tokens.at(0).text))
+                lines.push_back(included);
     }
     return lines;
+}
+
+std::vector<std::string> CaseFiles(const std::string& folder)
+{
+    std::vector<std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(KOBD_SOURCES "/" + folder))
+        if (entry.path().extension() == ".txt") files.push_back(entry.path().stem());
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+std::pair<std::string, std::string> Split(const std::string& assignment)
+{
+    const size_t sign = std::min(assignment.find('='), assignment.size());
+    return {assignment.substr(0, sign), assignment.substr(std::min(sign + 1, assignment.size()))};
 }
 }  // namespace kobd::test
