@@ -23,7 +23,6 @@ namespace
 {
 constexpr int kMalloc = 7;
 constexpr int kNoIndex = 13;
-constexpr int kFull = 15;
 constexpr size_t kSlot = 256;  // bytes of a text
 
 struct Family
@@ -105,17 +104,14 @@ protected:
     }
 
     int Set(int32_t index, const std::string& text = "new") const { return List().ops->set(index, RowOf(text).data()); }
-    int Get(int32_t index, std::string* row) const
+    // The row, or the code.
+    std::string Get(int32_t index) const
     {
-        row->assign(List().row_size, '\0');
-        return List().ops->get(index, row->data());
+        std::string row(List().row_size, '\0');
+        const int code = List().ops->get(index, row.data());
+        return code == 0 ? row : "code " + std::to_string(code);
     }
-    int Get(int32_t index) const
-    {
-        std::string row;
-        return Get(index, &row);
-    }
-    static std::string SectionOf(const std::string& row) { return &row[row.size() - kSlot]; }
+    static std::string SectionOf(const std::string& row) { return row.size() > kSlot ? &row[row.size() - kSlot] : row; }
 
     // The index that a new row would get, or the code.
     std::string Added() const
@@ -187,7 +183,7 @@ TEST_P(Cellular, IndexesComeFromTheConfigurationOrAreNumbered)
 TEST_P(Cellular, ARowComesIntoBeingWithTheSetAfterTheAdd)
 {
     EXPECT_EQ(Rows(), "");
-    EXPECT_EQ(Get(1), kNoIndex);
+    EXPECT_EQ(Get(1), "code 13");
     EXPECT_EQ(List().ops->del(1), kNoIndex);
     EXPECT_EQ(Set(0), kNoIndex) << "0 is not above the highest index of an empty list";
     EXPECT_EQ(Added(), "1");
@@ -225,8 +221,8 @@ TEST_P(Cellular, AListIsFullWithSixtyFourRowsAndLoadsMore)
     {
         Begin();
         Load(count);
-        std::string row;
-        ASSERT_EQ(Get(count, &row), 0) << count;
+        const std::string row = Get(count);
+        ASSERT_EQ(row.size(), List().row_size) << row;
         EXPECT_EQ(FieldOf(row, Columns()[0]), std::to_string(count));
         EXPECT_EQ(Added(), count < 64 ? "64" : "code 15");
         EXPECT_EQ(Set(count + 1), count < 64 ? 0 : kNoIndex);
@@ -244,8 +240,8 @@ TEST_P(Cellular, ALoadThatEndsEarlyKeepsWhatItHasAndSaysSo)
     GetParam().init();
     const std::string cut = listing.substr(0, 4095);
     const auto whole = static_cast<int32_t>(std::count(cut.begin(), cut.end(), '\n'));
-    EXPECT_EQ(Get(whole), 0);
-    EXPECT_EQ(Get(whole + 1), kNoIndex) << "its line is cut";
+    EXPECT_EQ(Get(whole).size(), List().row_size);
+    EXPECT_EQ(Get(whole + 1), "code 13") << "its line is cut";
     EXPECT_NE(output.Text().find("more sections than fit"), std::string::npos);
 
     shell.outputs.clear();
@@ -269,22 +265,19 @@ TEST_P(Cellular, CommandsOfEveryOperation)
     Lines expected = Writes("cfgnew1", "value", "9");
     expected.insert(expected.begin(), "run uci add tr069_interface " + GetParam().word);
     EXPECT_EQ(platform.calls, expected) << "a new row makes its section and writes every option";
-    std::string row;
-    EXPECT_EQ(Get(9, &row), 0);
-    EXPECT_EQ(SectionOf(row), "cfgnew1");
+    EXPECT_EQ(SectionOf(Get(9)), "cfgnew1");
 
     platform.calls.clear();
     EXPECT_EQ(List().ops->set(9, RowOf("new", "elsewhere").data()), 0);
     EXPECT_EQ(platform.calls, Writes("cfgnew1", "new", "9")) << "a changed row is written to the section it had";
-    EXPECT_EQ(Get(9, &row), 0);
-    EXPECT_EQ(SectionOf(row), "elsewhere") << "the row is replaced whole, its section name too";
+    EXPECT_EQ(SectionOf(Get(9)), "elsewhere") << "the row is replaced whole, its section name too";
 
     platform.calls.clear();
     EXPECT_EQ(List().ops->del(7), 0);
     expected = Loads({"LAN2", "cfgnew1"});
     expected.insert(expected.begin(), {"system uci delete tr069_interface.cfg1", "system uci commit tr069_interface"});
     EXPECT_EQ(platform.calls, expected) << "a deleted row takes its section along and the list is loaded again";
-    EXPECT_EQ(Get(7), kNoIndex);
+    EXPECT_EQ(Get(7), "code 13");
 }
 
 TEST_P(Cellular, TextsArriveUnchangedAndAreNeverRun)
@@ -310,8 +303,8 @@ TEST_P(Cellular, TextsArriveUnchangedAndAreNeverRun)
         EXPECT_EQ(Lines(platform.calls.begin() + 1, platform.calls.end()), Writes("cfgnew1", one.quoted, "1"))
             << one.why;
         GetParam().init();
-        std::string row;
-        EXPECT_EQ(Get(1, &row), 0);
+        const std::string row = Get(1);
+        ASSERT_EQ(row.size(), List().row_size) << row;
         for (const ColumnDef& column : Columns()) EXPECT_EQ(FieldOf(row, column), one.text.substr(0, 255)) << one.why;
     }
 }
@@ -352,13 +345,12 @@ TEST(CellularList, IsLoadedOnceByItsFirstOperation)
     ResetPlatform();
     ResetShell();
     shell.sections = {{"cfg1", "cellularusim"}};
-    static char row[1800];
-    static int32_t index;
+    alignas(int32_t) static char row[1800];
     int (*const kOperations[])(CellularList&) = {
-        [](CellularList& list) { return CellularAdd(list, &index); },
-        [](CellularList& list) { return CellularDel(list, 2) == kNoIndex ? 0 : 1; },
+        [](CellularList& list) { return CellularAdd(list, reinterpret_cast<int32_t*>(row)); },
+        [](CellularList& list) { return CellularDel(list, 2) - kNoIndex; },
         [](CellularList& list) { return CellularGet(list, 1, row); },
-        [](CellularList& list) { return CellularSet(list, 0, "") == kNoIndex ? 0 : 1; },
+        [](CellularList& list) { return CellularSet(list, 0, "") - kNoIndex; },
         [](CellularList& list) { return CellularNext(list, -1, row); },
     };
     for (const auto operation : kOperations)

@@ -120,6 +120,15 @@ TEST_F(TableRequests, DebugModeTellsTheItemsAndEachRowOnce)
         EXPECT_EQ(text.find("table->name", first + 10), std::string::npos) << "in one of the two walks: " << text;
     }
 }
+TEST_F(TableRequests, GetShowsWhatTheListFilledAndItsOwnIndex)
+{
+    platform.rows["ledsTable"][3] = std::string("\x09\x00\x00\x00", 4);  // a list that fills the index alone
+    PutRow(kIp, 1, {{"DestIPAddress", std::string(63, 'x')}});
+    Ask(ReqTableGet, Row(kIp, 1) + Row("ledsTable", 3));
+    const TableDef& leds = Table("ledsTable");
+    EXPECT_TRUE(platform.reply.ends_with(ItemsOf(leds, RowBytes(leds, 9, {})))) << "the row before shows through";
+}
+
 TEST_F(TableRequests, GetNeverPassesTheReplysEnd)
 {
     PutRow(kIp, 1, {});

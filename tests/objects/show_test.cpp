@@ -1,4 +1,4 @@
-// Update and show through their handlers.
+// Show through its handler.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -40,17 +40,6 @@ std::string Shown()
     return answer.texts.size() == 1 ? answer.texts[0] : "";
 }
 }  // namespace
-
-TEST(Update, AlwaysSucceeds)
-{
-    for (const char* payload : {"", "\x01", "any payload whatever"})
-    {
-        ResetPlatform();
-        platform.failures["update_config"] = 14;
-        EXPECT_EQ(Ask(ReqUpdate, payload).payload, 8u);
-        EXPECT_EQ(platform.calls, (Lines{"update_config", "reply 0"})) << payload;
-    }
-}
 
 TEST_F(Show, ListsEveryNameInCatalogueOrder)
 {
