@@ -25,8 +25,9 @@ TEST(NameLookup, EveryNameFindsItsFirstRecord)
         EXPECT_EQ(NameLookup(table.name).table, &table) << table.name;
         EXPECT_EQ(NameLookup(table.name).object, nullptr) << "one record a name: " << table.name;
     }
-    for (const std::string name : {"", " ", "webhttpport", "WEBHTTPPORT", "webHttpPor", "webHttpPort ", " webHttpPort",
-                                   "flowtable", std::string(8000, 'w').c_str()})
+    for (const std::string& name :
+         std::initializer_list<std::string>{"", " ", "webhttpport", "WEBHTTPPORT", "webHttpPor", "webHttpPort ",
+                                            " webHttpPort", "flowtable", std::string(8000, 'w')})
     {
         EXPECT_EQ(NameLookup(name).object, nullptr) << name;
         EXPECT_EQ(NameLookup(name).table, nullptr) << name;

@@ -26,77 +26,47 @@ namespace kobd::test
 {
 namespace
 {
-// A text or a row in a heap block of exactly its size at an odd address, so that the sanitizers see every
-// byte read beside it and every access that needs alignment.
+// A text, a row, or room for what is captured: a heap block of exactly its size at an odd address, so that the
+// sanitizers see every byte read beside it and every access that needs alignment. Numbers are read from the text.
 template <typename Type>
 class Argument
 {
 public:
     explicit Argument(const std::optional<std::string>& given)
-        : block_(kOdd + given.value_or("").size() + (kIsRow ? 0 : 1)), missing_(!given)
+        : block_(kOdd + (kSlots ? kCaptureSlots * kCaptureBytes : given.value_or("").size() + (kRow ? 0 : 1))),
+          missing_(!given)
     {
         if (given) given->copy(block_.data() + kOdd, given->size());
     }
-    Type Value() { return missing_ ? nullptr : reinterpret_cast<Type>(block_.data() + kOdd); }
+
+    Type Value()
+    {
+        if constexpr (std::is_arithmetic_v<Type>)
+            return static_cast<Type>(atof(block_.data() + kOdd));
+        else if constexpr (kOffset)
+            return missing_ ? nullptr : &offset_;
+        else
+            return missing_ ? nullptr : reinterpret_cast<Type>(block_.data() + kOdd);
+    }
+
+    // Adds what was written to the argument: a row whole, captures without the empty ones behind the last.
     void Tell(Words* written) const
     {
-        if (!std::is_same_v<Type, const char*>) written->emplace_back(block_.begin() + kOdd, block_.end());
-        if (!std::is_same_v<Type, const char*> && !kIsRow) written->back().resize(strlen(written->back().c_str()));
-    }
-
-private:
-    static constexpr bool kIsRow = std::is_same_v<Type, void*>;
-    static constexpr size_t kOdd = 1;  // blocks from the heap lie at even addresses
-    std::vector<char> block_;
-    bool missing_;
-};
-
-template <typename Number>
-requires std::is_arithmetic_v<Number>
-class Argument<Number>
-{
-public:
-    explicit Argument(const std::optional<std::string>& given) : number_(static_cast<Number>(std::stod(*given))) {}
-    Number Value() const { return number_; }
-    void Tell(Words*) const {}
-
-private:
-    Number number_;
-};
-
-template <>
-class Argument<int*>
-{
-public:
-    explicit Argument(const std::optional<std::string>& given) : missing_(!given) {}
-    int* Value() { return missing_ ? nullptr : &number_; }
-    void Tell(Words* written) const { written->push_back(std::to_string(number_)); }
-
-private:
-    int number_ = -1;
-    bool missing_;
-};
-
-template <>
-class Argument<char (*)[kCaptureBytes]>
-{
-public:
-    explicit Argument(const std::optional<std::string>& given) : slots_(kCaptureSlots * kCaptureBytes), missing_(!given)
-    {
-    }
-    char (*Value())[kCaptureBytes]
-    {
-        return missing_ ? nullptr : reinterpret_cast<char(*)[kCaptureBytes]>(slots_.data());
-    }
-    // Empty slots behind the last text are left out.
-    void Tell(Words* written) const
-    {
-        for (size_t at = 0; at < slots_.size(); at += kCaptureBytes) written->emplace_back(slots_.data() + at);
+        if constexpr (kOffset) written->push_back(std::to_string(offset_));
+        if constexpr (kRow) written->emplace_back(block_.begin() + kOdd, block_.end());
+        if constexpr (std::is_same_v<Type, char*>) written->emplace_back(block_.data() + kOdd);
+        if constexpr (!kSlots) return;
+        for (size_t at = kOdd; at < block_.size(); at += kCaptureBytes) written->emplace_back(block_.data() + at);
         while (!written->empty() && written->back().empty()) written->pop_back();
     }
 
 private:
-    std::vector<char> slots_;
+    static constexpr bool kRow = std::is_same_v<Type, void*>;
+    static constexpr bool kOffset = std::is_same_v<Type, int*>;
+    static constexpr bool kSlots = std::is_same_v<Type, char (*)[kCaptureBytes]>;
+    static constexpr size_t kOdd = 1;  // blocks from the heap lie at even addresses
+    std::vector<char> block_;
+    int offset_ = -1;
     bool missing_;
 };
 
