@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <random>
 
+#include "fuzz/mutated.h"
 #include "fuzz/target.h"
-#include "tests/mutated.h"
 #include "tests/namespaces.h"
 #include "tests/process_setup.h"
 
@@ -49,7 +49,7 @@ TEST(Replay, NoInputBreaksAPromise)
     {
         RunInput(input);
         for (int variation = 0; variation < kVariations && !input.empty(); ++variation)
-            RunInput(test::Mutated(input, random).substr(0, kInputMax));
+            RunInput(Mutated(input, random).substr(0, kInputMax));
     }
     RunInput("");
 }

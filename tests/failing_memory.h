@@ -3,6 +3,13 @@
 
 namespace kobd::test
 {
-// Allocations that still succeed; negative: all do. The test that sets it puts -1 back.
-extern int memory_left;
+// While one lives, so many blocks can still be had, by new and by new[]; negative: any number.
+class MemoryLeft
+{
+public:
+    explicit MemoryLeft(int blocks, int arrays = -1);
+    ~MemoryLeft();
+    MemoryLeft(const MemoryLeft&) = delete;
+    MemoryLeft& operator=(const MemoryLeft&) = delete;
+};
 }  // namespace kobd::test

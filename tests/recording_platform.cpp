@@ -36,101 +36,38 @@ std::vector<std::string> RecordingPlatform::Calls(const std::string& prefix) con
 
 namespace
 {
-int Failure(const std::string& name)
+// What the test chose the function to answer.
+int Failure(const std::string& function)
 {
-    const auto found = platform.failures.find(name);
+    const auto found = platform.failures.find(function);
     return found == platform.failures.end() ? 0 : found->second;
 }
 
-int Record(const std::string& call)
+// Writes the call down; answers as the test chose.
+int Record(const std::string& call, const std::string& function)
 {
     platform.calls.push_back(call);
-    return Failure(call);
+    return Failure(function);
 }
 
-int RecordGet(const char* getter, char* value)
+int Record(const std::string& function) { return Record(function, function); }
+
+int RecordNumber(const std::string& function, int argument)
 {
-    platform.calls.push_back(std::string("get ") + getter);
+    return Record(function + " " + std::to_string(argument), function);
+}
+
+int RecordGet(const std::string& getter, char* value)
+{
     if (const auto found = platform.values.find(getter); found != platform.values.end())
         memcpy(value, found->second.c_str(), found->second.size() + 1);
-    return Failure(getter);
+    return Record("get " + getter, getter);
 }
 
-int RecordSet(const char* setter, const char* value)
+int RecordSet(const std::string& setter, const char* value)
 {
-    platform.calls.push_back(std::string("set ") + setter + " " + value);
     if (platform.during_set) platform.during_set();
-    return Failure(setter);
-}
-
-// Writes the call down; the failure that the test chose for the function, or for its call with
-// this index.
-int RecordList(const char* operation, const std::string& function, int32_t index, const std::string& path = "")
-{
-    platform.calls.push_back(operation + (" " + function) + " " + std::to_string(index) + path);
-    const int code = Failure(function);
-    return code != 0 ? code : Failure(function + " " + std::to_string(index));
-}
-
-// The first table of the catalogue whose operations, one of them, are `function`.
-template <typename Function>
-const TableDef& TableOf(Function TableOps::*operation, Function function)
-{
-    for (const TableDef& table : kTables)
-        if (table.ops->*operation == function) return table;
-    abort();  // every operation is made from a row of the catalogue
-}
-
-int CopyRow(const std::map<int32_t, std::string>& rows, std::map<int32_t, std::string>::const_iterator found, void* row)
-{
-    if (found == rows.end()) return kIndexNotFound;
-    memcpy(row, found->second.data(), found->second.size());
-    return 0;
-}
-
-int RowAdd(const char* function, const TableDef& table, int32_t* index)
-{
-    if (const int code = RecordList("add", function, -1)) return code;
-    auto& rows = platform.rows[table.name];
-    *index = rows.empty() ? 1 : rows.rbegin()->first + 1;
-    std::string& row = rows[*index] = std::string(table.row_size, '\0');
-    memcpy(row.data(), index, sizeof *index);
-    return 0;
-}
-
-int RowDel(const char* function, const TableDef& table, int32_t index)
-{
-    if (const int code = RecordList("del", function, index)) return code;
-    return platform.rows[table.name].erase(index) != 0 ? 0 : kIndexNotFound;
-}
-
-int RowGet(const char* function, const TableDef& table, int32_t index, void* row)
-{
-    if (const int code = RecordList("get", function, index)) return code;
-    const auto& rows = platform.rows[table.name];
-    return CopyRow(rows, rows.find(index), row);
-}
-
-int RowSet(const char* function, const TableDef& table, int32_t index, const void* row)
-{
-    if (const int code = RecordList("set", function, index)) return code;
-    auto& rows = platform.rows[table.name];
-    if (!rows.contains(index)) return kIndexNotFound;
-    rows[index].assign(static_cast<const char*>(row), table.row_size);
-    return 0;
-}
-
-int RowNext(const char* function, const TableDef& table, int32_t previous, void* row)
-{
-    if (const int code = RecordList("next", function, previous)) return code;
-    const auto& rows = platform.rows[table.name];
-    return CopyRow(rows, previous == -1 ? rows.begin() : rows.upper_bound(previous), row);
-}
-
-int RecordNumber(const char* function, int argument)
-{
-    platform.calls.push_back(std::string(function) + " " + std::to_string(argument));
-    return Failure(function);
+    return Record("set " + setter + " " + value, setter);
 }
 
 // A text of a store or of the platform's own into a bounded buffer.
@@ -141,18 +78,74 @@ int CopyText(const std::map<std::string, std::string>& texts, const char* key, c
     return found == texts.end() ? -1 : 0;
 }
 
-int RecordRead(const std::map<std::string, std::string>& texts, const char* key, char* value, size_t size)
+int RecordRead(const char* name, const std::map<std::string, std::string>& texts, const char* key, char* value,
+               size_t size)
 {
-    platform.calls.push_back(std::string("read ") + key);
+    Record(std::string(name) + " " + key);
     return CopyText(texts, key, value, size);
 }
 
 int RecordStore(std::map<std::string, std::string>& store, const char* name, const char* key, const char* value)
 {
-    platform.calls.push_back(std::string(name) + " " + key + " " + value);
-    if (const int code = Failure(name)) return code;
+    if (const int code = Record(std::string(name) + " " + key + " " + value, name)) return code;
     store[key] = value;
     return 0;
+}
+
+// A list operation; it may fail for every row or for the one of this index.
+int RecordList(const char* operation, const std::string& function, int32_t index, const std::string& path = "")
+{
+    const std::string indexed = function + " " + std::to_string(index);
+    const int code = Record(operation + (" " + indexed) + path, function);
+    return code != 0 ? code : Failure(indexed);
+}
+
+// The list of rows that the operation works on: that of the first table which names it.
+template <typename Function>
+const TableDef& TableOf(Function TableOps::*operation, Function function)
+{
+    for (const TableDef& table : kTables)
+        if (table.ops->*operation == function) return table;
+    abort();  // every operation is made from a row of the catalogue
+}
+
+template <typename Function>
+std::map<int32_t, std::string>& RowsOf(Function TableOps::*operation, Function function)
+{
+    static std::map<int32_t, std::string> none;
+    const auto found = platform.rows.find(TableOf(operation, function).name);
+    return found != platform.rows.end() ? found->second : none;
+}
+
+int CopyRow(const std::map<int32_t, std::string>& rows, std::map<int32_t, std::string>::const_iterator found, void* row)
+{
+    if (found == rows.end()) return kIndexNotFound;
+    memcpy(row, found->second.data(), found->second.size());
+    return 0;
+}
+
+// As a list would: a new row is full of zeros but for its index, which is above all others.
+int RowAdd(const char* function, const TableDef& table, int32_t* index)
+{
+    if (const int code = RecordList("add", function, -1)) return code;
+    auto& rows = platform.rows[table.name];
+    *index = rows.empty() ? 1 : rows.rbegin()->first + 1;
+    std::string& row = rows[*index] = std::string(table.row_size, '\0');
+    memcpy(row.data(), index, sizeof *index);
+    return 0;
+}
+
+int RowSet(std::map<int32_t, std::string>& rows, int32_t index, const void* row)
+{
+    const auto found = rows.find(index);
+    if (found == rows.end()) return kIndexNotFound;
+    memcpy(found->second.data(), row, found->second.size());
+    return 0;
+}
+
+int RowNext(const std::map<int32_t, std::string>& rows, int32_t previous, void* row)
+{
+    return CopyRow(rows, previous == -1 ? rows.begin() : rows.upper_bound(previous), row);
 }
 
 // The items of a message in words: texts as they are, integers in decimal. A payload that is a text
@@ -180,12 +173,11 @@ int MessageInitialize(uint32_t module)
 {
     char call[32];
     snprintf(call, sizeof call, "join %x", module);
-    platform.calls.push_back(call);
-    return Failure("MessageInitialize");
+    return Record(call, "MessageInitialize");
 }
 
-void MessageProccessRegister(const MsgHandler*) { platform.calls.push_back("register"); }
-void MessageDestroy() { platform.calls.push_back("leave"); }
+void MessageProccessRegister(const MsgHandler*) { Record("register"); }
+void MessageDestroy() { Record("leave"); }
 
 int MessageSend(MessageHeader* message)
 {
@@ -193,16 +185,14 @@ int MessageSend(MessageHeader* message)
         message->destination == kobd::kModuleNotify && message->message_class == kobd::kClassEvent;
     char module[16];
     snprintf(module, sizeof module, "send %x ", message->destination);
-    platform.calls.push_back((notification ? "notify " : module) + std::to_string(message->id) + Words(message));
     platform.sent.emplace_back(reinterpret_cast<const char*>(message), sizeof(MessageHeader) + message->length);
-    return Failure("MessageSend");
+    return Record((notification ? "notify " : module) + std::to_string(message->id) + Words(message), "MessageSend");
 }
 
 int MessageSendReply(MessageHeader* message)
 {
     platform.reply.assign(reinterpret_cast<const char*>(message), sizeof(MessageHeader) + message->length);
-    platform.calls.push_back("reply" + Words(message));
-    return Failure("MessageSendReply");
+    return Record("reply" + Words(message), "MessageSendReply");
 }
 
 int TlvPushIntToBuf(void* place, uint16_t tag, int32_t value)
@@ -228,14 +218,16 @@ void pemixAlg_init() { Record("pemixAlg_init"); }
 void kobd_lib_exit() { Record("kobd_lib_exit"); }
 
 // The stores.
-int nv_get(const char* key, char* value, size_t size)
+int nv_get(const char* key, char* value, size_t size) { return RecordRead("nv_get", platform.nvram, key, value, size); }
+int nvram_cpy(const char* key, char* value, size_t size)
 {
-    platform.calls.push_back(std::string("nv_get ") + key);
-    return CopyText(platform.nvram, key, value, size);
+    return RecordRead("read", platform.nvram, key, value, size);
 }
-int nvram_cpy(const char* key, char* value, size_t size) { return RecordRead(platform.nvram, key, value, size); }
 int nvram_set(const char* key, const char* value) { return RecordStore(platform.nvram, "nvram", key, value); }
-int kob_get_config(const char* key, char* value, size_t size) { return RecordRead(platform.config, key, value, size); }
+int kob_get_config(const char* key, char* value, size_t size)
+{
+    return RecordRead("read", platform.config, key, value, size);
+}
 int kob_set_config(const char* key, const char* value) { return RecordStore(platform.config, "config", key, value); }
 
 // The connection services.
@@ -253,8 +245,7 @@ int KobdEvtSend(uint32_t module, uint16_t id, const void*, int length)
 {
     char call[48];
     snprintf(call, sizeof call, "event %x %d %d", module, id, length);
-    platform.calls.push_back(call);
-    return Failure("KobdEvtSend");
+    return Record(call, "KobdEvtSend");
 }
 
 int getWanInterfaceCurrentTr069_net(char* name, size_t size) { return CopyText(platform.values, "tr069", name, size); }
@@ -283,30 +274,29 @@ int getCurrWanInterfaceSNMP_net(char* name, size_t size) { return CopyText(platf
 #undef SET
 #undef SHARED
 
-// The list operations. One that serves several tables works on the first one's rows.
+// The list operations.
 #define DEFINE_ADD(function) \
     int function(int32_t* index) { return RowAdd(#function, TableOf(&kobd::TableOps::add, function), index); }
+// An operation on a row; `result` is what it answers when it does not fail.
+#define DEFINE(word, function, index, parameters, result)                      \
+    int function parameters                                                    \
+    {                                                                          \
+        [[maybe_unused]] auto& rows = RowsOf(&kobd::TableOps::word, function); \
+        const int code = RecordList(#word, #function, index);                  \
+        return code != 0 ? code : result;                                      \
+    }
 #define DEFINE_DEL(function) \
-    int function(int32_t index) { return RowDel(#function, TableOf(&kobd::TableOps::del, function), index); }
-#define DEFINE_ROW_GET(function)                                                       \
-    int function(int32_t index, void* row)                                             \
-    {                                                                                  \
-        return RowGet(#function, TableOf(&kobd::TableOps::get, function), index, row); \
-    }
-#define DEFINE_ROW_SET(function)                                                       \
-    int function(int32_t index, const void* row)                                       \
-    {                                                                                  \
-        return RowSet(#function, TableOf(&kobd::TableOps::set, function), index, row); \
-    }
+    DEFINE(del, function, index, (int32_t index), rows.erase(index) != 0 ? 0 : int{kobd::kIndexNotFound})
+#define DEFINE_ROW_GET(function) \
+    DEFINE(get, function, index, (int32_t index, void* row), CopyRow(rows, rows.find(index), row))
+#define DEFINE_ROW_SET(function) \
+    DEFINE(set, function, index, (int32_t index, const void* row), RowSet(rows, index, row))
+#define DEFINE_NEXT(function) \
+    DEFINE(next, function, previous, (int32_t previous, void* row), RowNext(rows, previous, row))
 #define DEFINE_PATH(function)                                                 \
     int function(int32_t index, const char* path)                             \
     {                                                                         \
         return RecordList("path", #function, index, " " + std::string(path)); \
-    }
-#define DEFINE_NEXT(function)                                                               \
-    int function(int32_t previous, void* row)                                               \
-    {                                                                                       \
-        return RowNext(#function, TableOf(&kobd::TableOps::next, function), previous, row); \
     }
 #define SHARED(function) function, shared
 #define ADD(...) PICK(DEFINE_ADD, __VA_ARGS__)(__VA_ARGS__)

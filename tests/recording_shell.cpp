@@ -29,49 +29,24 @@ std::string Unquoted(const std::string& text)
     std::string out;
     bool quoted = false;
     for (size_t i = 0; i < text.size(); ++i)
-    {
         if (text[i] == '\'')
             quoted = !quoted;
-        else if (text[i] == '\\' && !quoted && i + 1 < text.size())
-            out += text[++i];
         else
-            out += text[i];
-    }
+            out += text[i] == '\\' && !quoted && i + 1 < text.size() ? text[++i] : text[i];
     return out;
 }
 
-bool TakeStart(std::string* text, const std::string& start)
+// What `expr` makes of a command like  expr "tr069_interface.cfg1=word" : "tr069_interface.\(PATTERN\)=word"
+std::string Expr(const std::string& command)
 {
-    if (!text->starts_with(start)) return false;
-    text->erase(0, start.size());
-    return true;
-}
-}  // namespace
-
-std::string RecordingShell::Print(const std::string& command)
-{
-    std::string rest = command;
-    std::smatch match;
-    if (TakeStart(&rest, "uci -X show tr069_interface | grep "))
-    {
-        std::string listing;
-        for (const auto& [name, type] : sections)
-            if (type == rest) listing += "tr069_interface." + name + "=" + type + "\n";
-        return listing;
-    }
-    if (TakeStart(&rest, "uci -q get ")) return options.contains(rest) ? options[rest] + "\n" : "";
-    if (TakeStart(&rest, "uci add tr069_interface "))
-    {
-        sections.emplace_back("cfgnew" + std::to_string(++made_), rest);
-        return sections.back().first + "\n";
-    }
     static const std::regex kExpr(R"re(expr "([^\n]*)" : "(.*)\\\((.*)\\\)(.*)")re");
+    std::smatch match, name;
     if (!std::regex_match(command, match, kExpr)) return "";
     const std::string line = match[1];
     const std::regex pattern(match[2].str() + "(" + match[3].str() + ")" + match[4].str());
-    std::smatch name;
     return std::regex_search(line, name, pattern, std::regex_constants::match_continuous) ? name[1].str() + "\n" : "\n";
 }
+}  // namespace
 
 std::string RecordingShell::Run(const std::string& command)
 {
@@ -79,29 +54,40 @@ std::string RecordingShell::Run(const std::string& command)
     if (answer)
         if (const auto given = answer(command)) return *given;
     if (const auto given = outputs.find(command); given != outputs.end()) return given->second;
-    std::string rest = command;
-    if (TakeStart(&rest, "uci set "))
+    std::string rest;
+    const auto is = [&](const std::string& start)
     {
-        const size_t equals = rest.find('=');
-        options[rest.substr(0, equals)] = Unquoted(rest.substr(equals + 1));
-        return "";
+        rest = command.substr(std::min(start.size(), command.size()));
+        return command.starts_with(start);
+    };
+    if (is("uci -X show tr069_interface | grep "))
+    {
+        std::string listing;
+        for (const auto& [name, type] : sections)
+            if (type == rest) listing += "tr069_interface." + name + "=" + type + "\n";
+        return listing;
     }
-    if (TakeStart(&rest, "uci delete tr069_interface."))
+    if (is("uci -q get ")) return options.contains(rest) ? options[rest] + "\n" : "";
+    if (is("uci set "))
+        options[rest.substr(0, rest.find('='))] = Unquoted(rest.substr(rest.find('=') + 1));
+    else if (is("uci delete tr069_interface."))
     {
         std::erase_if(sections, [&rest](const auto& section) { return section.first == rest; });
         options.erase("tr069_interface." + rest + ".index");
-        return "";
     }
-    return Print(command);
+    else if (is("uci add tr069_interface "))
+    {
+        sections.emplace_back("cfgnew" + std::to_string(++made_), rest);
+        return sections.back().first + "\n";
+    }
+    return Expr(command);
 }
 
 namespace
 {
 int Take(const std::string& text, char* output, size_t size)
 {
-    const size_t length = std::min(text.size(), size - 1);
-    memcpy(output, text.data(), length);
-    output[length] = 0;
+    output[text.copy(output, size - 1)] = 0;
     return shell.fails ? 127 : 0;
 }
 }  // namespace

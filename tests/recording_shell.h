@@ -26,7 +26,6 @@ struct RecordingShell
     std::string Run(const std::string& command);
 
 private:
-    std::string Print(const std::string& command);
     int made_ = 0;
 };
 

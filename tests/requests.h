@@ -10,7 +10,6 @@
 
 #include "platform/message.h"
 #include "tests/items.h"
-#include "tests/mutated.h"
 #include "tests/recording_platform.h"
 
 namespace kobd::test

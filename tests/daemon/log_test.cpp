@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 
 #include "objects/handlers.h"
@@ -24,81 +25,61 @@ protected:
     void SetUp() override
     {
         SKIP_WITHOUT_NAMESPACES();
-        ResetPlatform();
-        RemoveFiles();
+        TearDown();
     }
     void TearDown() override
     {
-        if (own_namespaces) RemoveFiles();
-    }
-    static void RemoveFiles()
-    {
+        if (!own_namespaces) return;
         for (const std::string& name : {std::string(kLogFile), kRotated, std::string(kDebugSwitchFile)})
-            if (unlink(name.c_str()) != 0) rmdir(name.c_str());
+            std::filesystem::remove(name);
     }
-    static void FillLog(size_t bytes) { std::ofstream(kLogFile) << std::string(bytes, 'o'); }
     OutputCapture output_;
 };
-
-bool Exists(const std::string& path) { return access(path.c_str(), F_OK) == 0; }
 }  // namespace
 
 TEST_F(Log, LineOnStandardOutputAndInTheFile)
 {
-    EXPECT_EQ(kobd_log_print("ReqObjGet", 41, "%s is %d", "answer", 42), 0);
-    EXPECT_TRUE(LooksLike(output_.Text(), "\n9999/99/99  99:99:99 ReqObjGet[99]: answer is 99")) << output_.Text();
-    EXPECT_TRUE(output_.Text().ends_with("[41]: answer is 42"));
-    EXPECT_EQ(FileText(kLogFile), output_.Text());
-}
-
-TEST_F(Log, PerCentSignsInArgumentsStay)
-{
-    kobd_log_print("f", 1, "%s", "100% %s %n %d");
-    EXPECT_TRUE(FileText(kLogFile).ends_with("f[1]: 100% %s %n %d"));
-    EXPECT_TRUE(output_.Text().ends_with("f[1]: 100% %s %n %d"));
+    EXPECT_EQ(kobd_log_print("ReqObjGet", 41, "%s is %d", "100% %s %n %d", 42), 0);
+    const std::string line = output_.Text();
+    const std::string text = "ReqObjGet[41]: 100% %s %n %d is 42";
+    EXPECT_TRUE(line.ends_with(text)) << line;
+    EXPECT_TRUE(LooksLike(line.substr(0, line.size() - text.size()), "\n9999/99/99  99:99:99 ")) << line;
+    EXPECT_EQ(FileText(kLogFile), line);
+    for (const char* format : {"%ls", static_cast<const char*>(nullptr)})
+        EXPECT_EQ(kobd_log_print("f", 1, format, L"\x4e2d"), -1) << "no such character in the C locale, no format";
+    EXPECT_EQ(output_.Text(), line + "format error\nformat error\n");
+    EXPECT_EQ(FileText(kLogFile), line) << "a formatting error is told on standard output only";
 }
 
 TEST_F(Log, LineIsCutAt4096Characters)
 {
-    const std::string prefix = "\n2000/01/01  00:00:00 f[1]: ";
+    const size_t prefix = std::string("\n2000/01/01  00:00:00 f[1]: ").size();
     const std::string long_text(5000, 'x');
-    kobd_log_print("f", 1, "%s", std::string(4096 - prefix.size(), 'x').c_str());
-    EXPECT_EQ(FileText(kLogFile).size(), 4096u) << "exactly full";
-    unlink(kLogFile);
-    kobd_log_print("f", 1, "%s", long_text.c_str());
-    EXPECT_EQ(FileText(kLogFile).size(), 4096u) << "message cut";
-    unlink(kLogFile);
-    EXPECT_EQ(kobd_log_print(long_text.c_str(), 1, "%s", "lost"), 0);
-    EXPECT_EQ(FileText(kLogFile).size(), 4096u) << "function name alone fills the line";
+    const std::pair<std::string, std::string> kCases[] = {
+        {"f", std::string(4096 - prefix, 'x')},  // exactly full
+        {"f", long_text},                        // message cut
+        {long_text, "lost"},                     // function name alone fills the line
+    };
+    for (const auto& [function, message] : kCases)
+    {
+        EXPECT_EQ(kobd_log_print(function.c_str(), 1, "%s", message.c_str()), 0);
+        EXPECT_EQ(FileText(kLogFile).size(), 4096u);
+        unlink(kLogFile);
+    }
 }
 
-TEST_F(Log, FormattingErrorIsToldOnStandardOutputOnly)
+TEST_F(Log, FileAboveTheLimitIsRotated)
 {
-    EXPECT_EQ(kobd_log_print("f", 1, "%ls", L"\x4e2d"), -1) << "no such character in the C locale";
-    EXPECT_EQ(output_.Text(), "format error\n");
-    EXPECT_FALSE(Exists(kLogFile));
-}
-
-TEST_F(Log, FileOfExactlyTheLimitIsNotRotated)
-{
-    FillLog(5242880);
-    kobd_log_print("f", 1, "%s", "grows past the limit");
-    EXPECT_FALSE(Exists(kRotated));
+    std::ofstream(kRotated) << "older";
+    std::ofstream(kLogFile) << std::string(5242880, 'o');
+    kobd_log_print("f", 1, "%s", "a file of exactly the limit grows past it");
+    EXPECT_EQ(FileText(kRotated), "older");
     const std::string old = FileText(kLogFile);
     EXPECT_GT(old.size(), 5242880u);
 
     kobd_log_print("f", 2, "%s", "first of the new file");
     EXPECT_TRUE(FileText(kRotated) == old) << "rotated file holds the old log, whole";
     EXPECT_TRUE(LooksLike(FileText(kLogFile), "\n9999/99/99  99:99:99 f[9]: first of the new file"));
-}
-
-TEST_F(Log, RotationDiscardsTheOlderRotatedFile)
-{
-    std::ofstream(kRotated) << "older";
-    FillLog(5242881);
-    kobd_log_print("f", 1, "%s", "new");
-    EXPECT_EQ(FileText(kRotated).size(), 5242881u);
-    EXPECT_LT(FileText(kLogFile).size(), 100u);
 }
 
 TEST_F(Log, FileThatCannotBeOpenedLosesOnlyTheFilesLine)
@@ -112,10 +93,7 @@ TEST_F(Log, SwitchFileTurnsDebugLinesOnAndOff)
 {
     for (const bool on : {false, true, false})
     {
-        if (on)
-            std::ofstream(kDebugSwitchFile) << "";
-        else
-            unlink(kDebugSwitchFile);
+        on ? std::ofstream(kDebugSwitchFile).close() : static_cast<void>(unlink(kDebugSwitchFile));
         unlink(kLogFile);
         EXPECT_EQ(kobd_log_level(), on ? 1 : 0);
         Ask(ReqUpdate, "");

@@ -29,38 +29,29 @@ TEST(Reply, SendErrorComesBeforeTheResult)
     EXPECT_EQ(platform.Calls("reply").size(), 2u) << "a failing send is not tried again";
 }
 
-TEST(Reply, RefusalAfterItemsCarriesTheResultAlone)
+TEST(KobdNotify, DropsWhatIsTooLongAndTellsEveryDrop)
 {
-    ResetPlatform();
-    ExactMessage request("");
-    Reply reply(request.Header(), "test");
-    EXPECT_TRUE(reply.PushText(kTagValue, "pushed before it failed"));
-    EXPECT_EQ(reply.SendResult(kSystemError), kSystemError);
-    EXPECT_EQ(platform.calls, std::vector<std::string>{"reply 4"});
-}
-
-TEST(KobdNotify, PayloadBound)
-{
-    for (const size_t size : {size_t{0}, size_t{980}, size_t{981}, size_t{70000}})
+    const struct
+    {
+        size_t size;  // bytes of the payload
+        int sent;     // what sending answers
+        const char* line;
+    } kCases[] = {
+        {0, 0, ""},
+        {980, 0, ""},
+        {981, 0, "notification 4 of 981 bytes refused, at most 980 fit"},
+        {70000, 0, "notification 4 of 70000 bytes refused, at most 980 fit"},
+        {0, kSendFailed, "notification 4 dropped, the queue of module 0x5A510003 is full"},
+    };
+    for (const auto& c : kCases)
     {
         ResetPlatform();
+        platform.failures["MessageSend"] = c.sent;
         OutputCapture output;
-        std::string payload;
-        if (size > 0) payload = TextItem(kTagObjectName, std::string(size < 65000 ? size - 5 : 65000, 'n'));
-        payload.resize(size);
-        KobdNotify(4, payload);
-        EXPECT_EQ(platform.calls.size(), size <= 980 ? 1u : 0u) << size;
-        EXPECT_EQ(output.Text().empty(), size <= 980) << "a dropped event is told: " << size;
+        KobdNotify(4, std::string(c.size, 'n'));
+        EXPECT_EQ(platform.calls.size(), c.size <= 980 ? 1u : 0u) << c.size;
+        EXPECT_TRUE(*c.line != 0 ? output.Text().ends_with(c.line) : output.Text().empty()) << output.Text();
     }
-}
-
-TEST(KobdNotify, FullQueueIsLogged)
-{
-    ResetPlatform();
-    platform.failures["MessageSend"] = kSendFailed;
-    OutputCapture output;
-    KobdNotify(4, {});
-    EXPECT_NE(output.Text().find("notification 4 dropped"), std::string::npos);
 }
 
 TEST(ResultText, EndsOfTheTableAndNothingBeyond)

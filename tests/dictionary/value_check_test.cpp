@@ -42,18 +42,14 @@ const ValueCase kCases[] = {
     {VT_INT32, "1:65535", kRange + "65536 [1:65535]", "one above", {"65536"}},
     {VT_INT32, "1:65535", kIntDigits, "no digits", {"", "-1", "+80", "12a", " 12", "12\n", "1.5"}},
     {VT_INT32, "1:65535", kIntDigits, "value is data, never a format", {"%s%n"}},
-    {VT_INT32, "10:", kPasses, "no upper bound: the type's", {"10", "2147483647"}},
-    {VT_INT32, "10:", kRange + "9 [10:2147483647]", "no upper bound: below", {"9"}},
-    {VT_INT32, ":100", kPasses, "no lower bound", {"100"}},
-    {VT_INT32, ":100", kRange + "101 [-2147483648:100]", "no lower bound: above", {"101"}},
-    {VT_INT32, "5", kPasses, "no colon: a lower bound", {"5"}},
-    {VT_INT32, "5", kRange + "4 [5:2147483647]", "no colon: below", {"4"}},
+    {VT_INT32, "10:", kRange + "9 [10:2147483647]", "no upper bound: the type's", {"9"}},
+    {VT_INT32, ":100", kRange + "101 [-2147483648:100]", "no lower bound: the type's", {"101"}},
+    {VT_INT32, "5", kRange + "4 [5:2147483647]", "no colon: a lower bound", {"4"}},
     {VT_INT32, ":", kPasses, "both bounds empty", {"0"}},
     {VT_INT32, "", kPasses, "empty limitation", {"0"}},
     {VT_INT32, "0|1", kPasses, "choices read as range: lower 0, no upper", {"7"}},
     {VT_INT32, "-5:5", kPasses, "negative lower bound", {"5"}},
-    {VT_INT32, " 3:+4", kPasses, "blanks and signs before a bound", {"4"}},
-    {VT_INT32, " 3:+4", kRange + "2 [3:4]", "blanks and signs before a bound, below", {"2"}},
+    {VT_INT32, " 3:+4", kRange + "2 [3:4]", "blanks and signs before a bound", {"2"}},
     {VT_INT32, "1:5:9", kRange + "6 [1:5]", "a bound ends at its first non-digit", {"6"}},
     {VT_INT32, "9:1", kRange + "5 [9:1]", "turned bounds admit nothing", {"5"}},
     {VT_INT32, nullptr, kPasses, "largest, many zeros", {"2147483647", std::string(400, '0') + "1"}},
@@ -74,8 +70,7 @@ const ValueCase kCases[] = {
     {VT_UINT8, nullptr, kPasses, "largest of 8 bits", {"255"}},
     {VT_UINT8, nullptr, kRange + "256 [0:255]", "one above", {"256"}},
     {VT_UINT8, nullptr, kUintDigits, "never negative", {"-1"}},
-    {VT_BOOL, nullptr, kPasses, "off", {"0"}},
-    {VT_BOOL, "5:9", kPasses, "limitation of a flag is ignored", {"1"}},
+    {VT_BOOL, "5:9", kPasses, "limitation of a flag is ignored", {"0", "1"}},
     {VT_BOOL, nullptr, kSilent, "neither", {"", "01", "2", "true"}},
     {VT_STRING, nullptr, kPasses, "empty, longest", {"", Xs(512)}},
     {VT_STRING, nullptr, kLength + "513 [0:512]", "one above", {Xs(513)}},
@@ -97,13 +92,6 @@ const ValueCase kCases[] = {
     {VT_ENUM, "a|b:c|d", kPasses, "choices end at the colon", {"b"}},
     {VT_ENUM, "a|b:c|d", kChoice, "nothing after the colon is a choice", {"d"}},
     {VT_ENUM, nullptr, kChoice, "no limitation, no choice", {"x"}},
-    {VT_UINT64, nullptr, kSilent, "no test for this type, refused", {"1"}},
-    {VT_STRING_PTR, nullptr, kSilent, "no test, refused", {"a"}},
-    {VT_STRING_UPPER, nullptr, kSilent, "no test, refused", {"A"}},
-    {VT_IPV4, nullptr, kSilent, "no test, refused", {"1.2.3.4"}},
-    {VT_STRING_3, nullptr, kSilent, "no test, refused", {"a"}},
-    {VT_MAC, nullptr, kSilent, "no test, refused", {"00:11:22:33:44:55"}},
-    {static_cast<ValueType>(22), nullptr, kSilent, "beyond the types", {"1"}},
 };
 
 // Whether the log is what a refusal with this line writes.
@@ -114,12 +102,7 @@ bool Tells(const std::string& log, const std::string& line, const std::string& v
     return log.find(" ParameterCheck[") != log.npos && log.ends_with(line + (named ? value : ""));
 }
 
-int validator_calls = 0;
-int Says42(const char*)
-{
-    ++validator_calls;
-    return 42;
-}
+int Says42(const char*) { return 42; }
 }  // namespace
 
 TEST(ParameterCheck, TypesAndLimitations)
@@ -134,13 +117,24 @@ TEST(ParameterCheck, TypesAndLimitations)
         }
 }
 
+TEST(ParameterCheck, TypesWithoutATestAreRefusedWithoutALine)
+{
+    OutputCapture output;
+    for (const ValueType type :
+         {VT_UINT64, VT_STRING_PTR, VT_STRING_UPPER, VT_IPV4, VT_STRING_3, VT_MAC, static_cast<ValueType>(22)})
+    {
+        const CheckDescriptor check = {type, nullptr, nullptr};
+        for (const char* value : {"1", "A", "1.2.3.4", "00:11:22:33:44:55"})
+            EXPECT_EQ(ParameterCheck(value, &check), 2);
+    }
+    EXPECT_EQ(output.Text(), "");
+}
+
 TEST(ParameterCheck, ValidatorJudgesWhatTheTypeAccepts)
 {
     OutputCapture output;
     const CheckDescriptor check = {VT_INT32, "1:2", Says42};
-    validator_calls = 0;
-    EXPECT_EQ(ParameterCheck("3", &check), 2) << "the type's refusal";
-    EXPECT_EQ(validator_calls, 0) << "never sees a value of the wrong type";
+    EXPECT_EQ(ParameterCheck("3", &check), 2) << "the type's refusal: it never sees a value of the wrong type";
     EXPECT_EQ(ParameterCheck("2", &check), 42) << "its code is passed through";
     EXPECT_EQ(ParameterCheck("anything", nullptr), 0) << "nothing to check against";
 }
@@ -150,9 +144,7 @@ TEST(ObjsParameterCheck, StopsAtTheFirstRefusal)
     NameIndexBuild();
     OutputCapture output;
     EXPECT_EQ(ObjsParameterCheck(Pair("webHttpPort", "1") + Pair("webHttpsPort", "0") + Pair("webHttpEnable", "7")), 2);
-    const std::string lines = output.Text();
-    EXPECT_NE(lines.find("ObjsParameterCheck["), lines.npos);
-    EXPECT_TRUE(lines.ends_with("]: webHttpsPort(0) verify error")) << lines;
+    EXPECT_TRUE(output.Text().ends_with("]: webHttpsPort(0) verify error")) << output.Text();
     EXPECT_EQ(ObjsParameterCheck({}), 0) << "nothing to refuse";
 }
 
@@ -190,16 +182,5 @@ TEST(JudgeColumn, NamesTheRuleThatATextBreaks)
     for (const auto& c : kColumns)
         for (const std::string& text : c.texts)
             EXPECT_EQ(JudgeColumn(text.c_str(), {"C", 4, c.type, 8}), c.fault) << c.why << ": '" << text << "'";
-}
-
-extern "C" int includeForbiddenCharacter(const char* text, const char* set, int count);
-
-TEST(IncludeForbiddenCharacter, CountBoundsTheSet)
-{
-    EXPECT_EQ(includeForbiddenCharacter("a&b", "`&", 2), 1);
-    EXPECT_EQ(includeForbiddenCharacter("a&b", "`&", 1), 0) << "the second of the set does not count";
-    EXPECT_EQ(includeForbiddenCharacter("a&b", "&", 0), 0);
-    EXPECT_EQ(includeForbiddenCharacter("a&b", "&", -1), 0);
-    EXPECT_EQ(includeForbiddenCharacter("", "&", 1), 0);
 }
 }  // namespace kobd::test

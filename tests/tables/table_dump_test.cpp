@@ -1,23 +1,21 @@
-// Table dump through its handler.
+// Table dump through its handler, and dump files on a full disk.
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "cellular/cellular_lists.h"
+#include "objects/handlers.h"
 #include "tables/handlers.h"
-#include "tests/recording_shell.h"
+#include "tests/failing_memory.h"
 #include "tests/tables/table_rows.h"
-#include "tests/validators/row_verdict.h"
 
 namespace kobd::test
 {
-using namespace std::string_literals;
-
 namespace
 {
 constexpr char kIp[] = "FwIpFilterTable";
+const std::string kLeds = TextItem(3, "ledsTable");
 
 // What the dump of these tables holds; the file is removed.
 std::string Dumped(const std::string& payload)
@@ -51,68 +49,51 @@ void PutSms(int32_t index, const char* content)
 
 TEST_F(TableRequests, DumpHoldsEveryRowOfTheTablesInRequestOrder)
 {
-    for (const int32_t index : {7, 3, 5}) PutRow(kIp, index, {{"DestIPAddress", "10.0.0." + std::to_string(index)}});
-    PutRow("ledsTable", 1, {{"Name", "power"}});
-    const std::string ip = RowItems(kIp, 3, {{"DestIPAddress", "10.0.0.3"}}) +
-                           RowItems(kIp, 5, {{"DestIPAddress", "10.0.0.5"}}) +
-                           RowItems(kIp, 7, {{"DestIPAddress", "10.0.0.7"}});
-    const std::string leds = RowItems("ledsTable", 1, {{"Name", "power"}});
-    EXPECT_EQ(Dumped(TextItem(3, kIp)), ip);
-    EXPECT_EQ(Dumped(TextItem(3, "ledsTable") + TextItem(1, kIp) + TextItem(9, "ledsTable")), leds + ip + leds)
+    std::string ip;
+    for (const int32_t index : {3, 5, 7})
+    {
+        PutRow(kIp, index, {{"DestIPAddress", "10.0.0." + std::to_string(index)}});
+        ip += ItemsOf(Table(kIp), platform.rows[kIp][index]);
+    }
+    PutRow("ledsTable", 1, {{"Name", "power"}, {"CyclePeriodRepetitions", "-5"}, {"RelativeYPosition", "4294967295"}});
+    const std::string leds = ItemsOf(Table("ledsTable"), platform.rows["ledsTable"][1]);
+    EXPECT_EQ(Dumped(kLeds + TextItem(1, kIp) + TextItem(9, "ledsTable")), leds + ip + leds)
         << "tags are not looked at, a table named twice is written twice";
     EXPECT_EQ(Dumped(TextItem(3, "UPnPTable")), "") << "an empty table";
     EXPECT_TRUE(platform.Calls("get").empty());
-}
 
-TEST_F(TableRequests, DumpIsReadBackBySet)
-{
-    PutRow("ledsTable", 4, {{"Name", "power"}, {"CyclePeriodRepetitions", "-5"}, {"RelativeYPosition", "4294967295"}});
     const auto rows = platform.rows;
-    const std::string dump = Dumped(TextItem(3, "ledsTable"));
-    PutRow("ledsTable", 4, {});
-    EXPECT_EQ(Ask(ReqTableSetSilent, Changes(dump)).result, 0);
-    EXPECT_EQ(platform.rows, rows);
+    PutRow("ledsTable", 1, {});
+    EXPECT_EQ(Ask(ReqTableSetSilent, Changes(leds)).result, 0);
+    EXPECT_TRUE(platform.rows == rows) << "a dump is read back by a set";
 }
 
-TEST_F(TableRequests, DumpThatFailsLeavesNoFile)
-{
-    const std::string good = TextItem(3, kIp);
-    const struct
-    {
-        int result;
-        const char* why;
-        std::vector<std::string> payloads;
-    } kCases[] = {
-        {2, "no item, a lone item header", {"", RawItem(3, "")}},
-        {1, "no table behind a table", {good + TextItem(3, "noSuchTable"), good + TextItem(3, "webHttpPort")}},
-        {2, "a broken name or item", {good + RawItem(3, kIp), good + "\x03\x00\xFF\x00"s}},
-    };
-    for (const auto& c : kCases)
-        for (const std::string& payload : c.payloads)
-        {
-            ResetPlatform();
-            PutRow(kIp, 1, {});
-            const Answer answer = Ask(ReqTableDump, payload);
-            EXPECT_EQ(answer.returned, c.result) << c.why;
-            EXPECT_EQ(answer.payload, 8u) << c.why;
-            EXPECT_EQ(FilesLike("/tmp/kobd-"), 0u) << c.why;
-        }
-}
-
-TEST_F(TableRequests, DumpToAFullDiskIsRefusedAndRemoved)
+TEST_F(TableRequests, DumpFilesThatCannotBeMadeOrFilledAreRefusedAndRemoved)
 {
     for (int32_t index = 1; index <= 64; ++index) PutRow("ledsTable", index, {});
-    const std::string leds = TextItem(3, "ledsTable");
-    const std::string several = leds + leds + leds + leds + leds + leds + leds + leds;  // about 100 KiB
-    for (const char* size : {"size=64k", "size=4k"})  // full at a write, full at the close
+    const struct
     {
-        ASSERT_EQ(mount("none", "/tmp", "tmpfs", 0, size), 0);
-        const Answer answer = Ask(ReqTableDump, size == "size=4k"s ? leds : several);
+        int (*handler)(MessageHeader*);
+        std::string payload;
+        unsigned long flags;
+        const char* size;
+        const char* why;
+    } kCases[] = {
+        {ReqTableDump, kLeds + kLeds + kLeds + kLeds + kLeds + kLeds + kLeds + kLeds, 0, "size=64k", "full at a write"},
+        {ReqTableDump, kLeds, 0, "size=4k", "full at the close"},
+        {ReqTableDump, kLeds, MS_RDONLY, "", "no file can be made"},
+        {ReqShow, "", 0, "size=4k", "full"},
+        {ReqShow, "", MS_RDONLY, "", "no file can be made"},
+    };
+    for (const auto& c : kCases)
+    {
+        ASSERT_EQ(mount("none", "/tmp", "tmpfs", c.flags, c.size), 0);
+        const Answer answer = Ask(c.handler, c.payload);
         const size_t files = FilesLike("/tmp/kobd-");
         umount("/tmp");
-        EXPECT_EQ(answer.result, 4) << size;
-        EXPECT_EQ(answer.payload, 8u) << size;
-        EXPECT_EQ(files, 0u) << size;
+        EXPECT_EQ(answer.result, 4) << c.why;
+        EXPECT_EQ(answer.payload, 8u) << c.why;
+        EXPECT_EQ(files, 0u) << c.why;
     }
 }
 
@@ -131,46 +112,35 @@ TEST_F(TableRequests, TextsOutsideTheRow)
     EXPECT_TRUE(Dumped(TextItem(3, "SmsTable")) == row(1, longest) + row(2, longest) + row(3, ""))
         << "whole up to what an item can carry, cut there";
     {
-        const NoMemoryForRows none;
-        const Answer answer = Ask(ReqTableDump, TextItem(3, "SmsTable"));
-        EXPECT_EQ(answer.result, 7);
-        EXPECT_EQ(answer.payload, 8u);
+        const MemoryLeft none(-1, 0);
+        EXPECT_EQ(Ask(ReqTableDump, TextItem(3, "SmsTable")).result, 7);
         EXPECT_EQ(FilesLike("/tmp/kobd-"), 0u);
     }
     munmap(text, kSize);
 }
+
 // The configuration may give several rows one index, of which `next` always finds the first.
 TEST_F(TableRequests, DumpEndsWhereRowsShareAnIndex)
 {
-    SKIP_WITHOUT_NAMESPACES();
-    struct Case
+    const struct
     {
-        std::vector<std::string> indexes;  // in the order of the rows
-        size_t rows;                       // in the dump
+        std::vector<int32_t> indexes;  // in the order of the rows
+        size_t rows;                   // in the dump
         const char* why;
+    } kCases[] = {
+        {{1, 1}, 2, "the second row is found from the first, and then only itself"},
+        {{1, 2, 1}, 4, "row 2 comes again before it is noticed"},
+        {{1, 2, 3}, 3, "no index twice: the walk ends by itself"},
+        {{-1}, 2, "an index that asks for the first row again"},
     };
-    const Case cases[] = {
-        {{"1", "1"}, 2, "the second row is found from the first, and then only itself"},
-        {{"1", "2", "1"}, 4, "row 2 comes again before it is noticed"},
-        {{"1", "2", "3"}, 3, "no index twice: the walk ends by itself"},
-        {{"-1"}, 2, "an index that asks for the first row again"},
-    };
-    for (const Case& one : cases)
+    for (const auto& c : kCases)
     {
-        ResetShell();
-        for (size_t i = 0; i < one.indexes.size(); ++i)
-        {
-            const std::string section = "cfg" + std::to_string(i);
-            shell.sections.emplace_back(section, "cellularusim");
-            shell.options["tr069_interface." + section + ".index"] = one.indexes[i];
-        }
-        cellularusimListInit();
-        const std::string items = Dumped(TextItem(kTagTableName, "CellularUSIMTable"));
-        size_t rows = 0;
-        for (size_t at = 0; (at = items.find("CellularUSIMTable", at)) != std::string::npos; ++at) ++rows;
-        EXPECT_EQ(rows, one.rows) << one.why;
+        platform.rows["ledsTable"].clear();
+        for (size_t place = 0; place < c.indexes.size(); ++place)
+            platform.rows["ledsTable"][static_cast<int32_t>(place) + 1] =
+                RowBytes(Table("ledsTable"), c.indexes[place], {});
+        EXPECT_EQ(Dumped(kLeds).size(), c.rows * ItemsOf(Table("ledsTable"), platform.rows["ledsTable"][1]).size())
+            << c.why;
     }
-    ResetShell();
-    cellularusimListInit();
 }
 }  // namespace kobd::test

@@ -1,6 +1,7 @@
 // Rows and change files for tests of the table requests.
 #include "tests/tables/table_rows.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <fstream>
@@ -45,12 +46,11 @@ std::string Field(std::string_view table, int32_t index, std::string_view column
     return row != rows.end() ? FieldOf(row->second, *definition) : "no row";
 }
 
-std::string RowItems(std::string_view table, int32_t index, const Fields& fields)
+std::string ItemsOf(const TableDef& table, const std::string& row)
 {
-    const std::string row = RowBytes(Table(table), index, fields);
-    std::string items = Row(table, index);
-    for (uint32_t i = 0; i < Table(table).column_count; ++i)
-        items += Column(Table(table).columns[i].name, FieldOf(row, Table(table).columns[i]));
+    std::string items = Row(table.name, RowIndex(row.data()));
+    for (uint32_t i = 0; i < table.column_count; ++i)
+        items += Column(table.columns[i].name, FieldOf(row, table.columns[i]));
     return items;
 }
 
@@ -66,6 +66,14 @@ Lines CallsButReads()
     for (const std::string& call : platform.calls)
         if (!call.starts_with("get ") && !call.starts_with("next ")) calls.push_back(call);
     return calls;
+}
+
+bool NothingLeft()
+{
+    const auto pending = [](const TableDef& table) { return table.pending->first != nullptr; };
+    const auto staged = [](const ObjDef& object) { return object.staged->text != nullptr; };
+    return std::none_of(kTables.begin(), kTables.end(), pending) &&
+           std::none_of(kObjects.begin(), kObjects.end(), staged);
 }
 
 void TableRequests::SetUp()

@@ -30,9 +30,8 @@ void PutRow(std::string_view table, int32_t index, const Fields& fields);
 // The text of a field of a row there; "no row" or "no column" otherwise.
 std::string Field(std::string_view table, int32_t index, std::string_view column);
 
-// The items that answer for a row: name, index, columns in order; fields that are not given are
-// those of a row of zeros.
-std::string RowItems(std::string_view table, int32_t index, const Fields& fields);
+// The items that answer for a row: name, index, columns in order.
+std::string ItemsOf(const TableDef& table, const std::string& row);
 
 // Writes the bytes to a file and names it as a set request does.
 inline constexpr char kChangeFile[] = "/tmp/changes";
@@ -40,6 +39,9 @@ std::string Changes(std::string_view bytes);
 
 // Calls of the platform apart from reads.
 Lines CallsButReads();
+
+// Whether no row of any table is pending, and no value of any object staged.
+bool NothingLeft();
 
 class TableRequests : public testing::Test
 {

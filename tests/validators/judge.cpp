@@ -17,36 +17,29 @@ size_t NextLine(const std::string& output, size_t from)
 }
 }  // namespace
 
-std::vector<std::string> LogLines(const std::string& output)
+Words LogLines(const std::string& output)
 {
-    std::vector<std::string> lines;
-    for (size_t at = NextLine(output, 0); at < output.size();)
+    Words lines;
+    for (size_t at = NextLine(output, 0), end = at; at < output.size(); at = end)
     {
-        const size_t end = NextLine(output, at + 1);
+        end = NextLine(output, at + 1);
         const std::string line = output.substr(at + kStamp.size(), end - at - kStamp.size());
-        const size_t bracket = line.find('[');
-        lines.push_back(line.substr(0, bracket) + line.substr(line.find("]: ", bracket) + 1));
-        at = end;
+        lines.push_back(line.substr(0, line.find('[')) + line.substr(line.find("]: ") + 1));
     }
     return lines;
 }
 
-std::vector<char> ExactText(std::string_view text)
+Verdict Judge(std::string_view name, const Arguments& arguments)
 {
-    std::vector<char> block(text.begin(), text.end());
-    block.push_back('\0');
-    block.shrink_to_fit();
-    return block;
-}
-
-std::string Judge(const Check& check, std::string_view text)
-{
-    const std::vector<char> exact = ExactText(text);
-    OutputCapture output;
-    std::string verdict = std::to_string(check.function(exact.data()));
-    const std::string own = std::string(check.name) + ": ";
-    for (const std::string& line : LogLines(output.Text()))
-        verdict += "|" + (line.starts_with(own) ? line.substr(own.size()) : line);
+    OutputCapture capture;
+    Verdict verdict = {ExportedFunctions().at(name).call(arguments), {}, {}};
+    const std::string begin = std::string(name) + ": ";
+    for (const std::string& line : LogLines(capture.Text()))
+    {
+        const bool own = line.starts_with(begin);
+        verdict.lines.push_back(own ? line.substr(begin.size()) : line);
+        if (own) verdict.own.push_back(verdict.lines.back());
+    }
     return verdict;
 }
 }  // namespace kobd::test

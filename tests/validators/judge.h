@@ -1,34 +1,18 @@
-// What a check says about a text: its code and the lines it writes.
+// What an exported function answers, and the lines it writes.
 #pragma once
 
-#include <string>
-#include <string_view>
-#include <vector>
+#include "tests/validators/exported_functions.h"
 
 namespace kobd::test
 {
-enum : int
+struct Verdict : Outcome
 {
-    kTakes = 0,
-    kRefuses = 2,
+    Words lines;  // log messages in their order; another function's begins with its name and ": "
+    Words own;    // only those of the function itself
 };
 
-struct Check
-{
-    const char* name;
-    int (*function)(const char*);
-};
-#define CHECK(function) \
-    Check { #function, function }
+// The lines of a log, "function: message" each. A message may have line ends of its own.
+Words LogLines(const std::string& output);
 
-// A text from outside, in a heap block of exactly its size, so that the sanitizers see every byte
-// read beside it.
-std::vector<char> ExactText(std::string_view text);
-
-// The code in decimal, then the log messages in their order, each behind a "|". A message under
-// another name than the check's begins with that name and ": ".
-std::string Judge(const Check& check, std::string_view text);
-
-// The lines of a log, "function: message" each; a message may have line ends of its own.
-std::vector<std::string> LogLines(const std::string& output);
+Verdict Judge(std::string_view name, const Arguments& arguments);
 }  // namespace kobd::test

@@ -1,7 +1,7 @@
 // Random changes of bytes.
-#include "tests/mutated.h"
+#include "fuzz/mutated.h"
 
-namespace kobd::test
+namespace kobd::fuzz
 {
 std::string Mutated(std::string payload, std::mt19937& random)
 {
@@ -15,4 +15,4 @@ std::string Mutated(std::string payload, std::mt19937& random)
         }
     return payload;
 }
-}  // namespace kobd::test
+}  // namespace kobd::fuzz
