@@ -1,16 +1,15 @@
 // The shell runners: everything a command prints, and no more waiting than it deserves.
 #include "platform/shell.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
 #include <string>
 #include <vector>
+
+#include "tests/host/in_child.h"
 
 namespace kobd::test
 {
@@ -26,22 +25,12 @@ struct Printed
 Printed Run(int (*runner)(const char*, char*, size_t), const std::string& command, size_t size = 4096)
 {
     std::vector<char> output(size, 'x');
-    Printed printed;
-    printed.status = runner(command.c_str(), output.data(), size);
-    printed.text = output.data();
-    return printed;
+    const int status = runner(command.c_str(), output.data(), size);
+    return {status, output.data()};
 }
 
 Printed All(const std::string& command, size_t size = 4096) { return Run(shell_cmd_return_file_all, command, size); }
 Printed Line(const std::string& command, size_t size = 4096) { return Run(shell_cmd_return_str, command, size); }
-
-double Seconds(void (*action)())
-{
-    const auto start = std::chrono::steady_clock::now();
-    action();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-}  // namespace
 
 TEST(Shell, TakesWhatACommandPrints)
 {
@@ -61,6 +50,7 @@ TEST(Shell, TakesWhatACommandPrints)
         {"no-such-command-here 2>/dev/null", 127, "", ""},
         {"kill -9 $$", -1, "", ""},
         {"echo one | cat; echo two", 0, "one\ntwo\n", "one"},
+        {"echo out; exec >&-; sleep 0.3; exit 4", 4, "out\n", "out"},
     };
     for (const auto& one : kCases)
     {
@@ -84,36 +74,27 @@ TEST(Shell, KeepsWhatFitsAndReadsTheRest)
     EXPECT_EQ(much.text.size(), 4095u);
 }
 
-TEST(Shell, DoesNotWaitForWhatACommandLeavesRunning)
+TEST(Shell, WaitsForNothingThatACommandLeavesRunningAndEndsOneThatIsStuck)
 {
-    const double seconds = Seconds(
-        []
-        {
-            const Printed printed = All("sleep 5 & echo started");
-            EXPECT_EQ(printed.text, "started\n");
-            EXPECT_EQ(printed.status, 0);
-        });
-    EXPECT_LT(seconds, 4);
-}
-
-TEST(Shell, WaitsForACommandThatClosesItsOutputEarly)
-{
-    const Printed printed = All("echo out; exec >&-; sleep 0.3; exit 4");
-    EXPECT_EQ(printed.text, "out\n");
-    EXPECT_EQ(printed.status, 4);
-}
-
-TEST(Shell, EndsACommandThatIsStuck)
-{
-    const double seconds = Seconds(
-        []
-        {
-            const Printed printed = All("echo out; exec >&-; sleep 60 & wait");
-            EXPECT_EQ(printed.text, "");
-            EXPECT_EQ(printed.status, -1);
-        });
-    EXPECT_GT(seconds, 9);
-    EXPECT_LT(seconds, 20);
+    const struct
+    {
+        const char* command;
+        int status;
+        const char* text;
+        double least, most;  // seconds
+    } kCases[] = {
+        {"sleep 5 2>/dev/null & echo started", 0, "started\n", 0, 4},
+        {"echo out; exec >&-; sleep 60 2>/dev/null & wait", -1, "", 9, 19},
+    };
+    for (const auto& one : kCases)
+    {
+        const auto start = std::chrono::steady_clock::now();
+        const Printed printed = All(one.command);
+        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - start;
+        EXPECT_EQ(printed.status, one.status);
+        EXPECT_EQ(printed.text, one.text);
+        EXPECT_TRUE(seconds.count() >= one.least && seconds.count() < one.most) << seconds.count();
+    }
 }
 
 TEST(Shell, WorksWithChildSignalsIgnoredAndBlocked)
@@ -136,11 +117,11 @@ TEST(Shell, WorksWithChildSignalsIgnoredAndBlocked)
 TEST(Shell, LeaksNoDescriptors)
 {
     const std::string before = All("ls /proc/self/fd | wc -l").text;
-    const int first_free = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    const int first_free = dup(STDERR_FILENO);
     close(first_free);
     for (int i = 0; i < 20; ++i) All("echo x");
-    EXPECT_EQ(All("ls /proc/self/fd | wc -l").text, before);
-    const int next_free = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    EXPECT_EQ(All("ls /proc/self/fd | wc -l").text, before) << "of a child";
+    const int next_free = dup(STDERR_FILENO);
     close(next_free);
     EXPECT_EQ(next_free, first_free);
 }
@@ -148,24 +129,19 @@ TEST(Shell, LeaksNoDescriptors)
 // The limit binds no privileged process, so that a child gives its privileges up first.
 TEST(Shell, SaysWhenNoProcessCanBeStarted)
 {
-    if (geteuid() != 0) GTEST_SKIP() << "needs root to become somebody else";
-    constexpr uid_t kNobody = 65534;
-    const pid_t child = fork();
-    if (child == 0)
+    constexpr int kNoLimit = 98;
+    const auto run_without_processes = []
     {
         const rlimit none = {0, 0};
-        if (setrlimit(RLIMIT_NPROC, &none) != 0 || setuid(kNobody) != 0) _exit(2);
-        const pid_t other = fork();
-        if (other == 0) _exit(0);
-        if (other > 0) _exit(3);  // the limit does not bind here
+        if (setrlimit(RLIMIT_NPROC, &none) != 0) return kNoLimit;
+        if (const pid_t other = fork(); other >= 0) _exit(other == 0 ? 0 : kNoLimit);
         const Printed all = All("echo x");
         const Printed line = Line("echo x");
-        _exit(all.status == -1 && all.text.empty() && line.status == -1 && line.text.empty() ? 0 : 1);
-    }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    ASSERT_TRUE(WIFEXITED(status));
-    if (WEXITSTATUS(status) >= 2) GTEST_SKIP() << "processes cannot be limited here";
-    EXPECT_EQ(WEXITSTATUS(status), 0) << "-1 and the empty text";
+        return all.status == -1 && all.text.empty() && line.status == -1 && line.text.empty() ? 0 : 1;
+    };
+    const int result = InChild(kNobody, run_without_processes);
+    if (result == kNotThatUser || result == kNoLimit) GTEST_SKIP() << "processes cannot be limited here";
+    EXPECT_EQ(result, 0) << "-1 and the empty text";
 }
+}  // namespace
 }  // namespace kobd::test
