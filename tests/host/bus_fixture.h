@@ -25,12 +25,11 @@ inline constexpr uint16_t kAnnounce = 3;  // sends ten notifications, then answe
 inline constexpr int kAnnouncements = 10;
 
 inline std::atomic<int> handled = 0;
-inline std::atomic<int> reply_code = -1;
 
 inline int Echo(MessageHeader* message)
 {
     ++handled;
-    return reply_code = MessageSendReply(message);
+    return MessageSendReply(message);
 }
 
 inline int Mute(MessageHeader*)

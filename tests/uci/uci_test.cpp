@@ -3,8 +3,9 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <initializer_list>
 #include <sstream>
+#include <string>
+#include <utility>
 
 #include "platform/shell.h"
 #include "tests/namespaces.h"
@@ -14,12 +15,6 @@ namespace kobd::test
 {
 namespace
 {
-struct Step
-{
-    std::string command;
-    std::string printed;
-};
-
 class Uci : public testing::Test
 {
 protected:
@@ -40,42 +35,58 @@ protected:
         const int status = shell_cmd_return_file_all(line.c_str(), output, sizeof output);
         return status == 0 ? output : output + (" (" + std::to_string(status) + ")");
     }
-    static void Replay(std::initializer_list<Step> steps)
-    {
-        for (const Step& step : steps) EXPECT_EQ(Run(step.command), step.printed) << step.command;
-    }
 };
 
-TEST_F(Uci, StoresAndPrintsEntries)
+TEST_F(Uci, KeepsAndPrintsWhatItIsGiven)
 {
-    Replay({
+    const std::string text = "'; touch x; '$(id)\n\"\\ `id` \r\ttab = # end\n\nend\n";
+    std::string quoted;
+    for (const char c : text) quoted += c == '\'' ? "'\\''" : std::string(1, c);
+    const std::pair<std::string, std::string> kSession[] = {
         {"uci -X show net", "uci: net: no such configuration\n (1)"},
         {"uci set net.lan=interface", ""},
         {"uci -X show net", "net.lan=interface\n"},
-        {"uci set net.lan.ip=10.0.0.1", ""},
-        {"uci set net.lan.X_A_Status.Cell_ID=7", ""},
-        {"uci set net.wan.mtu='1500'", ""},
-        {"uci set net.lan.mask=255.0.0.0", ""},
+        {"uci set net.lan.ip=10.0.0.1; uci set net.lan.X_A_Status.Cell_ID=7; uci set net.wan.mtu='1500'", ""},
         {"uci -X show net",
-         "net.lan=interface\nnet.lan.ip='10.0.0.1'\nnet.lan.X_A_Status.Cell_ID='7'\nnet.lan.mask='255.0.0.0'\n"
-         "net.wan=net\nnet.wan.mtu='1500'\n"},
+         "net.lan=interface\nnet.lan.ip='10.0.0.1'\nnet.lan.X_A_Status.Cell_ID='7'\nnet.wan=net\nnet.wan.mtu='1500'\n"},
         {"uci -q get net.lan.X_A_Status.Cell_ID", "7\n"},
         {"uci get net.lan", "interface\n"},
         {"uci get net.lan.ip.x", "uci: net.lan.ip.x: no such entry\n (1)"},
         {"uci -q get net.lan.missing", " (1)"},
         {"uci -q get other.lan.ip", " (1)"},
-        {"uci set net.lan.ip=10.0.0.2", ""},
-        {"uci get net.lan.ip", "10.0.0.2\n"},
-        {"uci set net.lan.ip=''", ""},
-        {"uci -q get net.lan.ip", " (1)"},
-        {"uci delete net.lan.mask", ""},
-        {"uci delete net.lan.mask", "uci: net.lan.mask: no such entry\n (1)"},
-        {"uci set net.lan2.ip=1", ""},
-        {"uci delete net.lan", ""},
-        {"uci -X show net", "net.wan=net\nnet.wan.mtu='1500'\nnet.lan2=net\nnet.lan2.ip='1'\n"},
+        {"uci set net.lan.ip=10.0.0.2; uci get net.lan.ip", "10.0.0.2\n"},
+        {"uci set net.lan.ip=''; uci -q get net.lan.ip", " (1)"},
+        {"uci delete net.wan.mtu; uci delete net.wan.mtu", "uci: net.wan.mtu: no such entry\n (1)"},
+        {"uci set net.lan2.ip=1; uci delete net.lan", ""},
+        {"uci -X show net", "net.wan=net\nnet.lan2=net\nnet.lan2.ip='1'\n"},
         // The new sections' names alone, each another one.
-        {"for i in $(seq 20); do uci add net x; done | sort -u | grep -cE '^cfg[0-9a-f]{6}$'", "20\n"},
-    });
+        {"for i in $(seq 20); do uci add new x; done | sort -u | grep -cE '^cfg[0-9a-f]{6}$'", "20\n"},
+        // Any text is kept, and no part of it is run.
+        {"uci set text.a.b='" + quoted + "'", ""},
+        {"uci get text.a.b", text + "\n"},
+        {"uci -X show text; test -e x", "text.a=text\ntext.a.b='" + quoted + "'\n (1)"},
+        // What is set is staged until it is committed.
+        {"uci commit none", "uci: cannot commit none: No such file or directory\n (1)"},
+        {"uci commit net && uci commit net && uci set net.lan2.ip=2", ""},
+        {"uci get net.lan2.ip", "2\n"},
+        {"grep ip uci/net uci/net.staged", "uci/net:lan2.ip=1\nuci/net.staged:lan2.ip=2\n"},
+        {"uci commit; grep ip uci/net; ls uci", "lan2.ip=2\nnet\nnew\ntext\n"},
+        // A file that was cut is kept aside, and the older one serves.
+        {"printf 'lan2=net\\nlan2.ip=3\\n' >uci/net.staged", ""},
+        {"uci get net.lan2.ip 2>&1 | sed 's/-[0-9]*$/-TIME/; s|/tmp/uci-state/uci/||g'",
+         "uci: net.staged is damaged, kept as net.staged.damaged-TIME\n2\n"},
+        {"uci get net.lan2.ip; ls uci | grep -c damaged", "2\n1\n"},
+        // What cannot be written changes nothing.
+        {"mkdir uci/net.staged.new", ""},
+        {"uci set net.lan2.ip=4", "uci: cannot write /tmp/uci-state/uci/net.staged: Is a directory\n (1)"},
+        {"uci add net x 2>/dev/null | wc -l", "0\n"},
+        {"uci get net.lan2.ip", "2\n"},
+        {"{ uci get net.lan2.ip >/dev/full; }", "uci: get: cannot write the output\n (1)"},
+        // Callers at the same time lose nothing.
+        {"for n in 1 2 3 4; do (for i in $(seq 10); do uci set all.s$n.o$i=$n$i; done) & done; wait", ""},
+        {"uci -X show all | grep -c =", "44\n"},
+    };
+    for (const auto& [command, printed] : kSession) EXPECT_EQ(Run(command), printed) << command;
 }
 
 TEST_F(Uci, RefusesWhatIsNoNameOrCommand)
@@ -91,59 +102,6 @@ TEST_F(Uci, RefusesWhatIsNoNameOrCommand)
         EXPECT_TRUE(printed.ends_with("\n (1)") && printed.size() > 10) << command << ": " << printed;
     }
     EXPECT_EQ(Run("ls uci"), "") << "nothing was stored";
-}
-
-TEST_F(Uci, KeepsAnyTextUnchanged)
-{
-    const std::string text = "'; touch /tmp/x; '$(id)\n\"\\ `id` \r\ttab = # end\n\nend\n";
-    std::string quoted;
-    for (const char c : text) quoted += c == '\'' ? "'\\''" : std::string(1, c);
-    Replay({
-        {"uci set net.lan.text='" + quoted + "'", ""},
-        {"uci get net.lan.text", text + "\n"},
-        {"uci -X show net", "net.lan=net\nnet.lan.text='" + quoted + "'\n"},
-        {"test -e /tmp/x", " (1)"},
-    });
-}
-
-TEST_F(Uci, WhatIsSetIsStagedUntilItIsCommitted)
-{
-    Replay({
-        {"uci commit net", "uci: cannot commit net: No such file or directory\n (1)"},
-        {"uci set net.lan.ip=1 && uci commit net && uci commit net", ""},
-        {"uci set net.lan.ip=2 && uci set ppp.x.y=1", ""},
-        {"uci get net.lan.ip", "2\n"},  // later calls see what is staged
-        {"grep ip uci/net uci/net.staged", "uci/net:lan.ip=1\nuci/net.staged:lan.ip=2\n"},
-        {"uci commit", ""},
-        {"grep ip uci/net", "lan.ip=2\n"},
-        {"ls uci", "net\nppp\n"},
-    });
-}
-
-TEST_F(Uci, ADamagedFileIsKeptAsideAndWhatCannotBeWrittenChangesNothing)
-{
-    Replay({
-        {"uci set net.lan.ip=1 && uci commit net", ""},
-        {"printf 'lan=net\\nlan.ip=2\\n' >uci/net.staged", ""},  // cut: its last line is missing
-        {"uci get net.lan.ip 2>&1 | sed 's/-[0-9]*$/-TIME/; s|/tmp/uci-state/uci/||g'",
-         "uci: net.staged is damaged, kept as net.staged.damaged-TIME\n1\n"},
-        {"ls uci | sed 's/-[0-9]*$/-TIME/'", "net\nnet.staged.damaged-TIME\n"},
-        {"uci get net.lan.ip", "1\n"},
-        {"mkdir uci/net.staged.new", ""},
-        {"uci set net.lan.ip=2", "uci: cannot write /tmp/uci-state/uci/net.staged: Is a directory\n (1)"},
-        {"uci add net x 2>/dev/null | wc -l", "0\n"},  // no name of what was not added
-        {"uci get net.lan.ip", "1\n"},
-        {"{ uci get net.lan.ip >/dev/full; }", "uci: get: cannot write the output\n (1)"},
-    });
-}
-
-TEST_F(Uci, CallersAtTheSameTimeLoseNothing)
-{
-    const std::string set = "for i in 0 1 2 3 4 5 6 7 8 9; do uci set net.s$n.o$i=$n$i; done";
-    Replay({
-        {"for n in 1 2 3 4; do ( " + set + " ) & done; wait", ""},
-        {"uci -X show net | grep -c =", "44\n"},  // four sections with ten options
-    });
 }
 
 TEST_F(Uci, ACallerThatIsKilledLeavesAWholeFile)
