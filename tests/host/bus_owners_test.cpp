@@ -83,15 +83,17 @@ TEST_F(BusQueues, AKilledListenersQueueGoesAndALivingOnesStays)
     BusClientClose(&living);
 }
 
-TEST_F(Bus, AChildOpensAConnectionOfItsOwn)
+TEST_F(Bus, AChildOpensAConnectionOfItsOwnAndItsWaitsEnd)
 {
     const auto use = [this]
     {
         if (Call(Message(kEcho)) != 9 || BusClientReceive(&client_, reply_.Header(), 0) != 9) return 1;
         BusClientClose(&client_);
-        return BusClientOpen(&client_) == 0 && Call(Message(kEcho)) == 0 ? 0 : 3;
+        if (BusClientOpen(&client_) != 0 || Call(Message(kEcho)) != 0) return 2;
+        return BusClientReceive(&client_, reply_.Header(), 50) == 8 ? 0 : 3;
     };
-    EXPECT_EQ(InChild(geteuid(), use), 0);
+    EXPECT_EQ(BusClientReceive(&client_, reply_.Header(), 1), 8) << "from here on a thread ends the waits";
+    EXPECT_EQ(InChild(geteuid(), use), 0) << "the child has none of it";
     ExpectServing("the parent's connection");
 }
 

@@ -39,19 +39,10 @@ TEST_F(Bus, AModuleHasOneOwnerAndAConnectionOutlivesIt)
 TEST_F(Bus, ACallWithoutAnAnswerEnds)
 {
     const std::string semaphores = FileText("/proc/sysvipc/sem");
-    const struct
-    {
-        uint16_t id;
-        uint32_t module;
-        int code;
-        const char* why;
-    } cases[] = {
-        {kMute, kModuleKobd, 8, "the handler sends no reply"},
-        {99, kModuleKobd, 8, "no handler for it"},
-        {kEcho, kModuleForward, 3, "nobody has that module"},
-        {kEcho, 0, 3, "the address that is no module's"},
-    };
-    for (const auto& one : cases) EXPECT_EQ(Call(Message(one.id, "", one.module), 50), one.code) << one.why;
+    EXPECT_EQ(Call(Message(kMute), 50), 8) << "the handler sends no reply";
+    EXPECT_EQ(Call(Message(99), 50), 8) << "no handler for it";
+    EXPECT_EQ(Call(Message(kEcho, "", kModuleForward)), 3) << "nobody has that module";
+    EXPECT_EQ(Call(Message(kEcho, "", 0)), 3) << "the address that is no module's";
     EXPECT_EQ(MessageSend(Message(kEcho, "", 0).Header()), 3);
     EXPECT_EQ(FileText("/proc/sysvipc/sem"), semaphores) << "no call takes anything from the system";
     ExpectServing("after calls without an answer");
@@ -136,23 +127,21 @@ TEST_F(Bus, ALateModuleCostsOneBoundAndMissesNothingOnceItReads)
 
 TEST(LateModules, TenSecondsLaterOneThatReadsIsGivenTimeAgain)
 {
-    static uint32_t module = 1;  // another one each time the test is run
-    const struct
+    static uint32_t module = 0;
+    ++module;  // another one each time the test is run
+    const auto left_before = [](int64_t at_ms, int waited_ms, bool arrived)
     {
-        int64_t at_ms;
-        int left;
-        int waited;  // by the message that is sent then
-        bool arrived;
-    } messages[] = {
-        {0, 100, 30, true},   {10, 70, 70, true},  {9999, 0, 0, true},    {10000, 100, 100, false},
-        {30000, 0, 0, false}, {30001, 0, 0, true}, {30002, 100, 0, true},
+        const int left = WaitLeftFor(module, at_ms);
+        NoteMessageTo(module, at_ms, waited_ms, arrived);
+        return left;
     };
-    for (const auto& message : messages)
-    {
-        EXPECT_EQ(WaitLeftFor(module, message.at_ms), message.left) << message.at_ms;
-        NoteMessageTo(module, message.at_ms, message.waited, message.arrived);
-    }
-    ++module;
+    EXPECT_EQ(left_before(0, 30, true), 100);
+    EXPECT_EQ(left_before(10, 70, true), 70);
+    EXPECT_EQ(left_before(9999, 0, true), 0);
+    EXPECT_EQ(left_before(10000, 100, false), 100);
+    EXPECT_EQ(left_before(30000, 0, false), 0) << "it has not read";
+    EXPECT_EQ(left_before(30001, 0, true), 0);
+    EXPECT_EQ(left_before(30002, 0, true), 100);
 }
 
 TEST_F(Bus, AClientThatTakesNoRepliesCostsTheOthersNothing)

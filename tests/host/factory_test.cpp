@@ -133,14 +133,4 @@ TEST_F(Factory, ObjectsThatTellOfAListFollowIt)
     EXPECT_EQ(Object("PortFilterNumberOfEntries"), "2");
     EXPECT_EQ(Object("PortFilterIndexList"), "1,3");
 }
-
-TEST_F(Factory, TextsOutsideTheRowAreRead)
-{
-    const Texts texts = Fields("SmsTable", "Content");
-    ASSERT_EQ(texts.size(), 4u);
-    EXPECT_NE(texts[1].find("\xC3\xA9"), std::string::npos) << texts[1];
-    EXPECT_NE(texts[2].find('\n'), std::string::npos) << texts[2];
-    LoadState();
-    EXPECT_EQ(Fields("SmsTable", "Content"), texts) << "and again after loading once more";
-}
 }  // namespace kobd::test
