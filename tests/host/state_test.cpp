@@ -44,9 +44,13 @@ TEST_F(StateTest, EndOfALongerTextDoesNotStayBehindAShorterOne)
         strcpy(password, text);
         ASSERT_EQ(Table("usersTable").ops->set(1, row.data()), 0);
     }
+    const Block kept = GetRow("usersTable", 1);
+    const char* now = kept.data() + Column("usersTable", "Password").offset;
+    EXPECT_EQ(std::string(now, 256), "new" + std::string(253, '\0'));
     ASSERT_EQ(update_config(), 0);
-    EXPECT_EQ(Sql("SELECT value FROM cells WHERE list='usersTable' AND number=1 AND field IN ('', 'Password')"),
-              "\nnew\n");
+    EXPECT_EQ(Sql("SELECT length(CAST(value AS BLOB)) FROM cells WHERE list='usersTable' AND number=1"
+                  " AND field IN ('', 'Password')"),
+              "0\n3\n");
 }
 
 TEST_F(StateTest, CommittedIsKeptAndUncommittedIsLost)
