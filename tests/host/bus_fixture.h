@@ -25,14 +25,11 @@ inline constexpr uint16_t kAnnounce = 3;  // sends ten notifications, then answe
 inline constexpr int kAnnouncements = 10;
 
 inline std::atomic<int> handled = 0;
-inline std::atomic<int> last_length = -1;
-inline std::atomic<int> reply_code = -1;
 
 inline int Echo(MessageHeader* message)
 {
     ++handled;
-    last_length = message->length;
-    return reply_code = MessageSendReply(message);
+    return MessageSendReply(message);
 }
 
 inline int Mute(MessageHeader*)
@@ -58,7 +55,7 @@ inline const MsgHandler kTable[] = {{"Echo", Code(kEcho), Echo},
 
 struct Message
 {
-    Message(uint16_t id, const std::string& payload = "", uint32_t module = kModuleKobd)
+    explicit Message(uint16_t id = 0, const std::string& payload = "", uint32_t module = kModuleKobd)
     {
         Header()->destination = module;
         Header()->message_class = kClassRequest;
@@ -84,43 +81,47 @@ inline int SendRaw(Message& message, size_t size, int64_t reply_queue)
     return msgsnd(ModuleQueue(kModuleKobd, false), &raw, size, 0);
 }
 
+// A client alone.
 class BusQueues : public testing::Test
-{
-protected:
-    void SetUp() override { SKIP_WITHOUT_NAMESPACES(); }
-};
-
-class Bus : public BusQueues
 {
 protected:
     void SetUp() override
     {
         SKIP_WITHOUT_NAMESPACES();
         handled = 0;
-        last_length = reply_code = -1;
         MessageProccessRegister(kTable);
-        ASSERT_EQ(Join(kModuleKobd), 0);
         ASSERT_EQ(BusClientOpen(&client_), 0);
     }
     void TearDown() override
     {
         if (!own_namespaces) return;
         BusClientClose(&client_);
-        MessageDestroy();
+        MessageDestroy();  // harmless where nothing was joined
     }
 
-    int Call(Message& request, int timeout_ms = 5000)
+    int Call(Message request, int timeout_ms = 5000)
     {
         return BusClientCall(&client_, request.Header(), reply_.Header(), timeout_ms);
     }
     void ExpectServing(const char* why)
     {
-        Message request(kEcho, "still there");
-        EXPECT_EQ(Call(request), 0) << why;
+        EXPECT_EQ(Call(Message(kEcho, "still there")), 0) << why;
         EXPECT_EQ(reply_.Payload(), "still there") << why;
     }
 
     BusClient client_;
-    Message reply_{0};
+    Message reply_;
+};
+
+// A client of a daemon.
+class Bus : public BusQueues
+{
+protected:
+    void SetUp() override
+    {
+        BusQueues::SetUp();
+        if (!own_namespaces) return;
+        ASSERT_EQ(Join(kModuleKobd), 0);
+    }
 };
 }  // namespace kobd::test

@@ -1,40 +1,36 @@
 // Whose queues and semaphores are used and removed: of killed clients, of children, of other users.
 #include <sys/sem.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <functional>
-#include <thread>
 
-#include "host/bus/bus.h"
 #include "tests/host/bus_fixture.h"
+#include "tests/host/in_child.h"
 
 namespace kobd::test
 {
-// Runs in a child, as this user, and dies there as one that was killed: nothing is given back.
-int InChild(uid_t user, const std::function<int()>& work)
+namespace
 {
-    const pid_t child = fork();
-    if (child == 0) _exit(user == geteuid() || setresuid(user, user, user) == 0 ? work() : 2);
-    int status = -1;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+// Puts a message into the queue: a reply to the client whose queue is named.
+bool Put(int queue, int named)
+{
+    QueueMessage message;
+    message.type = 1;
+    BusHeader header{};
+    header.reply_queue = named + 1;
+    memcpy(message.bytes, &header, sizeof header);
+    return msgsnd(queue, &message, sizeof header, 0) == 0;
 }
 
-constexpr uid_t kNobody = 65534;
+bool Take(int queue)
+{
+    QueueMessage message;
+    return msgrcv(queue, &message, sizeof message.bytes, 0, 0) > 0;
+}
+}  // namespace
+
 // What was left behind, and whether it is removed. A queue is made under the key of the child that dies then.
 TEST_F(BusQueues, OnlyWhatAClientCertainlyLeftIsRemoved)
 {
-    const auto put = [](int queue, int named)  // a reply to the client whose queue is named
-    {
-        QueueMessage message;
-        message.type = 1;
-        BusHeader header{};
-        header.reply_queue = named + 1;
-        memcpy(message.bytes, &header, sizeof header);
-        return msgsnd(queue, &message, sizeof header, 0) == 0;
-    };
     const struct
     {
         const char* what;
@@ -59,18 +55,16 @@ TEST_F(BusQueues, OnlyWhatAClientCertainlyLeftIsRemoved)
         ASSERT_EQ(pipe(channel), 0);
         const auto leave = [&]
         {
-            QueueMessage message;
             const int queue = msgget(ClientKey(getpid() + one.beside, 7), IPC_CREAT | IPC_EXCL | one.mode);
-            const bool left =
-                (!one.received || (put(queue, queue) && msgrcv(queue, &message, sizeof message.bytes, 0, 0) > 0)) &&
-                (!one.replied || put(queue, queue)) && (!one.strange || put(queue, queue + 1));
+            const bool left = (!one.received || (Put(queue, queue) && Take(queue))) &&
+                              (!one.replied || Put(queue, queue)) && (!one.strange || Put(queue, queue + 1));
             return left && write(channel[1], &queue, sizeof queue) > 0 ? 0 : 1;
         };
         const int result = InChild(one.user, leave);
         int queue = -1;
         if (result == 0 && read(channel[0], &queue, sizeof queue) < 0) queue = -1;
         ReclaimQueues();
-        EXPECT_TRUE(queue >= 0 || result == 2) << one.what;
+        EXPECT_TRUE(queue >= 0 || result == kNotThatUser) << one.what;
         EXPECT_EQ(msgctl(queue, IPC_RMID, nullptr) == 0, !one.goes && queue >= 0) << one.what;
         for (const int end : channel) close(end);
     }
@@ -89,16 +83,17 @@ TEST_F(BusQueues, AKilledListenersQueueGoesAndALivingOnesStays)
     BusClientClose(&living);
 }
 
-TEST_F(Bus, AChildOpensAConnectionOfItsOwn)
+TEST_F(Bus, AChildOpensAConnectionOfItsOwnAndItsWaitsEnd)
 {
     const auto use = [this]
     {
-        Message request(kEcho);
-        if (Call(request) != 9 || BusClientReceive(&client_, reply_.Header(), 0) != 9) return 1;
+        if (Call(Message(kEcho)) != 9 || BusClientReceive(&client_, reply_.Header(), 0) != 9) return 1;
         BusClientClose(&client_);
-        return BusClientOpen(&client_) == 0 && Call(request) == 0 ? 0 : 3;
+        if (BusClientOpen(&client_) != 0 || Call(Message(kEcho)) != 0) return 2;
+        return BusClientReceive(&client_, reply_.Header(), 50) == 8 ? 0 : 3;
     };
-    EXPECT_EQ(InChild(geteuid(), use), 0);
+    EXPECT_EQ(BusClientReceive(&client_, reply_.Header(), 1), 8) << "from here on a thread ends the waits";
+    EXPECT_EQ(InChild(geteuid(), use), 0) << "the child has none of it";
     ExpectServing("the parent's connection");
 }
 
@@ -113,11 +108,11 @@ TEST_F(BusQueues, ASemaphoreWithoutAProcessBehindItKeepsNobodyOut)
     };
     for (const uid_t user : {geteuid(), kNobody})
     {
-        if (InChild(user, plant) == 2) continue;
+        if (InChild(user, plant) == kNotThatUser) continue;
         BusClient module;
         BusClient second;
-        ASSERT_EQ(BusClientJoin(&module, kModuleServices), 0) << user;
         msqid_ds state = {};
+        ASSERT_EQ(BusClientJoin(&module, kModuleServices), 0) << user;
         ASSERT_EQ(msgctl(module.queue, IPC_STAT, &state), 0);
         EXPECT_TRUE(IsOurs(state.msg_perm));
         EXPECT_EQ(BusClientJoin(&second, kModuleServices), 9) << "a living process is behind it";
@@ -136,8 +131,7 @@ TEST_F(Bus, NothingIsSentWhereAnotherUserListens)
             return 0;
         };
         if (InChild(kNobody, listen) != 0) GTEST_SKIP() << "no second user here";
-        Message event(kEcho, "secret", kModuleNotify);
-        EXPECT_EQ(MessageSend(event.Header()), 3) << given;
+        EXPECT_EQ(MessageSend(Message(kEcho, "secret", kModuleNotify).Header()), 3) << given;
         EXPECT_EQ(msgctl(msgget(key, 0), IPC_RMID, nullptr), 0);
     }
 }
@@ -145,32 +139,25 @@ TEST_F(Bus, NothingIsSentWhereAnotherUserListens)
 TEST_F(BusQueues, RootAndADaemonOfAnotherUserHearEachOther)
 {
     BusClient listener;
-    BusClient client;
     ASSERT_EQ(BusClientJoin(&listener, kModuleNotify), 0) << "before there is a daemon";
     const pid_t child = fork();
     if (child == 0)
     {
-        MessageProccessRegister(kTable);
-        if (setresuid(kNobody, kNobody, kNobody) != 0 || MessageInitialize(kModuleKobd) != 0) _exit(2);
+        if (setresuid(kNobody, kNobody, kNobody) != 0 || MessageInitialize(kModuleKobd) != 0) _exit(kNotThatUser);
         for (;;) pause();
     }
     if (AwaitModule(kModuleKobd))
     {
-        Message message(0);
-        Message request(kAnnounce, "to root");
-        EXPECT_EQ(BusClientReceive(&listener, message.Header(), 1), 8) << "it finds the daemon while it waits";
-        ASSERT_EQ(BusClientOpen(&client), 0);
-        EXPECT_EQ(BusClientCall(&client, request.Header(), message.Header(), 5000), 0);
-        EXPECT_EQ(message.Payload(), "to root");
-        EXPECT_EQ(BusClientReceive(&listener, message.Header(), 1000), 0);
+        EXPECT_EQ(BusClientReceive(&listener, reply_.Header(), 1), 8) << "it finds the daemon while it waits";
+        EXPECT_EQ(Call(Message(kAnnounce, "to root")), 0);
+        EXPECT_EQ(reply_.Payload(), "to root");
+        EXPECT_EQ(BusClientReceive(&listener, reply_.Header(), 1000), 0);
     }
     kill(child, SIGKILL);
     int status = 0;
     waitpid(child, &status, 0);
-    BusClientClose(&client);
     BusClientClose(&listener);
     if (WIFEXITED(status)) GTEST_SKIP() << "no second user here";
-    EXPECT_EQ(BusClientJoin(&client, kModuleKobd), 0) << "what the other user's daemon left";
-    BusClientClose(&client);
+    EXPECT_EQ(Join(kModuleKobd), 0) << "what the other user's daemon left";
 }
 }  // namespace kobd::test

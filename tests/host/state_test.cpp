@@ -1,117 +1,87 @@
 // The database of the state folder: what was committed comes back byte for byte, and nothing else is written.
-#include <gtest/gtest.h>
-
 #include <cstring>
-#include <map>
 #include <random>
 
-#include "host/tables/row_cells.h"
-#include "platform/kob_platform.h"
-#include "tests/host/state_fixture.h"
+#include "tests/host/host_state.h"
 
 namespace kobd::test
 {
 namespace
 {
+using StateTest = HostState;
+
 TEST_F(StateTest, AnyBytesOfEveryKeptTableComeBack)
 {
     std::mt19937 random(7);
-    std::map<std::string, std::vector<std::vector<char>>> before;
     for (List& list : AllLists())
-    {
-        if (!list.kept) continue;
-        const auto number = static_cast<size_t>(&list - AllLists().data());
-        for (int i = 0; i < 3; ++i)
+        for (int kind = 0; list.kept && kind < 3; ++kind)
         {
+            const auto number = static_cast<size_t>(&list - AllLists().data());
             int32_t index = 0;
             if (ListAdd(number, &index) != 0) index = IndexOf(list.rows.Rows().back());
-            std::vector<char> row(list.rows.RowSize());
             // All bytes, some bytes among zeros, and texts that fill their field to the last byte.
+            Block row(list.rows.RowSize());
             for (char& byte : row)
-                byte = i == 0 || (i == 1 && random() % 50 == 0) ? static_cast<char>(random())
-                       : i == 2                                 ? static_cast<char>("a\n\\=#[] \r"[random() % 9])
-                                                                : '\0';
+                byte = kind == 0 || (kind == 1 && random() % 50 == 0) ? static_cast<char>(random())
+                       : kind == 2                                    ? "a\n\\=#[] \r"[random() % 9]
+                                                                      : '\0';
             ASSERT_EQ(ListSet(number, index, row.data()), 0) << list.table;
         }
-        for (const Row& row : list.rows.Rows()) before[list.table].push_back(row.block);
-    }
-    ASSERT_GT(before.size(), 70u);
-    ASSERT_EQ(update_config(), 0);
-    LoadState();
-    for (const List& list : AllLists())
-    {
-        if (!list.kept) continue;
-        std::vector<std::vector<char>> now;
-        for (const Row& row : list.rows.Rows()) now.push_back(row.block);
-        EXPECT_EQ(now, before[list.table]) << list.table;
-    }
+    auto before = EverySingleRow();
     const std::string text = "\xE4\xB8\xAD\xFF\x01\n\\ end='\"; DROP TABLE objects; --";
     devHostNameSet(text.c_str());
-    ASSERT_EQ(update_config(), 0);
-    LoadState();
-    char value[kValueBuffer];
-    ASSERT_EQ(devHostNameGet(value), 0);
-    EXPECT_EQ(value, text);
+    CommitAndLoad();
+    EXPECT_EQ(Object("devHostName"), text);
+    for (const auto& [table, rows] : EverySingleRow()) EXPECT_EQ(rows, before[table]) << table;
 }
 
 TEST_F(StateTest, EndOfALongerTextDoesNotStayBehindAShorterOne)
 {
-    const TableDef& users = Table("usersTable");
-    std::vector<char> row(users.row_size);
-    ASSERT_EQ(users.ops->get(1, row.data()), 0);
-    const uint32_t password = FindColumn(*FindList("usersTable")->layout, "Password")->offset;
+    Block row = GetRow("usersTable", 1);
+    char* password = row.data() + Column("usersTable", "Password").offset;
     for (const char* text : {"secret-of-old", "new"})
     {
-        strcpy(row.data() + password, text);
-        ASSERT_EQ(users.ops->set(1, row.data()), 0);
+        strcpy(password, text);
+        ASSERT_EQ(Table("usersTable").ops->set(1, row.data()), 0);
     }
-    ASSERT_EQ(users.ops->get(1, row.data()), 0);
-    EXPECT_EQ(std::string(row.data() + password, 256), "new" + std::string(253, '\0'));
+    const Block kept = GetRow("usersTable", 1);
+    const char* now = kept.data() + Column("usersTable", "Password").offset;
+    EXPECT_EQ(std::string(now, 256), "new" + std::string(253, '\0'));
     ASSERT_EQ(update_config(), 0);
-    EXPECT_EQ(Sql("SELECT value FROM cells WHERE list='usersTable' AND number=1 AND field IN ('', 'Password')"),
-              "\nnew\n");
+    EXPECT_EQ(Sql("SELECT length(CAST(value AS BLOB)) FROM cells WHERE list='usersTable' AND number=1"
+                  " AND field IN ('', 'Password')"),
+              "0\n3\n");
 }
 
 TEST_F(StateTest, CommittedIsKeptAndUncommittedIsLost)
 {
     AddUrl("a.example.net");
     AddUrl("b.example.net");
-    ASSERT_EQ(UrlOps().setPPath(2, "Device.Parental."), 0);
+    ASSERT_EQ(Table("FwUrlFilterTable").ops->setPPath(2, "Device.Parental."), 0);
     ASSERT_EQ(update_config(), 0);
     AddUrl("c.example.net");
-    ASSERT_EQ(UrlOps().del(1), 0);
+    ASSERT_EQ(DeleteUrl(1), 0);
     LoadState();
-    EXPECT_EQ(Urls(), "1=a.example.net 2=b.example.net ");
+    EXPECT_EQ(Urls(), (Texts{"a.example.net", "b.example.net"}));
     EXPECT_EQ(FindList("FwUrlFilterTable")->rows.Find(2)->parent_path, "Device.Parental.");
-
-    ASSERT_EQ(UrlOps().del(2), 0);
-    ASSERT_EQ(update_config(), 0);
-    LoadState();
+    ASSERT_EQ(DeleteUrl(2), 0);
+    CommitAndLoad();
     EXPECT_EQ(AddUrl("d.example.net"), 3) << "no index comes back over a restart either";
 
-    for (const int32_t index : {1, 3}) ASSERT_EQ(UrlOps().del(index), 0);
+    for (const int32_t index : {1, 3}) ASSERT_EQ(DeleteUrl(index), 0);
     ASSERT_EQ(Table("DhcpStaticAddressTable").ops->del(1), 0);
-    const TableOps& apns = *Table("ApnConfigTable").ops;  // counts from 0
-    std::vector<char> apn(Table("ApnConfigTable").row_size);
-    ASSERT_EQ(apns.get(0, apn.data()), 0);
-    strcpy(apn.data() + FindColumn(*FindList("ApnConfigTable")->layout, "ApnName")->offset, "internet-one");
-    ASSERT_EQ(apns.set(0, apn.data()), 0);
-    ASSERT_EQ(update_config(), 0);
-    LoadState();
-    EXPECT_EQ(Urls(), "") << "an emptied list stays empty";
-    EXPECT_TRUE(FindList("DhcpStaticAddressTable")->rows.Rows().empty()) << "of the factory's rows, too";
-    std::vector<char> got(apn.size());
-    ASSERT_EQ(apns.get(0, got.data()), 0);
-    EXPECT_EQ(got, apn);
-    EXPECT_EQ(FindList("ApnConfigTable")->rows.Rows().size(), 4u) << "the other rows are still the factory's";
-    EXPECT_EQ(Asides(), 0u);
+    ASSERT_EQ(SetFields("ApnConfigTable", 0, {{"ApnName", "internet-one"}}), 0) << "counts from 0";
+    Texts apns = Fields("ApnConfigTable", "ApnName");
+    CommitAndLoad();
+    EXPECT_EQ(Urls(), Texts()) << "an emptied list stays empty";
+    EXPECT_TRUE(Rows("DhcpStaticAddressTable").empty()) << "of the factory's rows, too";
+    EXPECT_EQ(Fields("ApnConfigTable", "ApnName"), apns) << "the other rows are still the factory's";
+    EXPECT_EQ(apns[0], "internet-one");
 }
 
 TEST_F(StateTest, OnlyWhatChangedIsWritten)
 {
-    std::vector<char> row(Table("usersTable").row_size);
-    ASSERT_EQ(Table("usersTable").ops->get(1, row.data()), 0);
-    ASSERT_EQ(Table("usersTable").ops->set(1, row.data()), 0);
+    ASSERT_EQ(SetFields("usersTable", 1, {}), 0);
     ASSERT_EQ(update_config(), 0);
     EXPECT_EQ(Sql("SELECT count(*) FROM history"), "0\n") << "set to what it was";
     webHttpPortSet("8080");
@@ -119,7 +89,7 @@ TEST_F(StateTest, OnlyWhatChangedIsWritten)
     AddUrl("b.example.net");
     ASSERT_EQ(update_config(), 0);
     webHttpPortSet("80");
-    ASSERT_EQ(UrlOps().del(1), 0);
+    ASSERT_EQ(DeleteUrl(1), 0);
     wifiKey0Set("hidden-from-history");
     ASSERT_EQ(update_config(), 0);
     EXPECT_EQ(Sql("SELECT batch, kind, name, number, field, old, new FROM history ORDER BY id"),
@@ -140,52 +110,47 @@ TEST_F(StateTest, OnlyWhatChangedIsWritten)
 
 TEST_F(StateTest, WhatThisBuildDoesNotKnowOrHoldStaysInTheDatabase)
 {
-    AddUrl("a");
-    ASSERT_EQ(update_config(), 0);
-    Sql("INSERT INTO objects VALUES('newObject', '1');"
-        "INSERT INTO lists VALUES('NewTable', 9); INSERT INTO cells VALUES('NewTable', 9, '', ''), ('NewTable', 9, "
-        "'X', "
-        "'1');"
-        "INSERT INTO lists VALUES('SmsTable', 9); INSERT INTO cells VALUES('SmsTable', 9, '', '');"
-        "INSERT INTO cells VALUES('FwUrlFilterTable', 1, 'Colour', 'red'), ('FwUrlFilterTable', -2, '', ''),"
-        " ('FwUrlFilterTable', 99999999999, '', '')");
-    {
-        const OutputCapture output;
-        LoadState();
-        for (const char* said : {"objects are not known here, newObject for one", "NewTable", "SmsTable",
-                                 "no column Colour", "row -2 cannot be", "row 99999999999 cannot be"})
-            EXPECT_NE(output.Text().find(said), std::string::npos) << said << " in " << output.Text();
-    }
-    EXPECT_EQ(FindList("SmsTable")->rows.Rows().size(), 4u) << "rows that nobody can set are the factory's";
-    SetUrl(1, "b");
-    webHttpPortSet("8080");
-    ASSERT_EQ(update_config(), 0);
-    EXPECT_EQ(Sql("SELECT count(*) FROM objects; SELECT count(*) FROM cells WHERE list LIKE '%mstable' OR list LIKE "
-                  "'newtable'; SELECT value FROM cells WHERE field IN ('Colour', 'URL') ORDER BY field"),
-              "2\n3\nred\nb\n");
-
     const struct
     {
         const char* list;
+        const char* number;
         const char* field;
         const char* value;
-    } kCannot[] = {{"IpMacBindTable", "MAC", "00:00:5E:00:53"},
-                   {"IpMacBindTable", "IP", "192.0.2.256"},
-                   {"usersTable", "Enable", "yes"},
-                   {"node_595Table", "MaxMTUSize", "-1"},
-                   {"node_595Table", "MaxMTUSize", "99999999999"}};
-    for (const auto& c : kCannot)
+        const char* said;
+    } kCells[] = {
+        {"NewTable", "9", "X", "1", "no rows are kept for NewTable"},
+        {"SmsTable", "9", "Tag", "1", "no rows are kept for SmsTable"},
+        {"FwUrlFilterTable", "1", "Colour", "red", "FwUrlFilterTable row 1: there is no column Colour"},
+        {"FwUrlFilterTable", "-2", "URL", "a", "FwUrlFilterTable: row -2 cannot be"},
+        {"FwUrlFilterTable", "99999999999", "URL", "a", "FwUrlFilterTable: row 99999999999 cannot be"},
+        {"IpMacBindTable", "1", "MAC", "00:00:5E:00:53", "cannot hold the text of MAC"},
+        {"IpMacBindTable", "2", "IP", "192.0.2.256", "cannot hold the text of IP"},
+        {"usersTable", "1", "Enable", "yes", "cannot hold the text of Enable"},
+        {"node_595Table", "1", "MaxMTUSize", "-1", "cannot hold the text of MaxMTUSize"},
+        {"NatPortMappingTable", "1", "InternalPort", "99999999999", "cannot hold the text of InternalPort"},
+    };
+    for (const auto& c : kCells)
+        Sql("INSERT OR REPLACE INTO lists VALUES('" + std::string(c.list) + "', 9); INSERT INTO cells VALUES('" +
+            c.list + "', " + c.number + ", '', ''), ('" + c.list + "', " + c.number + ", '" + c.field + "', '" +
+            c.value + "')");
+    Sql("INSERT INTO objects VALUES('newObject', '1')");
     {
-        Sql(std::string("INSERT OR REPLACE INTO lists VALUES('") + c.list + "', 1);" +
-            "INSERT OR REPLACE INTO cells VALUES('" + c.list + "', 1, '', ''), ('" + c.list + "', 1, '" + c.field +
-            "', '" + c.value + "')");
         const OutputCapture output;
         LoadState();
-        EXPECT_NE(output.Text().find(std::string("cannot hold the text of ") + c.field), std::string::npos) << c.value;
-        EXPECT_EQ(FindList(c.list)->rows.Rows().size(), 1u);
+        for (const auto& c : kCells) EXPECT_NE(output.Text().find(c.said), std::string::npos) << c.said;
+        EXPECT_NE(output.Text().find("objects are not known here, newObject for one"), std::string::npos);
     }
-    EXPECT_EQ(HttpPort(), "8080");
+    EXPECT_EQ(Rows("SmsTable").size(), 4u) << "rows that nobody can set are the factory's";
+    EXPECT_EQ(Urls(), Texts{""});
+    EXPECT_EQ(Rows("IpMacBindTable").size(), 2u) << "with what could be read";
+    ASSERT_EQ(SetFields("FwUrlFilterTable", 1, {{"URL", "b"}}), 0);
+    ASSERT_EQ(update_config(), 0);
+    EXPECT_EQ(Sql("SELECT count(*) FROM objects WHERE name = 'newObject'"), "1\n");
+    for (const auto& c : kCells)
+        EXPECT_EQ(Sql("SELECT value FROM cells WHERE list = '" + std::string(c.list) + "' AND number = " + c.number +
+                      " AND field = '" + c.field + "'"),
+                  c.value + std::string("\n"))
+            << c.said;
 }
-
 }  // namespace
 }  // namespace kobd::test
