@@ -102,22 +102,6 @@ TEST(ClientLibraryItems, AreWrittenAndReadAsBytes)
     kobd_items_free(items);
 }
 
-TEST_F(ClientLibrary, EndsAtItsDeadlineAndSaysWhenNobodyServes)
-{
-    kill(daemon_.Process(), SIGSTOP);
-    waitpid(daemon_.Process(), nullptr, WUNTRACED);  // stopped, not just told to
-    kobd_client_set_timeout(client_, 100);
-    const int64_t start = NowMs();
-    EXPECT_EQ(GetPort(), KOBD_TIMEOUT);
-    EXPECT_EQ(kobd_answered(client_), 0);
-    EXPECT_LT(NowMs() - start, 2000);
-    kill(daemon_.Process(), SIGCONT);
-    kobd_client_set_timeout(client_, 5000);
-    EXPECT_EQ(GetPort(), KOBD_SUCCESS) << "the late reply is not taken";
-    daemon_.End(SIGTERM);
-    EXPECT_EQ(GetPort(), KOBD_NOT_RUNNING);
-}
-
 TEST_F(ClientLibrary, WatchesUntilStoppedWhateverAChildCloses)
 {
     const pid_t child = fork();

@@ -10,8 +10,8 @@
 #include <fstream>
 #include <map>
 
-#include "client/dictionary/dictionary.h"
 #include "daemon/base/result.h"
+#include "dictionary/catalogue/view.h"
 #include "host/bus/bus_queues.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/injected_fault.h"
@@ -163,7 +163,7 @@ TEST_F(Faults, ADaemonWithoutMemoryRefusesAndLosesNothing)
     ASSERT_EQ(prlimit(daemon_.Process(), RLIMIT_AS, &none_left, nullptr), 0);
     const std::string value(500, 'v');
     std::map<std::string, int> results;
-    for (const client::ObjectEntry& object : kObjectRows)
+    for (const ObjectRow& object : kObjectRows)
         if (object.access == Access::kReadWrite && object.type == VT_STRING && object.limitation == nullptr &&
             object.validator == nullptr)
             results[object.name] = SetObject(object.name, value);

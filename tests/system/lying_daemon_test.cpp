@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <atomic>
+#include <filesystem>
 #include <fstream>
 
 #include "daemon/base/result.h"
@@ -17,17 +18,17 @@ namespace kobd::test
 {
 namespace
 {
+namespace fs = std::filesystem;
+
 std::string told_path;               // what the lying daemon calls its dump file
 std::string change_path;             // of the change file it was sent
 std::atomic<mode_t> change_mode{0};  // of that file, once it was seen
 
-int Reply(const MessageHeader* request, const std::string& items)
+// The message that came has room for the reply.
+int Reply(MessageHeader* request, const std::string& items)
 {
-    alignas(MessageHeader) char bytes[kMessageMax] = {};
-    auto* reply = reinterpret_cast<MessageHeader*>(bytes);
-    *reply = *request;
-    reply->length = static_cast<uint16_t>(items.copy(bytes + sizeof(MessageHeader), kPayloadMax));
-    return MessageSendReply(reply);
+    request->length = static_cast<uint16_t>(items.copy(reinterpret_cast<char*>(request + 1), kPayloadMax));
+    return MessageSendReply(request);
 }
 
 int TellPath(MessageHeader* request) { return Reply(request, IntItem(kTagResult, 0) + TextItem(kTagValue, told_path)); }
@@ -54,6 +55,8 @@ const MsgHandler kHandlers[] = {
     {nullptr, 0, nullptr},
 };
 
+bool Exists(const std::string& path) { return fs::is_symlink(path) || fs::exists(path); }
+
 class LyingDaemon : public SystemTest
 {
 protected:
@@ -72,12 +75,6 @@ protected:
     {
         if (running_) MessageDestroy();
         host::BusCall({});
-    }
-
-    static bool Exists(const std::string& path)
-    {
-        struct stat status;
-        return lstat(path.c_str(), &status) == 0;
     }
 
     bool running_ = false;
