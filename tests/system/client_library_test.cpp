@@ -102,6 +102,16 @@ TEST(ClientLibraryItems, AreWrittenAndReadAsBytes)
     kobd_items_free(items);
 }
 
+TEST_F(ClientLibrary, EndsAtItsDeadline)
+{
+    kill(daemon_.Process(), SIGSTOP);
+    waitpid(daemon_.Process(), nullptr, WUNTRACED);  // stopped, not just told to
+    kobd_client_set_timeout(client_, 100);
+    const int64_t start = NowMs();
+    EXPECT_EQ(GetPort(), KOBD_TIMEOUT);
+    EXPECT_LT(NowMs() - start, 2000);
+}
+
 TEST_F(ClientLibrary, WatchesUntilStoppedWhateverAChildCloses)
 {
     const pid_t child = fork();

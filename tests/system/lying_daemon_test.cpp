@@ -152,7 +152,6 @@ TEST_F(LyingDaemon, ChangeFilesAreTheirOwnersAloneAndGoneAfterATimeoutOrASignal)
     for (const int number : {0, SIGTERM, SIGINT, SIGHUP})
     {
         change_mode = 0;
-        const int64_t start = NowMs();
         const std::string timeout = number == 0 ? "0.3" : "20";
         const pid_t kobctl = StartKobctl("table set --timeout " + timeout + " FwIpFilterTable 1 IP_LIST=a");
         EXPECT_TRUE(Await([] { return change_mode != 0; }));
@@ -161,7 +160,6 @@ TEST_F(LyingDaemon, ChangeFilesAreTheirOwnersAloneAndGoneAfterATimeoutOrASignal)
         const Ran ran = ReadKobctl(kobctl);
         EXPECT_EQ(ran.status, number == 0 ? 1 : -number);
         EXPECT_EQ(ran.errors.find("no answer within 300 ms") != std::string::npos, number == 0) << ran.errors;
-        EXPECT_LT(NowMs() - start, 4000) << "it ends at its deadline";
         EXPECT_TRUE(change_path.starts_with("/tmp/kobctl-")) << change_path;
         EXPECT_FALSE(Exists(change_path)) << number;
     }
