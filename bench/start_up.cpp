@@ -25,7 +25,7 @@ double StartOnce(const std::string& folder)
     test::DaemonProcess daemon(folder);
     const auto start = Clock::now();
     const pid_t process = daemon.Spawn();
-    while (test::RequestItems(test::kGet, test::Name("webHttpPort")).bus != 0)
+    while (test::RequestItems(kReqObjGet, test::Name("webHttpPort")).bus != 0)
     {
         if (MicrosecondsSince(start) > kGiveUpUs) abort();
         usleep(kPauseUs);

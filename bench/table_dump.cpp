@@ -48,7 +48,7 @@ void Fill(const TableDef& table)
     std::string changes;
     while (true)
     {
-        const Answer answer = Request(kTableAdd, {{kTagTableName, table.name}});
+        const Answer answer = Request(kReqTableAdd, {{kTagTableName, table.name}});
         if (answer.result != 0) break;
         changes += Row(table.name, std::stoi(answer.texts.at(0)));
         for (uint32_t i = 0; i < table.column_count; ++i)
@@ -56,13 +56,13 @@ void Fill(const TableDef& table)
                 changes += Column(table.columns[i].name, std::string(table.columns[i].length - 1, 'x'));
     }
     std::ofstream("/tmp/changes", std::ios::binary) << changes;
-    if (Request(kTableSet, {{kTagValue, "/tmp/changes"}}).result != 0) abort();
+    if (Request(kReqTableSet, {{kTagValue, "/tmp/changes"}}).result != 0) abort();
 }
 
 std::string Dump(const std::string& request, double* milliseconds)
 {
     Answer answer;
-    *milliseconds = Milliseconds([&] { answer = RequestItems(kTableDump, request, 60000); });
+    *milliseconds = Milliseconds([&] { answer = RequestItems(kReqTableDump, request, 60000); });
     if (answer.result != 0) abort();
     std::ostringstream bytes;
     bytes << std::ifstream(answer.texts.at(0), std::ios::binary).rdbuf();

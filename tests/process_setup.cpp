@@ -16,6 +16,24 @@
 
 namespace kobd::test
 {
+namespace
+{
+#if defined(__arm__)  // emulated
+constexpr unsigned kSlower = 10;
+#elif defined(__SANITIZE_ADDRESS__)
+constexpr unsigned kSlower = 5;
+#else
+constexpr unsigned kSlower = 1;
+#endif
+
+// Ends the program when a test hangs.
+class Deadline : public testing::EmptyTestEventListener
+{
+    void OnTestStart(const testing::TestInfo&) override { alarm(20 * kSlower); }
+    void OnTestEnd(const testing::TestInfo&) override { alarm(0); }
+};
+}  // namespace
+
 OutputCapture::OutputCapture() : file_(memfd_create("output", MFD_CLOEXEC)), before_(dup(STDOUT_FILENO))
 {
     fflush(stdout);
@@ -64,6 +82,7 @@ bool LooksLike(const std::string& text, const std::string& pattern)
 int main(int count, char** arguments)
 {
     testing::InitGoogleTest(&count, arguments);
+    testing::UnitTest::GetInstance()->listeners().Append(new kobd::test::Deadline);
     if (!testing::GTEST_FLAG(list_tests)) kobd::test::EnterOwnNamespaces();
     return RUN_ALL_TESTS();
 }

@@ -1,4 +1,4 @@
-// Scripts named uci.
+// Scripts in the place of programs.
 #include "tests/uci_on_path.h"
 
 #include <sys/stat.h>
@@ -10,17 +10,17 @@
 
 namespace kobd::test
 {
-std::string ExecUci()
+std::string Exec(const std::string& program)
 {
     const std::string emulator = KOBD_EMULATOR;  // empty where programs run by themselves
-    return "exec " + emulator + " " + kPrograms + "uci \"$@\"\n";
+    return "exec " + emulator + " " + kPrograms + program + " \"$@\"\n";
 }
 
-void PutScriptOnPath(const std::string& lines)
+void PutOnPath(const std::string& name, const std::string& lines)
 {
     mkdir(kUciFolder.c_str(), 0700);
-    std::ofstream(kUciFolder + "uci") << "#!/bin/sh\n" << lines;
-    chmod((kUciFolder + "uci").c_str(), 0700);
+    std::ofstream(kUciFolder + name) << "#!/bin/sh\n" << lines;
+    chmod((kUciFolder + name).c_str(), 0700);
     const std::string path = getenv("PATH") != nullptr ? getenv("PATH") : "/usr/bin:/bin";
     if (!path.starts_with(kUciFolder)) setenv("PATH", (kUciFolder + ":" + path).c_str(), 1);
 }

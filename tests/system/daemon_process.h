@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "daemon/base/messages.h"
 #include "platform/bus_client.h"
 
 namespace kobd::test
@@ -14,13 +15,13 @@ namespace kobd::test
 class DaemonProcess
 {
 public:
-    explicit DaemonProcess(std::string state_folder);
+    explicit DaemonProcess(std::string state_folder) : state_folder_(std::move(state_folder)) {}
     ~DaemonProcess();
 
     // Starts the daemon and waits until it answers. False when it did not within ten seconds.
     bool Start();
 
-    // Starts one more daemon without waiting for it.
+    // Starts the daemon without waiting for it. It ends with this process at the latest.
     pid_t Spawn();
 
     // Sends the signal and waits for the end; the wait status.
@@ -48,21 +49,6 @@ Answer RequestItems(uint16_t id, const std::string& items, int timeout_ms = 5000
 Answer Request(uint16_t id, const std::vector<std::pair<uint16_t, std::string>>& items, int timeout_ms = 5000);
 
 // One object alone. The result, -1 without a reply; the value, "nothing" without one.
-int SetObject(const std::string& name, const std::string& value, uint16_t how = 1);
+int SetObject(const std::string& name, const std::string& value, uint16_t how = kReqObjSet);
 std::string GetObject(const std::string& name);
-
-inline constexpr uint16_t kSet = 1;
-inline constexpr uint16_t kGet = 2;
-inline constexpr uint16_t kSetSilent = 3;
-inline constexpr uint16_t kUpdate = 4;
-inline constexpr uint16_t kTableMaxRow = 5;
-inline constexpr uint16_t kTableElementCount = 6;
-inline constexpr uint16_t kTableAdd = 7;
-inline constexpr uint16_t kTableDel = 8;
-inline constexpr uint16_t kTableGet = 9;
-inline constexpr uint16_t kTableSet = 10;
-inline constexpr uint16_t kTableSetSilent = 11;
-inline constexpr uint16_t kTableDump = 12;
-inline constexpr uint16_t kShow = 13;
-inline constexpr uint16_t kSubTableAdd = 15;
 }  // namespace kobd::test

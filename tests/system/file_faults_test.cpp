@@ -1,19 +1,15 @@
 // The real daemon when its files fail it at one system call: state, dump files, change files and
 // the log. What was durable stays whole, the log says what failed, and later commits catch up.
-#include <gtest/gtest.h>
-#include <unistd.h>
-
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
-#include "daemon/base/tlv.h"
 #include "tests/items.h"
-#include "tests/namespaces.h"
-#include "tests/process_setup.h"
 #include "tests/state_sql.h"
-#include "tests/system/daemon_process.h"
+#include "tests/system/daemon_test.h"
 #include "tests/system/injected_fault.h"
 #include "tests/system/kobctl_program.h"
 
@@ -21,11 +17,6 @@ namespace kobd::test
 {
 namespace
 {
-namespace fs = std::filesystem;
-
-constexpr char kState[] = "/tmp/state";
-constexpr char kCrashed[] = "/tmp/crashed";  // what a crash at the fault would have left
-constexpr char kLog[] = "/tmp/kobd.log";
 constexpr char kRows[] = "FwIpFilterTable";
 
 struct FileFault
@@ -40,105 +31,99 @@ struct FileFault
 // Changes an object and a list and commits them together.
 void ChangeBoth(const std::string& port)
 {
-    EXPECT_EQ(SetObject("webHttpPort", port, kSetSilent), 0);
-    EXPECT_EQ(Request(kTableAdd, {{kTagTableName, kRows}}).result, 0) << "a commit's result decides no answer";
+    EXPECT_EQ(SetObject("webHttpPort", port, kReqObjSetSilent), 0);
+    EXPECT_EQ(Request(kReqTableAdd, {{kTagTableName, kRows}}).result, 0) << "a commit's result decides no answer";
 }
 
 // "PORT/ROWS", as ChangeBoth leaves them.
 std::string Both() { return GetObject("webHttpPort") + "/" + GetObject("IpFilterNumberOfEntries"); }
 
-bool LogHas(const std::string& text) { return FileText(kLog).find(text) != std::string::npos; }
+size_t Damaged(const std::string& folder) { return FilesLike(folder + "/kobd.db.damaged-"); }
 
-int FilesLike(const std::string& folder, const std::string& part)
-{
-    int count = 0;
-    for (const auto& file : fs::directory_iterator(folder))
-        if (file.path().filename().string().find(part) != std::string::npos) ++count;
-    return count;
-}
-
-class FileFaults : public testing::Test
+class FileFaults : public SystemTest
 {
 protected:
-    void SetUp() override { SKIP_WITHOUT_FAULTS(); }
+    void SetUp() override
+    {
+        SKIP_WITHOUT_FAULTS();
+        StartAfresh();
+    }
 
     // A daemon on fresh state whose first change is durable.
     void StartAfresh()
     {
-        if (daemon_.Process() > 0) daemon_.End(SIGKILL);
-        ASSERT_EQ(system("rm -rf /tmp/state /tmp/crashed /tmp/kobd* && mkdir /tmp/state"), 0);
+        Clear();
+        fault_.emplace();
         ASSERT_TRUE(daemon_.Start());
         ChangeBoth("8081");
         ASSERT_EQ(Both(), "8081/1");
     }
-    void KillAndStart()
+
+    // Started so that its state cannot be read; sound again.
+    void RestartStruck(const FileFault& c)
     {
-        daemon_.End(SIGKILL);
-        ASSERT_TRUE(daemon_.Start());
+        fault_->Arm(c.call, c.path, c.error);
+        Restart();
+        fault_->Disarm();
     }
 
-    InjectedFault fault_;
-    DaemonProcess daemon_{kState};
-};
-
-const FileFault kCommitFaults[] = {
-    {Call::kWrite, "*-wal", ENOSPC, 0, "the first page of the commit"},
-    {Call::kWrite, "*-wal", EIO, 3, "a page in its middle"},
-    {Call::kWrite, "*-wal", EDQUOT, 6, "a later page"},
-    {Call::kFsync, "*-wal", EIO, 0, "what was written is not on the disk"},
-    {Call::kFsync, "*-wal", EDQUOT, 0, "the same, of a quota"},
+    std::optional<InjectedFault> fault_;
 };
 
 TEST_F(FileFaults, ACommitThatFailsIsToldLeavesWholeStateAndIsCaughtUpWith)
 {
+    const FileFault kCommitFaults[] = {
+        {Call::kWrite, "*-wal", ENOSPC, 0, "the first page of the commit"},
+        {Call::kWrite, "*-wal", EIO, 3, "a page in its middle"},
+        {Call::kWrite, "*-wal", EDQUOT, 6, "a later page"},
+        {Call::kFsync, "*-wal", EIO, 0, "what was written is not on the disk"},
+    };
     for (const FileFault& c : kCommitFaults)
     {
         SCOPED_TRACE(c.why);
         StartAfresh();
-        fault_.Arm(c.call, c.path, c.error, INT_MAX, c.skip);
+        fault_->Arm(c.call, c.path, c.error, INT_MAX, c.skip);
         ChangeBoth("8082");
-        EXPECT_GT(fault_.Struck(), 0);
+        EXPECT_GT(fault_->Struck(), 0);
         const std::string why = strerror(c.error);
-        EXPECT_TRUE(LogHas("cannot write the state in /tmp/state: " + why)) << FileText(kLog);
+        EXPECT_TRUE(LogSays("cannot write the state in /tmp/state: " + why));
         EXPECT_EQ(Both(), "8082/2") << "it serves from memory";
-        const Ran set = RunLine("set webHttpsPort=8443");
-        EXPECT_EQ(set.status, 3);
-        EXPECT_EQ(set.errors, "kobctl: set, but not saved: " + why + "\n");
+        EXPECT_EQ(Said("set webHttpsPort=8443"), "! kobctl: set, but not saved: " + why + "\n[3]\n");
         EXPECT_NE(RunLine("doctor").output.find("the last commit could not be saved: " + why), std::string::npos);
-        fs::copy(kState, kCrashed, fs::copy_options::recursive);
+        std::filesystem::copy(kState, "/tmp/crashed");  // what a crash now would leave
 
-        EXPECT_EQ(Request(kUpdate, {}).result, 0) << "and fails again";
-        fault_.Disarm();
-        EXPECT_EQ(RunLine("commit").status, 0);
-        KillAndStart();
+        EXPECT_EQ(Request(kReqUpdate, {}).result, 0) << "and fails again";
+        fault_->Disarm();
+        EXPECT_EQ(Said("commit"), "");
+        Restart();
         EXPECT_EQ(Both(), "8082/2") << "the next commit wrote what the failed one could not";
         EXPECT_EQ(GetObject("webHttpsPort"), "8443");
 
         daemon_.End(SIGKILL);
-        DaemonProcess crashed(kCrashed);
+        DaemonProcess crashed("/tmp/crashed");
         ASSERT_TRUE(crashed.Start());
         const std::string found = Both();
         EXPECT_TRUE(found == "8081/1" || found == "8082/2") << "half a commit: " << found;
-        EXPECT_EQ(FilesLike(kCrashed, "damaged"), 0);
+        EXPECT_EQ(Damaged("/tmp/crashed"), 0u);
     }
 }
 
 TEST_F(FileFaults, ShortAndInterruptedCallsLoseNothing)
 {
-    StartAfresh();
+    int port = 9000;
     for (const auto& [call, error, times] : {std::tuple{Call::kWrite, kShort, INT_MAX},
                                              {Call::kWrite, EINTR, 1},
                                              {Call::kRead, kShort, INT_MAX},
                                              {Call::kRead, EINTR, 3}})
     {
-        SCOPED_TRACE(error);
-        fault_.Arm(call, "*/kobd.db*", error, times);
-        EXPECT_EQ(SetObject("webHttpPort", std::to_string(9000 + static_cast<int>(call) + error)), 0);
-        KillAndStart();
-        EXPECT_GT(fault_.Struck(), 0);
-        fault_.Disarm();
-        EXPECT_EQ(Both(), std::to_string(9000 + static_cast<int>(call) + error) + "/1");
-        EXPECT_FALSE(LogHas("cannot write")) << FileText(kLog);
+        SCOPED_TRACE(++port);
+        fault_->Arm(call, "*/kobd.db*", error, times);
+        EXPECT_EQ(SetObject("webHttpPort", std::to_string(port)), 0);
+        Restart();
+        EXPECT_GT(fault_->Struck(), 0);
+        fault_->Disarm();
+        EXPECT_EQ(Both(), std::to_string(port) + "/1");
+        EXPECT_FALSE(LogSays("cannot write", 0));
     }
 }
 
@@ -149,142 +134,108 @@ TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStart)
     {
         SCOPED_TRACE(c.why);
         StartAfresh();
-        fault_.Arm(c.call, c.path, c.error);
-        KillAndStart();
-        EXPECT_TRUE(LogHas("cannot read the database in /tmp/state (" + std::string(strerror(c.error)) +
-                           "), factory values serve"))
-            << FileText(kLog);
+        fault_->Arm(c.call, c.path, c.error);
+        Restart();
+        EXPECT_TRUE(LogSays("cannot read the database in /tmp/state (" + std::string(strerror(c.error)) +
+                            "), factory values serve"));
         EXPECT_NE(Both(), "8081/1");
         EXPECT_EQ(RunLine("set webHttpsPort=8443").status, 3) << "set, but not saved";
-        fault_.Disarm();
-        KillAndStart();
+        fault_->Disarm();
+        Restart();
         EXPECT_EQ(Both(), "8081/1") << "a start that could not read it took nothing away";
 
-        fault_.Arm(c.call, c.path, c.error);
-        KillAndStart();
-        fault_.Disarm();
+        RestartStruck(c);
         EXPECT_EQ(SetObject("webHttpsPort", "8444"), 0);
-        KillAndStart();
+        Restart();
         EXPECT_EQ(Both(), "8081/1") << "nor did a commit";
         EXPECT_EQ(GetObject("webHttpsPort"), "8444");
-        EXPECT_EQ(FilesLike(kState, "damaged"), 0);
+        EXPECT_EQ(Damaged(kState), 0u);
 
-        fault_.Arm(c.call, c.path, c.error);
-        KillAndStart();
-        fault_.Disarm();
+        RestartStruck(c);
         ChangeBoth("8082");
-        KillAndStart();
+        Restart();
         EXPECT_EQ(Both(), "8082/1") << "rows that nobody has seen were not mixed with others";
-        EXPECT_TRUE(LogHas("is replaced, since it could not be read, kept as /tmp/state/kobd.db.damaged-"));
-        EXPECT_EQ(FilesLike(kState, "damaged"), 2) << "the database and its log";
+        EXPECT_TRUE(LogSays("is replaced, since it could not be read, kept as /tmp/state/kobd.db.damaged-"));
+        EXPECT_EQ(Damaged(kState), 2u) << "the database and its log";
     }
 }
 
 TEST_F(FileFaults, AReadOnlyStateIsServedAndCaughtUpWithWhenItCanBeWritten)
 {
-    StartAfresh();
     daemon_.End(SIGKILL);
     ASSERT_EQ(system("mount --bind /tmp/state /tmp/state && mount -o remount,bind,ro /tmp/state"), 0);
     ASSERT_TRUE(daemon_.Start());
     EXPECT_EQ(Both(), "8081/1") << "what was committed is served";
-    EXPECT_EQ(RunLine("set webHttpsPort=8443").errors, "kobctl: set, but not saved: Read-only file system\n");
+    EXPECT_EQ(Said("set webHttpsPort=8443"), "! kobctl: set, but not saved: Read-only file system\n[3]\n");
     ASSERT_EQ(system("mount -o remount,bind,rw /tmp/state"), 0);
-    EXPECT_EQ(RunLine("commit").status, 0);
-    KillAndStart();
-    EXPECT_EQ(GetObject("webHttpsPort"), "8443");
-    EXPECT_EQ(Both(), "8081/1");
+    EXPECT_EQ(Said("commit"), "");
+    Restart();
+    EXPECT_EQ(Both() + GetObject("webHttpsPort"), "8081/18443");
     daemon_.End(SIGTERM);
     EXPECT_EQ(system("umount /tmp/state"), 0);
 }
 
-TEST_F(FileFaults, ADumpIsWholeOrRefusedAndRemoved)
+TEST_F(FileFaults, ADumpThatCannotBeWrittenIsRefusedToldAndRemoved)
 {
-    StartAfresh();
-    const auto dump = [](uint16_t id)
-    {
-        return Request(id, id == kShow
-                               ? std::vector<std::pair<uint16_t, std::string>>{}
-                               : std::vector<std::pair<uint16_t, std::string>>{{kTagTableName, "IPv4RoutingTable"}});
-    };
-    for (const uint16_t id : {kShow, kTableDump})
-    {
-        SCOPED_TRACE(id);
-        const Answer whole = dump(id);
-        ASSERT_EQ(whole.texts.size(), 1u);
-        const std::string text = FileText(whole.texts[0]);
-        ASSERT_EQ(unlink(whole.texts[0].c_str()), 0);
-        for (const auto& [call, error, answer] :
-             {std::tuple{Call::kWrite, kShort, 0}, std::tuple{Call::kWrite, EIO, 4},
-              std::tuple{Call::kWrite, EDQUOT, 4}, std::tuple{Call::kOpen, EMFILE, 4},
-              std::tuple{Call::kOpen, ENOSPC, 4}})
+    for (const uint16_t id : {kReqShow, kReqTableDump})
+        for (const auto& [call, error] :
+             {std::pair{Call::kWrite, EIO}, {Call::kWrite, EDQUOT}, {Call::kOpen, EMFILE}, {Call::kOpen, ENOSPC}})
         {
             SCOPED_TRACE(strerror(error));
-            fault_.Arm(call, "/tmp/kobd-*", error);
-            const Answer got = dump(id);
-            EXPECT_GT(fault_.Struck(), 0);
-            fault_.Disarm();
-            EXPECT_EQ(got.result, answer);
-            if (answer == 0)
-            {
-                EXPECT_EQ(FileText(got.texts.at(0)), text);
-                unlink(got.texts.at(0).c_str());
-            }
-            else
-                EXPECT_TRUE(LogHas("cannot write /tmp/kobd-") && LogHas(std::string(": ") + strerror(error)))
-                    << FileText(kLog);
-            EXPECT_EQ(FilesLike("/tmp", "kobd-"), 0) << "no part of a dump stays";
-            unlink(kLog);
+            unlink(kLog.c_str());
+            fault_->Arm(call, "/tmp/kobd-*", error);
+            EXPECT_EQ(Request(id, {{kTagTableName, "IPv4RoutingTable"}}).result, 4);
+            EXPECT_GT(fault_->Struck(), 0);
+            EXPECT_TRUE(LogSays("cannot write /tmp/kobd-") && LogSays(std::string(": ") + strerror(error)));
+            EXPECT_EQ(FilesLike("/tmp/kobd-"), 0u) << "no part of a dump stays";
         }
-    }
 }
 
 TEST_F(FileFaults, AChangeFileThatIsNotReadWholeChangesNothing)
 {
-    StartAfresh();
-    const std::string change = Row(kRows, 1) + Column("DestIPAddress", "192.0.2.7");
-    std::ofstream("/tmp/change", std::ios::binary) << change;
-    const std::string kRowsKept = "SELECT * FROM cells";
-    const std::string before = StateSql(kState, kRowsKept);
-    for (const auto& [call, error] : {std::pair{Call::kRead, kShort}, std::pair{Call::kRead, EINTR},
-                                      std::pair{Call::kRead, EIO}, std::pair{Call::kOpen, EMFILE}})
+    std::ofstream("/tmp/change", std::ios::binary) << Row(kRows, 1) + Column("DestIPAddress", "192.0.2.7");
+    const std::string kKept = "SELECT * FROM cells";
+    const std::string before = StateSql(kState, kKept);
+    for (const auto& [call, error] :
+         {std::pair{Call::kRead, kShort}, {Call::kRead, EINTR}, {Call::kRead, EIO}, {Call::kOpen, EMFILE}})
     {
-        fault_.Arm(call, "/tmp/change", error);
-        EXPECT_EQ(Request(kTableSet, {{kTagValue, "/tmp/change"}}).result, 4) << strerror(error);
-        EXPECT_EQ(fault_.Struck(), 1);
-        fault_.Disarm();
-        EXPECT_TRUE(LogHas("cannot read the change file /tmp/change")) << FileText(kLog);
-        ASSERT_EQ(unlink(kLog), 0);
-        EXPECT_EQ(Request(kUpdate, {}).result, 0);
-        EXPECT_EQ(StateSql(kState, kRowsKept), before) << strerror(error);
+        SCOPED_TRACE(strerror(error));
+        unlink(kLog.c_str());
+        fault_->Arm(call, "/tmp/change", error);
+        EXPECT_EQ(Request(kReqTableSet, {{kTagValue, "/tmp/change"}}).result, 4);
+        EXPECT_EQ(fault_->Struck(), 1);
+        fault_->Disarm();
+        EXPECT_TRUE(LogSays("cannot read the change file /tmp/change"));
+        EXPECT_EQ(Request(kReqUpdate, {}).result, 0);
+        EXPECT_EQ(StateSql(kState, kKept), before);
     }
-    EXPECT_EQ(Request(kTableSet, {{kTagValue, "/tmp/change"}}).result, 0);
-    EXPECT_NE(StateSql(kState, kRowsKept), before);
+    EXPECT_EQ(Request(kReqTableSet, {{kTagValue, "/tmp/change"}}).result, 0);
+    EXPECT_NE(StateSql(kState, kKept), before);
 }
 
 TEST_F(FileFaults, ALogThatFailsCostsItsLinesAlone)
 {
-    StartAfresh();
-    const auto refuse = [] { return SetObject("webHttpPort", "99999"); };  // is told in the log
-    for (const auto& [call, error] :
-         {std::pair{Call::kWrite, EIO}, std::pair{Call::kWrite, ENOSPC}, std::pair{Call::kOpen, EMFILE}})
+    // A refusal is told in the log; in how many lines.
+    const auto refuse = []
     {
-        fault_.Arm(call, kLog, error);
-        const std::string before = FileText(kLog);
-        EXPECT_EQ(refuse(), 2);
-        EXPECT_GT(fault_.Struck(), 0);
-        EXPECT_EQ(FileText(kLog), before);
-        fault_.Disarm();
-        EXPECT_EQ(refuse(), 2);
-        EXPECT_NE(FileText(kLog), before) << "the next line is there again";
-    }
-    const std::string line = FileText(kLog).substr(FileText(kLog).rfind("]: "));
-    for (const auto& [error, times] : {std::pair{kShort, INT_MAX}, std::pair{EINTR, 1}})
+        unlink(kLog.c_str());
+        EXPECT_EQ(SetObject("webHttpPort", "99999"), 2);
+        const std::string log = FileText(kLog);
+        return std::count(log.begin(), log.end(), '\n');
+    };
+    const auto lines = refuse();
+    for (const auto& [call, error, lost] : {std::tuple{Call::kWrite, EIO, true},
+                                            {Call::kWrite, ENOSPC, true},
+                                            {Call::kOpen, EMFILE, true},
+                                            {Call::kWrite, kShort, false},
+                                            {Call::kWrite, EINTR, false}})
     {
-        ASSERT_EQ(unlink(kLog), 0);
-        fault_.Arm(Call::kWrite, kLog, error, times);
-        EXPECT_EQ(refuse(), 2);
-        EXPECT_GT(fault_.Struck(), 0);
-        EXPECT_TRUE(FileText(kLog).ends_with(line)) << FileText(kLog);
+        SCOPED_TRACE(error);
+        fault_->Arm(call, kLog, error, error == EINTR ? 1 : INT_MAX);
+        EXPECT_EQ(refuse(), lost ? 0 : lines);
+        EXPECT_GT(fault_->Struck(), 0);
+        fault_->Disarm();
+        EXPECT_EQ(refuse(), lines) << "the next ones are there again";
     }
 }
 }  // namespace

@@ -1,4 +1,4 @@
-// Running kobctl and replaying sessions.
+// Running lines of a shell that finds kobctl.
 #include "tests/system/kobctl_program.h"
 
 #include <fcntl.h>
@@ -8,8 +8,8 @@
 #include <cstdlib>
 #include <sstream>
 
-#include "tests/namespaces.h"
 #include "tests/process_setup.h"
+#include "tests/uci_on_path.h"
 
 namespace kobd::test
 {
@@ -17,85 +17,43 @@ namespace
 {
 constexpr char kOutput[] = "/tmp/output";
 constexpr char kErrors[] = "/tmp/errors";
-constexpr char kPrompt[] = "$ kobctl ";
 
-[[noreturn]] void ExecKobctl(int output, const std::vector<std::string>& words)
+int OpenAnew(const char* path) { return open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600); }
+
+pid_t StartShell(const std::string& line, int output)
 {
-    const std::string program = kPrograms + "kobctl";
-    const char* emulator = KOBD_EMULATOR;  // empty where kobctl runs by itself
-    std::vector<const char*> arguments;
-    if (*emulator != 0) arguments.push_back(emulator);
-    arguments.push_back(program.c_str());
-    for (const std::string& word : words) arguments.push_back(word.c_str());
-    arguments.push_back(nullptr);
-    dup2(output, STDOUT_FILENO);
-    dup2(open(kErrors, O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
+    PutOnPath("kobctl", Exec("kobctl"));
+    const pid_t process = fork();
+    if (process != 0) return process;
+    dup2(output >= 0 ? output : OpenAnew(kOutput), STDOUT_FILENO);
+    dup2(OpenAnew(kErrors), STDERR_FILENO);
     unsetenv("COLUMNS");
     setenv("KOBD_STATE_DIR", "/tmp/state", 1);  // the stores of the daemon under test, no one else's
-    execvp(arguments[0], const_cast<char* const*>(arguments.data()));
+    execl("/bin/sh", "sh", "-c", line.c_str(), nullptr);
     _exit(127);
-}
-
-std::vector<std::string> Split(const std::string& line)
-{
-    std::vector<std::string> words;
-    bool quoted = false;
-    bool in_word = false;
-    for (const char c : line)
-    {
-        if (c == '\'') quoted = !quoted;
-        if (c == ' ' && !quoted)
-        {
-            in_word = false;
-            continue;
-        }
-        if (!in_word) words.emplace_back();
-        in_word = true;
-        if (c != '\'') words.back() += c;
-    }
-    return words;
 }
 }  // namespace
 
-pid_t StartKobctlOn(int output, const std::vector<std::string>& words)
+std::string Ran::Text() const
 {
-    const pid_t process = fork();
-    if (process == 0) ExecKobctl(output, words);
-    return process;
+    std::string text = output;
+    std::istringstream lines(errors);
+    for (std::string line; std::getline(lines, line);) text += "! " + line + "\n";
+    return status == 0 ? text : text + "[" + std::to_string(status) + "]\n";
 }
 
-pid_t StartKobctl(const std::vector<std::string>& words)
-{
-    const int output = open(kOutput, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    const pid_t process = StartKobctlOn(output, words);
-    close(output);
-    return process;
-}
+Ran RunShell(const std::string& line) { return ReadKobctl(StartShell(line, -1)); }
+
+Ran RunLine(const std::string& words) { return RunShell("kobctl " + words); }
+
+std::string Said(const std::string& words) { return RunLine(words).Text(); }
+
+pid_t StartKobctl(const std::string& words, int output) { return StartShell("exec kobctl " + words, output); }
 
 Ran ReadKobctl(pid_t process)
 {
     int status = 0;
     waitpid(process, &status, 0);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), FileText(kOutput), FileText(kErrors)};
-}
-
-Ran RunKobctl(const std::vector<std::string>& words) { return ReadKobctl(StartKobctl(words)); }
-
-Ran RunLine(const std::string& line) { return RunKobctl(Split(line)); }
-
-std::string Replay(const std::string& transcript)
-{
-    std::string out;
-    std::istringstream lines(transcript);
-    for (std::string line; std::getline(lines, line);)
-    {
-        if (!line.starts_with(kPrompt)) continue;
-        const Ran ran = RunKobctl(Split(line.substr(sizeof kPrompt - 1)));
-        out += line + "\n" + ran.output;
-        std::istringstream errors(ran.errors);
-        for (std::string error; std::getline(errors, error);) out += "! " + error + "\n";
-        if (ran.status != 0) out += "[" + std::to_string(ran.status) + "]\n";
-    }
-    return out;
 }
 }  // namespace kobd::test

@@ -1,42 +1,40 @@
 // kobctl in front of a daemon that lies about its files or does not answer: it reads and removes
 // nothing but dump files, and leaves no change file behind.
-#include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <atomic>
-#include <csignal>
-#include <cstring>
+#include <filesystem>
 #include <fstream>
 
+#include "daemon/base/result.h"
 #include "daemon/base/tlv.h"
-#include "platform/message.h"
+#include "host/bus/bus.h"
+#include "tests/items.h"
 #include "tests/joined.h"
-#include "tests/namespaces.h"
+#include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 
 namespace kobd::test
 {
 namespace
 {
-constexpr uint32_t kDumpCode = 12u << 16 | kClassRequest;
-constexpr uint32_t kShowCode = 13u << 16 | kClassRequest;
-constexpr uint32_t kSetCode = 10u << 16 | kClassRequest;
+namespace fs = std::filesystem;
 
 std::string told_path;               // what the lying daemon calls its dump file
 std::string change_path;             // of the change file it was sent
 std::atomic<mode_t> change_mode{0};  // of that file, once it was seen
 
-int TellPath(MessageHeader* request)
+// The message that came has room for the reply.
+int Reply(MessageHeader* request, const std::string& items)
 {
-    alignas(MessageHeader) char bytes[kMessageMax] = {};
-    auto* reply = reinterpret_cast<MessageHeader*>(bytes);
-    *reply = *request;
-    TlvWriter writer({bytes + sizeof(MessageHeader), kPayloadMax});
-    if (!writer.Int(kTagResult, 0) || !writer.Text(kTagValue, told_path)) return -1;
-    reply->length = static_cast<uint16_t>(writer.Size());
-    return MessageSendReply(reply);
+    request->length = static_cast<uint16_t>(items.copy(reinterpret_cast<char*>(request + 1), kPayloadMax));
+    return MessageSendReply(request);
 }
+
+int TellPath(MessageHeader* request) { return Reply(request, IntItem(kTagResult, 0) + TextItem(kTagValue, told_path)); }
+
+// Says nothing about its state folder.
+void RefuseControl(MessageHeader* request) { Reply(request, IntItem(kTagResult, kNotFound)); }
 
 // Looks at the change file and never answers.
 int KeepSilent(MessageHeader* request)
@@ -51,21 +49,23 @@ int KeepSilent(MessageHeader* request)
 }
 
 const MsgHandler kHandlers[] = {
-    {"ReqTableSet", kSetCode, KeepSilent},
-    {"ReqTableDump", kDumpCode, TellPath},
-    {"ReqShow", kShowCode, TellPath},
+    {"ReqTableSet", MessageCode(kReqTableSet, kClassRequest), KeepSilent},
+    {"ReqTableDump", MessageCode(kReqTableDump, kClassRequest), TellPath},
+    {"ReqShow", MessageCode(kReqShow, kClassRequest), TellPath},
     {nullptr, 0, nullptr},
 };
 
-class LyingDaemon : public testing::Test
+bool Exists(const std::string& path) { return fs::is_symlink(path) || fs::exists(path); }
+
+class LyingDaemon : public SystemTest
 {
 protected:
     void SetUp() override
     {
-        SKIP_WITHOUT_NAMESPACES();
-        ASSERT_EQ(system("rm -rf /tmp/victim* /tmp/kobd-* /tmp/kobctl-*"), 0);
-        std::ofstream("/tmp/victim") << "precious";
+        SystemTest::SetUp();
+        if (IsSkipped()) return;
         change_mode = 0;
+        host::BusCall({.control = RefuseControl});
         MessageProccessRegister(kHandlers);
         ASSERT_EQ(Join(kModuleKobd), 0);
         running_ = true;
@@ -74,12 +74,7 @@ protected:
     void TearDown() override
     {
         if (running_) MessageDestroy();
-    }
-
-    static bool Exists(const std::string& path)
-    {
-        struct stat status;
-        return lstat(path.c_str(), &status) == 0;
+        host::BusCall({});
     }
 
     bool running_ = false;
@@ -87,50 +82,46 @@ protected:
 
 TEST_F(LyingDaemon, NothingButADumpFileIsReadOrRemoved)
 {
+    for (const char* file : {"/tmp/victim", "/tmp/kobd-12345678", "/tmp/kobd-4x"}) std::ofstream(file) << "precious";
     ASSERT_EQ(symlink("/tmp/victim", "/tmp/kobd-1"), 0);
     ASSERT_EQ(mkfifo("/tmp/kobd-2", 0600), 0);
     ASSERT_EQ(mkdir("/tmp/kobd-3", 0700), 0);
-    std::ofstream("/tmp/kobd-12345678") << "precious";
-    std::ofstream("/tmp/kobd-4x") << "precious";
+    const std::string kNone = ", which is no dump file; it was left alone";
     const struct
     {
         const char* path;
-        const char* error;  // after the command and a colon
-        bool stays;
+        std::string error;
     } cases[] = {
-        {"/tmp/victim", "the reply names '/tmp/victim', which is no dump file; it was left alone", true},
-        {"/tmp/kobd-1/../victim", "the reply names '/tmp/kobd-1/../victim', which is no dump file; it was left alone",
-         false},
-        {"/tmp/kobd-12345678", "the reply names '/tmp/kobd-12345678', which is no dump file; it was left alone", true},
-        {"/tmp/kobd-4x", "the reply names '/tmp/kobd-4x', which is no dump file; it was left alone", true},
-        {"/tmp/kobd-", "the reply names '/tmp/kobd-', which is no dump file; it was left alone", false},
-        {"", "the reply names '', which is no dump file; it was left alone", false},
-        {"/tmp/kobd-2", "/tmp/kobd-2 is not a plain file; it was left alone", true},
-        {"/tmp/kobd-3", "/tmp/kobd-3 is not a plain file; it was left alone", true},
-        {"/tmp/kobd-9", "cannot open the dump file /tmp/kobd-9: No such file or directory", false},
+        {"/tmp/victim", "the reply names '/tmp/victim'" + kNone},
+        {"/tmp/kobd-3/../victim", "the reply names '/tmp/kobd-3/../victim'" + kNone},
+        {"/tmp/kobd-12345678", "the reply names '/tmp/kobd-12345678'" + kNone},
+        {"/tmp/kobd-4x", "the reply names '/tmp/kobd-4x'" + kNone},
+        {"/tmp/kobd-", "the reply names '/tmp/kobd-'" + kNone},
+        {"", "the reply names ''" + kNone},
+        {"/tmp/kobd-1", ""},  // the words of the system for a link differ from one to the other
+        {"/tmp/kobd-2", "/tmp/kobd-2 is not a plain file; it was left alone"},
+        {"/tmp/kobd-3", "/tmp/kobd-3 is not a plain file; it was left alone"},
+        {"/tmp/kobd-9", "cannot open the dump file /tmp/kobd-9: No such file or directory"},
     };
     for (const auto& one : cases)
-    {
-        told_path = one.path;
-        const Ran dump = RunKobctl({"table", "dump", "FwIpFilterTable"});
-        EXPECT_EQ(dump.status, 1) << one.path;
-        EXPECT_EQ(dump.errors, std::string("kobctl: table dump: ") + one.error + "\n");
-        const Ran show = RunKobctl({"show"});
-        EXPECT_EQ(show.status, 1) << one.path;
-        EXPECT_EQ(show.errors, std::string("kobctl: show: ") + one.error + "\n");
-        EXPECT_TRUE(Exists(one.path) || !one.stays) << one.path;
-    }
-    told_path = "/tmp/kobd-1";  // the words of the system for a link differ from one to the other
-    EXPECT_EQ(RunKobctl({"table", "dump", "FwIpFilterTable"}).status, 1);
-    EXPECT_TRUE(Exists("/tmp/kobd-1") && Exists("/tmp/victim"));
+        for (const std::string command : {"table dump", "show"})
+        {
+            told_path = one.path;
+            const bool there = Exists(told_path);
+            const Ran ran = RunLine(command == "show" ? command : command + " FwIpFilterTable");
+            EXPECT_EQ(ran.status, 1) << one.path;
+            EXPECT_TRUE(ran.errors.starts_with("kobctl: " + command + ": " + one.error)) << ran.errors;
+            EXPECT_EQ(Exists(told_path), there) << one.path;
+        }
+    EXPECT_EQ(FileText("/tmp/victim"), "precious");
 }
 
 TEST_F(LyingDaemon, ABrokenDumpFileIsReportedAndRemoved)
 {
-    const std::string table("\3\0\2\0T\0", 6);
-    const std::string index("\4\0\4\0\1\0\0\0", 8);
-    const std::string column("\5\0\2\0C\0", 6);
-    const std::string value("\2\0\2\0V\0", 6);
+    const std::string table = TextItem(kTagTableName, "T");
+    const std::string index = IntItem(kTagRowIndex, 1);
+    const std::string column = TextItem(kTagColumnName, "C");
+    const std::string value = TextItem(kTagValue, "V");
     const struct
     {
         std::string bytes;
@@ -142,40 +133,34 @@ TEST_F(LyingDaemon, ABrokenDumpFileIsReportedAndRemoved)
         {index + column + value, "a row of no table"},
         {table + column + value, "a row without index"},
         {column + value, "a value of no row"},
-        {table + index + column + value + std::string("\5\0", 2), "half an item"},
-        {table + index + column + std::string("\2\0\1\0V", 5), "a text without its zero byte"},
+        {table + index + column + value + value.substr(0, 2), "half an item"},
+        {table + index + column + RawItem(kTagValue, "V"), "a text without its zero byte"},
     };
     for (const auto& one : cases)
     {
         told_path = "/tmp/kobd-77";
         std::ofstream(told_path) << one.bytes;
-        const Ran dump = RunKobctl({"table", "dump", "--json", "FwIpFilterTable"});
-        EXPECT_EQ(dump.status, 1) << one.why;
-        EXPECT_EQ(dump.errors, "kobctl: table dump: the dump file holds no rows that can be read\n") << one.why;
+        EXPECT_EQ(RunLine("table dump --json FwIpFilterTable").errors,
+                  "kobctl: table dump: the dump file holds no rows that can be read\n")
+            << one.why;
         EXPECT_FALSE(Exists(told_path)) << one.why;
     }
 }
 
-TEST_F(LyingDaemon, ChangeFilesAreTheirOwnersAloneAndGoneAfterATimeout)
+TEST_F(LyingDaemon, ChangeFilesAreTheirOwnersAloneAndGoneAfterATimeoutOrASignal)
 {
-    const Ran set = RunKobctl({"table", "set", "--timeout", "0.3", "FwIpFilterTable", "1", "IP_LIST=a"});
-    EXPECT_EQ(set.status, 1);
-    EXPECT_NE(set.errors.find("no answer within 300 ms"), std::string::npos) << set.errors;
-    EXPECT_EQ(change_mode, static_cast<mode_t>(S_IFREG | 0600));
-    EXPECT_TRUE(change_path.starts_with("/tmp/kobctl-")) << change_path;
-    EXPECT_FALSE(Exists(change_path));
-}
-
-TEST_F(LyingDaemon, ASignalLeavesNoChangeFile)
-{
-    for (const int number : {SIGTERM, SIGINT, SIGHUP})
+    for (const int number : {0, SIGTERM, SIGINT, SIGHUP})
     {
         change_mode = 0;
-        const pid_t kobctl = StartKobctl({"table", "set", "--timeout", "20", "FwIpFilterTable", "1", "IP_LIST=a"});
-        for (int i = 0; i < 1000 && change_mode == 0; ++i) usleep(10000);
+        const std::string timeout = number == 0 ? "0.3" : "20";
+        const pid_t kobctl = StartKobctl("table set --timeout " + timeout + " FwIpFilterTable 1 IP_LIST=a");
+        EXPECT_TRUE(Await([] { return change_mode != 0; }));
         EXPECT_EQ(change_mode, static_cast<mode_t>(S_IFREG | 0600));
-        kill(kobctl, number);
-        EXPECT_EQ(ReadKobctl(kobctl).status, -number);
+        if (number != 0) kill(kobctl, number);
+        const Ran ran = ReadKobctl(kobctl);
+        EXPECT_EQ(ran.status, number == 0 ? 1 : -number);
+        EXPECT_EQ(ran.errors.find("no answer within 300 ms") != std::string::npos, number == 0) << ran.errors;
+        EXPECT_TRUE(change_path.starts_with("/tmp/kobctl-")) << change_path;
         EXPECT_FALSE(Exists(change_path)) << number;
     }
 }

@@ -13,7 +13,6 @@ enum class Call : int
     kRead,
     kWrite,
     kFsync,
-    kRename,  // of the old name
     kFork,
     kSetQueue,  // msgctl with IPC_SET
 };

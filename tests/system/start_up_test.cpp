@@ -1,20 +1,13 @@
 // How the real daemon starts: detached or not, on which state, and when it does not start at all.
-#include <gtest/gtest.h>
 #include <pty.h>
-#include <sys/ipc.h>
 #include <sys/sem.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include <csignal>
 #include <filesystem>
 #include <sstream>
 
-#include "daemon/base/tlv.h"
-#include "tests/namespaces.h"
-#include "tests/process_setup.h"
 #include "tests/state_sql.h"
-#include "tests/system/daemon_process.h"
+#include "tests/system/daemon_test.h"
 #include "tests/system/injected_fault.h"
 
 namespace kobd::test
@@ -24,12 +17,10 @@ namespace
 namespace fs = std::filesystem;
 
 // Starts the daemon from /tmp as a shell does; the exit status that the shell sees.
-int Start(const std::string& state, const std::string& options,
-          const std::string& streams = " >/tmp/kobd.out 2>&1 </dev/null")
+int StartByShell(const std::string& options, const std::string& streams = " >/tmp/kobd.out 2>&1 </dev/null")
 {
-    return system(
-        ("cd /tmp && KOBD_STATE_DIR=" + state + " exec " KOBD_EMULATOR " " + kPrograms + "kobd " + options + streams)
-            .c_str());
+    const std::string program = std::string("exec " KOBD_EMULATOR " ") + kPrograms + "kobd ";
+    return system(("cd /tmp && KOBD_STATE_DIR=state " + program + options + streams).c_str());
 }
 
 // The process that has the daemon's module; 0 when nobody has it.
@@ -39,76 +30,54 @@ pid_t Holder()
     return claim >= 0 && semctl(claim, 0, GETVAL) > 0 ? semctl(claim, 0, GETPID) : 0;
 }
 
-pid_t AwaitHolder()
+// Whether any daemon of this IPC namespace is there, serving or not.
+bool AnyDaemon()
 {
-    for (int i = 0; i < 100 && Holder() == 0; ++i) usleep(100000);
-    return Holder();
-}
-
-void EndHolder(pid_t daemon)
-{
-    kill(daemon, SIGTERM);
-    for (int i = 0; i < 100 && Holder() != 0; ++i) usleep(100000);
-    EXPECT_EQ(Holder(), 0);
-    EXPECT_NE(FileText("/tmp/kobd.log").find("Get sig 15, exit..."), std::string::npos);
-}
-
-// Daemons in our IPC namespace, whether they serve or not.
-int Daemons()
-{
-    int count = 0;
     std::error_code gone;
     const fs::path own = fs::read_symlink("/proc/self/ns/ipc");
     for (const auto& process : fs::directory_iterator("/proc"))
         if (FileText(process.path().string() + "/comm") == "kobd\n" &&
             fs::read_symlink(process.path() / "ns/ipc", gone) == own)
-            ++count;
-    return count;
+            return true;
+    return false;
 }
 
-class StartUp : public testing::Test
+class StartUp : public SystemTest
 {
 protected:
-    void SetUp() override
+    // The folder of a detached daemon in /proc, once it serves.
+    std::string Detached()
     {
-        SKIP_WITHOUT_NAMESPACES();
-        ASSERT_EQ(system("rm -rf /tmp/state /tmp/kobd*"), 0);
+        EXPECT_TRUE(Await([] { return Holder() != 0; }));
+        detached_ = Holder();
+        return "/proc/" + std::to_string(detached_);
     }
+
+    void TearDown() override
+    {
+        if (detached_ == 0) return;
+        kill(detached_, SIGTERM);
+        EXPECT_TRUE(Await([] { return Holder() == 0; }));
+        EXPECT_TRUE(LogSays("Get sig 15, exit..."));
+    }
+
+    pid_t detached_ = 0;
 };
 
-TEST_F(StartUp, DetachedItLeavesTerminalAndFolderButNotItsState)
-{
-    ASSERT_EQ(Start("state", ""), 0) << "the parent is done";
-    const pid_t daemon = AwaitHolder();
-    ASSERT_GT(daemon, 0);
-    const std::string process = "/proc/" + std::to_string(daemon);
-    EXPECT_EQ(fs::read_symlink(process + "/cwd"), "/");
-    EXPECT_NE(getsid(daemon), getsid(0));
-    EXPECT_NE(getsid(daemon), daemon) << "no leader of its session: it cannot get a terminal again";
-    EXPECT_NE(FileText(process + "/status").find("Umask:\t0000"), std::string::npos);
-
-    EXPECT_EQ(Request(kSet, {{kTagObjectName, "webHttpPort"}, {kTagValue, "4321"}}).result, 0);
-    EXPECT_EQ(StateSql("/tmp/state", "SELECT * FROM objects"), "webHttpPort|4321\n");
-
-    EndHolder(daemon);
-}
-
-TEST_F(StartUp, DetachedItOutlivesTheTerminalThatItWritesTo)
+TEST_F(StartUp, DetachedItLeavesTheFolderAndOutlivesTheTerminalThatItWritesTo)
 {
     int screen = -1;
     const pid_t parent = forkpty(&screen, nullptr, nullptr, nullptr);
     if (parent < 0) GTEST_SKIP() << "no terminal here";
-    if (parent == 0) _exit(Start("state", "", "") == 0 ? 0 : 1);
+    if (parent == 0) _exit(StartByShell("", "") == 0 ? 0 : 1);
     int status = -1;
     ASSERT_EQ(waitpid(parent, &status, 0), parent);
     ASSERT_EQ(status, 0);
-    const pid_t daemon = AwaitHolder();
-    ASSERT_GT(daemon, 0);
-    const std::string process = "/proc/" + std::to_string(daemon);
-    std::istringstream stat(FileText(process + "/stat"));
-    std::string terminal;  // the seventh word: process, name, state, parent, group, session, terminal
-    for (int word = 0; word < 7; ++word) stat >> terminal;
-    EXPECT_EQ(terminal, "0") << "none controls it";
+    const std::string process = Detached();
+    EXPECT_EQ(fs::read_symlink(process + "/cwd"), "/");
+    EXPECT_NE(FileText(process + "/status").find("Umask:\t0000"), std::string::npos);
+    EXPECT_NE(getsid(detached_), parent) << "the terminal does not control it";
+    EXPECT_NE(getsid(detached_), detached_) << "no leader of its session: it cannot get a terminal again";
     for (const char* stream : {"/fd/0", "/fd/1", "/fd/2"})
         EXPECT_TRUE(fs::read_symlink(process + stream).string().starts_with("/dev/pts/")) << stream << " stays";
 
@@ -121,9 +90,9 @@ TEST_F(StartUp, DetachedItOutlivesTheTerminalThatItWritesTo)
     }
     close(screen);
     EXPECT_EQ(SetObject("webHttpPort", "99999"), 2) << "told on a terminal that is gone, and in the log";
-    EXPECT_NE(FileText("/tmp/kobd.log").find("webHttpPort"), std::string::npos);
-    EXPECT_EQ(SetObject("webHttpPort", "4322"), 0);
-    EndHolder(daemon);
+    EXPECT_TRUE(LogSays("webHttpPort"));
+    EXPECT_EQ(SetObject("webHttpPort", "4321"), 0);
+    EXPECT_EQ(StateSql(kState, "SELECT * FROM objects"), "webHttpPort|4321\n") << "in the folder it was started for";
 }
 
 TEST_F(StartUp, AForkThatFailsIsToldAndLeavesNoDaemon)
@@ -131,66 +100,44 @@ TEST_F(StartUp, AForkThatFailsIsToldAndLeavesNoDaemon)
     SKIP_WITHOUT_FAULTS();
     for (const int forks : {0, 1})  // that go well before
     {
+        Clear();
         InjectedFault fault;
-        unlink("/tmp/kobd.log");
         fault.Arm(Call::kFork, "*", EAGAIN, INT_MAX, forks);
-        EXPECT_EQ(Start("state", ""), 0) << "the parent's status";
-        for (int i = 0; i < 100 && Daemons() != 0; ++i) usleep(100000);
-        EXPECT_EQ(Daemons(), 0);
+        EXPECT_EQ(StartByShell(""), 0) << "the parent's status";
+        EXPECT_TRUE(Await([] { return !AnyDaemon(); }));
         EXPECT_EQ(fault.Struck(), 1);
-        EXPECT_EQ(Holder(), 0);
-        EXPECT_FALSE(fs::exists("/tmp/state"));
+        EXPECT_FALSE(fs::exists(kState));
         const std::string told = "cannot go into the background: fork: Resource temporarily unavailable";
-        EXPECT_NE(FileText("/tmp/kobd.log").find(told), std::string::npos);
+        EXPECT_TRUE(LogSays(told));
         EXPECT_NE(FileText("/tmp/kobd.out").find(told), std::string::npos);
-    }
-}
-
-TEST_F(StartUp, AnUnknownOptionEndsItBeforeAnythingIsDone)
-{
-    for (const char* options : {"-x", "-F -x", "-Fx"})
-    {
-        unlink("/tmp/kobd.log");
-        EXPECT_EQ(Start("state", options), 0) << options;
-        EXPECT_EQ(Holder(), 0) << options;
-        EXPECT_FALSE(fs::exists("/tmp/kobd.log")) << options;
-        EXPECT_FALSE(fs::exists("/tmp/state")) << options;
-        EXPECT_EQ(FileText("/tmp/kobd.out").find("kernel.msg"), std::string::npos) << options;
     }
 }
 
 // The next daemon starts while the last one is ending: what was answered is there, whoever answered it.
 TEST_F(StartUp, AHandoverLosesNoSetThatWasAnswered)
 {
-    DaemonProcess daemons("/tmp/state");
-    pid_t last = daemons.Spawn();
+    DaemonProcess daemons[2] = {DaemonProcess(kState), DaemonProcess(kState)};
+    ASSERT_TRUE(daemons[0].Start());
     std::string answered = "80";
     for (int handover = 0; handover < 10; ++handover)
     {
-        const pid_t next = daemons.Spawn();
-        for (int set = 0; set < 100; ++set, usleep(1000))  // the next one reaches its load meanwhile
+        DaemonProcess& last = daemons[handover % 2];
+        DaemonProcess& next = daemons[(handover + 1) % 2];
+        next.Spawn();
+        EXPECT_TRUE(handover != 0 || LogSays("cannot join the bus as module 0x5A510001 yet: process " +
+                                             std::to_string(last.Process()) + " has it"));
+        for (int set = 0; set < 50; ++set, usleep(1000))  // the next one reaches its load meanwhile
         {
-            if (set == 10 * handover) kill(last, SIGTERM);
+            if (set == 5 * handover) kill(last.Process(), SIGTERM);
             const std::string value = std::to_string(1000 + handover * 100 + set);
-            const int result = Request(kSet, {{kTagObjectName, "webHttpPort"}, {kTagValue, value}}, 500).result;
-            if (result == 0) answered = value;
+            const Answer answer = Request(kReqObjSet, {{kTagObjectName, "webHttpPort"}, {kTagValue, value}}, 500);
+            if (answer.result == 0) answered = value;
         }
-        for (int i = 0; i < 1000 && Holder() != next; ++i) usleep(10000);
-        ASSERT_EQ(Holder(), next);
-        for (int i = 0; i < 100 && GetObject("webHttpPort") == "nothing"; ++i) usleep(10000);
+        EXPECT_TRUE(Await([&] { return Holder() == next.Process(); }));
+        EXPECT_TRUE(Await([] { return GetObject("webHttpPort") != "nothing"; }));
         EXPECT_EQ(GetObject("webHttpPort"), answered) << handover;
-        waitpid(last, nullptr, 0);
-        last = next;
+        last.End(SIGTERM);
     }
-    kill(last, SIGTERM);
-    EXPECT_EQ(waitpid(last, nullptr, 0), last);
-}
-
-TEST_F(StartUp, AStateFolderThatCannotBeWrittenIsReportedAtOnce)
-{
-    DaemonProcess daemon("/proc/nowhere");
-    ASSERT_TRUE(daemon.Start()) << "it serves what the factory gave it";
-    EXPECT_NE(FileText("/tmp/kobd.log").find("cannot write in the state folder /proc/nowhere: "), std::string::npos);
 }
 }  // namespace
 }  // namespace kobd::test
