@@ -73,7 +73,7 @@ built "message;nvram" "" "message;nvram"
 built "message;nvram" y "message;nvram;kobd_host;kobd_bus"
 expect "what the packages need" "+libkobd-client +libpthread +libstdcpp +KOBD_HOST_PLATFORM:kobd-host +KOBD_OWN_PLATFORM:kobd-platform
 +libkobd-client +libpthread +libsqlite3 +libstdcpp
-+kobd +libkobd-client +libsqlite3 +libstdcpp
++kobd +libkobd-client +libstdcpp
 +libpthread +libstdcpp" "$(echo "$told" | sed -n 's/^ *DEPENDS:=//p')"
 # What is built is the clone, without what was built in it before.
 expect "what is built" "CMakeLists.txt
