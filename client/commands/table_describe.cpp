@@ -61,13 +61,13 @@ Outcome DescribedTable(const TableEntry& table)
     return {std::move(data), Heading(table) + TableText(grid)};
 }
 
-Outcome TableList(const Options&, const Words& pattern)
+Outcome TableList(const Options& options, const Words& pattern)
 {
     Grid grid = {{"table", "rows", "operations"}, {false, true, false}, {}};
     Json data = Json::array();
     for (const TableEntry& table : kTableRows)
     {
-        if (!pattern.empty() && !MatchesName(pattern[0], table.name)) continue;
+        if (!pattern.empty() && !MatchesName(pattern[0], table.name, options.exact_case)) continue;
         const Words operations = OperationNames(table.operations);
         grid.lines.push_back({table.name, std::to_string(table.max_rows), Joined(operations, " ")});
         data.push_back({{"name", table.name}, {"max_rows", table.max_rows}, {"operations", operations}});

@@ -21,10 +21,10 @@ std::optional<std::string> Find(const Values& values, const std::string& name)
     return found != values.end() ? std::optional(found->second) : std::nullopt;
 }
 
+// Of a row that was just added nothing is known but that it is empty.
 std::optional<std::string> FindColumn(const Row* row, const std::string& column)
 {
-    const Assignment* found = row != nullptr ? FindNamed(row->values, column) : nullptr;
-    return found != nullptr ? std::optional(found->value) : std::nullopt;
+    return row != nullptr ? std::optional(row->ValueOf(column)) : std::nullopt;
 }
 
 Row* FindRow(std::vector<Row>* rows, int32_t index)
@@ -91,8 +91,12 @@ std::vector<ValueChange> KnownValues::ChangesOf(const Options& options, const ko
         if (change.now && change.old) values_[name] = *change.now;
         changes.push_back(change);
     }
-    if (announcement.id != kEventTableChanged || items.size() < 2 || !items[1].number) return changes;
+    if (items.size() < 2 || !items[1].number) return changes;
     std::vector<Row>& rows = rows_[items[0].text];
+    if (announcement.id == kEventRowAdded || announcement.id == kEventSubRowAdded) rows.push_back({*items[1].number});
+    if (announcement.id == kEventRowDeleted)
+        std::erase_if(rows, [&](const Row& row) { return row.index == *items[1].number; });
+    if (announcement.id != kEventTableChanged) return changes;
     Row* old = FindRow(&rows, *items[1].number);
     const std::optional<Row> now = ReadRow(options, items[0].text, *items[1].number);
     for (size_t i = 2; i < items.size(); ++i)

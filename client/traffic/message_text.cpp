@@ -51,7 +51,7 @@ constexpr NamedMessage kMessages[] = {
 
 const NetworkEvent* FindEvent(const kobd_tapped& message)
 {
-    if (message.message_class != kClassEvent || message.module == kModuleNotify) return nullptr;
+    if (message.message_class != kClassEvent) return nullptr;
     const auto found = std::ranges::find(kNetworkEvents, message.id, &NetworkEvent::id);
     return found == std::end(kNetworkEvents) ? nullptr : found;
 }

@@ -103,17 +103,24 @@ void Write(Database* database, const Store& store, std::string_view key, std::op
     history->Add(change);
 }
 
-// The empty text, or why it was not written.
+bool TryWriteAlone(Database* database, const Store& store, std::string_view key, std::optional<std::string_view> value,
+                   int asked)
+{
+    History history(database, asked);
+    return database->Write(
+        [&]
+        {
+            Write(database, store, key, value, &history);
+            history.Finish();
+        });
+}
+
+// The empty text, or why it was not written. A damaged database is kept aside.
 std::string WriteAlone(const Store& store, std::string_view key, std::optional<std::string_view> value, int asked)
 {
     const State state;
-    History history(&*state, asked);
-    const bool written = state->Write(
-        [&]
-        {
-            Write(&*state, store, key, value, &history);
-            history.Finish();
-        });
+    const bool written = TryWriteAlone(&*state, store, key, value, asked) ||
+                         (state->KeepDamagedAside() && TryWriteAlone(&*state, store, key, value, asked));
     return written ? "" : state->Why();
 }
 

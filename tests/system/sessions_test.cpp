@@ -2,14 +2,16 @@
 //
 // A session is what a person sees. A line "$ COMMAND" is run by the shell, together with lines "> ..." behind it; its
 // output follows, lines of standard error after "! ", and the exit status in brackets where it is not 0. "$ kill kobd"
-// ends the daemon as a power cut would, "$ kobd" starts it again, KOBD_PID is its process. Lines before the first
-// command are a comment.
+// ends the daemon as a power cut would, "$ kobd" starts it again, KOBD_PID is its process. "$ join" joins the bus as
+// the module that announcements go to, and reads none of them. Lines before the first command are a comment.
 //
 // After an intended change of words, run this program with KOBD_REWRITE_SESSIONS=1 and review what changed.
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
+#include "daemon/base/messages.h"
+#include "platform/bus_client.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 #include "tests/uci_on_path.h"
@@ -42,9 +44,11 @@ protected:
         if (*KOBD_EMULATOR != 0) PutUciOnPath();  // elsewhere the daemon finds our uci by itself
         ASSERT_TRUE(daemon_.Start());
     }
+    void TearDown() override { BusClientClose(&listener_); }
 
     std::string Run(const std::string& command)
     {
+        if (command == "join") return BusClientJoin(&listener_, kModuleNotify) == 0 ? "" : "it cannot join\n";
         if (command == "kobd") return daemon_.Start() ? "" : "it does not answer\n";
         setenv("KOBD_PID", std::to_string(daemon_.Process()).c_str(), 1);
         if (command != "kill kobd") return RunShell(command).Text();
@@ -72,6 +76,9 @@ protected:
         }
         return comment + replayed;
     }
+
+private:
+    BusClient listener_;
 };
 
 INSTANTIATE_TEST_SUITE_P(Sessions, KobctlSession, testing::ValuesIn(SessionNames()),
