@@ -15,6 +15,8 @@ namespace
 {
 constexpr double kLongestTimeout = 24.0 * 60 * 60;  // seconds
 constexpr int kHighestCount = 1000000;
+constexpr int kHighestCode = 255;
+constexpr int kHighestSpeed = 1000;
 constexpr int kLongestConfirm = 7 * 24 * 60 * 60;  // seconds
 
 Failure ReadTimeout(const std::string& text, Options* options)
@@ -38,6 +40,21 @@ Failure ReadNumber(const std::string& text, int highest, const char* takes, int*
 Failure ReadCount(const std::string& text, Options* options)
 {
     return ReadNumber(text, kHighestCount, "--count takes a number", &options->count);
+}
+
+Failure ReadTimes(const std::string& text, Options* options)
+{
+    return ReadNumber(text, kHighestCount, "--times takes a number from 1 to 1000000", &options->times);
+}
+
+Failure ReadCode(const std::string& text, Options* options)
+{
+    return ReadNumber(text, kHighestCode, "--code takes a result code from 1 to 255", &options->code);
+}
+
+Failure ReadSpeed(const std::string& text, Options* options)
+{
+    return ReadNumber(text, kHighestSpeed, "--speed takes a number from 1 to 1000", &options->speed);
 }
 
 Failure ReadConfirm(const std::string& text, Options* options)
@@ -66,6 +83,8 @@ constexpr Option kOptions[] = {
     {"silent", &Options::silent, nullptr},   {"confirm", nullptr, ReadConfirm},
     {"resume", &Options::resume, nullptr},   {"parent", nullptr, ReadParent},
     {"follow", &Options::follow, nullptr},   {"count", nullptr, ReadCount},
+    {"announce", &Options::announce, nullptr}, {"code", nullptr, ReadCode},
+    {"times", nullptr, ReadTimes}, {"speed", nullptr, ReadSpeed},
 };
 
 // Reads the option at `optind` and moves behind it. getopt_long takes "--sil" for "--silent", which we refuse.

@@ -31,6 +31,12 @@ static_assert(int{KOBD_TABLE_DEL} == kReqTableDel && int{KOBD_TABLE_GET} == kReq
 static_assert(int{KOBD_TABLE_SET} == kReqTableSet && int{KOBD_TABLE_SET_SILENT} == kReqTableSetSilent);
 static_assert(int{KOBD_TABLE_DUMP} == kReqTableDump && int{KOBD_SHOW} == kReqShow);
 static_assert(int{KOBD_SUB_TABLE_ADD} == kREQSubTableAdd);
+static_assert(int{KOBD_HOST_STATE} == kHostState && int{KOBD_HOST_FACTORY} == kHostFactory);
+static_assert(int{KOBD_HOST_SIM_SET} == kHostSimSet && int{KOBD_HOST_SIM_SET_ANNOUNCED} == kHostSimSetAnnounced);
+static_assert(int{KOBD_HOST_SIM_ROW_ADD} == kHostSimRowAdd && int{KOBD_HOST_SIM_ROW_SET} == kHostSimRowSet);
+static_assert(int{KOBD_HOST_SIM_ROW_DEL} == kHostSimRowDel && int{KOBD_HOST_SIM_FAIL} == kHostSimFail);
+static_assert(int{KOBD_HOST_SIM_SLOW} == kHostSimSlow && int{KOBD_HOST_SIM_LIST} == kHostSimList);
+static_assert(int{KOBD_HOST_SIM_CLEAR} == kHostSimClear);
 static_assert(KOBD_MODULE_DAEMON == kModuleKobd && KOBD_MODULE_NOTIFY == kModuleNotify);
 static_assert(KOBD_MODULE_SERVICES == kModuleServices && KOBD_MODULE_FORWARD == kModuleForward);
 
