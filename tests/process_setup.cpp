@@ -64,6 +64,7 @@ bool LooksLike(const std::string& text, const std::string& pattern)
 int main(int count, char** arguments)
 {
     testing::InitGoogleTest(&count, arguments);
+    setenv("KOBD_STILL", "1", 0);  // values are compared; a test about those that move takes it away
     if (!testing::GTEST_FLAG(list_tests)) kobd::test::EnterOwnNamespaces();
     return RUN_ALL_TESTS();
 }

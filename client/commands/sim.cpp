@@ -19,6 +19,7 @@ Failure Send(const char* verb, const Options& options, const Words& words, Items
 {
     SimStep step = {};
     if (Failure failure = ReadSimStep(LineOf(verb, options, words), &step)) return failure;
+    if (step.last) return {kWrongUse, "'last' is for scenarios: give the index of the row"};
     return SendSimStep(options, step, answer);
 }
 

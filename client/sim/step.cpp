@@ -83,7 +83,9 @@ Failure ReadRow(const CommandLine& line, SimStep* step)
     step->items = {Item(KOBD_TAG_TABLE_NAME, words[1])};
     if (!add)
     {
-        if (Failure failure = ReadRowIndex(words[3], &change.row.index)) return failure;
+        step->last = words[3] == kLastRow;
+        if (!step->last)
+            if (Failure failure = ReadRowIndex(words[3], &change.row.index)) return failure;
         step->items.emplace_back(KOBD_TAG_ROW_INDEX, change.row.index);
     }
     for (size_t i = add ? 3 : 4; i < words.size(); ++i)

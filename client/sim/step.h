@@ -11,7 +11,10 @@ struct SimStep
 {
     kobd_host_control control;
     Items items = {};
+    bool last = false;  // of a row: the one that was added last in its table. A scenario puts in its index
 };
+
+inline constexpr char kLastRow[] = "last";
 
 // Reads "set NAME=VALUE...", "row TABLE add ...", "fail ...", "slow ..." or "clear". Fails where the names, numbers or
 // texts are wrong; nothing was sent then.

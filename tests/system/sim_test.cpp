@@ -1,0 +1,428 @@
+// The simulator through the real daemon and kobctl: failures, rows that are never written, what moves by itself, and
+// scenarios.
+#include <fstream>
+
+#include "client/dictionary/dictionary.h"
+#include "daemon/base/messages.h"
+#include "tests/items.h"
+#include "tests/state_sql.h"
+#include "tests/system/daemon_test.h"
+#include "tests/system/kobctl_program.h"
+#include "tests/system/object_samples.h"
+
+namespace kobd::test
+{
+namespace
+{
+class Simulator : public DaemonTest
+{
+protected:
+    void TearDown() override { BusClientClose(&listener_); }
+
+    // The ids of the announcements since the last call.
+    std::string Announced()
+    {
+        alignas(MessageHeader) static char bytes[kMessageMax];
+        auto* message = reinterpret_cast<MessageHeader*>(bytes);
+        std::string ids;
+        while (BusClientReceive(&listener_, message, 0) == 0) ids += std::to_string(message->id) + " ";
+        return ids;
+    }
+
+    static void Sim(const std::string& line)
+    {
+        const Ran ran = RunLine("sim " + line);
+        EXPECT_EQ(ran.status, 0) << line << ": " << ran.errors;
+    }
+
+    static std::string Export() { return RunLine("export").output; }
+
+    static void WriteScenario(const std::string& text) { std::ofstream("/tmp/scenario.conf") << text; }
+
+    BusClient listener_;
+};
+
+// The same with a router that moves.
+class MovingRouter : public Simulator
+{
+protected:
+    void SetUp() override
+    {
+        setenv("KOBD_STILL", "0", 1);
+        Simulator::SetUp();
+    }
+    void TearDown() override
+    {
+        Simulator::TearDown();
+        setenv("KOBD_STILL", "1", 1);
+    }
+
+    static uint64_t Number(const std::string& name) { return strtoull(Get(name).c_str(), nullptr, 10); }
+};
+
+TEST_F(Simulator, ASetThatTheRouterFailsStopsThereWithoutACommit)
+{
+    ASSERT_EQ(BusClientJoin(&listener_, kModuleNotify), 0);
+    int code = 3;
+    int tried = 0;
+    for (size_t i = 0; i < kObjectRows.size() && tried < 50; i += 11)
+    {
+        const ObjectRow& object = kObjectRows[i];
+        const std::string good = SamplesFor(object).good;
+        if (object.access != Access::kReadWrite || object.shared || object.validator != nullptr || good == Get(object.name))
+            continue;
+        ++tried;
+        code = code % 30 + 3;  // also those that checks answer
+        const std::string before = Get(object.name);
+        const std::string language = tried % 2 == 0 ? "zh" : "pt";
+        Sim("fail " + std::string(object.name) + " set --times 1 --code " + std::to_string(code));
+        static_cast<void>(Announced());
+        const std::string items = Pair("webLanguage", language) + Pair(object.name, good) + Pair("webHttpsPort", "4433");
+        EXPECT_EQ(RequestItems(kSet, items).result, code) << object.name;
+        EXPECT_EQ(Announced(), "2 4 ") << object.name << ": the pair before it, and the end";
+        EXPECT_EQ(Get("webLanguage"), language) << "the pair before it stays";
+        EXPECT_EQ(Get(object.name), before);
+        EXPECT_NE(Get("webHttpsPort"), "4433") << "the pair behind it is not reached";
+        EXPECT_EQ(StateSql("/tmp/state", "SELECT * FROM objects"), "") << "nothing was committed";
+        Sim("fail " + std::string(object.name) + " get --times 1");
+        EXPECT_EQ(Request(kGet, {{1, object.name}, {1, "IMEI"}}).texts.size(), 2u) << object.name << " is left out";
+        EXPECT_EQ(Get(object.name), before) << "once was enough";
+    }
+    EXPECT_EQ(tried, 50);
+}
+
+TEST_F(Simulator, TableOperationsAnswerTheirFailureAndChangeNothing)
+{
+    ASSERT_EQ(BusClientJoin(&listener_, kModuleNotify), 0);
+    int tried = 0;
+    for (const TableRow& table : kTableRows)
+    {
+        if (table.daemon_list || !table.Has(Operation::kAdd) || !table.Has(Operation::kSet) || *table.validator != 0 || tried == 20) continue;
+        const std::string name = table.name;
+        const int code = 3 + tried++;
+        Sim("row " + name + " add");
+        const std::string dumped = RunLine("table dump --json " + name).output;
+        const std::string rows = Request(kTableDump, {{kTagTableName, name}}).items;
+        const size_t at = dumped.rfind("\"index\":");
+        const int index = atoi(dumped.c_str() + at + 8);
+        for (const char* operation : {"add", "del", "get", "set"})
+            Sim("fail " + name + " " + operation + " --times 1 --code " + std::to_string(code));
+        std::ofstream("/tmp/change.conf", std::ios::binary) << Row(name, index) << Column(table.layout.columns[0].name, "1");
+        EXPECT_EQ(Request(kTableAdd, {{kTagTableName, name}}).result, code) << name;
+        EXPECT_EQ(RequestItems(kTableDel, Row(name, index)).result, code) << name;
+        EXPECT_EQ(RequestItems(kTableGet, Row(name, index)).result, code) << name;
+        EXPECT_EQ(Request(kTableSet, {{kTagValue, "/tmp/change.conf"}}).result, code) << name;
+        EXPECT_EQ(RunLine("table dump --json " + name).output, dumped) << name;
+        Sim("fail " + name + " next --times 1 --code " + std::to_string(code));
+        EXPECT_NE(RunLine("table dump --json " + name).output, dumped) << name << ": it ends where next fails";
+    }
+    EXPECT_EQ(tried, 20);
+    EXPECT_EQ(Announced().find("799"), std::string::npos);
+    EXPECT_EQ(StateSql("/tmp/state", "SELECT * FROM lists"), "");
+    EXPECT_EQ(system("rm -f /tmp/kobd-*"), 0);
+}
+
+// Rows and values that are only shown never reach the database, whatever is committed beside them.
+TEST_F(Simulator, NothingSimulatedIsWritten)
+{
+    ASSERT_EQ(RunLine("table add FwIpFilterTable DestIPAddress=10.0.0.1 IP_LIST=real").status, 0);
+    const std::string before = Export();
+    Sim("set webHttpPort=8081 RSRP=-1 ethernetLinkStatus=1");
+    Sim("row FwIpFilterTable add IP_LIST=shown");
+    Sim("row FwIpFilterTable set 1 DestIPAddress=10.0.0.9");
+    Sim("row DnsClientTable del 1");
+    Sim("row ApnConfigTable set 0 ApnEnable=7 ApnName=shown");
+    EXPECT_NE(Export(), before);
+    EXPECT_EQ(Get("webHttpPort"), "8081");
+    // Each is committed in part: another column, another row of a list that was the factory's, another value.
+    ASSERT_EQ(RunLine("table set FwIpFilterTable 1 IP_LIST=changed").status, 0);
+    ASSERT_EQ(RunLine("table set DnsClientTable 2 DnsServer=198.51.100.1 ApnConfigTable 0 MTU=1400").status, 0);
+    ASSERT_EQ(Set("webLanguage", "zh"), 0);
+    const std::string added = RunLine("table add FwIpFilterTable IP_LIST=second").output;
+    const std::string shown = RunLine("table get FwIpFilterTable 1 2 --json").output;
+    EXPECT_NE(shown.find("10.0.0.9"), std::string::npos) << "still simulated";
+    EXPECT_NE(shown.find("changed"), std::string::npos);
+    EXPECT_EQ(added, "3\n") << "2 is taken as long as it is shown";
+    ASSERT_EQ(RunLine("table set FwIpFilterTable 1 DestIPAddress=10.0.0.2").status, 0);
+    Sim("clear");
+    const std::string after = Export();
+    const auto expect = [&](const char* text, bool there)
+    { EXPECT_EQ(after.find(text) != std::string::npos, there) << text; };
+    expect("IP_LIST=changed", true);
+    expect("DestIPAddress=10.0.0.2", true);
+    expect("IP_LIST=second", true);
+    expect("DnsServer=192.0.2.53", true);
+    expect("MTU=1400", true);
+    expect("ApnName=internet", true);
+    expect("shown", false);
+    expect("webHttpPort=80\n", true);
+    EXPECT_EQ(RunLine("nvram get apn1_enable").output, "1\n");
+    EXPECT_EQ(StateSql("/tmp/state", "SELECT last FROM lists WHERE name='FwIpFilterTable'"), "3\n");
+    Restart();
+    EXPECT_EQ(Export(), after);
+    // A row that only the simulator has becomes real when it is set; one that is deleted is gone.
+    Sim("row FwIpFilterTable add IP_LIST=third");
+    ASSERT_EQ(RunLine("table set FwIpFilterTable 4 DestIPAddress=10.0.0.4").status, 0);
+    Sim("row FwIpFilterTable set 1 IP_LIST=shown");
+    ASSERT_EQ(RunLine("table del FwIpFilterTable 1").status, 0);
+    Sim("clear");
+    const std::string real = Export();
+    EXPECT_NE(real.find("IP_LIST=third"), std::string::npos);
+    EXPECT_EQ(real.find("IP_LIST=changed"), std::string::npos);
+    Restart();
+    EXPECT_EQ(Export(), real);
+}
+
+TEST_F(Simulator, ReadsAsWritten)
+{
+    static constexpr char kSession[] = R"session($ kobctl sim set RSRP=-120 webHttpPort=abc
+$ kobctl get RSRP webHttpPort
+RSRP=-120
+webHttpPort=abc
+$ kobctl set webHttpPort=81
+$ kobctl get webHttpPort
+81
+$ kobctl sim set networkLanSettingStart=10.0.0.1
+$ kobctl get LANStartIP
+10.0.0.1
+$ kobctl sim fail webHttpPort set --code 9 --times 2
+$ kobctl set webLanguage=zh webHttpPort=82 webHttpsPort=8443
+! kobctl: the router could not set webHttpPort; changed before it: webLanguage: Message initialize failed (9)
+[1]
+$ kobctl set webHttpPort=83
+! kobctl: the router could not set webHttpPort; changed before it: nothing: Message initialize failed (9)
+[1]
+$ kobctl sim fail systemReboot set
+$ kobctl set webLanguage=en systemReboot=1 systemReset=1
+! kobctl: the router could not set one of systemReboot, systemReset; changed before it: webLanguage: Invoke failed (17)
+[1]
+$ kobctl sim fail commit --code 14 --times 1
+$ kobctl sim slow OnlineDeviceTable 5 --times 9
+$ kobctl sim row OnlineDeviceTable add HostName=tablet
+8
+$ kobctl sim row OnlineDeviceTable del 2
+$ kobctl get DeviceTableIndexList
+1,3,4,5,6,7,8
+$ kobctl sim list
+RSRP=-120
+networkLanSettingStart=10.0.0.1
+systemReboot set fails, Invoke failed (17), always
+commit fails, Update failed (14), once
+OnlineDeviceTable takes 5 ms, 9 times
+OnlineDeviceTable row 2 deleted
+OnlineDeviceTable row 8 added
+$ kobctl sim list --json
+[{"name":"RSRP","what":"value","value":"-120"},{"name":"networkLanSettingStart","what":"value","value":"10.0.0.1"},{"name":"systemReboot","what":"set","code":17,"times":0},{"name":"","what":"commit","code":14,"times":1},{"name":"OnlineDeviceTable","what":"slow","milliseconds":5,"times":9},{"name":"OnlineDeviceTable","what":"row","row":"2 deleted"},{"name":"OnlineDeviceTable","what":"row","row":"8 added"}]
+$ kobctl set webLanguage=zh
+! kobctl: set, but not saved: the simulator lets the commit fail with 14
+[3]
+$ kobctl commit
+$ kobctl sim clear
+$ kobctl sim list
+$ kobctl get RSRP DeviceTableIndexList
+RSRP=-95
+DeviceTableIndexList=1,2,3,4,5,6,7
+$ kobctl sim set RSRP
+! kobctl: set takes NAME=VALUE, not 'RSRP'; see kobctl help sim
+[2]
+$ kobctl sim set RSPR=1
+! kobctl: there is no object RSPR, did you mean RSRP?: Obj or table not found (1)
+[1]
+$ kobctl sim set systemReboot=1
+! kobctl: systemReboot cannot be read: there is nothing to simulate: Method unavailable (16)
+[1]
+$ kobctl sim set RoamingStatus=Home
+! kobctl: RoamingStatus is kept by the daemon itself, with uci or the configuration store: it cannot be simulated: Method unavailable (16)
+[1]
+$ kobctl sim fail OnlineDeviceTable add
+! kobctl: OnlineDeviceTable has no operation add, it has next: Method unavailable (16)
+[1]
+$ kobctl sim fail webHttpPort set --code 0
+! kobctl: --code takes a result code from 1 to 255, not '0'; see kobctl help
+[2]
+$ kobctl sim slow webHttpPort 60001
+! kobctl: slow takes NAME or TABLE, and milliseconds from 1 to 60000; see kobctl help sim
+[2]
+$ kobctl sim row CellularUSIMTable del 1
+! kobctl: CellularUSIMTable is kept by the daemon itself, with uci or the configuration store: it cannot be simulated: Method unavailable (16)
+[1]
+$ kobctl sim row DnsClientTable set 1 DnsServr=1
+! kobctl: DnsClientTable has no column DnsServr, did you mean DnsServer?: Element not found (12)
+[1]
+$ kobctl sim row DnsClientTable del 9
+! kobctl: there is no such row: Table index not found (13)
+[1]
+)session";
+    EXPECT_EQ(Replay(kSession), kSession);
+}
+
+TEST_F(Simulator, AnnouncesOnlyWhenAsked)
+{
+    ASSERT_EQ(BusClientJoin(&listener_, kModuleNotify), 0);
+    Sim("set RSRP=-1");
+    Sim("row DnsClientTable add");
+    EXPECT_EQ(Announced(), "");
+    Sim("set RSRP=-2 RSRQ=-3 --announce");
+    EXPECT_EQ(Announced(), "2 2 4 ");
+}
+
+TEST_F(MovingRouter, CountsWhileItsNetworkIsUp)
+{
+    ASSERT_EQ(system("touch /tmp/before.conf"), 0);
+    const auto start = Number("UpTime");
+    const auto received = Number("networkWanRecvBytes");
+    const std::string flow = RunLine("table dump FlowTable --json").output;
+    const std::string exported = Export();
+    sleep(3);
+    EXPECT_GE(Number("UpTime"), start + 3);
+    EXPECT_LE(Number("UpTime"), start + 20);
+    EXPECT_GT(Number("networkWanRecvBytes"), received + 3 * 20000);
+    EXPECT_NE(RunLine("table dump FlowTable --json").output, flow);
+    EXPECT_EQ(Export(), exported) << "neither the clock nor a counter is a setting";
+    char today[32];
+    const time_t now = time(nullptr);
+    strftime(today, sizeof today, "%Y-%m-%dT%H", localtime(&now));
+    EXPECT_TRUE(Get("CurrentDateTime").starts_with(today)) << Get("CurrentDateTime");
+    ASSERT_EQ(Set("CurrentDateTime", "2031-02-03T04:05:06"), 0);
+    EXPECT_TRUE(Get("CurrentDateTime").starts_with("2031-02-03T04:05:")) << "the clock goes on from there";
+
+    ASSERT_EQ(RunLine("event NetworkDown").status, 0);
+    for (const auto& [name, value] : {std::pair{"SIMWANIPv4", "0.0.0.0"}, {"RSRP", "-"}, {"CellularStatus", "Down"},
+                                      {"InternetStatus", "0"}, {"WANIP", "0.0.0.0"}})
+        EXPECT_EQ(Get(name), value) << name;
+    ASSERT_EQ(Set("WANIP", "198.51.100.7"), 0);
+    EXPECT_EQ(Get("WANIP"), "198.51.100.7") << "what was set is read";
+    const auto stopped = Number("networkWanRecvBytes");
+    sleep(2);
+    EXPECT_EQ(Number("networkWanRecvBytes"), stopped);
+    EXPECT_LE(Number("CellularLastChange"), 20u);
+    ASSERT_EQ(RunLine("event EthernetUp").status, 0);
+    EXPECT_EQ(Get("InternetStatus"), "1");
+    EXPECT_EQ(Get("ethernetConnectionStatus"), "connected");
+    EXPECT_EQ(Get("RSRP"), "-");
+    ASSERT_EQ(RunLine("event EthernetDown").status, 0);
+    EXPECT_EQ(Get("ethernetConnectionStatus"), "disconnected");
+    ASSERT_EQ(RunLine("event NetworkUp").status, 0);
+    EXPECT_EQ(Get("RSRP"), "-95");
+    EXPECT_EQ(Get("SIMWANIPv4"), "10.64.23.118");
+    EXPECT_EQ(StateSql("/tmp/state", "SELECT name FROM objects"), "CurrentDateTime\nWANIP\n");
+}
+
+// A counter that is read and written back with its row is not stored; one that is set counts from there.
+TEST_F(MovingRouter, ACounterThatComesBackIsNotStored)
+{
+    sleep(2);
+    ASSERT_EQ(RunLine("table set node_597Table 1 ErrorsSent=5").status, 0);
+    const std::string stored = "SELECT field, value FROM cells WHERE list='node_597Table' AND number=1 AND field IN "
+                               "('BytesSent', 'ErrorsSent') ORDER BY field";
+    EXPECT_EQ(StateSql("/tmp/state", stored), "BytesSent|2265813776\nErrorsSent|5\n");
+    ASSERT_EQ(RunLine("table set node_597Table 1 BytesSent=1000000").status, 0);
+    EXPECT_EQ(StateSql("/tmp/state", stored), "BytesSent|1000000\nErrorsSent|5\n");
+    const std::string row = RunLine("table get node_597Table 1 --json").output;
+    EXPECT_NE(row.find("\"BytesSent\":1000"), std::string::npos) << row;
+}
+
+// Runs a scenario and collects the different values that a client sees meanwhile, one after the other.
+std::string SeenWhile(const std::string& scenario, const std::string& object, int speed)
+{
+    const pid_t process = StartKobctl({"sim", "run", scenario, "--speed", std::to_string(speed)});
+    std::string seen;
+    std::string last;
+    while (waitpid(process, nullptr, WNOHANG | WNOWAIT) == 0 && kill(process, 0) == 0)
+    {
+        siginfo_t ended = {};
+        waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOHANG | WNOWAIT);
+        const std::string value = GetObject(object);
+        if (value != last) seen += (last = value) + " ";
+        if (ended.si_pid == process) break;
+        usleep(2000);
+    }
+    const Ran ran = ReadKobctl(process);
+    EXPECT_EQ(ran.status, 0) << scenario << ": " << ran.errors;
+    return seen;
+}
+
+struct Played
+{
+    const char* scenario;
+    const char* object;
+    const char* seen;  // the values in their order
+};
+
+TEST_F(MovingRouter, ShippedScenariosAreSeenAndLeaveNothing)
+{
+    static constexpr int kSpeed = 10;
+    const std::string before = Export();
+    for (const auto& [scenario, object, seen] :
+         {Played{"sim-out", "SIMstatus", "ready absent ready initializing ready "},
+          Played{"apn-drop", "SIMWANIPv4", "10.64.23.118 0.0.0.0 10.64.99.7 10.64.23.118 "},
+          Played{"devices-come-and-go", "OnlineTableNumberOfEntries", "7 8 9 8 7 8 9 8 7 8 9 8 7 "},
+          Played{"wan-flapping", "ethernetConnectionStatus",
+                 "disconnected connected disconnected connected disconnected connected disconnected connected "
+                 "disconnected connected disconnected "},
+          Played{"slow-platform", "RSRQ", "-10 "}})
+    {
+        std::string values = SeenWhile(scenario, object, kSpeed);
+        if (std::string_view(object) == "SIMstatus" && values == "ready absent initializing ready ")
+            values = seen;  // the moment between clear and set was not met
+        EXPECT_EQ(values, seen) << scenario;
+        EXPECT_EQ(Export(), before) << scenario;
+    }
+    EXPECT_GE(SeenWhile("table-full", "UrlFilterNumberOfEntries", kSpeed).size(), 50u);
+    EXPECT_EQ(Export(), before);
+    for (const std::string scenario : {"signal-fade", "bad-day"})
+    {
+        std::istringstream seen(SeenWhile(scenario, "RSRP", kSpeed));
+        std::vector<int> values;
+        size_t without = 0;
+        for (std::string value; seen >> value;)
+        {
+            if (value == "-") without = values.size();
+            if (value != "-" && value != "nothing") values.push_back(atoi(value.c_str()));
+        }
+        ASSERT_GT(without, 3u) << scenario;
+        ASSERT_GT(values.size(), without + 3) << scenario;
+        for (size_t i = 1; i + 1 < without; ++i) EXPECT_LT(values[i], values[i - 1]) << scenario << " falls";
+        for (size_t i = without + 2; i < values.size(); ++i) EXPECT_GT(values[i], values[i - 1]) << scenario << " rises";
+        EXPECT_EQ(values.back(), -95) << scenario;
+        EXPECT_EQ(Export(), before) << scenario;
+    }
+    EXPECT_EQ(RunLine("sim list").output, "cellular network is up\nethernet network is down\n");
+}
+
+TEST_F(MovingRouter, AStoppedScenarioLeavesTheRouterAsItWas)
+{
+    WriteScenario("set IMEI=1\nrow DnsClientTable del 1\nevent NetworkDown\nwait 60s\n");
+    const std::string before = Export();
+    const pid_t process = StartKobctl({"sim", "run", "/tmp/scenario.conf"});
+    for (int look = 0; look < 500 && Get("RSRP") != "-"; ++look) usleep(10000);
+    EXPECT_EQ(Get("IMEI"), "1");
+    kill(process, SIGINT);
+    const Ran ran = ReadKobctl(process);
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_EQ(ran.errors, "kobctl: sim run: stopped in line 4 of /tmp/scenario.conf; what it has simulated is cleared\n");
+    EXPECT_EQ(Get("RSRP"), "-95");
+    EXPECT_EQ(Get("IMEI"), "001010123456780");
+    EXPECT_EQ(Export(), before);
+}
+
+TEST_F(Simulator, MistakesAreNamedBeforeAnythingRuns)
+{
+    WriteScenario(
+        "# wrong in every line but one\nset RSRP=1\nat 5s wait 3s\nat 2s set RSRP=1\nfoo\nrepeat 0\nover 3 RSRP 1..2\n"
+        "over 3s RSRP 1-2\nset nosuch=2\nevent Foo\nend\nend\nrepeat 2\nfail webHttpPort add\nset RSRP=1 --times 2\n"
+        "row ApnStatusTable set x Status=1\nwait 5\nset \"RSRP=1\n--times 3\nat 1s at 2s clear\n");
+    const Ran ran = RunLine("sim run /tmp/scenario.conf");
+    EXPECT_EQ(ran.status, 2);
+    EXPECT_EQ(Get("RSRP"), "-95");
+    std::string lines;
+    std::istringstream errors(ran.errors);
+    for (std::string line; std::getline(errors, line);)
+        if (const size_t at = line.find(".conf:"); at != line.npos) lines += std::to_string(atoi(line.c_str() + at + 6)) + " ";
+    EXPECT_EQ(lines, "4 5 6 7 8 9 10 12 13 14 15 16 17 18 19 20 ") << ran.errors;
+    EXPECT_NE(ran.errors.find("has 16 mistakes; nothing was run"), std::string::npos) << ran.errors;
+    WriteScenario("wait 0s\nrow DnsClientTable del last\n");
+    EXPECT_NE(RunLine("sim run /tmp/scenario.conf").errors.find("conf:2: no row was added"), std::string::npos);
+}
+}  // namespace
+}  // namespace kobd::test
