@@ -232,7 +232,8 @@ int ShowLines(Items* items, TlvWriter* answer)
     {
         const size_t before = answer->Size();
         const SimLine& line = lines[i];
-        if (answer->Text(line.tag, line.name) && answer->Text(kTagValue, line.what) && answer->Text(kTagValue, line.how))
+        if (answer->Text(line.tag, line.name) && answer->Text(kTagValue, line.what) &&
+            answer->Text(kTagValue, line.how))
             continue;
         answer->Truncate(before);
         break;

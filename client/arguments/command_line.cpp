@@ -78,13 +78,20 @@ struct Option
 };
 
 constexpr Option kOptions[] = {
-    {"json", &Options::json, nullptr, true}, {"timeout", nullptr, ReadTimeout, true},
-    {"help", &Options::help, nullptr, true}, {"version", &Options::version, nullptr},
-    {"silent", &Options::silent, nullptr},   {"confirm", nullptr, ReadConfirm},
-    {"resume", &Options::resume, nullptr},   {"parent", nullptr, ReadParent},
-    {"follow", &Options::follow, nullptr},   {"count", nullptr, ReadCount},
-    {"announce", &Options::announce, nullptr}, {"code", nullptr, ReadCode},
-    {"times", nullptr, ReadTimes}, {"speed", nullptr, ReadSpeed},
+    {"json", &Options::json, nullptr, true},
+    {"timeout", nullptr, ReadTimeout, true},
+    {"help", &Options::help, nullptr, true},
+    {"version", &Options::version, nullptr},
+    {"silent", &Options::silent, nullptr},
+    {"confirm", nullptr, ReadConfirm},
+    {"resume", &Options::resume, nullptr},
+    {"parent", nullptr, ReadParent},
+    {"follow", &Options::follow, nullptr},
+    {"count", nullptr, ReadCount},
+    {"announce", &Options::announce, nullptr},
+    {"code", nullptr, ReadCode},
+    {"times", nullptr, ReadTimes},
+    {"speed", nullptr, ReadSpeed},
 };
 
 // Reads the option at `optind` and moves behind it. getopt_long takes "--sil" for "--silent", which we refuse.

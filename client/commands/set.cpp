@@ -49,6 +49,7 @@ Applied FindApplied(const Options& options, const Assignments& pairs, const Valu
     Values now;
     Applied applied;
     (void)ReadValues(options, SetNames(pairs), &now);
+    std::erase_if(now, [](const auto& read) { return FindObject(read.first)->access == Access::kAction; });  // shows 0
     const auto differs = [](const Values& values, const Assignment& pair)
     { return values.contains(pair.name) && values.at(pair.name) != pair.value; };
     size_t first = 0;

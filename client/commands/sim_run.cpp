@@ -17,7 +17,7 @@ namespace
 {
 constexpr double kSendEvery = 0.25;  // seconds between two values of over
 constexpr size_t kNameWidth = 20;
-constexpr double kLookEvery = 0.1;   // for a terminal to show the time, and for a reader that is gone
+constexpr double kLookEvery = 0.1;  // for a terminal to show the time, and for a reader that is gone
 
 volatile sig_atomic_t stop = 0;
 
@@ -79,8 +79,8 @@ private:
         snprintf(time, sizeof time, "%7.1fs  ", step.at);
         text_ = step.text;
         if (terminal_) return ShowTime();
-        (void)Print(options_, {{{"time", step.at}, {"line", step.line}, {"step", step.text}},
-                               time + Shown(step.text) + "\n"});
+        (void)Print(options_,
+                    {{{"time", step.at}, {"line", step.line}, {"step", step.text}}, time + Shown(step.text) + "\n"});
         fflush(stdout);
     }
 
@@ -178,7 +178,8 @@ Failure CleanUp(const Options& options, const Values& before)
     {
         if (now[network] == was) continue;
         const NetworkEvent* event = nullptr;
-        const std::string name = (network == "cellular" ? "Network" : "Ethernet") + std::string(was == "up" ? "Up" : "Down");
+        const std::string name =
+            (network == "cellular" ? "Network" : "Ethernet") + std::string(was == "up" ? "Up" : "Down");
         if (Failure failure = FindEvent(name, &event)) return failure;
         if (Failure failure = SendEvent(options, *event, "")) return failure;
     }
@@ -212,8 +213,8 @@ Outcome SimRun(const Options& options, const Words& words)
     if (!outcome.failure)
         outcome.failure = {1, "sim run: stopped in line " + std::to_string(player.Line()) + " of " + file.name};
     const Failure left = CleanUp(options, before);
-    outcome.failure.what += left ? "; what it has simulated could not be cleared: " + left.what
-                                 : "; what it has simulated is cleared";
+    outcome.failure.what +=
+        left ? "; what it has simulated could not be cleared: " + left.what : "; what it has simulated is cleared";
     return outcome;
 }
 }  // namespace kobd::client

@@ -1,4 +1,5 @@
-// Scenario files of kobctl sim run: what the imitated router is made to do, and when. A line a step, # begins a comment:
+// Scenario files of kobctl sim run: what the imitated router is made to do, and when. A line a step, # begins a
+// comment:
 //
 //   set NAME=VALUE...              row, fail, slow, clear: the same as kobctl sim ...
 //   event NAME [TEXT]              as kobctl event

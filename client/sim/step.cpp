@@ -20,8 +20,7 @@ struct OperationName
     const char* name;
     Operation operation;
 };
-constexpr OperationName kOperations[] = {
-    {"get", kGet}, {"set", kSet}, {"add", kAdd}, {"del", kDel}, {"next", kNext}};
+constexpr OperationName kOperations[] = {{"get", kGet}, {"set", kSet}, {"add", kAdd}, {"del", kDel}, {"next", kNext}};
 
 bool IsDaemons(const NamedFunction& accessor) { return accessor.naming == NamedFunction::kOwn; }
 
@@ -72,7 +71,8 @@ Failure AddColumns(const RowChange& change, Items* items)
 
 Failure ReadRow(const CommandLine& line, SimStep* step)
 {
-    static constexpr char kForm[] = "row takes TABLE add COLUMN=VALUE..., TABLE set INDEX COLUMN=VALUE... or TABLE del INDEX";
+    static constexpr char kForm[] =
+        "row takes TABLE add COLUMN=VALUE..., TABLE set INDEX COLUMN=VALUE... or TABLE del INDEX";
     const Words& words = line.words;
     const std::string verb = words.size() > 2 ? words[2] : "";
     const bool add = verb == "add";
@@ -114,8 +114,10 @@ Words OperationsOf(const ObjectEntry* object, const TableEntry* table)
     for (const auto& [name, operation] : kOperations)
     {
         if (table != nullptr && table->Has(operation)) names.emplace_back(name);
-        if (object != nullptr && operation == kGet && !AccessorsOf(*object).getter.name.empty()) names.emplace_back(name);
-        if (object != nullptr && operation == kSet && !AccessorsOf(*object).setter.name.empty()) names.emplace_back(name);
+        if (object != nullptr && operation == kGet && !AccessorsOf(*object).getter.name.empty())
+            names.emplace_back(name);
+        if (object != nullptr && operation == kSet && !AccessorsOf(*object).setter.name.empty())
+            names.emplace_back(name);
     }
     return names;
 }
@@ -178,7 +180,8 @@ Failure NotImitated(const Response& response, const std::string& what)
     if (response.from_bus && response.code == KOBD_TIMEOUT)
         return FailureWithCode(response.code, what + ": no answer within " + std::to_string(response.timeout_ms) +
                                                   " ms; this router is not the imitated one, or it is busy");
-    if (!response.from_bus && response.code == kIndexNotFound) return FailureWithCode(response.code, "there is no such row");
+    if (!response.from_bus && response.code == kIndexNotFound)
+        return FailureWithCode(response.code, "there is no such row");
     if (!response.from_bus && response.code == kTableFull) return FailureWithCode(response.code, "the table is full");
     return FailureOf(response, what);
 }

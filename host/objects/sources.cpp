@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 
-
 namespace kobd::host
 {
 namespace

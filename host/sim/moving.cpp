@@ -106,7 +106,7 @@ constexpr auto kMovingOf = []
         const size_t number = object ? NumberIn(kObjectNames, row.name) : NumberIn(kTableNames, row.name);
         if (number == kNone) abort();  // ends the build: no object or table has that name
         const ColumnDef* column = object ? nullptr : ColumnOf(kTableRows[number].layout, row.column);
-        if (!object && column == nullptr) abort();  // the table has no such column
+        if (!object && column == nullptr) abort();                                       // the table has no such column
         if (!object && row.way == Way::kShows && kTableRows[number].Has(kSet)) abort();  // a set would not be read
         numbered[i] = {number, column};
     }
@@ -145,8 +145,8 @@ constexpr Chains<kTableRows.size()> kTableChains(true);
 struct Network
 {
     bool up;
-    uint64_t before = 0;    // seconds until it last came or went
-    uint64_t changed = 0;   // when it did, in seconds since the start; 0: never
+    uint64_t before = 0;   // seconds until it last came or went
+    uint64_t changed = 0;  // when it did, in seconds since the start; 0: never
     uint64_t Seconds(uint64_t now) const { return before + (up ? now - changed : 0); }
     void Turn(bool on, uint64_t now)
     {
@@ -161,8 +161,8 @@ struct State
     Network cellular = {true};
     Network ethernet = {false};
     Network wan = {true};
-    int64_t clock_ahead = 0;           // of the system's clock, in seconds
-    bool clock_stands = false;         // it was set to a text that is no time
+    int64_t clock_ahead = 0;            // of the system's clock, in seconds
+    bool clock_stands = false;          // it was set to a text that is no time
     std::set<size_t> set_by_hand = {};  // objects, since the last network event
 };
 State state;
@@ -312,61 +312,64 @@ std::string MovedText(size_t object, std::string_view text)
 {
     std::string moved(text);
     bool done = IsStill();
-    kObjectChains.ForRows(object,
-            [&](const MovingRow& row, const ColumnDef*)
-            {
-                uint64_t count = 0;
-                if (done || (row.way == Way::kShows && (!Holds(row.when) || state.set_by_hand.contains(object)))) return;
-                done = true;
-                if (row.way == Way::kShows)
-                    moved = row.text;
-                else if (row.way == Way::kClock)
-                    moved = state.clock_stands ? moved : TimeOfDay();
-                else if (ReadCount(text, &count) && row.way == Way::kSince)
-                    moved = std::to_string(state.cellular.changed == 0 ? count + Now() : Now() - state.cellular.changed);
-                else if (ReadCount(text, &count))
-                    moved = std::to_string(Grown(row.way, count, SecondsOf(row.when)));
-            });
+    kObjectChains.ForRows(
+        object,
+        [&](const MovingRow& row, const ColumnDef*)
+        {
+            uint64_t count = 0;
+            if (done || (row.way == Way::kShows && (!Holds(row.when) || state.set_by_hand.contains(object)))) return;
+            done = true;
+            if (row.way == Way::kShows)
+                moved = row.text;
+            else if (row.way == Way::kClock)
+                moved = state.clock_stands ? moved : TimeOfDay();
+            else if (ReadCount(text, &count) && row.way == Way::kSince)
+                moved = std::to_string(state.cellular.changed == 0 ? count + Now() : Now() - state.cellular.changed);
+            else if (ReadCount(text, &count))
+                moved = std::to_string(Grown(row.way, count, SecondsOf(row.when)));
+        });
     return moved;
 }
 
 void MovingIsSet(size_t object, std::string_view text)
 {
     kObjectChains.ForRows(object,
-            [&](const MovingRow& row, const ColumnDef*)
-            {
-                if (row.way == Way::kClock) SetClock(text);
-                if (row.way == Way::kShows) state.set_by_hand.insert(object);
-            });
+                          [&](const MovingRow& row, const ColumnDef*)
+                          {
+                              if (row.way == Way::kClock) SetClock(text);
+                              if (row.way == Way::kShows) state.set_by_hand.insert(object);
+                          });
 }
 
 void MovedRows::HandOut(size_t table, void* row, const std::set<const ColumnDef*>* still)
 {
     if (IsStill() || kTableChains.first[table] == kNone) return;
     const int32_t index = RowIndex(row);
-    kTableChains.ForRows(table,
-            [&](const MovingRow& moves, const ColumnDef* moving)
+    kTableChains.ForRows(
+        table,
+        [&](const MovingRow& moves, const ColumnDef* moving)
+        {
+            const ColumnDef& column = *moving;
+            if (still != nullptr && still->contains(&column)) return;
+            uint64_t count = 0;
+            std::string text = moves.text;
+            if (moves.way == Way::kShows)
             {
-                const ColumnDef& column = *moving;
-                if (still != nullptr && still->contains(&column)) return;
-                uint64_t count = 0;
-                std::string text = moves.text;
-                if (moves.way == Way::kShows)
-                {
-                    if (!Holds(moves.when)) return;
-                }
-                else
-                {
-                    if (!ReadCount(TextIn(row, column), &count) || count == 0) return;
-                    const auto since = since_.find({index, &column});
-                    const uint64_t seconds = SecondsOf(moves.when) - (since == since_.end() ? 0 : since->second);
-                    text = std::to_string(Grown(moves.way, count, seconds) %
-                                          (FormOf(column).width == sizeof(uint32_t) ? uint64_t{1} << 32 : UINT64_MAX));
-                }
-                static_cast<void>(TableFieldFromString(row, column, text.c_str()));
-            });
+                if (!Holds(moves.when)) return;
+            }
+            else
+            {
+                if (!ReadCount(TextIn(row, column), &count) || count == 0) return;
+                const auto since = since_.find({index, &column});
+                const uint64_t seconds = SecondsOf(moves.when) - (since == since_.end() ? 0 : since->second);
+                text = std::to_string(Grown(moves.way, count, seconds) %
+                                      (FormOf(column).width == sizeof(uint32_t) ? uint64_t{1} << 32 : UINT64_MAX));
+            }
+            static_cast<void>(TableFieldFromString(row, column, text.c_str()));
+        });
     if (kTableRows[table].Has(kSet))
-        handed_[index].assign(static_cast<const char*>(row), static_cast<const char*>(row) + kTableRows[table].layout.row_size);
+        handed_[index].assign(static_cast<const char*>(row),
+                              static_cast<const char*>(row) + kTableRows[table].layout.row_size);
 }
 
 void MovedRows::TakeBack(size_t table, const void* kept, void* row)
@@ -375,13 +378,13 @@ void MovedRows::TakeBack(size_t table, const void* kept, void* row)
     const int32_t index = RowIndex(row);
     const auto handed = handed_.find(index);
     kTableChains.ForRows(table,
-            [&](const MovingRow& moves, const ColumnDef* moving)
-            {
-                const ColumnDef& column = *moving;
-                if (handed != handed_.end() && IsSame(column, handed->second.data(), row))
-                    CopyField(column, kept, row);
-                else if (!IsSame(column, kept, row))
-                    since_[{index, &column}] = SecondsOf(moves.when);
-            });
+                         [&](const MovingRow& moves, const ColumnDef* moving)
+                         {
+                             const ColumnDef& column = *moving;
+                             if (handed != handed_.end() && IsSame(column, handed->second.data(), row))
+                                 CopyField(column, kept, row);
+                             else if (!IsSame(column, kept, row))
+                                 since_[{index, &column}] = SecondsOf(moves.when);
+                         });
 }
 }  // namespace kobd::host

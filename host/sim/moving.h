@@ -47,7 +47,7 @@ public:
     void TakeBack(size_t table, const void* kept, void* row);
 
 private:
-    std::map<int32_t, std::vector<char>> handed_ = {};                        // by index
+    std::map<int32_t, std::vector<char>> handed_ = {};                     // by index
     std::map<std::pair<int32_t, const ColumnDef*>, uint64_t> since_ = {};  // seconds that the column has not counted
 };
 }  // namespace kobd::host

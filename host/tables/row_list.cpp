@@ -41,8 +41,8 @@ int RowList::Del(int32_t index)
 
 void RowList::Put(Row row)
 {
-    const auto place = std::lower_bound(rows_.begin(), rows_.end(), IndexOf(row), [](const Row& one, int32_t index)
-                                        { return IndexOf(one) < index; });
+    const auto place = std::lower_bound(rows_.begin(), rows_.end(), IndexOf(row),
+                                        [](const Row& one, int32_t index) { return IndexOf(one) < index; });
     rows_.insert(place, std::move(row));
 }
 

@@ -127,8 +127,7 @@ Row* RowToSet(List* list, int32_t index, std::vector<char>* next)
     }
     std::vector<char> real = simulated.real->block;
     static_cast<void>(FillFromNvram(*list, real.data()));
-    std::erase_if(simulated.columns,
-                  [&](const ColumnDef* column) { return !IsSame(*column, *next, shown->block); });
+    std::erase_if(simulated.columns, [&](const ColumnDef* column) { return !IsSame(*column, *next, shown->block); });
     for (const ColumnDef* column : simulated.columns) CopyField(*column, real, next);
     return &*simulated.real;
 }
@@ -156,9 +155,7 @@ std::vector<SimLine> SimulatedRowLines()
     for (List& list : AllLists())
         for (const auto& [index, simulated] : list.simulated.rows)
         {
-            const char* how = !simulated.real                           ? " added"
-                              : list.rows.Find(index) == nullptr ? " deleted"
-                                                                        : " changed";
+            const char* how = !simulated.real ? " added" : list.rows.Find(index) == nullptr ? " deleted" : " changed";
             lines.push_back({kTagTableName, list.table, "row", std::to_string(index) + how});
         }
     return lines;

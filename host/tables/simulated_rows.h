@@ -20,7 +20,7 @@ struct List;
 
 struct SimulatedRow
 {
-    std::optional<Row> real;                // nothing: there is no such row
+    std::optional<Row> real;                  // nothing: there is no such row
     std::set<const ColumnDef*> columns = {};  // that are simulated
 };
 
