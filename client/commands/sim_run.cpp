@@ -16,7 +16,7 @@ namespace kobd::client
 namespace
 {
 constexpr double kSendEvery = 0.25;  // seconds between two values of over
-constexpr size_t kNameWidth = 20;
+constexpr size_t kNameWidth = 21;
 constexpr double kLookEvery = 0.1;  // for a terminal to show the time, and for a reader that is gone
 
 volatile sig_atomic_t stop = 0;

@@ -241,10 +241,10 @@ void SetClock(std::string_view text)
     tm given = {};
     const std::string copy(text);
     const char* end = strptime(copy.c_str(), kClockForm, &given);
-    state.clock_stands = end == nullptr || *end != 0;
-    if (state.clock_stands) return;
     given.tm_isdst = -1;
-    state.clock_ahead = static_cast<int64_t>(mktime(&given)) - static_cast<int64_t>(time(nullptr));
+    const time_t then = end != nullptr && *end == 0 ? mktime(&given) : -1;
+    state.clock_stands = then == -1;
+    if (!state.clock_stands) state.clock_ahead = static_cast<int64_t>(then) - static_cast<int64_t>(time(nullptr));
 }
 
 bool IsSame(const ColumnDef& column, const void* one, const void* other)

@@ -59,12 +59,17 @@ int SimulateAdd(List* list, const ColumnTexts& columns, int32_t* index)
     Row row = {std::vector<char>(list->rows.RowSize())};
     SimulatedRow simulated;
     if (const int code = ReadColumns(*list, columns, &row, &simulated.columns)) return code;
+    // First: memory may run out.
+    const auto [mark, is_new] = list->simulated.rows.emplace(list->rows.NextIndex(), std::move(simulated));
     const int32_t last = list->rows.LastIndex();
-    if (const int code = list->rows.Add(index)) return code;
+    if (const int code = list->rows.Add(index))
+    {
+        if (is_new) list->simulated.rows.erase(mark);
+        return code;
+    }
     memcpy(row.block.data(), index, sizeof *index);
     list->rows.Find(*index)->block = std::move(row.block);
     if (!list->simulated.last_index) list->simulated.last_index = last;
-    list->simulated.rows.emplace(*index, std::move(simulated));
     return kSuccess;
 }
 

@@ -2,12 +2,14 @@
 // scenarios.
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
 #include "client/dictionary/dictionary.h"
 #include "daemon/base/messages.h"
 #include "tests/items.h"
+#include "tests/joined.h"
 #include "tests/state_sql.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
@@ -270,6 +272,43 @@ TEST_F(Simulator, AnnouncesOnlyWhenAsked)
     EXPECT_EQ(Announced(), "");
     Sim("set RSRP=-2 RSRQ=-3 --announce");
     EXPECT_EQ(Announced(), "2 2 4 ");
+}
+
+TEST_F(Simulator, WaitsAsOftenAsItIsTold)
+{
+    const auto seconds = []
+    {
+        timespec now = {};
+        clock_gettime(CLOCK_MONOTONIC, &now);
+        return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+    };
+    Sim("slow webHttpPort 400 --times 1");
+    const double start = seconds();
+    EXPECT_EQ(Get("webHttpPort"), "80");
+    EXPECT_GE(seconds() - start, 0.4);
+    EXPECT_EQ(RunLine("sim list").output, "");
+}
+
+TEST_F(Simulator, ListsMoreThanAMessageHolds)
+{
+    for (const char* name : {"RSRP", "RSRQ", "SINR", "RSSI", "IMEI", "TAC"})
+        Sim(std::string("set ") + name + "=" + std::string(2047, 'x'));
+    const std::string list = RunLine("sim list").output;
+    EXPECT_EQ(std::ranges::count(list, '\n'), 6);
+    EXPECT_EQ(list.size(), 6 * (2047 + 6) - 1u);
+    EXPECT_NE(RunLine("sim set IMEI=" + std::string(2048, 'x')).status, 0);
+}
+
+TEST(SimulatorElsewhere, ARouterDoesNotAnswer)
+{
+    SKIP_WITHOUT_NAMESPACES();
+    static constexpr MsgHandler kNone[] = {{nullptr, 0, nullptr}};
+    MessageProccessRegister(kNone);
+    ASSERT_EQ(Join(kModuleKobd), 0);
+    EXPECT_EQ(RunLine("sim clear --timeout 0.2").errors,
+              "kobctl: sim: no answer within 200 ms; this router is not the imitated one, or it is busy: Message wait "
+              "reply timeout (8)\n");
+    MessageDestroy();
 }
 
 TEST_F(MovingRouter, CountsWhileItsNetworkIsUp)
