@@ -82,18 +82,19 @@ constexpr size_t NumberIn(const Names& names, std::string_view name)
     return found != names.end() && found->first == name ? found->second : kNone;
 }
 
-constexpr const ColumnDef* ColumnOf(const RowLayout& layout, std::string_view name)
+// By its place: sanitized builds compare no addresses at compile time.
+constexpr size_t ColumnIn(const RowLayout& layout, std::string_view name)
 {
-    for (const ColumnDef& column : layout.columns)
-        if (column.name == name) return &column;
-    return nullptr;
+    for (size_t column = 0; column < layout.columns.size(); ++column)
+        if (layout.columns[column].name == name) return column;
+    return kNone;
 }
 
 // A row by the numbers of the catalogue.
 struct Moving
 {
-    size_t number;            // of the object or table
-    const ColumnDef* column;  // nullptr: an object
+    size_t number;  // of the object or table
+    size_t column;  // kNone: an object
 };
 
 constexpr auto kMovingOf = []
@@ -105,8 +106,8 @@ constexpr auto kMovingOf = []
         const bool object = row.column.empty();
         const size_t number = object ? NumberIn(kObjectNames, row.name) : NumberIn(kTableNames, row.name);
         if (number == kNone) abort();  // ends the build: no object or table has that name
-        const ColumnDef* column = object ? nullptr : ColumnOf(kTableRows[number].layout, row.column);
-        if (!object && column == nullptr) abort();                                       // the table has no such column
+        const size_t column = object ? kNone : ColumnIn(kTableRows[number].layout, row.column);
+        if (!object && column == kNone) abort();                                         // the table has no such column
         if (!object && row.way == Way::kShows && kTableRows[number].Has(kSet)) abort();  // a set would not be read
         numbered[i] = {number, column};
     }
@@ -117,7 +118,7 @@ constexpr auto kMovingOf = []
 template <size_t kCount>
 struct Chains
 {
-    std::array<size_t, kCount> first;
+    std::array<size_t, kCount> first{};
     std::array<size_t, kMovingOf.size()> next{};
 
     constexpr explicit Chains(bool columns)
@@ -125,17 +126,21 @@ struct Chains
         first.fill(kNone);
         for (size_t i = kMovingOf.size(); i-- > 0;)
         {
-            if ((kMovingOf[i].column != nullptr) != columns) continue;
+            if ((kMovingOf[i].column != kNone) != columns) continue;
             next[i] = first[kMovingOf[i].number];
             first[kMovingOf[i].number] = i;
         }
     }
 
-    // Calls `with` for each row of the object or table.
+    // Calls `with` for each row of the object or table, and its column.
     template <class With>
     void ForRows(size_t number, With with) const
     {
-        for (size_t i = first[number]; i != kNone; i = next[i]) with(kMoving[i], kMovingOf[i].column);
+        for (size_t i = first[number]; i != kNone; i = next[i])
+        {
+            const size_t column = kMovingOf[i].column;
+            with(kMoving[i], column == kNone ? nullptr : &kTableRows[number].layout.columns[column]);
+        }
     }
 };
 constexpr Chains<kObjectRows.size()> kObjectChains(false);
@@ -270,7 +275,7 @@ void MarkMoving(SimMarks* marks)
     *marks = {};
     if (IsStill()) return;
     for (const Moving& moving : kMovingOf)
-        (moving.column == nullptr ? marks->object[moving.number] : marks->table[moving.number]) = 1;
+        (moving.column == kNone ? marks->object[moving.number] : marks->table[moving.number]) = 1;
 }
 
 void MovingStart()
