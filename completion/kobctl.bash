@@ -22,6 +22,10 @@ _kobctl_options() {
         history:*) own="--count" ;;
         watch:*) own="--count --poll" ;;
         monitor:*) own="--count --pcap --secrets" ;;
+        sim:set) own="--announce" ;;
+        sim:fail) own="--code --times" ;;
+        sim:slow) own="--times" ;;
+        sim:run) own="--speed" ;;
         journal:*) own="--follow --count" ;;
     esac
     _kobctl_complete "--json --timeout --help $own"
@@ -42,10 +46,25 @@ _kobctl_table() {
     esac
 }
 
+_kobctl_sim() {
+    case $COMP_CWORD:${COMP_WORDS[2]} in
+        2:*) _kobctl_complete "set row fail slow list clear run" ;;
+        *:set)
+            _kobctl_complete "$(kobctl complete-names | sed 's/$/=/')"
+            compopt -o nospace
+            ;;
+        3:row) _kobctl_complete "$(kobctl complete-names tables)" ;;
+        4:row) _kobctl_complete "add set del" ;;
+        3:fail | 3:slow) _kobctl_complete "$(kobctl complete-names; kobctl complete-names tables) commit" ;;
+        4:fail) _kobctl_complete "get set add del next" ;;
+        3:run) _kobctl_complete "$(kobctl sim run | sed 's/ .*//'; compgen -f -- "${COMP_WORDS[COMP_CWORD]}")" ;;
+    esac
+}
+
 _kobctl() {
     if [ "$COMP_CWORD" = 1 ]; then
         _kobctl_complete "get set check confirm commit history undo reset table list describe show export import \
-            batch watch monitor event journal nvram config doctor wait help"
+            batch watch monitor event journal sim nvram config doctor wait help"
         return
     fi
     if [[ ${COMP_WORDS[COMP_CWORD]} == -* ]]; then
@@ -69,9 +88,10 @@ _kobctl() {
         export | import | batch) mapfile -t COMPREPLY < <(compgen -f -- "${COMP_WORDS[COMP_CWORD]}") ;;
         help)
             _kobctl_complete "get set check confirm commit history undo reset table list describe show export import \
-                batch watch monitor event journal nvram config doctor wait"
+                batch watch monitor event journal sim nvram config doctor wait"
             ;;
         nvram | config) [ "$COMP_CWORD" = 2 ] && _kobctl_complete "get set" ;;
+        sim) _kobctl_sim ;;
         table) _kobctl_table ;;
     esac
 }

@@ -11,6 +11,8 @@
 #include "daemon/base/messages.h"
 #include "host/bus/bus.h"
 #include "host/objects/object_values.h"
+#include "host/sim/moving.h"
+#include "host/sim/simulator.h"
 #include "host/state/folder.h"
 #include "host/state/report.h"
 #include "host/state/stores.h"
@@ -69,6 +71,11 @@ int Commit(What what)
 try
 {
     tried = true;
+    if (const int code = SimAsk(kSimCommit, SimOperation::kCommit))
+    {
+        not_saved = "the simulator lets the commit fail with " + std::to_string(code);
+        return code;
+    }
     if (!IsChanged()) return 0;
     const State state;
     if (TryCommit(&*state, what) || (state->KeepDamagedAside() && TryCommit(&*state, what)))
@@ -147,12 +154,15 @@ bool IsCommitted(uint32_t code)
 void LoadState()
 {
     while (!TryLoad()) sleep(1);
+    SimClear();
+    MovingStart();
 }
 
 void BeginRequest()
 {
     tried = false;
     const RequestInHand request = BusRequest();
+    MovingEvent(request.code);
     StoresBeginRequest(static_cast<int>(request.sender), IsCommitted(request.code));
 }
 

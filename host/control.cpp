@@ -3,14 +3,16 @@
 
 #include <cstring>
 #include <new>
+#include <span>
 #include <string>
-#include <vector>
 
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
+#include "daemon/base/tlv.h"
 #include "host/commit.h"
 #include "host/objects/object_values.h"
 #include "host/objects/sources.h"
+#include "host/sim_messages.h"
 #include "host/state/folder.h"
 #include "host/state/report.h"
 
@@ -28,17 +30,25 @@ std::string NameIn(const MessageHeader* request)
     return {payload + kItemHeader, strnlen(payload + kItemHeader, head[1])};
 }
 
-// The result, and the texts of the answer.
-int Answer(const MessageHeader* request, std::vector<std::string>* texts)
+// A text that is too long is left out.
+void Add(const std::string& text, TlvWriter* answer)
+{
+    if (text.size() < kValueBuffer) static_cast<void>(answer->Text(kTagValue, text));
+}
+
+// The result; `answer` gets the items behind it.
+int Answer(const MessageHeader* request, TlvWriter* answer)
 {
     if (request->id == kHostState)
     {
-        *texts = {StateFolder(), WhyNotSaved()};
+        Add(StateFolder(), answer);
+        Add(WhyNotSaved(), answer);
         return kSuccess;
     }
-    const size_t object = request->id == kHostFactory ? NumberOf(NameIn(request)) : kNoObject;
+    if (request->id != kHostFactory) return AnswerSimulator(request, answer);
+    const size_t object = NumberOf(NameIn(request));
     if (object == kNoObject) return kNotFound;
-    *texts = {ObjectFactoryValue(object)};
+    Add(ObjectFactoryValue(object), answer);
     return kSuccess;
 }
 }  // namespace
@@ -49,12 +59,11 @@ try
     alignas(MessageHeader) char bytes[kMessageMax];
     auto* reply = reinterpret_cast<MessageHeader*>(bytes);
     *reply = *request;
-    std::vector<std::string> texts;
-    char* place = bytes + sizeof *reply;
-    place += TlvPushIntToBuf(place, kTagResult, Answer(request, &texts));
-    for (const std::string& text : texts)
-        if (text.size() < kValueBuffer) place += TlvPushStringToBuf(place, kTagValue, text.c_str());
-    reply->length = static_cast<uint16_t>(place - bytes - static_cast<ptrdiff_t>(sizeof *reply));
+    char* result = bytes + sizeof *reply;
+    TlvWriter answer(std::span<char>(bytes).subspan(sizeof *reply + kIntItem));
+    const int code = Answer(request, &answer);
+    TlvPushIntToBuf(result, kTagResult, code);
+    reply->length = static_cast<uint16_t>(kIntItem + (code == kSuccess ? answer.Size() : 0));
     MessageSendReply(reply);
 }
 catch (const std::bad_alloc&)

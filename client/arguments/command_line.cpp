@@ -16,6 +16,8 @@ namespace
 {
 constexpr double kLongestTimeout = 24.0 * 60 * 60;  // seconds
 constexpr int kHighestCount = 1000000;
+constexpr int kHighestCode = 255;
+constexpr int kHighestSpeed = 1000;
 constexpr int kLongestConfirm = 7 * 24 * 60 * 60;  // seconds
 
 // Seconds with or without a fraction and an "s" behind them, as milliseconds.
@@ -61,6 +63,21 @@ Failure ReadCount(const std::string& text, Options* options)
     return ReadNumber(text, kHighestCount, "--count takes a number", &options->count);
 }
 
+Failure ReadTimes(const std::string& text, Options* options)
+{
+    return ReadNumber(text, kHighestCount, "--times takes a number from 1 to 1000000", &options->times);
+}
+
+Failure ReadCode(const std::string& text, Options* options)
+{
+    return ReadNumber(text, kHighestCode, "--code takes a result code from 1 to 255", &options->code);
+}
+
+Failure ReadSpeed(const std::string& text, Options* options)
+{
+    return ReadNumber(text, kHighestSpeed, "--speed takes a number from 1 to 1000", &options->speed);
+}
+
 Failure ReadConfirm(const std::string& text, Options* options)
 {
     return ReadNumber(text, kLongestConfirm, "--confirm takes seconds from 1 to 604800", &options->confirm_s);
@@ -96,6 +113,10 @@ constexpr Option kOptions[] = {
     {"pcap", nullptr, ReadPcap},
     {"poll", nullptr, ReadPoll},
     {"case", &Options::exact_case, nullptr},
+    {"announce", &Options::announce, nullptr},
+    {"code", nullptr, ReadCode},
+    {"times", nullptr, ReadTimes},
+    {"speed", nullptr, ReadSpeed},
 };
 
 Failure UnknownOption(const std::string& word)

@@ -25,6 +25,10 @@ struct Options
     int confirm_s = 0;                   // seconds until the old values return; 0: they do not
     std::optional<int> timeout_ms = {};  // how long an answer of the daemon may take, when it was given
     int count = 0;                       // messages or lines to wait for; 0: without end
+    bool announce = false;
+    int code = 17;  // that a simulated operation fails with: invoke failed
+    int times = 0;  // how often it does; 0: always
+    int speed = 1;  // of a scenario
 };
 
 struct CommandLine

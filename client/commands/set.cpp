@@ -1,4 +1,6 @@
 // kobctl set NAME=VALUE... [--silent] [--confirm SECONDS], and commit.
+#include <algorithm>
+
 #include "client/commands/commands.h"
 #include "client/dictionary/dictionary.h"
 #include "client/requests/log_window.h"
@@ -25,13 +27,77 @@ std::string Reason(const Assignments& pairs, const std::vector<LogLine>& log)
     return Joined(passed);
 }
 
+Words SetNames(const Assignments& pairs)
+{
+    Words names;
+    for (const Assignment& pair : pairs) names.push_back(pair.name);
+    return names;
+}
+
+// What reading back tells of a set that the router refused half way.
+struct Applied
+{
+    Words changed = {};
+    Words unknown = {};  // they cannot be read, or had the new value before
+    Words failed = {};   // the one that failed, or those of which one did
+};
+
+// Values are applied in their order up to the first that fails: whatever stands before the last one that changed was
+// applied, and the first one that has not changed was not.
+Applied FindApplied(const Options& options, const Assignments& pairs, const Values& before)
+{
+    Values now;
+    Applied applied;
+    (void)ReadValues(options, SetNames(pairs), &now);
+    std::erase_if(now, [](const auto& read) { return FindObject(read.first)->access == Access::kAction; });  // shows 0
+    const auto differs = [](const Values& values, const Assignment& pair)
+    { return values.contains(pair.name) && values.at(pair.name) != pair.value; };
+    size_t first = 0;
+    size_t end = pairs.size();
+    for (size_t i = 0; i < pairs.size(); ++i)
+    {
+        const bool is_new = now.contains(pairs[i].name) && !differs(now, pairs[i]);
+        if (is_new && differs(before, pairs[i])) first = i + 1;
+        if (differs(now, pairs[i]) && end == pairs.size()) end = i + 1;
+    }
+    for (size_t i = 0; i < end; ++i)
+    {
+        const bool known = now.contains(pairs[i].name) && before.contains(pairs[i].name);
+        if (i >= first)
+            applied.failed.push_back(pairs[i].name);
+        else if (known && differs(before, pairs[i]))
+            applied.changed.push_back(pairs[i].name);
+        else if (!known)
+            applied.unknown.push_back(pairs[i].name);
+    }
+    return applied;
+}
+
+// "the router could not set webHttpPort; changed before it: webLanguage".
+std::string AppliedText(const Applied& applied)
+{
+    const bool one = applied.failed.size() == 1;
+    std::string text = "the router could not set " + std::string(one ? "" : "one of ") + Joined(applied.failed) +
+                       "; changed before it: " + (applied.changed.empty() ? "nothing" : Joined(applied.changed));
+    if (!applied.unknown.empty()) text += "; unknown: " + Joined(applied.unknown);
+    return text;
+}
+
 // Sends the values. `response` is what came back.
 Failure Send(const Options& options, const Assignments& pairs, Response* response)
 {
+    Values before;  // of a single value there is nothing to tell apart
+    if (pairs.size() > 1) (void)ReadValues(options, SetNames(pairs), &before);
     const LogWindow log;
     *response = Call(options, options.silent ? KOBD_SET_SILENT : KOBD_SET, SetItems(pairs));
     if (response->too_large) return {kBufferLimit, TooLarge("these values") + "; nothing was set"};
     if (response->code == 0 || response->from_bus) return FailureOfChange(*response, "set");
+    // A check refuses with 2, and then nothing has been changed.
+    const bool refused =
+        std::ranges::any_of(pairs, [](const auto& pair) { return !WhatIsWrong(pair.name, pair.value).empty(); });
+    const Applied applied = refused ? Applied() : FindApplied(options, pairs, before);
+    if (!applied.failed.empty() && (response->code != kInvalidArgument || !applied.changed.empty()))
+        return FailureWithCode(response->code, AppliedText(applied));
     return FailureWithCode(response->code, Reason(pairs, log.Lines()));
 }
 

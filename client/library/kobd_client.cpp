@@ -33,6 +33,12 @@ static_assert(int{KOBD_TABLE_DUMP} == kReqTableDump && int{KOBD_SHOW} == kReqSho
 static_assert(int{KOBD_SUB_TABLE_ADD} == kREQSubTableAdd);
 static_assert(int{KOBD_TAP_RECEIVED} == kTapReceived && int{KOBD_TAP_ANSWERED} == kTapAnswered);
 static_assert(int{KOBD_TAP_SENT} == kTapSent);
+static_assert(int{KOBD_HOST_STATE} == kHostState && int{KOBD_HOST_FACTORY} == kHostFactory);
+static_assert(int{KOBD_HOST_SIM_SET} == kHostSimSet && int{KOBD_HOST_SIM_SET_ANNOUNCED} == kHostSimSetAnnounced);
+static_assert(int{KOBD_HOST_SIM_ROW_ADD} == kHostSimRowAdd && int{KOBD_HOST_SIM_ROW_SET} == kHostSimRowSet);
+static_assert(int{KOBD_HOST_SIM_ROW_DEL} == kHostSimRowDel && int{KOBD_HOST_SIM_FAIL} == kHostSimFail);
+static_assert(int{KOBD_HOST_SIM_SLOW} == kHostSimSlow && int{KOBD_HOST_SIM_LIST} == kHostSimList);
+static_assert(int{KOBD_HOST_SIM_CLEAR} == kHostSimClear);
 static_assert(KOBD_MODULE_DAEMON == kModuleKobd && KOBD_MODULE_NOTIFY == kModuleNotify);
 static_assert(KOBD_MODULE_SERVICES == kModuleServices && KOBD_MODULE_FORWARD == kModuleForward);
 

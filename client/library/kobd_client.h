@@ -131,7 +131,17 @@ int kobd_call(kobd_client* client, enum kobd_request request, const kobd_items* 
 enum kobd_host_control {
     KOBD_HOST_STATE = 1,  /* no item; the reply has two values: the state folder, and why the last commit could
                              not be saved, empty when everything is */
-    KOBD_HOST_FACTORY = 2 /* an object name; the reply has its value from the factory */
+    KOBD_HOST_FACTORY = 2, /* an object name; the reply has its value from the factory */
+    /* The simulator: what the imitated router is made to show, refuse and delay. "times" is how often, 0 always. */
+    KOBD_HOST_SIM_SET = 3,           /* name and value, for each object */
+    KOBD_HOST_SIM_SET_ANNOUNCED = 4, /* the same, and each is announced */
+    KOBD_HOST_SIM_ROW_ADD = 5,       /* table, column and value for each column; reply: index of the new row */
+    KOBD_HOST_SIM_ROW_SET = 6,       /* table and index, column and value for each column */
+    KOBD_HOST_SIM_ROW_DEL = 7,       /* table and index */
+    KOBD_HOST_SIM_FAIL = 8,          /* object or table, or neither; values: operation, code, times */
+    KOBD_HOST_SIM_SLOW = 9,          /* object or table; values: milliseconds, times */
+    KOBD_HOST_SIM_LIST = 10,         /* value: how many to leave out; reply: three texts for each thing simulated */
+    KOBD_HOST_SIM_CLEAR = 11         /* no item; ends all of it */
 };
 
 /* As kobd_call. */

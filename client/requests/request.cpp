@@ -46,6 +46,24 @@ Item Copy(const kobd_item& item)
     if (item.length == sizeof item.number) copy.number = item.number;
     return copy;
 }
+
+// Sends the items with `call`, which waits for the reply.
+template <class CallOne>
+Response CallWith(const Options& options, const Items& items, CallOne call)
+{
+    const BuiltItems built = Build(items);
+    if (built == nullptr) return {.code = KOBD_BUFFER_LIMIT, .too_large = true};
+    kobd_client* client = nullptr;
+    if (const int code = kobd_client_open(&client)) return {.code = code, .from_bus = true};
+    const int timeout_ms = TimeoutFor(options, items);
+    kobd_client_set_timeout(client, timeout_ms);
+    Response response = {.code = call(client, built.get()), .timeout_ms = timeout_ms};
+    response.too_large = kobd_answered(client) == 0 && response.code == KOBD_BUFFER_LIMIT;
+    response.from_bus = kobd_answered(client) == 0 && !response.too_large;
+    for (kobd_item item{}; kobd_reply_next(client, &item) == 1;) response.items.push_back(Copy(item));
+    kobd_client_close(client);
+    return response;
+}
 }  // namespace
 
 Items SetItems(const Assignments& pairs)
@@ -113,18 +131,14 @@ int TimeoutFor(const Options& options, const Items& items)
 
 Response Call(const Options& options, kobd_request id, const Items& items)
 {
-    const BuiltItems built = Build(items);
-    if (built == nullptr) return {.code = KOBD_BUFFER_LIMIT, .too_large = true};
-    kobd_client* client = nullptr;
-    if (const int code = kobd_client_open(&client)) return {.code = code, .from_bus = true};
-    const int timeout_ms = TimeoutFor(options, items);
-    kobd_client_set_timeout(client, timeout_ms);
-    Response response = {.code = kobd_call(client, id, built.get()), .timeout_ms = timeout_ms};
-    response.too_large = kobd_answered(client) == 0 && response.code == KOBD_BUFFER_LIMIT;
-    response.from_bus = kobd_answered(client) == 0 && !response.too_large;
-    for (kobd_item item{}; kobd_reply_next(client, &item) == 1;) response.items.push_back(Copy(item));
-    kobd_client_close(client);
-    return response;
+    return CallWith(options, items,
+                    [id](kobd_client* client, const kobd_items* built) { return kobd_call(client, id, built); });
+}
+
+Response CallHost(const Options& options, kobd_host_control id, const Items& items)
+{
+    return CallWith(options, items,
+                    [id](kobd_client* client, const kobd_items* built) { return kobd_host_call(client, id, built); });
 }
 
 std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items)

@@ -65,6 +65,9 @@ int TimeoutFor(const Options& options, const Items& items);
 // Sends one request and waits for its reply.
 Response Call(const Options& options, kobd_request id, const Items& items);
 
+// The same for what only the imitated router understands: a router gives no answer in time.
+Response CallHost(const Options& options, kobd_host_control id, const Items& items);
+
 // The texts that the imitated router answers this question with; nothing when nobody answers, as on a router.
 std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items = {});
 

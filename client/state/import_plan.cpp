@@ -50,7 +50,7 @@ Assignments WantedOf(const TableEntry& table, const FileRow& row)
     Assignments wanted;
     for (const ColumnDef& column : table.layout.columns)
     {
-        if (!IsExported(column)) continue;
+        if (!IsExported(table, column)) continue;
         const FileValue* found = FindNamed(row, column.name);
         int code = 0;
         if (found != nullptr)

@@ -14,14 +14,15 @@ struct RouterState
 
 // Whether export and import know the object: it can be read and set, requests by its name reach it, and both its
 // accessors are its own. An object that shares an accessor reads or changes another object's value: lteLockband5g,
-// for example, reads the LTE lock.
+// for example, reads the LTE lock. The time of day is left out: it would make each export another one.
 bool IsExported(const ObjectEntry& object);
 
 // Whether they know the table: its rows can be set, and it is not another name for the rows of another table.
 bool IsExported(const TableEntry& table);
 
-// Whether they know the column: it is not another name for a column, and the list does not keep its text itself.
-bool IsExported(const ColumnDef& column);
+// Whether they know the column: it is not another name for a column, the list does not keep its text itself, and it is
+// no counter that the router counts itself.
+bool IsExported(const TableEntry& table, const ColumnDef& column);
 
 // The values that the row has in the columns that export knows.
 Assignments ExportedValues(const TableEntry& table, const Row& row);

@@ -69,7 +69,20 @@ enum HostControlId : uint16_t
 {
     kHostState = 1,    // no item is looked at  -> 2:state folder 2:why the last commit failed, or the empty text
     kHostFactory = 2,  // 1:object  -> 2:its value from the factory
-    kHostTap = 16,     // 2:identifier of a shared memory, into which all messages are copied (host/bus/tap_ring.h)
+
+    // The simulator: what a client makes the imitated router show, refuse or delay. 1:object or 3:table, where both may
+    // stand; "times" is how often it happens, 0 means always.
+    kHostSimSet = 3,           // 1:object 2:value, ...
+    kHostSimSetAnnounced = 4,  // as 3; each is announced, and then the end
+    kHostSimRowAdd = 5,        // 3:table, 5:column 2:value, ...  -> 4:index
+    kHostSimRowSet = 6,        // 3:table 4:index, 5:column 2:value, ...
+    kHostSimRowDel = 7,        // 3:table 4:index
+    kHostSimFail = 8,          // 1 or 3 (neither: the commit) 2:operation 2:code 2:times
+    kHostSimSlow = 9,          // 1 or 3 2:milliseconds 2:times
+    kHostSimList = 10,         // 2:how many to leave out  -> 1 or 3 (neither: the router) 2:what 2:how, ...
+    kHostSimClear = 11,        // no item is looked at
+
+    kHostTap = 12,  // 2:identifier of a shared memory, into which all messages are copied (host/bus/tap_ring.h)
 };
 
 // Class 3, received: network events. Nobody answers them.

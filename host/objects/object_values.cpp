@@ -10,6 +10,8 @@
 
 #include "dictionary/catalogue/secrets.h"
 #include "host/objects/sources.h"
+#include "host/sim/moving.h"
+#include "host/sim/simulator.h"
 #include "host/state/folder.h"
 #include "host/state/report.h"
 #include "host/state/stores.h"
@@ -78,6 +80,60 @@ int GiveText(const std::string& text, char* value)
     memcpy(value, text.c_str(), text.size() + 1);
     return 0;
 }
+
+// The object's own value: what was set, or is shown of nvram and rows.
+int GiveOwn(const Source& source, char* value)
+{
+    switch (source.kind)
+    {
+        case SourceKind::Nvram:
+            return nv_get(source.text, value, kValueBuffer) != 0 && errno == ENOMEM ? kInvokeFailed : 0;
+        case SourceKind::RowCount:
+        case SourceKind::RowIndexes: return GiveText(ListText(source), value);
+        case SourceKind::Value:
+        case SourceKind::SameAs: break;
+    }
+    return GiveText(values.running[source.home], value);
+}
+
+// Whether the simulator has anything to say about the object.
+bool IsMarked(size_t number) { return (sim_marks.object[number] | sim_marks.object[Sources()[number].home]) != 0; }
+
+// What the simulator lets the object show, or lets it fail with.
+int GiveSimulated(size_t number, char* value)
+{
+    if (const int code = SimAsk({SimKind::kObject, number}, SimOperation::kGet)) return code;
+    const Source& source = Sources()[number];
+    if (const std::string* text = SimValue(source.home)) return GiveText(*text, value);
+    if (const int code = GiveOwn(source, value)) return code;
+    return GiveText(MovedText(source.home, value), value);
+}
+
+int Keep(const Source& source, const char* value)
+{
+    if (source.kind == SourceKind::Nvram) return nvram_set(source.text, value) == 0 ? 0 : kInvokeFailed;
+    std::string& text = values.running[source.home];
+    if (strlen(value) >= kValueBuffer) return kInvokeFailed;  // it could never be read again
+    if (text == value) return 0;
+    Touch(source.home);  // first: both may run out of memory, and a value that is not touched would not be kept
+    text = value;
+    return 0;
+}
+
+// Sets the object. `note`: that it starts something goes to the journal.
+int Set(size_t number, const char* value, bool note)
+{
+    const bool marked = IsMarked(number);
+    if (marked)
+        if (const int code = SimAsk({SimKind::kObject, number}, SimOperation::kSet)) return code;
+    const Source& source = Sources()[number];
+    if (note) Journal(source.object, value);
+    const int code = Keep(source, value);
+    if (code != 0 || !marked) return code;
+    SimValueIsSet(source.home);
+    MovingIsSet(source.home, value);
+    return 0;
+}
 }  // namespace
 
 void ObjectValuesLoad(Database* database)
@@ -123,17 +179,7 @@ std::string ObjectFactoryValue(size_t number)
 int ObjectValueGet(size_t number, char* value)
 try
 {
-    const Source& source = Sources()[number];
-    switch (source.kind)
-    {
-        case SourceKind::Nvram:
-            return nv_get(source.text, value, kValueBuffer) != 0 && errno == ENOMEM ? kInvokeFailed : 0;
-        case SourceKind::RowCount:
-        case SourceKind::RowIndexes: return GiveText(ListText(source), value);
-        case SourceKind::Value:
-        case SourceKind::SameAs: break;
-    }
-    return GiveText(values.running[source.home], value);
+    return IsMarked(number) ? GiveSimulated(number, value) : GiveOwn(Sources()[number], value);
 }
 catch (const std::bad_alloc&)
 {
@@ -143,15 +189,7 @@ catch (const std::bad_alloc&)
 int ObjectValueSet(size_t number, const char* value)
 try
 {
-    const Source& source = Sources()[number];
-    if (source.kind == SourceKind::Nvram) return nvram_set(source.text, value) == 0 ? 0 : kInvokeFailed;
-    const size_t home = source.home;
-    std::string& text = values.running[home];
-    if (strlen(value) >= kValueBuffer) return kInvokeFailed;  // it could never be read again
-    if (text == value) return 0;
-    Touch(home);  // first: both may run out of memory, and a value that is not touched would not be kept
-    text = value;
-    return 0;
+    return Set(number, value, false);
 }
 catch (const std::bad_alloc&)
 {
@@ -159,8 +197,12 @@ catch (const std::bad_alloc&)
 }
 
 int ObjectAction(size_t number, const char* value)
+try
 {
-    Journal(Sources()[number].object, value);
-    return ObjectValueSet(number, value);
+    return Set(number, value, true);
+}
+catch (const std::bad_alloc&)
+{
+    return OutOfMemory("ObjectAction", kInvokeFailed);
 }
 }  // namespace kobd::host

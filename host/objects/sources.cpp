@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <array>
 
-#include "dictionary/catalogue/view.h"
-
 namespace kobd::host
 {
 namespace
@@ -113,4 +111,13 @@ std::string StateName(size_t number)
 }
 
 size_t NumberOf(std::string_view state_name) { return Find(state_name); }
+
+size_t AccessorOf(size_t number, NamedFunction ObjectAccessors::*accessor)
+{
+    const std::string_view wanted = (kObjectAccessors[number].*accessor).name;
+    for (size_t row = 0; row < kObjectCount; ++row)
+        for (const NamedFunction& function : {kObjectAccessors[row].getter, kObjectAccessors[row].setter})
+            if (!wanted.empty() && function.IsDefinedHere() && function.name == wanted) return row;
+    return kNoObject;
+}
 }  // namespace kobd::host

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "dictionary/catalogue/view.h"
+
 namespace kobd::host
 {
 enum class SourceKind
@@ -34,4 +36,8 @@ std::span<const Source> Sources();
 // kNoObject for a name that no object has.
 std::string StateName(size_t number);
 size_t NumberOf(std::string_view state_name);
+
+// The number of the object whose row defines the accessor that this object is read or set with; kNoObject where it has
+// none, or the daemon has it.
+size_t AccessorOf(size_t number, NamedFunction ObjectAccessors::*accessor);
 }  // namespace kobd::host

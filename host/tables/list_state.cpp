@@ -56,6 +56,8 @@ void LoadFactoryRows()
         list.rows.Clear();
         list.own = false;
         list.changed.clear();
+        list.simulated = {};
+        list.moved = {};
     }
     for (const FactoryRow& factory : kFactoryRows)
         if (List* list = FindList(factory.table)) LoadFactoryRow(factory, *list, &list->rows);
@@ -207,8 +209,8 @@ void WriteFactoryRows(const List& list, Database* database)
 void WriteList(List& list, Database* database, History* history)
 {
     if (!list.own) WriteFactoryRows(list, database);
-    for (const int32_t index : list.changed) Writer(list, database, history).Write(index, list.rows.Find(index));
-    database->Run("INSERT OR REPLACE INTO lists VALUES(?, ?)", list.table, int64_t{list.rows.LastIndex()});
+    for (const int32_t index : list.changed) Writer(list, database, history).Write(index, RealRow(list, index));
+    database->Run("INSERT OR REPLACE INTO lists VALUES(?, ?)", list.table, int64_t{RealLastIndex(list)});
 }
 }  // namespace
 
@@ -247,6 +249,7 @@ void ListsAllChanged()
         const RowList factory = FactoryRows(list);
         for (const Row& row : factory.Rows()) list.changed.insert(IndexOf(row));
         for (const Row& row : list.rows.Rows()) list.changed.insert(IndexOf(row));
+        for (const auto& [index, row] : list.simulated.rows) list.changed.insert(index);
     }
 }
 }  // namespace kobd::host

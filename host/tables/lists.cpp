@@ -67,7 +67,7 @@ std::vector<List> MakeLists()
     for (const size_t row : kLists)
     {
         const TableRow& table = kTableRows[row];
-        made.push_back({table.name, &table.layout, IsChanged(row),
+        made.push_back({row, table.name, &table.layout, IsChanged(row),
                         RowList(table.layout.row_size, table.max_rows, FirstIndexOf(table.name))});
     }
     return made;
@@ -85,11 +85,17 @@ int StorePath(const List& list, Row* row, const char* parent_path)
     return 0;
 }
 
-int HandOut(const List& list, const Row* found, void* row)
+int HandOut(List& list, const Row* found, void* row)
 {
     if (found == nullptr) return kIndexNotFound;
     memcpy(row, found->block.data(), found->block.size());
-    return FillFromNvram(list, row);
+    if (const int code = FillFromNvram(list, row)) return code;
+    const auto* simulated = SimulatedColumns(list, IndexOf(*found));
+    if (simulated != nullptr)
+        for (const ColumnDef* column : *simulated)  // nvram has another value
+            memcpy(static_cast<char*>(row) + column->offset, found->block.data() + column->offset, FieldWidth(*column));
+    if (sim_marks.table[list.number] != 0) list.moved.HandOut(list.number, row, simulated);
+    return 0;
 }
 }  // namespace
 
@@ -106,6 +112,8 @@ List* FindList(std::string_view table)
     return nullptr;
 }
 
+List* ListOfTable(size_t number) { return FindList(kTableRows[number].list_of); }
+
 size_t ListOf(std::string_view function)
 {
     for (size_t list = 0; list < kLists.size(); ++list)
@@ -118,9 +126,11 @@ int ListAdd(size_t list, int32_t* index)
 try
 {
     List& in = AllLists()[list];
+    if (const int code = SimAskTable(in.number, SimOperation::kAdd)) return code;
     const auto [mark, is_new] = in.changed.insert(in.rows.NextIndex());  // first: memory may run out
     const int result = in.rows.Add(index);
     if (result != 0 && is_new) in.changed.erase(mark);
+    if (result == 0) RowIsReal(&in, *index);
     return result;
 }
 catch (const std::bad_alloc&)
@@ -132,8 +142,10 @@ int ListDel(size_t list, int32_t index)
 try
 {
     List& in = AllLists()[list];
+    if (const int code = SimAskTable(in.number, SimOperation::kDel)) return code;
     if (in.rows.Find(index) == nullptr) return kIndexNotFound;
     in.changed.insert(index);
+    RowIsReal(&in, index);
     return in.rows.Del(index);
 }
 catch (const std::bad_alloc&)
@@ -145,6 +157,7 @@ int ListGet(size_t list, int32_t index, void* row)
 try
 {
     List& in = AllLists()[list];
+    if (const int code = SimAskTable(in.number, SimOperation::kGet)) return code;
     return HandOut(in, in.rows.Find(index), row);
 }
 catch (const std::bad_alloc&)
@@ -156,16 +169,22 @@ int ListSet(size_t list, int32_t index, const void* row)
 try
 {
     List& in = AllLists()[list];
-    Row* found = in.rows.Find(index);
+    if (const int code = SimAskTable(in.number, SimOperation::kSet)) return code;
+    const Row* found = in.rows.Find(index);
     if (found == nullptr) return kIndexNotFound;
     const char* given = static_cast<const char*>(row);
     std::vector<char> next(given, given + found->block.size());
     memcpy(next.data(), &index, sizeof index);
+    in.moved.TakeBack(in.number, found->block.data(), next.data());
+    Row* real = RowToSet(&in, index, &next);
     if (const int code = MoveToNvram(in, next.data())) return code;
     ClearBehindTexts(*in.layout, next.data());
-    if (next == found->block) return 0;
-    in.changed.insert(index);
-    found->block = std::move(next);
+    if (next != real->block)
+    {
+        in.changed.insert(index);
+        real->block = std::move(next);
+    }
+    ShowAgain(&in, index);
     return 0;
 }
 catch (const std::bad_alloc&)
@@ -181,6 +200,8 @@ try
     if (row == nullptr) return kIndexNotFound;
     in.changed.insert(index);
     const int result = StorePath(in, row, parent_path);
+    if (Row* real = RealRow(in, index); real != nullptr && real != row)
+        static_cast<void>(StorePath(in, real, parent_path));
     if (result != 0)  // nobody looks at the result
         kobd_log_print("ListSetParentPath", __LINE__, "%s row %d: parent path of %zu characters is too long", in.table,
                        index, strlen(parent_path));
@@ -195,6 +216,7 @@ int ListNext(size_t list, int32_t previous, void* row)
 try
 {
     List& in = AllLists()[list];
+    if (const int code = SimAskTable(in.number, SimOperation::kNext)) return code;
     return HandOut(in, in.rows.Next(previous), row);
 }
 catch (const std::bad_alloc&)

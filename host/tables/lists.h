@@ -9,22 +9,30 @@
 #include <string_view>
 
 #include "dictionary/row_layout.h"
+#include "host/sim/moving.h"
 #include "host/tables/row_list.h"
+#include "host/tables/simulated_rows.h"
 
 namespace kobd::host
 {
 struct List
 {
+    size_t number;  // of the table's row in the catalogue
     const char* table;
     const RowLayout* layout;
     bool kept;  // clients can add or set its rows: they are written to the database
     RowList rows;
     bool own = false;                // the database has its rows, the factory's serve no more
     std::set<int32_t> changed = {};  // indexes of the rows that may differ from what the database has
+    SimulatedRows simulated = {};
+    MovedRows moved = {};
 };
 
 std::span<List> AllLists();
 List* FindList(std::string_view table);  // nullptr: the platform keeps no such table
+
+// The same by the number of a table's row in the catalogue, which may be another name of the list.
+List* ListOfTable(size_t number);
 
 // The number of the list that names `function` as one of its operations.
 size_t ListOf(std::string_view function);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace kobd::host
 {
@@ -36,6 +37,13 @@ int RowList::Del(int32_t index)
     if (position == rows_.size()) return kIndexNotFound;
     rows_.erase(rows_.begin() + static_cast<ptrdiff_t>(position));
     return 0;
+}
+
+void RowList::Put(Row row)
+{
+    const auto place = std::lower_bound(rows_.begin(), rows_.end(), IndexOf(row),
+                                        [](const Row& one, int32_t index) { return IndexOf(one) < index; });
+    rows_.insert(place, std::move(row));
 }
 
 Row* RowList::Find(int32_t index)

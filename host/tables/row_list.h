@@ -43,6 +43,9 @@ public:
     // 0; 13 no such row.
     int Del(int32_t index);
 
+    // Puts a row back that was deleted, under its index.
+    void Put(Row row);
+
     // The row, or nullptr; valid until rows are added or deleted.
     Row* Find(int32_t index);
 

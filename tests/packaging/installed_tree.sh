@@ -8,7 +8,8 @@ prefix=$work/root/opt/kobd
 expect "all in the prefix" "opt" "$(ls "$work/root")"
 for file in sbin/kobd bin/kobctl libexec/kobd/uci include/kobd_client.h share/bash-completion/completions/kobctl \
     share/man/man1/kobctl.1 share/man/man8/kobd.8 share/man/man5/kobd-protocol.5 share/man/man5/kobd-state.5 \
-    share/man/man5/kobd-uci.5 lib/systemd/system/kobd.service lib/tmpfiles.d/kobd.conf libexec/kobd/init; do
+    share/man/man5/kobd-uci.5 share/man/man5/kobd-simulator.5 share/kobd/scenarios/signal-fade \
+    lib/systemd/system/kobd.service lib/tmpfiles.d/kobd.conf libexec/kobd/init; do
     [ -s "$prefix/$file" ] || fail "$file is not installed"
 done
 library=$(find "$prefix" -name libkobd_client.so.0)

@@ -55,6 +55,14 @@ dev/usr/lib/libkobd_client.so.0
 dev/usr/lib/pkgconfig/kobd_client.pc
 kobctl/usr/bin/kobctl
 kobd-host/usr/lib/libkobd_host.so
+kobd-host/usr/share/kobd/scenarios/apn-drop
+kobd-host/usr/share/kobd/scenarios/bad-day
+kobd-host/usr/share/kobd/scenarios/devices-come-and-go
+kobd-host/usr/share/kobd/scenarios/signal-fade
+kobd-host/usr/share/kobd/scenarios/sim-out
+kobd-host/usr/share/kobd/scenarios/slow-platform
+kobd-host/usr/share/kobd/scenarios/table-full
+kobd-host/usr/share/kobd/scenarios/wan-flapping
 kobd/etc/init.d/kobd
 kobd/usr/sbin/kobd
 libkobd-client/usr/lib/libkobd_bus.so.0

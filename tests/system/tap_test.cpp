@@ -83,7 +83,7 @@ TEST_F(Tap, RefusesMemoryThatDoesNotFit)
     {
         kobd_items* items = kobd_items_new();
         kobd_items_add_number(items, KOBD_TAG_VALUE, memory);
-        const int code = kobd_host_call(client_, static_cast<kobd_host_control>(16), items);
+        const int code = kobd_host_call(client_, static_cast<kobd_host_control>(12), items);
         kobd_items_free(items);
         return code;
     };

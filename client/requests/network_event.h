@@ -1,0 +1,16 @@
+// Network events, which the router's other modules send to the daemon.
+#pragma once
+
+#include <string>
+
+#include "client/requests/request.h"
+#include "daemon/base/messages.h"
+
+namespace kobd::client
+{
+// Finds the event of this name, "NetworkUp" or "EvtNetworkUp". The failure names all events.
+Failure FindEvent(const std::string& name, const NetworkEvent** event);
+
+// Sends the event with a text, or without one where it is empty.
+Failure SendEvent(const Options& options, const NetworkEvent& event, const std::string& text);
+}  // namespace kobd::client
