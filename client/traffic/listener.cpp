@@ -5,6 +5,7 @@
 #include <csignal>
 #include <ctime>
 
+#include "client/dictionary/dictionary.h"
 #include "client/output/outcome.h"
 #include "client/requests/request.h"
 #include "client/traffic/message_text.h"
@@ -46,6 +47,19 @@ bool AwaitDaemon()
     return false;
 }
 
+// Whether the daemon answers before long. One that starts has its queue before it takes what is in there.
+bool Answers(kobd_client* client)
+{
+    constexpr int kAnswerMs = 10000;
+    kobd_items* items = kobd_items_new();
+    if (items == nullptr || kobd_items_add_text(items, KOBD_TAG_TABLE_NAME, kTableRows[0].name) != KOBD_SUCCESS)
+        return false;
+    kobd_client_set_timeout(client, kAnswerMs);
+    static_cast<void>(kobd_call(client, KOBD_TABLE_MAX_ROW, items));
+    kobd_items_free(items);
+    return kobd_answered(client) != 0;
+}
+
 // Messages at most once: those of a listening process itself would make it show what it asks for.
 bool IsOwn(const kobd_tapped& message)
 {
@@ -79,15 +93,14 @@ void Listener::Close()
 
 Failure Listener::Open(bool tap_alone)
 {
-    constexpr int kAnswerMs = 5000;  // a daemon that starts has its queue before it answers
     tap_alone_ = tap_alone;
     if (!AwaitDaemon()) return {};
     if (const int code = kobd_client_open(&client_)) return FailureWithCode(code, "the daemon cannot be asked");
-    kobd_client_set_timeout(client_, kAnswerMs);
-    const int code = kobd_tap_open(client_, &tap_);
+    const bool answers = Answers(client_);
+    const int code = answers ? kobd_tap_open(client_, &tap_) : KOBD_NOT_RUNNING;
     if (code == KOBD_SUCCESS) return {};
     Close();
-    if (code == KOBD_NOT_RUNNING) return Open(tap_alone);  // it has just ended
+    if (code == KOBD_NOT_RUNNING && !Stopped()) return Open(tap_alone);  // it has just ended, or is still busy
     if (code != KOBD_TIMEOUT) return FailureWithCode(code, "the daemon cannot be tapped");
     if (tap_alone)
         return {code, "this daemon's message bus shows no messages to others: only the imitated router's does"};
