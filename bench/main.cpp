@@ -1,5 +1,5 @@
-// All measurements of time in one run and one table; with the word "commits" or "taps" those alone. In namespaces of its
-// own, like the tests.
+// All measurements of time in one run and one table; with the word "commits" or "taps" those alone. In namespaces of
+// its own, like the tests.
 #include <cstdio>
 #include <filesystem>
 #include <string_view>
