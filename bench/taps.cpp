@@ -26,7 +26,7 @@ class Monitor
 public:
     Monitor()
     {
-        if (BusClientOpen(&client_) != 0 || BusTapOpen(&client_, &tap_) != 0) abort();
+        if (BusClientOpen(&client_) != 0 || BusTapOpen(&client_, &tap_, 5000) != 0) abort();
         taker_ = std::thread([this] { Take(); });
     }
     ~Monitor()

@@ -19,6 +19,7 @@ _kobctl_options() {
         table:set) own="--silent" ;;
         table:add) own="--parent" ;;
         confirm:*) own="--resume" ;;
+        get:* | describe:* | list:* | table:list) own="--case" ;;
         history:*) own="--count" ;;
         watch:*) own="--count --poll" ;;
         monitor:*) own="--count --pcap --secrets" ;;

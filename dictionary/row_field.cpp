@@ -141,4 +141,15 @@ int TableFieldFromString(void* row, const ColumnDef& column, const char* text)
     }
     return kAccepted;
 }
+
+bool IsSameField(const ColumnDef& column, const void* one, const void* other)
+{
+    return memcmp(static_cast<const char*>(one) + column.offset, static_cast<const char*>(other) + column.offset,
+                  FieldWidth(column)) == 0;
+}
+
+void CopyField(const ColumnDef& column, const void* from, void* to)
+{
+    memcpy(static_cast<char*>(to) + column.offset, static_cast<const char*>(from) + column.offset, FieldWidth(column));
+}
 }  // namespace kobd

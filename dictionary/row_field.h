@@ -25,4 +25,8 @@ std::string_view FieldText(const void* row, const ColumnDef& column, std::span<c
 // field keeps what it holds. Numbers are not checked: a text that is no number is stored as 0, a number
 // of more than 32 bits (64 for VT_UINT64) as the nearest one, and a smaller field takes its low bits.
 int TableFieldFromString(void* row, const ColumnDef& column, const char* text);
+
+// Whether two rows have the same bytes in the column; makes `to` have those of `from`.
+bool IsSameField(const ColumnDef& column, const void* one, const void* other);
+void CopyField(const ColumnDef& column, const void* from, void* to);
 }  // namespace kobd

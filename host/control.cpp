@@ -1,10 +1,10 @@
 // The messages of class 9, on the daemon's receive thread: no lock is needed.
 #include "host/control.h"
 
-#include <cstring>
 #include <new>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
@@ -21,13 +21,10 @@ namespace kobd::host
 namespace
 {
 // The text of the request's first item, when that is an object's name.
-std::string NameIn(const MessageHeader* request)
+std::string_view NameIn(const MessageHeader* request)
 {
-    const char* payload = reinterpret_cast<const char*>(request + 1);
-    uint16_t head[2] = {};
-    if (request->length >= kItemHeader) memcpy(head, payload, kItemHeader);
-    if (head[0] != kTagObjectName || request->length < kItemHeader + head[1]) return {};
-    return {payload + kItemHeader, strnlen(payload + kItemHeader, head[1])};
+    const auto item = TlvReader({reinterpret_cast<const char*>(request + 1), request->length}).Next();
+    return item && item->tag == kTagObjectName ? item->Text().value_or("") : "";
 }
 
 // A text that is too long is left out.

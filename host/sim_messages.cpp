@@ -8,7 +8,7 @@
 
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
-#include "dictionary/catalogue/view.h"
+#include "dictionary/catalogue/by_name.h"
 #include "host/objects/sources.h"
 #include "host/sim/moving.h"
 #include "host/sim/simulator.h"
@@ -103,22 +103,14 @@ int SetValues(Items* items, bool announce)
     return kSuccess;
 }
 
-// The number of the table's row in the catalogue; nothing for an unknown name.
-std::optional<size_t> TableNamed(const std::string& name)
-{
-    const auto found = std::ranges::find_if(kTableRows, [&](const TableRow& row) { return row.name == name; });
-    if (found == kTableRows.end()) return {};
-    return static_cast<size_t>(found - kTableRows.begin());
-}
-
 // The list of a table that the next item names. The daemon keeps some itself.
 int TakeList(Items* items, List** list)
 {
     const auto name = items->Text(kTagTableName);
     if (!name) return kInvalidArgument;
-    const auto table = TableNamed(*name);
-    if (!table) return kNotFound;
-    *list = ListOfTable(*table);
+    const size_t table = NumberIn(kTableNames, *name);
+    if (table == kNoNumber) return kNotFound;
+    *list = ListOfTable(table);
     return *list == nullptr ? kMethodUnavailable : kSuccess;
 }
 
@@ -173,11 +165,11 @@ int ObjectTargets(const std::string& name, SimOperation operation, std::vector<T
 
 int TableTargets(const std::string& name, SimOperation operation, std::vector<Target>* targets)
 {
-    const auto table = TableNamed(name);
-    if (!table) return kNotFound;
-    const List* list = ListOfTable(*table);
+    const size_t table = NumberIn(kTableNames, name);
+    if (table == kNoNumber) return kNotFound;
+    const List* list = ListOfTable(table);
     if (list == nullptr || operation == SimOperation::kCommit) return kMethodUnavailable;
-    if (operation != SimOperation::kAny && !kTableRows[*table].Has(kBits[static_cast<size_t>(operation)]))
+    if (operation != SimOperation::kAny && !kTableRows[table].Has(kBits[static_cast<size_t>(operation)]))
         return kMethodUnavailable;
     targets->push_back({{SimKind::kTable, list->number}, name});
     return kSuccess;

@@ -53,7 +53,7 @@ extern "C"
     // Taps the daemon: from here on every message that passes it is copied for this process. `client` is used for the
     // request alone. 0; 7; 9 when the system gives no shared memory; else as BusClientCall. *tap is nullptr after a
     // failure.
-    int BusTapOpen(BusClient* client, BusTap** tap);
+    int BusTapOpen(BusClient* client, BusTap** tap, int timeout_ms);
     void BusTapClose(BusTap* tap);
 
     // Takes the next copy; `message` has kMessageMax bytes. *missed is how many were lost before it because they were

@@ -1,4 +1,4 @@
-// kobctl export [FILE]: all that can be set, in one file.
+// kobctl export [FILE]: all that can be set, in one file, or on standard output.
 #include <sys/stat.h>
 
 #include "client/commands/commands.h"
@@ -29,7 +29,7 @@ Outcome CommandExport(const Options& options, const Words& words)
     Outcome outcome({}, SettingsText(state, &unread));
     for (const std::string& name : unread)
         outcome.notes.push_back("export: the router could not read " + name + ", so it is left out");
-    if (words.empty()) return outcome;
+    if (words.empty() || words[0] == "-") return outcome;
     outcome.failure = Save(words[0], outcome.text);
     outcome.text.clear();
     return outcome;

@@ -35,11 +35,9 @@ Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& va
 
 Outcome CommandGet(const Options& options, const Words& words)
 {
-    Words readable;
-    for (const ObjectEntry& object : kObjectRows)
-        if (object.access != Access::kWriteOnly) readable.emplace_back(object.name);
     Words names;
-    if (Failure failure = ReadNames(options, words, "object that can be read", readable, &names)) return failure;
+    if (Failure failure = ReadNames(options, words, "object that can be read", ReadableObjects(), &names))
+        return failure;
     Values values;
     if (Failure failure = FailureOf(ReadValues(options, names, &values), "get")) return failure;
     std::vector<std::pair<std::string, std::string>> found;

@@ -110,9 +110,7 @@ bool Pause(int milliseconds)
 Outcome WatchValues(const Options& options, const Words& patterns)
 {
     if (patterns.empty()) return Failure{kWrongUse, "watch --poll takes NAME..."};
-    Words readable;
-    for (const ObjectEntry& object : kObjectRows)
-        if (object.access != Access::kWriteOnly) readable.emplace_back(object.name);
+    const Words readable = ReadableObjects();
     Words names;
     if (Failure failure = ReadNames(options, patterns, "object that can be read", readable, &names)) return failure;
     for (const std::string& name : names)

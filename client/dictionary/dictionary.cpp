@@ -68,6 +68,14 @@ std::string NoSuchName(const std::string& kind, const std::string& name)
     return "there is no " + kind + " " + name + DidYouMean(name, names);
 }
 
+Words ReadableObjects()
+{
+    Words names;
+    for (const ObjectEntry& object : kObjectRows)
+        if (object.access != Access::kWriteOnly) names.emplace_back(object.name);
+    return names;
+}
+
 const char* AccessText(Access access)
 {
     switch (access)

@@ -22,6 +22,9 @@ const ColumnDef* FindColumn(const TableEntry& table, std::string_view name);
 // object's.
 std::string NoSuchName(const std::string& kind, const std::string& name);
 
+// The names of the objects that can be read, in their order.
+Words ReadableObjects();
+
 const char* AccessText(Access access);
 
 // The names of the `Operation` bits, in their order.

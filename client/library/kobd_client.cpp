@@ -323,7 +323,7 @@ int kobd_tap_open(kobd_client* client, kobd_tap** tap)
 {
     *tap = new (std::nothrow) kobd_tap;
     if (*tap == nullptr) return kMallocFailed;
-    const int code = BusTapOpen(&client->bus, &(*tap)->bus);
+    const int code = BusTapOpen(&client->bus, &(*tap)->bus, client->timeout_ms);
     if (code != kSuccess)
     {
         delete *tap;

@@ -143,21 +143,16 @@ Response CallHost(const Options& options, kobd_host_control id, const Items& ite
 
 std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items)
 {
-    constexpr int kHostTimeoutMs = 2000;
     static bool unanswered = false;  // a router's daemon: asking once more would cost the same wait
-    if (unanswered) return {};
     kobd_module daemon{};
-    kobd_client* client = nullptr;
-    const BuiltItems built = Build(items);
-    if (kobd_module_look(KOBD_MODULE_DAEMON, &daemon) != 0 || daemon.claimed == 0 || built == nullptr) return {};
-    if (kobd_client_open(&client) != 0) return {};
-    kobd_client_set_timeout(client, kHostTimeoutMs);
-    std::optional<std::vector<std::string>> texts;
-    if (kobd_host_call(client, question, built.get()) == 0) texts.emplace();
-    unanswered = kobd_answered(client) == 0;
-    for (kobd_item item{}; texts && kobd_reply_next(client, &item) == 1;)
-        if (item.text != nullptr) texts->emplace_back(item.text);
-    kobd_client_close(client);
+    if (unanswered || kobd_module_look(KOBD_MODULE_DAEMON, &daemon) != 0 || daemon.claimed == 0) return {};
+    Options options;
+    options.timeout_ms = 2000;
+    const Response response = CallHost(options, question, items);
+    unanswered = response.from_bus;
+    if (response.code != 0) return {};
+    std::vector<std::string> texts;
+    for (const Item& item : response.items) texts.push_back(item.text);
     return texts;
 }
 

@@ -52,8 +52,8 @@ Items ItemsOf(const kobd_tapped& message)
 Failure KnownValues::Read(const Options& options, const Words& patterns)
 {
     Words names;
-    for (const ObjectEntry& object : kObjectRows)
-        if (object.access != Access::kWriteOnly && IsWanted(patterns, object.name)) names.emplace_back(object.name);
+    for (const std::string& name : ReadableObjects())
+        if (IsWanted(patterns, name)) names.push_back(name);
     if (Failure failure = FailureOf(ReadValues(options, names, &values_), "watch")) return failure;
     Tables tables;
     for (const TableEntry& table : kTableRows)

@@ -34,23 +34,16 @@ std::string WhyNotJoined(uint32_t module)
     return taken ? "another program has it" : "the system has no message queue for it, see kobctl doctor";
 }
 
-// Says once that it waits. False when it was stopped.
-bool AwaitDaemon()
+bool IsThere()
 {
-    for (bool told = false; !Stopped(); told = true)
-    {
-        kobd_module daemon{};
-        if (kobd_module_look(KOBD_MODULE_DAEMON, &daemon) == 0 && daemon.claimed != 0) return true;
-        if (!told) SayError("waiting for kobd");
-        Pause();
-    }
-    return false;
+    kobd_module daemon{};
+    return kobd_module_look(KOBD_MODULE_DAEMON, &daemon) == 0 && daemon.claimed != 0;
 }
 
-// Whether the daemon answers before long. One that starts has its queue before it takes what is in there.
+// Whether the daemon answers soon. One that starts has its queue before it takes what is in there.
 bool Answers(kobd_client* client)
 {
-    constexpr int kAnswerMs = 10000;
+    constexpr int kAnswerMs = 5000;
     kobd_items* items = kobd_items_new();
     if (items == nullptr || kobd_items_add_text(items, KOBD_TAG_TABLE_NAME, kTableRows[0].name) != KOBD_SUCCESS)
         return false;
@@ -60,7 +53,7 @@ bool Answers(kobd_client* client)
     return kobd_answered(client) != 0;
 }
 
-// Messages at most once: those of a listening process itself would make it show what it asks for.
+// Whether this process caused the message: a watch must not show what it asks for itself.
 bool IsOwn(const kobd_tapped& message)
 {
     static const auto process = static_cast<uint32_t>(getpid());
@@ -93,15 +86,24 @@ void Listener::Close()
 
 Failure Listener::Open(bool tap_alone)
 {
+    constexpr int kTapMs = 2000;  // a daemon that answers other requests and not this one knows no taps
     tap_alone_ = tap_alone;
-    if (!AwaitDaemon()) return {};
-    if (const int code = kobd_client_open(&client_)) return FailureWithCode(code, "the daemon cannot be asked");
-    const bool answers = Answers(client_);
-    const int code = answers ? kobd_tap_open(client_, &tap_) : KOBD_NOT_RUNNING;
-    if (code == KOBD_SUCCESS) return {};
+    int code = KOBD_NOT_RUNNING;
+    for (bool told = false; code == KOBD_NOT_RUNNING && !Stopped(); Pause())
+    {
+        const bool there = IsThere();
+        if (there && client_ == nullptr)
+            if (const int opened = kobd_client_open(&client_)) return FailureWithCode(opened, "kobd cannot be asked");
+        const bool answers = there && Answers(client_);
+        if (!answers && !told) SayError(there ? "waiting for kobd, which does not answer" : "waiting for kobd");
+        told = true;
+        if (!answers) continue;
+        kobd_client_set_timeout(client_, kTapMs);
+        code = kobd_tap_open(client_, &tap_);
+    }
+    if (tap_ != nullptr || Stopped()) return {};
     Close();
-    if (code == KOBD_NOT_RUNNING && !Stopped()) return Open(tap_alone);  // it has just ended, or is still busy
-    if (code != KOBD_TIMEOUT) return FailureWithCode(code, "the daemon cannot be tapped");
+    if (code != KOBD_TIMEOUT) return FailureWithCode(code, "kobd cannot be tapped");
     if (tap_alone)
         return {code, "this daemon's message bus shows no messages to others: only the imitated router's does"};
     return Join();

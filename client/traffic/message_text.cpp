@@ -104,25 +104,29 @@ private:
         column_.clear();
         secret_ = secret;
     }
-    void Detail(const std::string& name, const Json& value, const std::string& text)
+    // What was named last: an object, a table, or nothing by name.
+    Json& Thing()
     {
         if (content.json.empty()) content.json.push_back(Json::object());
-        content.json.back()[name] = value;
+        return content.json.back();
+    }
+    void Detail(const std::string& name, const Json& value, const std::string& text)
+    {
+        Thing()[name] = value;
         content.text += " " + Escaped(text);
     }
     void Column(const std::string& name)
     {
-        Detail("columns", content.json.empty() ? Json() : content.json.back().value("columns", Json::object()), name);
-        content.json.back()["columns"][name] = nullptr;  // named alone, unless a value follows
+        Thing()["columns"][name] = nullptr;  // named alone, unless a value follows
+        content.text += " " + Escaped(name);
         column_ = name;
         secret_ = IsSecretColumn(name);
     }
     void Value(const std::string& value)
     {
-        if (content.json.empty()) content.json.push_back(Json::object());
-        Json& thing = content.json.back();
-        (column_.empty() ? thing["value"] : thing["columns"][column_]) = value;
-        content.text += (thing.size() > 1 || !column_.empty() ? "=" : " ") + Escaped(value);
+        const bool named = !Thing().empty();
+        (column_.empty() ? Thing()["value"] : Thing()["columns"][column_]) = value;
+        content.text += (named ? "=" : " ") + Escaped(value);
     }
 
     bool secrets_;

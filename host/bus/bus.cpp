@@ -69,9 +69,8 @@ void RefuseTruncated(MessageHeader* request)
     MessageSendReply(reply);
 }
 
-void Handle(MessageHeader* header)
+void Handle(MessageHeader* header, const BusHeader& seen)
 {
-    const BusHeader seen = LoadBusHeader(header);
     const MsgHandler* row = FindHandler(seen.code);
     if (row == nullptr) return;
     in_hand = {seen.sender, seen.code, seen.reply_queue};
@@ -85,20 +84,15 @@ void Dispatch(QueueMessage& message, size_t received)
 {
     if (received < sizeof(MessageHeader)) return;
     auto* header = reinterpret_cast<MessageHeader*>(message.bytes);
+    const BusHeader seen = LoadBusHeader(header);
     const HandlingRequest handling(bus.queue);
-    if (header->length > received - sizeof(MessageHeader))
-        RefuseTruncated(header);
-    else if (LoadBusHeader(header).code == MessageCode(kHostTap, kClassHostControl))
-        AnswerTap(header);
-    else if (header->message_class == kClassHostControl)
-        bus.hooks.control != nullptr ? bus.hooks.control(header) : void();
-    else
-    {
-        const BusHeader seen = LoadBusHeader(header);
-        TapReceived(header, seen.sender, seen.reply_queue);
-        Handle(header);
-        TapHandled();
-    }
+    if (header->length > received - sizeof(MessageHeader)) return RefuseTruncated(header);
+    if (seen.code == MessageCode(kHostTap, kClassHostControl)) return AnswerTap(header);
+    if (header->message_class == kClassHostControl)
+        return bus.hooks.control != nullptr ? bus.hooks.control(header) : void();
+    TapReceived(header, seen.sender, seen.reply_queue);
+    Handle(header, seen);
+    TapHandled();
 }
 
 // Takes a queue, however long the system has none to give; a daemon that gave up would run on and serve nothing.

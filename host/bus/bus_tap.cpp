@@ -50,17 +50,16 @@ TapRing* MakeRing(int* memory)
     return place != reinterpret_cast<void*>(-1) ? static_cast<TapRing*>(place) : nullptr;
 }
 
-int Ask(BusClient* client, int memory)
+int Ask(BusClient* client, int memory, int timeout_ms)
 {
     alignas(MessageHeader) char request[sizeof(MessageHeader) + kIntItem] = {};
     alignas(MessageHeader) static thread_local char reply[kMessageMax];
-    constexpr int kTimeoutMs = 2000;
     auto* header = reinterpret_cast<MessageHeader*>(request);
     header->destination = kModuleKobd;
     header->message_class = kClassHostControl;
     header->id = kHostTap;
     header->length = static_cast<uint16_t>(TlvPushIntToBuf(header + 1, kTagValue, memory));
-    if (const int code = BusClientCall(client, header, reinterpret_cast<MessageHeader*>(reply), kTimeoutMs))
+    if (const int code = BusClientCall(client, header, reinterpret_cast<MessageHeader*>(reply), timeout_ms))
         return code;
     int32_t result = kSystemError;
     if (reinterpret_cast<MessageHeader*>(reply)->length >= kIntItem)
@@ -111,13 +110,13 @@ bool IsLeft(const BusTap& tap)
 }
 }  // namespace
 
-int BusTapOpen(BusClient* client, BusTap** tap)
+int BusTapOpen(BusClient* client, BusTap** tap, int timeout_ms)
 {
     *tap = nullptr;
     int memory = -1;
     TapRing* ring = MakeRing(&memory);
     if (ring == nullptr) return kInitializeFailed;
-    int code = Ask(client, memory);
+    int code = Ask(client, memory, timeout_ms);
     if (code == kSuccess && ring->magic != kTapMagic) code = kSystemError;
     if (code == kSuccess) *tap = new (std::nothrow) BusTap{.ring = ring, .memory = memory};
     if (code == kSuccess && *tap == nullptr) code = kMallocFailed;

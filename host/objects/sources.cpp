@@ -1,8 +1,9 @@
 // The sources of all objects, put together and checked at compile time.
 #include "host/objects/sources.h"
 
-#include <algorithm>
 #include <array>
+
+#include "dictionary/catalogue/by_name.h"
 
 namespace kobd::host
 {
@@ -25,28 +26,11 @@ constexpr SourceRow kRows[] = {
 
 constexpr std::string_view kSecond = "#2";
 
-struct NumberedName
-{
-    std::string_view name;
-    size_t number;
-    constexpr auto operator<=>(const NumberedName&) const = default;
-};
-
-constexpr auto kByName = []
-{
-    std::array<NumberedName, kObjectCount> names{};
-    for (size_t number = 0; number < kObjectCount; ++number) names[number] = {kObjectRows[number].name, number};
-    std::sort(names.begin(), names.end());
-    return names;
-}();
-
 constexpr size_t Find(std::string_view state_name)
 {
     const bool second = state_name.ends_with(kSecond);
     const std::string_view name = second ? state_name.substr(0, state_name.size() - kSecond.size()) : state_name;
-    const auto first = std::lower_bound(kByName.begin(), kByName.end(), NumberedName{name, 0});
-    const auto found = first + (second && first != kByName.end() ? 1 : 0);
-    return found != kByName.end() && found->name == name ? found->number : kNoObject;
+    return NumberIn(kObjectNames, name, second ? 1 : 0);
 }
 
 constexpr const char* FactoryTextWithoutRow(ValueType type)

@@ -27,7 +27,7 @@ struct Source
     size_t home;       // number of the object that keeps the value: another one for SameAs alone
 };
 
-constexpr size_t kNoObject = -1;
+inline constexpr size_t kNoObject = -1;
 
 // One for each object, in catalogue order.
 std::span<const Source> Sources();

@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <tuple>
 
 #include "daemon/base/messages.h"
+#include "dictionary/catalogue/by_name.h"
 #include "dictionary/row_field.h"
 #include "host/sim/simulator.h"
 
@@ -59,28 +59,7 @@ constexpr MovingRow kMoving[] = {
 #include "host/factory/moving.def"
 };
 
-constexpr size_t kNone = -1;
-
-using Named = std::pair<std::string_view, size_t>;
-
-// The names of the rows with their numbers, sorted.
-template <class Rows>
-constexpr auto ByName(const Rows& rows)
-{
-    std::array<Named, std::tuple_size_v<Rows>> names{};
-    for (size_t number = 0; number < names.size(); ++number) names[number] = {rows[number].name, number};
-    std::sort(names.begin(), names.end());
-    return names;
-}
-constexpr auto kObjectNames = ByName(kObjectRows);
-constexpr auto kTableNames = ByName(kTableRows);
-
-template <class Names>
-constexpr size_t NumberIn(const Names& names, std::string_view name)
-{
-    const auto found = std::lower_bound(names.begin(), names.end(), Named{name, 0});
-    return found != names.end() && found->first == name ? found->second : kNone;
-}
+constexpr size_t kNone = kNoNumber;
 
 // By its place: sanitized builds compare no addresses at compile time.
 constexpr size_t ColumnIn(const RowLayout& layout, std::string_view name)
@@ -252,21 +231,10 @@ void SetClock(std::string_view text)
     if (!state.clock_stands) state.clock_ahead = static_cast<int64_t>(then) - static_cast<int64_t>(time(nullptr));
 }
 
-bool IsSame(const ColumnDef& column, const void* one, const void* other)
-{
-    return memcmp(static_cast<const char*>(one) + column.offset, static_cast<const char*>(other) + column.offset,
-                  FieldWidth(column)) == 0;
-}
-
 std::string TextIn(const void* row, const ColumnDef& column)
 {
     static std::array<char, kFieldTextMax> buffer;
     return std::string(FieldText(row, column, buffer));
-}
-
-void CopyField(const ColumnDef& column, const void* from, void* to)
-{
-    memcpy(static_cast<char*>(to) + column.offset, static_cast<const char*>(from) + column.offset, FieldWidth(column));
 }
 }  // namespace
 
@@ -293,6 +261,7 @@ void MovingEvent(uint32_t code)
         Network* network;
         bool on;
     };
+    if ((code & UINT16_MAX) != kClassEvent) return;
     static const Turn kTurns[] = {
         {kEvtNetworkUp, &state.cellular, true},     {kEvtNetworkDown, &state.cellular, false},
         {kEvtEthernetUp, &state.ethernet, true},    {kEvtEthernetIPAdd, &state.ethernet, true},
@@ -386,9 +355,9 @@ void MovedRows::TakeBack(size_t table, const void* kept, void* row)
                          [&](const MovingRow& moves, const ColumnDef* moving)
                          {
                              const ColumnDef& column = *moving;
-                             if (handed != handed_.end() && IsSame(column, handed->second.data(), row))
+                             if (handed != handed_.end() && IsSameField(column, handed->second.data(), row))
                                  CopyField(column, kept, row);
-                             else if (!IsSame(column, kept, row))
+                             else if (!IsSameField(column, kept, row))
                                  since_[{index, &column}] = SecondsOf(moves.when);
                          });
 }

@@ -93,7 +93,7 @@ int HandOut(List& list, const Row* found, void* row)
     const auto* simulated = SimulatedColumns(list, IndexOf(*found));
     if (simulated != nullptr)
         for (const ColumnDef* column : *simulated)  // nvram has another value
-            memcpy(static_cast<char*>(row) + column->offset, found->block.data() + column->offset, FieldWidth(*column));
+            CopyField(*column, found->block.data(), row);
     if (sim_marks.table[list.number] != 0) list.moved.HandOut(list.number, row, simulated);
     return 0;
 }

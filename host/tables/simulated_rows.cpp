@@ -6,6 +6,7 @@
 
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
+#include "dictionary/row_field.h"
 #include "host/tables/lists.h"
 #include "host/tables/nvram_columns.h"
 #include "host/tables/row_cells.h"
@@ -25,16 +26,6 @@ int ReadColumns(const List& list, const ColumnTexts& columns, Row* row, std::set
         read->insert(column);
     }
     return kSuccess;
-}
-
-void CopyField(const ColumnDef& column, const std::vector<char>& from, std::vector<char>* to)
-{
-    memcpy(to->data() + column.offset, from.data() + column.offset, FieldWidth(column));
-}
-
-bool IsSame(const ColumnDef& column, const std::vector<char>& one, const std::vector<char>& other)
-{
-    return memcmp(one.data() + column.offset, other.data() + column.offset, FieldWidth(column)) == 0;
 }
 
 void RaiseRealLast(List* list, int32_t index)
@@ -132,8 +123,9 @@ Row* RowToSet(List* list, int32_t index, std::vector<char>* next)
     }
     std::vector<char> real = simulated.real->block;
     static_cast<void>(FillFromNvram(*list, real.data()));
-    std::erase_if(simulated.columns, [&](const ColumnDef* column) { return !IsSame(*column, *next, shown->block); });
-    for (const ColumnDef* column : simulated.columns) CopyField(*column, real, next);
+    std::erase_if(simulated.columns,
+                  [&](const ColumnDef* column) { return !IsSameField(*column, next->data(), shown->block.data()); });
+    for (const ColumnDef* column : simulated.columns) CopyField(*column, real.data(), next->data());
     return &*simulated.real;
 }
 
@@ -143,7 +135,7 @@ void ShowAgain(List* list, int32_t index)
     if (found == list->simulated.rows.end()) return;
     Row* shown = list->rows.Find(index);
     std::vector<char> block = found->second.real->block;
-    for (const ColumnDef* column : found->second.columns) CopyField(*column, shown->block, &block);
+    for (const ColumnDef* column : found->second.columns) CopyField(*column, shown->block.data(), block.data());
     shown->block = std::move(block);
     if (found->second.columns.empty()) list->simulated.rows.erase(found);
 }

@@ -1,4 +1,5 @@
-// A process of its own for what cannot be taken back: another user, a limit, an end without clearing up.
+// Runs a part of a test in a child process. It is for what a process cannot undo: to become another user, to set a
+// limit, or to end without clearing up.
 #pragma once
 
 #include <sys/wait.h>

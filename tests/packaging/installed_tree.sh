@@ -17,6 +17,9 @@ expect "what the library shows is what its header declares" \
     "$(sed -n 's/^[a-z].*[ *]\(kobd_[a-z_]*\)(.*/\1/p' "$prefix/include/kobd_client.h" | LC_ALL=C sort)" \
     "$(nm -D --defined-only "$library" | sed -n 's/^[0-9a-f]* [^A] \([^@]*\).*/\1/p' | LC_ALL=C sort)"
 
+expect "what kobctl loads when a command needs it is no condition for the others" "" \
+    "$(objdump -p "$prefix/bin/kobctl" | grep sqlite)"
+
 sh -n "$prefix/libexec/kobd/init" || fail "the init script is broken"
 expect "the service runs what stands in the prefix" "/opt/kobd/sbin/kobd -F
 -/opt/kobd/bin/kobctl confirm --resume" "$(sed -n 's/^Exec[A-Za-z]*=//p' "$prefix/lib/systemd/system/kobd.service")"

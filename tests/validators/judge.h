@@ -11,7 +11,7 @@ struct Verdict : Outcome
     Words own;    // only those of the function itself
 };
 
-// The lines of a log, "function: message" each. A message may have line ends of its own.
+// Splits the text of a log into its lines, each of the form "function: message". A message may contain line ends.
 Words LogLines(const std::string& output);
 
 Verdict Judge(std::string_view name, const Arguments& arguments);
