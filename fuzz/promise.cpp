@@ -1,4 +1,4 @@
-// Ends the program at a broken promise.
+// What depends on the target, and the end of the program at a broken promise.
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -7,6 +7,8 @@
 
 namespace kobd::fuzz
 {
+const char* const kRegressions = KOBD_REGRESSIONS;
+
 void Broken(const char* file, int line, const char* format, ...)
 {
     fprintf(stderr, "%s:%d: broken promise: ", file, line);

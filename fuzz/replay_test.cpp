@@ -27,7 +27,7 @@ void RunInput(const std::string& input)
 std::vector<std::string> Regressions()
 {
     std::vector<std::string> inputs;
-    const std::filesystem::path folder = test::SourceFolder() + KOBD_REGRESSIONS;
+    const std::filesystem::path folder = test::SourceFolder() + kRegressions;
     if (std::filesystem::exists(folder))
         for (const auto& file : std::filesystem::directory_iterator(folder))
             inputs.push_back(test::FileText(file.path()));

@@ -18,6 +18,9 @@ void Prepare();
 
 // Inputs made from real messages, files and rows: where the search begins.
 std::vector<std::string> Seeds();
+
+// The folder of the inputs that once broke the target, below that of the sources.
+extern const char* const kRegressions;
 }  // namespace kobd::fuzz
 
 // A promise that no input may break. The line names it and the input is kept by the fuzzer.

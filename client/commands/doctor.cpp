@@ -36,7 +36,7 @@ constexpr size_t kLinesShown = 3;                 // of the log
 
 enum Finding
 {
-    kOk,
+    kWell,
     kNote,
     kWrong,
 };
@@ -56,7 +56,7 @@ struct Report
 
     void Judge(bool well, const char* subject, const std::string& what, const std::string& advice)
     {
-        Say(well ? kOk : kWrong, subject, well ? what : what + ": " + advice);
+        Say(well ? kWell : kWrong, subject, well ? what : what + ": " + advice);
     }
 
     Json data = Json::array();
@@ -187,7 +187,7 @@ void LookAtState(Report* report)
     if (access(folder.c_str(), R_OK | W_OK | X_OK) != 0 || statvfs(folder.c_str(), &disk) != 0)
         return report->Say(kWrong, "state",
                            folder + ": " + strerror(errno) + ": KOBD_STATE_DIR has to name the daemon's folder");
-    report->Say(kOk, "state", folder);
+    report->Say(kWell, "state", folder);
     const unsigned long long free_bytes = static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize;
     report->Judge(free_bytes >= kLeastFree, "state", std::to_string(free_bytes / 1024) + " KB free",
                   "values cannot be made durable; make room");
@@ -226,7 +226,7 @@ void LookAtUci(Report* report)
     for (std::string folder; std::getline(folders, folder, ':');)
     {
         if (access((folder + "/uci").c_str(), X_OK) != 0) continue;
-        report->Say(kOk, "uci", folder + "/uci");
+        report->Say(kWell, "uci", folder + "/uci");
         if (UciIsOurs()) return;
         return report->Say(kNote, "uci",
                            "keeps no value of a section that tr069_cellular lacks, and never " + DottedColumns());
@@ -268,7 +268,7 @@ Outcome CommandDoctor(const Options& options, const Words&)
     LookAtState(&report);
     LookAtUci(&report);
     (void)NoteLines("uci", IsOfCellularList, &report);
-    if (!NoteLines("refusals", IsRefusal, &report)) report.Say(kOk, "refusals", "none in the log");
+    if (!NoteLines("refusals", IsRefusal, &report)) report.Say(kWell, "refusals", "none in the log");
     Outcome outcome(report.data, report.text);
     outcome.status = report.wrong ? 1 : 0;
     return outcome;

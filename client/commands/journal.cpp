@@ -1,7 +1,6 @@
 // kobctl journal [--follow]: what the imitated router noted of the things that a router would have done.
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdio>
 #include <ctime>
 #include <fstream>
@@ -16,8 +15,6 @@ namespace kobd::client
 namespace
 {
 constexpr long kLookNs = 100000000;  // how late a new line may be printed
-
-volatile sig_atomic_t stop = 0;
 
 // Prints the whole lines from `place` on and moves it behind the last of them; a line that is still being written waits
 // for its end. `printed` counts towards --count.
@@ -41,12 +38,11 @@ Outcome CommandJournal(const Options& options, const Words&)
     UseStateToShow();
     const std::string path = host::StateFolderName() + "/journal";
     if (!options.follow && access(path.c_str(), R_OK) != 0) return SystemFailure("cannot read " + path);
-    signal(SIGINT, [](int) { stop = 1; });
-    signal(SIGTERM, [](int) { stop = 1; });
+    CatchInterrupts();
     std::streamoff place = 0;
     int printed = 0;
     PrintLines(options, path, &place, &printed);
-    while (options.follow && stop == 0 && !OutputClosed() && (options.count == 0 || printed < options.count))
+    while (options.follow && !Interrupted() && !OutputClosed() && (options.count == 0 || printed < options.count))
     {
         const timespec pause = {0, kLookNs};
         nanosleep(&pause, nullptr);

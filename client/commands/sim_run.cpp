@@ -2,7 +2,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
 #include <ctime>
 #include <map>
@@ -18,8 +17,6 @@ namespace
 constexpr double kSendEvery = 0.25;  // seconds between two values of over
 constexpr size_t kNameWidth = 21;
 constexpr double kLookEvery = 0.1;  // for a terminal to show the time, and for a reader that is gone
-
-volatile sig_atomic_t stop = 0;
 
 double Monotonic()
 {
@@ -53,7 +50,7 @@ public:
         return {};
     }
 
-    bool IsStopped() const { return stop != 0 || closed_; }
+    bool IsStopped() const { return Interrupted() || closed_; }
     size_t Line() const { return scenario_.steps[std::min(number_, scenario_.steps.size() - 1)].line; }
 
 private:
@@ -205,8 +202,7 @@ Outcome SimRun(const Options& options, const Words& words)
     }
     Values before;
     if (Failure failure = ReadNetworks(options, &before)) return failure;
-    signal(SIGINT, [](int) { stop = 1; });
-    signal(SIGTERM, [](int) { stop = 1; });
+    CatchInterrupts();
     Player player(options, scenario);
     outcome.failure = player.Play();
     if (!outcome.failure && !player.IsStopped()) return outcome;

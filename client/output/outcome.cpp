@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 
@@ -16,6 +17,8 @@ namespace kobd::client
 namespace
 {
 constexpr std::string_view kReplaced = "\xEF\xBF\xBD";  // U+FFFD
+
+volatile sig_atomic_t interrupted = 0;
 
 // The text with U+FFFD in the place of each byte that is no UTF-8. The JSON library would put one for several bytes.
 std::string Utf8(std::string_view text)
@@ -90,4 +93,12 @@ bool OutputClosed()
     pollfd output = {STDOUT_FILENO, 0, 0};
     return poll(&output, 1, 0) > 0 && (output.revents & POLLERR) != 0;
 }
+
+void CatchInterrupts()
+{
+    signal(SIGINT, [](int) { interrupted = 1; });
+    signal(SIGTERM, [](int) { interrupted = 1; });
+}
+
+bool Interrupted() { return interrupted != 0; }
 }  // namespace kobd::client

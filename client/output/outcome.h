@@ -40,4 +40,8 @@ bool FlushOutput();
 // Whether standard output is a pipe without a reader. A command that waits for something to print must ask, because
 // it would wait for ever.
 bool OutputClosed();
+
+// From now on SIGINT and SIGTERM do not end the program: a command that has to tidy up asks for them.
+void CatchInterrupts();
+bool Interrupted();
 }  // namespace kobd::client

@@ -36,7 +36,7 @@ struct ValueCase
     std::vector<std::string> values;
 };
 
-const ValueCase kCases[] = {
+const ValueCase kValueCases[] = {
     {VT_INT32, "1:65535", kPasses, "bounds are inclusive, leading zeros are digits", {"1", "65535", "00080"}},
     {VT_INT32, "1:65535", kRange + "0 [1:65535]", "one below", {"0"}},
     {VT_INT32, "1:65535", kRange + "65536 [1:65535]", "one above", {"65536"}},
@@ -107,7 +107,7 @@ int Says42(const char*) { return 42; }
 
 TEST(ParameterCheck, TypesAndLimitations)
 {
-    for (const ValueCase& c : kCases)
+    for (const ValueCase& c : kValueCases)
         for (const std::string& value : c.values)
         {
             OutputCapture output;

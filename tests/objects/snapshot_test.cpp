@@ -13,10 +13,9 @@ TEST(Snapshot, AccessorsSeeTheNewValuesOfTheWholeSet)
 {
     NameIndexBuild();
     ResetPlatform();
-    using Lines = std::vector<std::string>;
     platform.values["WebHttpPortGet"] = "80";
     platform.values["webHttpsPortGet"] = "443";
-    Lines seen;
+    std::vector<std::string> seen;
     platform.during_set = [&]
     {
         for (const char* name : {"webHttpPort", "webHttpsPort", "systemReboot", "FlowTable", "smsRecord"})
@@ -27,9 +26,10 @@ TEST(Snapshot, AccessorsSeeTheNewValuesOfTheWholeSet)
         }
     };
     Ask(ReqObjSet, Pair("webHttpsPort", "1") + Pair("webHttpsPort", "8443"));
-    EXPECT_EQ(seen, (Lines{"80", "8443", "0", "code 1", "code 16", "80", "8443", "0", "code 1", "code 16"}))
+    EXPECT_EQ(seen, (std::vector<std::string>{"80", "8443", "0", "code 1", "code 16", "80", "8443", "0", "code 1",
+                                              "code 16"}))
         << "the last value given for a name counts";
-    EXPECT_EQ(platform.Calls("set"), (Lines{"set webHttpsPortSet 1", "set webHttpsPortSet 8443"}))
+    EXPECT_EQ(platform.Calls("set"), (std::vector<std::string>{"set webHttpsPortSet 1", "set webHttpsPortSet 8443"}))
         << "but every pair is applied with its own";
     char value[2048];
     EXPECT_EQ(SnapshotGet("webHttpsPort", value), 0);

@@ -14,7 +14,7 @@ namespace kobd::test
 {
 namespace
 {
-constexpr char kIp[] = "FwIpFilterTable";
+constexpr char kTable[] = "FwIpFilterTable";
 const std::string kLeds = TextItem(3, "ledsTable");
 
 // What the dump of these tables holds; the file is removed.
@@ -52,12 +52,12 @@ TEST_F(TableRequests, DumpHoldsEveryRowOfTheTablesInRequestOrder)
     std::string ip;
     for (const int32_t index : {3, 5, 7})
     {
-        PutRow(kIp, index, {{"DestIPAddress", "10.0.0." + std::to_string(index)}});
-        ip += ItemsOf(Table(kIp), platform.rows[kIp][index]);
+        PutRow(kTable, index, {{"DestIPAddress", "10.0.0." + std::to_string(index)}});
+        ip += ItemsOf(Table(kTable), platform.rows[kTable][index]);
     }
     PutRow("ledsTable", 1, {{"Name", "power"}, {"CyclePeriodRepetitions", "-5"}, {"RelativeYPosition", "4294967295"}});
     const std::string leds = ItemsOf(Table("ledsTable"), platform.rows["ledsTable"][1]);
-    EXPECT_EQ(Dumped(kLeds + TextItem(1, kIp) + TextItem(9, "ledsTable")), leds + ip + leds)
+    EXPECT_EQ(Dumped(kLeds + TextItem(1, kTable) + TextItem(9, "ledsTable")), leds + ip + leds)
         << "tags are not looked at, a table named twice is written twice";
     EXPECT_EQ(Dumped(TextItem(3, "UPnPTable")), "") << "an empty table";
     EXPECT_TRUE(platform.Calls("get").empty());
