@@ -37,7 +37,7 @@ double MedianOf(Connection& connection, uint16_t id, const std::string& items)
         connection.Ask(id, items);
         taken.push_back(MicrosecondsSince(start));
         // A dump answers the name of a file that is ours to remove.
-        if (id == test::kTableDump) unlink(connection.Items().c_str() + kItemHeader);
+        if (id == kReqTableDump) unlink(connection.Items().c_str() + kItemHeader);
     }
     return Median(taken);
 }
@@ -62,7 +62,7 @@ void GrowNames(Connection& connection)
     std::vector<Series> series(counts.size());
     for (int round = 0; round < kRounds; ++round)
         for (size_t i = 0; i < counts.size(); ++i)
-            series[i].rounds.push_back(MedianOf(connection, test::kGet, PortNames(counts[i])));
+            series[i].rounds.push_back(MedianOf(connection, kReqObjGet, PortNames(counts[i])));
     for (size_t i = 0; i < counts.size(); ++i) PrintGrowth("get, names", counts[i], series[i]);
 }
 
@@ -75,7 +75,7 @@ void GrowRows(Connection& connection)
     {
         for (; rows < count; ++rows)
         {
-            connection.Ask(test::kTableAdd, test::TextItem(kTagTableName, kTable));
+            connection.Ask(kReqTableAdd, test::TextItem(kTagTableName, kTable));
             int32_t index;
             memcpy(&index, connection.Items().data() + kItemHeader, sizeof index);
             changes += test::Row(kTable, index) + test::Column(kColumn, "x");
@@ -85,8 +85,8 @@ void GrowRows(Connection& connection)
         Series set;
         for (int round = 0; round < kRounds; ++round)
         {
-            dump.rounds.push_back(MedianOf(connection, test::kTableDump, test::TextItem(kTagTableName, kTable)));
-            set.rounds.push_back(MedianOf(connection, test::kTableSetSilent, test::TextItem(kTagValue, kChanges)));
+            dump.rounds.push_back(MedianOf(connection, kReqTableDump, test::TextItem(kTagTableName, kTable)));
+            set.rounds.push_back(MedianOf(connection, kReqTableSetSilent, test::TextItem(kTagValue, kChanges)));
         }
         PrintGrowth("table dump, rows", count, dump);
         PrintGrowth("table set, silent, rows", count, set);
@@ -99,7 +99,7 @@ using Connect = std::function<std::function<void()>()>;
 std::function<void()> ConnectDaemon()
 {
     const auto connection = std::make_shared<Connection>();
-    return [connection] { connection->Ask(test::kGet, test::Name("webHttpPort")); };
+    return [connection] { connection->Ask(kReqObjGet, test::Name("webHttpPort")); };
 }
 
 // Asks until the time is over and tells how often it was answered.

@@ -74,12 +74,12 @@ std::vector<Case> Cases()
     const std::array<std::string, 2> ports = {Pair("webHttpPort", "8080"), Pair("webHttpPort", "8081")};
     const auto same = [](const std::string& items) { return std::array<std::string, 2>{items, items}; };
     return {
-        {"get of 1 object", test::kGet, same(Name("webHttpPort")), 1.4, false},
-        {"get of 100 objects", test::kGet, same(Names(100)), 2.2, false},
-        {"set, silent", test::kSetSilent, ports, 1.5, false},
-        {"set with commit", test::kSet, ports, 1.5, true},
-        {"table get of 1 row", test::kTableGet, same(test::Row("ledsTable", 1)), 0, false},
-        {"set of 20 objects with commit", test::kSet, {Twenty("1"), Twenty("0")}, 0, true},
+        {"get of 1 object", kReqObjGet, same(Name("webHttpPort")), 1.4, false},
+        {"get of 100 objects", kReqObjGet, same(Names(100)), 2.2, false},
+        {"set, silent", kReqObjSetSilent, ports, 1.5, false},
+        {"set with commit", kReqObjSet, ports, 1.5, true},
+        {"table get of 1 row", kReqTableGet, same(test::Row("ledsTable", 1)), 0, false},
+        {"set of 20 objects with commit", kReqObjSet, {Twenty("1"), Twenty("0")}, 0, true},
     };
 }
 

@@ -61,7 +61,7 @@ double MedianTurn(Connection& connection)
     for (int turn = 0; turn < kTurns; ++turn)
     {
         const auto start = Clock::now();
-        connection.Ask(test::kGet, test::Name("webHttpPort"));
+        connection.Ask(kReqObjGet, test::Name("webHttpPort"));
         turns.push_back(MicrosecondsSince(start));
     }
     return Median(turns);
