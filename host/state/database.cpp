@@ -218,8 +218,8 @@ bool Database::OpenFile(bool create)
     close(file);
     if (made) SyncFolder(folder);
     errno = 0;
-    if (sqlite3_open_v2(path_.c_str(), &connection_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOFOLLOW, nullptr) !=
-        SQLITE_OK)
+    if (sqlite3_open_v2(path_.c_str(), &connection_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOFOLLOW | SQLITE_OPEN_NOMUTEX,
+                        nullptr) != SQLITE_OK)
         return Note(sqlite3_errcode(connection_));
     return Prepare();
 }
