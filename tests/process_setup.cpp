@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -83,6 +84,8 @@ int main(int count, char** arguments)
 {
     testing::InitGoogleTest(&count, arguments);
     testing::UnitTest::GetInstance()->listeners().Append(new kobd::test::Deadline);
+    for (const int number : {SIGHUP, SIGINT})
+        signal(number, SIG_DFL);   // nohup and shells in the background ignore them
     setenv("KOBD_STILL", "1", 0);  // values are compared; a test about those that move takes it away
     if (!testing::GTEST_FLAG(list_tests)) kobd::test::EnterOwnNamespaces();
     return RUN_ALL_TESTS();
