@@ -65,6 +65,13 @@ install(FILES ${KOBD_MADE}/kobctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES ${KOBD_MADE}/kobd.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8)
 install(FILES ${KOBD_MADE}/kobd-state.5 ${KOBD_MADE_PAGES} DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 install(FILES completion/kobctl.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME kobctl)
+install(FILES completion/kobctl.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+if(CMAKE_INSTALL_PREFIX STREQUAL /usr)  # where Debian's zsh looks for those of packages
+  set(KOBD_ZSH_FOLDER vendor-completions)
+else()
+  set(KOBD_ZSH_FOLDER site-functions)
+endif()
+install(FILES completion/kobctl.zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${KOBD_ZSH_FOLDER} RENAME _kobctl)
 install(DIRECTORY scenarios DESTINATION ${CMAKE_INSTALL_DATADIR}/kobd)
 install(FILES README.md CHANGELOG.md docs/architecture.md docs/porting.md docs/protocol.md docs/robustness.md
   docs/security.md docs/simulator.md docs/uci.md docs/kobd.lua TYPE DOC)

@@ -176,6 +176,20 @@ Failure ReadCommandLine(const Words& arguments, CommandLine* line)
     return {};
 }
 
+Words OptionsOfEveryCommand()
+{
+    Words options;
+    for (const Option& one : kOptions)
+        if (one.every_command) options.push_back("--" + std::string(one.name));
+    return options;
+}
+
+bool OptionTakesValue(const std::string& option)
+{
+    const Option* known = option.starts_with("--") ? FindNamed(kOptions, option.substr(2)) : nullptr;
+    return known != nullptr && known->read != nullptr;
+}
+
 Failure SplitLine(std::string_view line, Words* words)
 {
     char quote = 0;

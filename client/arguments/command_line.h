@@ -45,6 +45,10 @@ struct CommandLine
 // Splits arguments into words and options. Options may stand anywhere before "--".
 Failure ReadCommandLine(const Words& arguments, CommandLine* line);
 
+// The options that every command takes, and whether an option, "--count", has a value.
+Words OptionsOfEveryCommand();
+bool OptionTakesValue(const std::string& option);
+
 // Splits a line into words at blanks. '...' holds anything but a quote. In "..." and outside of quotes a backslash
 // makes the next character an ordinary one. A # at the start of a word begins a comment. No other character is special.
 Failure SplitLine(std::string_view line, Words* words);

@@ -1,4 +1,4 @@
-// kobctl list [PATTERN...], describe NAME..., and the names for completion: from the dictionary alone. kobctl show: the
+// kobctl list [PATTERN...], describe NAME...: from the dictionary alone. kobctl show: the
 // names as the running daemon lists them.
 #include <algorithm>
 
@@ -95,19 +95,6 @@ Outcome CommandDescribe(const Options& options, const Words& words)
         outcome.data.push_back(one.data);
         outcome.text += one.text;
     }
-    return outcome;
-}
-
-Outcome CommandCompleteNames(const Options&, const Words& words)
-{
-    const std::string kind = words.empty() ? "objects" : words[0];
-    const TableEntry* table = words.size() == 2 ? FindTable(words[1]) : nullptr;
-    Words names;
-    if (kind == "objects") names = AllNames(kObjectRows);
-    if (kind == "tables") names = AllNames(kTableRows);
-    if (kind == "columns" && table != nullptr) names = AllNames(table->layout.columns);
-    Outcome outcome;
-    for (const std::string& name : names) outcome.text += name + "\n";
     return outcome;
 }
 

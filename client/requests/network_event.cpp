@@ -10,13 +10,18 @@ namespace
 constexpr std::string_view kPrefix = "Evt";  // of every name; a person may leave it out
 }
 
+Words EventNames()
+{
+    Words names;
+    for (const NetworkEvent& one : kNetworkEvents) names.emplace_back(one.name + kPrefix.size());
+    return names;
+}
+
 Failure FindEvent(const std::string& name, const NetworkEvent** event)
 {
     *event = FindNamed(kNetworkEvents, name.starts_with(kPrefix) ? name : std::string(kPrefix) + name);
     if (*event != nullptr) return {};
-    Words names;
-    for (const NetworkEvent& one : kNetworkEvents) names.emplace_back(one.name + kPrefix.size());
-    return {kWrongUse, "there is no event " + name + ", the events are " + Joined(names)};
+    return {kWrongUse, "there is no event " + name + ", the events are " + Joined(EventNames())};
 }
 
 Failure SendEvent(const Options& options, const NetworkEvent& event, const std::string& text)

@@ -8,6 +8,9 @@
 
 namespace kobd::client
 {
+// The names of all events: "NetworkUp".
+Words EventNames();
+
 // Finds the event of this name, "NetworkUp" or "EvtNetworkUp". The failure names all events.
 Failure FindEvent(const std::string& name, const NetworkEvent** event);
 

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <map>
 #include <new>
+#include <set>
 #include <span>
 
 #include "host/state/folder.h"
@@ -217,6 +218,18 @@ bool StoreRead(const char* name, std::string_view key, std::string* value, std::
     const auto factory = Factory(store, key);
     if (!known) *value = factory.value_or("");
     return known || factory.has_value();
+}
+
+std::vector<std::string> StoreKeys(const char* store)
+{
+    const Store& of = StoreOf(store);
+    std::set<std::string> keys;
+    for (const FactoryValue& one : of.factory) keys.emplace(one.key);
+    const State state;
+    if (state->Open(false))
+        for (Query query = state->Ask("SELECT key FROM stores WHERE store = ?", of.name); query.Next();)
+            keys.emplace(query.Text(0));
+    return {keys.begin(), keys.end()};
 }
 
 std::string StoreSet(const char* name, std::string_view key, std::string_view value, int asked)

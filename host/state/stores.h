@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/state/history.h"
 
@@ -29,6 +30,9 @@ std::string_view NvramFactory(std::string_view key);
 // Reads the value, of the factory where nobody has set one. False for an unknown key. `why` says why the database could
 // not be read; the value is the factory's then. It is empty when all is well.
 bool StoreRead(const char* store, std::string_view key, std::string* value, std::string* why);
+
+// The keys that have a value, in the order of the alphabet; the factory's alone where the database cannot be read.
+std::vector<std::string> StoreKeys(const char* store);
 
 // As nvram_set and kob_set_config for the process that `asked`. The empty text, or why it was not set.
 std::string StoreSet(const char* store, std::string_view key, std::string_view value, int asked);

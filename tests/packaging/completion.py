@@ -1,0 +1,101 @@
+"""Types lines with TAB into bash, zsh and fish, and compares what each shell then runs.
+    completion.py SOURCE_FOLDER BUILD_FOLDER"""
+import os
+import pty
+import re
+import select
+import shutil
+import sys
+import tempfile
+import time
+
+SOURCE, BUILD = sys.argv[1:]
+SECONDS = 20  # for a shell to answer
+LINES = {  # what is typed, and the words that kobctl then gets
+    "desc\t systemProductMod\t": "<describe><systemProductModel>",
+    "set webHttpE\t1": "<set><webHttpEnable=1>",
+    "set webLanguage=z\t": "<set><webLanguage=zh>",
+    "--js\t get IME\t": "<--json><get><IMEI>",
+    "set --sil\t webHttpE\t1": "<set><--silent><webHttpEnable=1>",
+    "table set DnsClientT\t 1 DnsS\t9": "<table><set><DnsClientTable><1><DnsServer=9>",
+    "table add FwUrlFilterT\t UR\tx": "<table><add><FwUrlFilterTable><URL=x>",
+    "sim run signal\t": "<sim><run><signal-fade>",
+    "nvram get default_\t": "<nvram><get><default_gateway>",
+    "event EthernetIPA\t": "<event><EthernetIPAdd>",
+    "import settin\t": "<import><settings.txt>",
+    "help tab\t": "<help><table>",
+}
+SHELLS = {
+    "bash": (["bash", "--norc", "--noprofile", "-i"], "PS1= ; bind 'set bell-style none'; . %s/kobctl.bash"),
+    "zsh": (["zsh", "-f", "-i"], "PS1= ; fpath=(%s $fpath); autoload -U compinit; compinit -u -D; unsetopt beep"),
+    "fish": (["fish", "--no-config", "-i"], "function fish_prompt; end; source %s/kobctl.fish"),
+}
+
+
+class Shell:
+    """A shell at a terminal."""
+
+    def __init__(self, name, folder):
+        command, begin = SHELLS[name]
+        environment = {"PATH": folder + ":" + os.environ["PATH"], "TERM": "dumb", "HOME": folder, "LANG": "C.UTF-8",
+                       "KOBD_STATE_DIR": folder + "/state"}
+        self.process, self.terminal = pty.fork()
+        if self.process == 0:
+            os.chdir(folder)
+            os.execvpe(command[0], command, environment)
+        self.run(begin % folder + "; echo rea''dy\n", r"ready")
+
+    def run(self, text, pattern):
+        """Types the text, and waits for output of that form. None when none comes."""
+        for part in re.split("(\t)", text):
+            os.write(self.terminal, part.encode())
+            time.sleep(0.3 if part == "\t" else 0)  # a shell drops what is typed while it completes
+        seen, end = "", time.monotonic() + SECONDS
+        while time.monotonic() < end:
+            if not select.select([self.terminal], [], [], 0.2)[0]:
+                continue
+            try:
+                seen += os.read(self.terminal, 65536).decode(errors="replace")
+            except OSError:
+                break
+            if found := re.search(pattern, seen):
+                return found.group(0)
+        return "nothing of the kind in %r" % seen[-200:]
+
+    def end(self):
+        os.close(self.terminal)
+        os.waitpid(self.process, 0)
+
+
+def prepare(folder):
+    """A kobctl that completes as the real one does, and says its words instead of running."""
+    with open(folder + "/kobctl", "w") as program:
+        program.write('#!/bin/sh\n[ "$1" = complete ] && exec %s/kobctl "$@"\n'
+                      "printf 'kobctl'; printf '<%%s>' \"$@\"; echo '|'\n" % BUILD)
+    os.chmod(folder + "/kobctl", 0o755)
+    open(folder + "/settings.txt", "w").close()
+    for name, source in (("kobctl.bash", "bash"), ("_kobctl", "zsh"), ("kobctl.fish", "fish")):
+        shutil.copy("%s/completion/kobctl.%s" % (SOURCE, source), folder + "/" + name)
+
+
+def main():
+    missing = [name for name in SHELLS if shutil.which(name) is None]
+    failed = 0
+    with tempfile.TemporaryDirectory() as folder:
+        prepare(folder)
+        for name in SHELLS:
+            if name in missing:
+                continue
+            shell = Shell(name, folder)
+            for line, words in LINES.items():
+                ran = shell.run("kobctl " + line + "\n", r"kobctl<[^|]*\|")
+                if ran != "kobctl" + words + "|":
+                    failed += 1
+                    print("%s: %r ran %s instead of %s" % (name, line, ran, words))
+            shell.end()
+    if failed == 0 and missing:
+        print("not tried, because it is not installed: " + ", ".join(missing))
+    sys.exit(1 if failed else 77 if missing else 0)
+
+
+main()
