@@ -7,6 +7,10 @@ namespace kobd::client
 {
 namespace
 {
+constexpr std::string_view kEvery = "*";
+
+constexpr uint16_t Number(size_t number) { return static_cast<uint16_t>(number); }
+
 constexpr bool HasColumn(const TableRow& table, std::string_view column)
 {
     return std::ranges::any_of(table.layout.columns, [&](const ColumnDef& one) { return column == one.name; });
@@ -14,7 +18,7 @@ constexpr bool HasColumn(const TableRow& table, std::string_view column)
 
 constexpr bool HasColumn(std::string_view table, std::string_view column)
 {
-    if (table == kEveryTable)
+    if (table == kEvery)
         return std::ranges::any_of(kTableRows, [&](const TableRow& one) { return HasColumn(one, column); });
     const size_t number = NumberIn(kTableNames, table);
     return number != kNoNumber && HasColumn(kTableRows[number], column);
@@ -36,9 +40,10 @@ constexpr bool HasColumn(std::string_view table, std::string_view column)
 #undef TABLE_MEANING
 #undef COLUMN_MEANING
 
-#define MEANING(name, unit, text) {nullptr, name, unit, text},
-#define TABLE_MEANING(name, text) {nullptr, name, "", text},
-#define COLUMN_MEANING(table, column, unit, text) {table, column, unit, text},
+#define MEANING(name, unit, text) {Number(NumberIn(kObjectNames, name)), nullptr, unit, text},
+#define TABLE_MEANING(name, text) {Number(NumberIn(kTableNames, name)), nullptr, "", text},
+#define COLUMN_MEANING(table, column, unit, text) \
+    {table == kEvery ? kEveryTable : Number(NumberIn(kTableNames, table)), column, unit, text},
 constexpr Meaning kObjects[] = {
 #include "dictionary/catalogue/meanings/objects.def"
 };
