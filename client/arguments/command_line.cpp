@@ -118,6 +118,8 @@ constexpr Option kOptions[] = {
     {"openapi", &Options::openapi, nullptr},
     {"yang", &Options::yang, nullptr},
     {"announce", &Options::announce, nullptr},
+    {"diff", &Options::diff, nullptr},
+    {"dry-run", &Options::dry_run, nullptr},
     {"code", nullptr, ReadCode},
     {"times", nullptr, ReadTimes},
     {"speed", nullptr, ReadSpeed},

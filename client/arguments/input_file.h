@@ -1,6 +1,7 @@
 // Files that a person wrote and a command reads: batches and exports.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <map>
 #include <string>
@@ -15,7 +16,7 @@ struct InputFile
     std::string text;
 };
 
-// Reads the file whole; "-" is standard input.
+// Reads the file whole; "-" is standard input. A byte order mark goes, and a line may end with "\r\n".
 Failure ReadInput(const std::string& path, InputFile* file);
 
 // Appends what is left to read of the open file. False with errno when it cannot be read.
@@ -24,6 +25,6 @@ Failure ReadInput(const std::string& path, InputFile* file);
 // What is wrong with lines of such a file, by their numbers from 1.
 using LineErrors = std::multimap<size_t, std::string>;
 
-// "FILE:LINE: WHAT" for each error.
-Words LineTexts(const InputFile& file, const LineErrors& errors);
+// "FILE:LINE: WHAT" for each error, and how many there are beyond `most`.
+Words LineTexts(const InputFile& file, const LineErrors& errors, size_t most = SIZE_MAX);
 }  // namespace kobd::client

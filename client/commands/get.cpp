@@ -47,7 +47,10 @@ Outcome CommandGet(const Options& options, const Words& words)
             found.push_back(*value);
         else
             missing.push_back(WhyMissing(name));
+    if (found.empty() && missing.size() == 1) return Failure{kNotFound, missing[0]};
     Outcome outcome = ValuesOutcome(found, names.size() == 1 && names == words);
+    for (const std::string& name : names)
+        outcome.data[name] = values.contains(name) ? ValueJson(kobd_describe(name.c_str()), values.at(name)) : Json();
     outcome.notes = missing;
     return outcome;
 }

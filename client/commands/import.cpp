@@ -4,6 +4,7 @@
 #include <span>
 
 #include "client/commands/commands.h"
+#include "client/output/terminal.h"
 #include "client/rows/import_rows.h"
 #include "daemon/base/result.h"
 
@@ -11,6 +12,8 @@ namespace kobd::client
 {
 namespace
 {
+constexpr size_t kMistakesShown = 20;
+
 using FileValues = std::span<const FileValue* const>;
 
 Items ItemsOf(FileValues values)
@@ -124,6 +127,47 @@ Outcome CarryOut(const Options& options, const InputFile& file, ImportPlan plan)
     import.SendRefusedValues();
     return import.Finish();
 }
+
+// A row in one line, as "table set" takes it.
+std::string RowText(const std::string& table, const Assignments& values)
+{
+    std::string text = table;
+    for (const Assignment& value : values)
+        if (!value.value.empty()) text += " " + value.Text();
+    return text;
+}
+
+// What an import would change. A row that only changes is one that goes and one that comes; one that goes and comes
+// again as it was is not shown.
+Outcome Differences(const ImportPlan& plan, const RouterState& router)
+{
+    Outcome outcome = {{{"values", Json::object()}, {"tables", Json::object()}}, ""};
+    for (const FileValue* value : plan.values)
+    {
+        const auto old = router.values.find(value->name);
+        const bool known = old != router.values.end();
+        const kobd_description* object = kobd_describe(value->name.c_str());
+        outcome.data["values"][value->name] = {{"old", known ? ValueJson(object, old->second) : Json()},
+                                               {"new", ValueJson(object, value->value)}};
+        if (known) outcome.text += DiffLine('-', Assignment{value->name, old->second}.Text());
+        outcome.text += DiffLine('+', Assignment{value->name, value->value}.Text());
+    }
+    for (const TablePlan& table : plan.tables)
+    {
+        const std::string name = table.table->name;
+        outcome.data["tables"][name] = {{"rows_that_go", table.old.size()}, {"rows_that_come", table.wanted.size()}};
+        Words old;
+        Words wanted;
+        for (const Row& row : table.old) old.push_back(RowText(name, ExportedValues(*table.table, row)));
+        for (const Assignments& row : table.wanted) wanted.push_back(RowText(name, row));
+        for (const std::string& row : old)
+            if (std::ranges::find(wanted, row) == wanted.end()) outcome.text += DiffLine('-', row);
+        for (const std::string& row : wanted)
+            if (std::ranges::find(old, row) == old.end()) outcome.text += DiffLine('+', row);
+    }
+    if (outcome.text.empty()) outcome.text = "the router has all of it already\n";
+    return outcome;
+}
 }  // namespace
 
 Outcome CommandImport(const Options& options, const Words& words)
@@ -132,18 +176,14 @@ Outcome CommandImport(const Options& options, const Words& words)
     if (Failure failure = ReadInput(words[0], &input).In("import")) return failure;
     SettingsFile file;
     RouterState router;
-    ImportPlan plan;
     LineErrors errors;
     ReadSettings(input.text, &file, &errors);
-    if (errors.empty())
-    {
-        if (Failure failure = ReadRouter(options, "import", &router)) return failure;
-        plan = PlanImport(file, router, &errors);
-    }
-    if (errors.empty()) return CarryOut(options, input, std::move(plan));
+    if (Failure failure = ReadRouter(options, "import", &router); failure && errors.empty()) return failure;
+    ImportPlan plan = PlanImport(file, router, &errors);
+    if (errors.empty()) return options.dry_run ? Differences(plan, router) : CarryOut(options, input, std::move(plan));
     Outcome outcome = Failure{kInvalidArgument, "import: " + input.name + " has " + Counted(errors.size(), "mistake") +
                                                     "; nothing was changed"};
-    outcome.notes = LineTexts(input, errors);
+    outcome.notes = LineTexts(input, errors, kMistakesShown);
     return outcome;
 }
 }  // namespace kobd::client

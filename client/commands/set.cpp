@@ -3,6 +3,7 @@
 
 #include "client/commands/commands.h"
 #include "client/dictionary/dictionary.h"
+#include "client/output/terminal.h"
 #include "client/state/daemon_state.h"
 #include "client/state/pending_set.h"
 #include "daemon/base/result.h"
@@ -67,21 +68,41 @@ std::string AppliedText(const Applied& applied)
     return text;
 }
 
-// Sends the values. `response` is what came back.
-Failure Send(const Options& options, const Assignments& pairs, Response* response)
+// Sends the values. `response` is what came back, `before` what could be read.
+Failure Send(const Options& options, const Assignments& pairs, Response* response, Values* before)
 {
-    Values before;  // of a single value there is nothing to tell apart
-    if (pairs.size() > 1) (void)ReadValues(options, SetNames(pairs), &before);
+    // Of a single value there is nothing to tell apart.
+    if (pairs.size() > 1 || options.diff) (void)ReadValues(options, SetNames(pairs), before);
     *response = Call(options, options.silent ? KOBD_SET_SILENT : KOBD_SET, SetItems(pairs));
     if (response->too_large) return {kBufferLimit, TooLarge("these values") + "; nothing was set"};
     if (response->code == 0 || response->from_bus) return FailureOfChange(*response, "set");
     // A check refuses with 2, and then nothing has been changed.
     const bool refused =
         std::ranges::any_of(pairs, [](const auto& pair) { return !WhatIsWrong(pair.name, pair.value).empty(); });
-    const Applied applied = refused ? Applied() : FindApplied(options, pairs, before);
+    const Applied applied = refused ? Applied() : FindApplied(options, pairs, *before);
     if (!applied.failed.empty() && (response->code != kInvalidArgument || !applied.changed.empty()))
         return FailureWithCode(response->code, AppliedText(applied));
     return {response->code, response->why};
+}
+
+// What was set; with --diff also what was there before, where it is known and differs.
+Outcome SetOutcome(const Options& options, const Assignments& pairs, const Values& before)
+{
+    Outcome outcome;
+    for (const Assignment& pair : pairs)
+    {
+        const kobd_description* object = kobd_describe(pair.name.c_str());
+        const auto old = before.find(pair.name);
+        const bool known = old != before.end();
+        Json now = ValueJson(object, pair.value);
+        outcome.data[pair.name] = now;
+        if (!options.diff) continue;
+        outcome.data[pair.name] = {{"old", known ? ValueJson(object, old->second) : Json()}, {"new", std::move(now)}};
+        if (known && old->second == pair.value) continue;
+        if (known) outcome.text += DiffLine('-', pair.name + "=" + old->second);
+        outcome.text += DiffLine('+', pair.Text());
+    }
+    return outcome;
 }
 
 // Keeps the old values, then sends the new ones. Prints nothing while it holds the lock of the pending set.
@@ -93,11 +114,14 @@ Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
     const std::string said =
         "the old values return in " + std::to_string(options.confirm_s) + " seconds unless kobctl confirm follows";
     Response response;
-    Outcome outcome = Send(options, pairs, &response);
+    Values before;
+    Outcome outcome = Send(options, pairs, &response, &before);
     if (!outcome.failure)
     {
         pending.NoteNewValues(options);
-        outcome = {{{"confirm_within", options.confirm_s}}, said + "\n"};
+        outcome = SetOutcome(options, pairs, before);
+        outcome.data = {{"set", outcome.data}, {"confirm_within", options.confirm_s}};
+        outcome.text += said + "\n";
         AddNotSaved("set", &outcome);
         return outcome;
     }
@@ -117,7 +141,9 @@ Outcome CommandSet(const Options& options, const Words& words)
     if (options.confirm_s > 0 && options.silent) return Failure{kWrongUse, "set takes --silent or --confirm, not both"};
     if (options.confirm_s > 0) return SetUntilConfirmed(options, pairs);
     Response response;
-    Outcome outcome = Send(options, pairs, &response);
+    Values before;
+    Outcome outcome = Send(options, pairs, &response, &before);
+    if (!outcome.failure) outcome = SetOutcome(options, pairs, before);
     if (!options.silent) AddNotSaved("set", &outcome);
     return outcome;
 }

@@ -20,7 +20,7 @@ Json JsonOf(const TableEntry& table, const Row& row)
 {
     Json out = {{"index", row.index}};
     for (const auto& [column, value] : row.values)
-        out[column] = IsNumberColumn(table, column) ? NumberJson(value) : Json(value);
+        out[column] = ValueJson(kobd_describe_column(table.name, column.c_str()), value);
     return out;
 }
 

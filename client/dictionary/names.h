@@ -1,4 +1,5 @@
-// Rows of the catalogue by name, result codes in words, names that match a pattern, and "did you mean" for a name that is not known.
+// Rows of the catalogue by name, result codes in words, names that match a pattern, and "did you mean" for a name that
+// is not known.
 #pragma once
 
 #include <string>

@@ -73,6 +73,13 @@ Json NumberJson(const std::string& text)
     return number.is_number_integer() && number.dump() == text ? number : Json(text);
 }
 
+Json ValueJson(const kobd_description* of, const std::string& value)
+{
+    if (of == nullptr || of->is_number == 0) return value;
+    if (of->is_flag != 0 && (value == "0" || value == "1")) return value == "1";
+    return NumberJson(value);
+}
+
 int Print(const Options& options, const Outcome& outcome, const std::string& command)
 {
     if (options.json)

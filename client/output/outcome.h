@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "client/arguments/command_line.h"
+#include "client/library/kobd_client.h"
 
 namespace kobd::client
 {
@@ -18,6 +19,9 @@ std::string JsonLine(Json data);
 
 // The text as a number, where it is an integer as JSON writes it.
 Json NumberJson(const std::string& text);
+
+// The value as its type has it: a number, true or false; a text where it is none. `of` may be nullptr: a text.
+Json ValueJson(const kobd_description* of, const std::string& value);
 
 struct [[nodiscard]] Outcome
 {

@@ -132,6 +132,13 @@ std::string Coloured(Colour colour, const std::string& word, size_t width)
     if (!WantsColours()) return word + blanks;
     return "\033[" + std::to_string(static_cast<int>(colour)) + "m" + word + "\033[0m" + blanks;
 }
+
+std::string DiffLine(char sign, const std::string& text)
+{
+    const std::string line = std::string(1, sign) + " " + Shown(text);
+    return Coloured(sign == '-' ? Colour::kRed : Colour::kGreen, line, line.size()) + "\n";
+}
+
 size_t DisplayWidth()
 {
     const char* columns = getenv("COLUMNS");

@@ -33,6 +33,9 @@ enum class Colour
 // its colour says.
 std::string Coloured(Colour colour, const std::string& word, size_t width);
 
+// A line of a diff: "- old" in red, "+ new" in green on a terminal.
+std::string DiffLine(char sign, const std::string& text);
+
 // Lines of cells under a heading, for a person to read.
 struct Grid
 {

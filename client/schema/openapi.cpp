@@ -156,7 +156,7 @@ Json Frames()
 // What only OpenAPI has. Numbers are taken as text too, and answered so.
 void AddMore(const kobd_description& description, Json* schema)
 {
-    if (description.is_number != 0) (*schema)["type"] = {"integer", "string"};
+    if (description.is_number != 0) (*schema)["type"] = {"boolean", "integer", "string"};
     if (description.unit != nullptr) (*schema)["x-unit"] = description.unit;
     if (description.secret != 0) (*schema)["format"] = "password";
 }

@@ -16,7 +16,7 @@ Json Choices(const kobd_description& description)
 
 void AddNumber(const kobd_description& description, Json* schema)
 {
-    (*schema)["type"] = "integer";
+    (*schema)["type"] = description.is_flag != 0 ? Json{"boolean", "integer"} : Json("integer");
     if (description.has_range == 0) return;
     (*schema)["minimum"] = description.least;
     if (description.most != INT64_MAX) (*schema)["maximum"] = description.most;

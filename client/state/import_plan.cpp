@@ -115,7 +115,8 @@ void PlanTable(const FileTable& from, const RouterState& router, ImportPlan* pla
 {
     const TableEntry* table = FindTable(from.name);
     if (const std::string why = WhyNoTable(from, table); !why.empty()) return (void)errors->emplace(from.line, why);
-    const std::vector<Row>& present = router.rows.at(from.name);
+    const auto rows = router.rows.find(from.name);
+    const std::vector<Row> present = rows != router.rows.end() ? rows->second : std::vector<Row>();
     if (const std::string why = WhyNotSoMany(*table, present.size(), from.rows.size()); !why.empty())
         errors->emplace(from.line, why);
     TablePlan one = {table, from.line};

@@ -30,6 +30,7 @@ struct ImportPlan
 // empty row, although routers have empty rows.
 Assignments Missing(const Row& row, const Assignments& wanted);
 
-// Compares the file with the router, and checks by the dictionary what differs. After errors nothing may be changed.
+// Compares the file with the router, and checks by the dictionary what differs. After errors nothing may be changed. Of
+// a router that could not be read nothing is known: then all that the file says differs.
 ImportPlan PlanImport(const SettingsFile& file, const RouterState& router, LineErrors* errors);
 }  // namespace kobd::client

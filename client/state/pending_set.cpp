@@ -245,8 +245,7 @@ bool MayBePending()
 
 std::string RestoreOverdue(const std::string& command)
 {
-    for (const char* without :
-         {"", "help", "--help", "--version", "confirm", "complete", "list", "describe", "doctor"})
+    for (const char* without : {"", "help", "--help", "--version", "confirm", "complete", "list", "describe", "doctor"})
         if (command == without) return "";
     if (!MayBePending()) return "";
     PendingSet pending;

@@ -71,10 +71,10 @@ void ReadSettings(std::string_view text, SettingsFile* file, LineErrors* errors)
 
 namespace
 {
-// A number without leading zeros, a choice as the dictionary spells it; any other text as it is.
+// A number without leading zeros, a flag, a choice as the dictionary spells it; any other text as it is.
 Json ObjectJson(const kobd_description& object, const std::string& value)
 {
-    if (object.is_number != 0) return strtoull(value.c_str(), nullptr, 10);
+    if (object.is_number != 0) return ValueJson(&object, std::to_string(strtoull(value.c_str(), nullptr, 10)));
     for (size_t i = 0; i < object.choice_count; ++i)
         if (strcasecmp(object.choices[i], value.c_str()) == 0) return object.choices[i];
     return value;
@@ -85,8 +85,7 @@ Json RowJson(const TableEntry& table, const Row& row)
     Json json = Json::object();
     for (const Assignment& one : ExportedValues(table, row))
         if (!one.value.empty())
-            json[one.name] = kobd_describe_column(table.name, one.name.c_str())->is_number != 0 ? NumberJson(one.value)
-                                                                                                : Json(one.value);
+            json[one.name] = ValueJson(kobd_describe_column(table.name, one.name.c_str()), one.value);
     return json;
 }
 }  // namespace

@@ -60,7 +60,7 @@ TEST_F(ClientLibrary, GetsSetsAndTellsWhyNot)
 std::string Or(const char* text) { return text != nullptr ? text : "-"; }
 
 // All fields of the explanation but its text.
-std::string Fields(const kobd_explanation* why)
+std::string FieldsOf(const kobd_explanation* why)
 {
     if (why == nullptr) return "none";
     return std::to_string(why->code) + "|" + Or(why->object) + "|" + Or(why->table) + "|" + std::to_string(why->index) +
@@ -125,7 +125,7 @@ TEST_F(ClientLibrary, ExplainsWhatWasRefused)
     for (const auto& one : cases)
     {
         EXPECT_NE(one.call(), 0) << one.fields;
-        EXPECT_EQ(Fields(kobd_explain(client_)), one.fields);
+        EXPECT_EQ(FieldsOf(kobd_explain(client_)), one.fields);
     }
     EXPECT_STREQ(kobd_explain(client_)->text,
                  "there is no table FwUrlFiltertable, did you mean FwUrlFilterTable?: Obj "
