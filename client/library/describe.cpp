@@ -42,14 +42,7 @@ public:
     {
         for (const ObjectEntry& object : kObjectRows) objects_.push_back(Describe(object));
         for (const TableEntry& table : kTableRows) AddTable(table);
-        for (const Meaning& one : ObjectMeanings()) Give(one, &objects_[one.number]);
-        for (const Meaning& one : TableMeanings()) tables_[one.number].face.meaning = one.text;
-        for (const Meaning& one : ColumnMeanings())
-            if (one.number != kEveryTable) AddColumnMeaning(one, &tables_[one.number]);
-        for (size_t i = 0; i < tables_.size(); ++i) TakeMeanings(kTableRows[i], &tables_[i]);
-        for (const Meaning& one : ColumnMeanings())
-            if (one.number == kEveryTable)
-                for (DescribedTable& table : tables_) AddColumnMeaning(one, &table);
+        AddMeanings();
     }
 
     const std::vector<kobd_description>& Objects() const { return objects_; }
@@ -142,6 +135,24 @@ private:
     {
         to->meaning = meaning.text;
         to->unit = *meaning.unit != 0 ? meaning.unit : nullptr;
+    }
+
+    void AddMeanings()
+    {
+        const auto add_every = [this](const Meaning& one)
+        {
+            if (one.number != kEveryTable) return;
+            for (DescribedTable& table : tables_) AddColumnMeaning(one, &table);
+        };
+        ForEachMeaning(kObjectMeanings, [this](const Meaning& one) { Give(one, &objects_[one.number]); });
+        ForEachMeaning(kTableMeanings, [this](const Meaning& one) { tables_[one.number].face.meaning = one.text; });
+        ForEachMeaning(kColumnMeanings,
+                       [this](const Meaning& one)
+                       {
+                           if (one.number != kEveryTable) AddColumnMeaning(one, &tables_[one.number]);
+                       });
+        for (size_t i = 0; i < tables_.size(); ++i) TakeMeanings(kTableRows[i], &tables_[i]);
+        ForEachMeaning(kColumnMeanings, add_every);
     }
 
     static void AddColumnMeaning(const Meaning& meaning, DescribedTable* table)

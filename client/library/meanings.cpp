@@ -40,24 +40,57 @@ constexpr bool HasColumn(std::string_view table, std::string_view column)
 #undef TABLE_MEANING
 #undef COLUMN_MEANING
 
-#define MEANING(name, unit, text) {Number(NumberIn(kObjectNames, name)), nullptr, unit, text},
-#define TABLE_MEANING(name, text) {Number(NumberIn(kTableNames, name)), nullptr, "", text},
-#define COLUMN_MEANING(table, column, unit, text) \
-    {table == kEvery ? kEveryTable : Number(NumberIn(kTableNames, table)), column, unit, text},
-constexpr Meaning kObjects[] = {
+// Once for each part of the rows.
+#define MEANING(name, unit, text) Number(NumberIn(kObjectNames, name)),
+constexpr uint16_t kObjectNumbers[] = {
 #include "dictionary/catalogue/meanings/objects.def"
 };
-constexpr Meaning kTables[] = {
+#undef MEANING
+#define MEANING(name, unit, text) text "\0"
+constexpr char kObjectTexts[] =
+#include "dictionary/catalogue/meanings/objects.def"
+    ;
+#undef MEANING
+#define MEANING(name, unit, text) unit "\0"
+constexpr char kObjectUnits[] =
+#include "dictionary/catalogue/meanings/objects.def"
+    ;
+#undef MEANING
+
+#define TABLE_MEANING(name, text) Number(NumberIn(kTableNames, name)),
+constexpr uint16_t kTableNumbers[] = {
 #include "dictionary/catalogue/meanings/tables.def"
 };
-constexpr Meaning kColumns[] = {
+#undef TABLE_MEANING
+#define TABLE_MEANING(name, text) text "\0"
+constexpr char kTableTexts[] =
+#include "dictionary/catalogue/meanings/tables.def"
+    ;
+#undef TABLE_MEANING
+
+#define COLUMN_MEANING(table, column, unit, text) table == kEvery ? kEveryTable : Number(NumberIn(kTableNames, table)),
+constexpr uint16_t kColumnTables[] = {
 #include "dictionary/catalogue/meanings/columns.def"
 };
+#undef COLUMN_MEANING
+#define COLUMN_MEANING(table, column, unit, text) column "\0"
+constexpr char kColumnNames[] =
+#include "dictionary/catalogue/meanings/columns.def"
+    ;
+#undef COLUMN_MEANING
+#define COLUMN_MEANING(table, column, unit, text) text "\0"
+constexpr char kColumnTexts[] =
+#include "dictionary/catalogue/meanings/columns.def"
+    ;
+#undef COLUMN_MEANING
+#define COLUMN_MEANING(table, column, unit, text) unit "\0"
+constexpr char kColumnUnits[] =
+#include "dictionary/catalogue/meanings/columns.def"
+    ;
+#undef COLUMN_MEANING
 }  // namespace
 
-std::span<const Meaning> ObjectMeanings() { return kObjects; }
-
-std::span<const Meaning> TableMeanings() { return kTables; }
-
-std::span<const Meaning> ColumnMeanings() { return kColumns; }
+const MeaningRows kObjectMeanings = {kObjectNumbers, nullptr, kObjectUnits, kObjectTexts};
+const MeaningRows kTableMeanings = {kTableNumbers, nullptr, nullptr, kTableTexts};
+const MeaningRows kColumnMeanings = {kColumnTables, kColumnNames, kColumnUnits, kColumnTexts};
 }  // namespace kobd::client
