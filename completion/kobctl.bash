@@ -65,7 +65,7 @@ _kobctl_sim() {
 _kobctl() {
     if [ "$COMP_CWORD" = 1 ]; then
         _kobctl_complete "get set check confirm commit history undo reset table list describe show export import \
-            batch watch monitor event journal sim nvram config doctor wait help"
+            batch watch monitor event journal sim nvram config doctor wait rpcd help"
         return
     fi
     if [[ ${COMP_WORDS[COMP_CWORD]} == -* ]]; then
@@ -89,9 +89,10 @@ _kobctl() {
         export | import | batch) mapfile -t COMPREPLY < <(compgen -f -- "${COMP_WORDS[COMP_CWORD]}") ;;
         help)
             _kobctl_complete "get set check confirm commit history undo reset table list describe show export import \
-                batch watch monitor event journal sim nvram config doctor wait"
+                batch watch monitor event journal sim nvram config doctor wait rpcd"
             ;;
         nvram | config) [ "$COMP_CWORD" = 2 ] && _kobctl_complete "get set" ;;
+        rpcd) [ "$COMP_CWORD" = 2 ] && _kobctl_complete "list call" ;;
         sim) _kobctl_sim ;;
         table) _kobctl_table ;;
     esac

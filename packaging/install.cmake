@@ -58,6 +58,7 @@ function(kobd_page_from_docs document what)
 endfunction()
 kobd_page_from_docs(protocol "the messages of kobd and the bus that carries them")
 kobd_page_from_docs(uci "the cellular tables of kobd and the uci of the host platform")
+kobd_page_from_docs(rpcd "the methods of kobd on ubus, for LuCI and scripts")
 kobd_page_from_docs(simulator "scenarios, and what moves in the imitated router")
 get_property(KOBD_MADE_PAGES GLOBAL PROPERTY KOBD_MADE_PAGES)
 add_custom_target(kobd_pages ALL DEPENDS ${KOBD_MADE}/kobctl.1 ${KOBD_MADE_PAGES})
@@ -67,7 +68,7 @@ install(FILES ${KOBD_MADE}/kobd-state.5 ${KOBD_MADE_PAGES} DESTINATION ${CMAKE_I
 install(FILES completion/kobctl.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME kobctl)
 install(DIRECTORY scenarios DESTINATION ${CMAKE_INSTALL_DATADIR}/kobd)
 install(FILES README.md CHANGELOG.md docs/architecture.md docs/porting.md docs/protocol.md docs/robustness.md
-  docs/security.md docs/simulator.md docs/uci.md docs/kobd.lua TYPE DOC)
+  docs/rpcd.md docs/security.md docs/simulator.md docs/uci.md docs/kobd.lua TYPE DOC)
 
 # -- service of hosts with systemd or with init scripts; OpenWrt's package brings its own. Written when
 # they are installed, because `cmake --install --prefix` decides only then where the programs are.
