@@ -152,11 +152,16 @@ _FUNCTIONS: dict[str, tuple[Any, list[Any]]] = {
 
 
 def _load() -> ctypes.CDLL:
-    library = ctypes.CDLL(os.environ.get("KOBD_CLIENT_LIBRARY") or "libkobd_client.so.0", use_errno=True)
-    for name, (result, arguments) in _FUNCTIONS.items():
-        function = getattr(library, name)
-        function.restype = result
-        function.argtypes = arguments
+    path = os.environ.get("KOBD_CLIENT_LIBRARY") or "libkobd_client.so.0"
+    try:
+        library = ctypes.CDLL(path)
+        for name, (result, arguments) in _FUNCTIONS.items():
+            function = getattr(library, name)
+            function.restype = result
+            function.argtypes = arguments
+    except (OSError, AttributeError) as error:
+        advice = "install kobd 0.2 or later, or let KOBD_CLIENT_LIBRARY name its libkobd_client.so.0"
+        raise ImportError(f"kobd: the client library cannot be used: {error}; {advice}") from error
     return library
 
 
