@@ -83,6 +83,8 @@ Json SetValues(const Options& options, const Json& arguments)
     Options set = options;
     set.silent = FlagOf(arguments, "silent");
     set.confirm_s = NumberOf(arguments, "confirm").value_or(0);
+    if (arguments.contains("confirm") && (set.confirm_s < 1 || set.confirm_s > kLongestConfirm))
+        return ErrorReply({kInvalidArgument, "confirm takes seconds from 1 to 604800"});
     Outcome outcome = CommandSet(set, WordsOf(pairs));
     outcome.data = Json::array();
     for (const Assignment& pair : pairs) outcome.data.push_back(pair.name);
