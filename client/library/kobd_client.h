@@ -1,4 +1,5 @@
-/* Client library of kobd: requests with a deadline, decoded replies, and watching what the daemon announces.
+/* Client library of kobd: requests with a deadline, decoded replies, why a request was refused, the dictionary, and
+ * watching what the daemon announces.
  *
  *     kobd_client* client;
  *     char port[KOBD_VALUE_MAX];
@@ -6,7 +7,7 @@
  *     if (code == 0) {
  *         code = kobd_get(client, "webHttpPort", port, sizeof port);
  *         if (code == 0) printf("%s\n", port);
- *         else fprintf(stderr, "%s\n", kobd_result_text(code));
+ *         else fprintf(stderr, "%s\n", kobd_explain(client)->text);
  *         kobd_client_close(client);
  *     }
  *
@@ -29,6 +30,13 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+/* The version of this header, and of the library that the program runs with. What worked with an earlier version of the
+ * same major number works with a later one; a struct that the library owns may get further fields at its end. */
+#define KOBD_CLIENT_VERSION "0.2"
+#define KOBD_CLIENT_VERSION_MAJOR 0
+#define KOBD_CLIENT_VERSION_MINOR 2
+const char* kobd_client_version(void); /* "0.2" */
 
 /* Result codes that the library itself returns. The daemon returns these and others. */
 #define KOBD_SUCCESS 0
@@ -118,7 +126,8 @@ typedef struct kobd_client kobd_client;
 int kobd_client_open(kobd_client** client);
 void kobd_client_close(kobd_client* client); /* client may be NULL */
 
-/* How long each later call on this client may take: 5000 until this is called. Less than 0 is 0. */
+/* How long each later call on this client may take. Until this is called it is 5000, and 75000 for a request that names
+ * a cellular table, for which the daemon runs commands for up to 60 seconds. Less than 0 is 0. */
 void kobd_client_set_timeout(kobd_client* client, int milliseconds);
 
 /* Sends a request and waits for its reply. items may be NULL: none. Returns the daemon's result; or,
@@ -164,6 +173,143 @@ int kobd_get(kobd_client* client, const char* name, char* value, size_t size);
  * changed. Returns as kobd_call does, or 7. */
 int kobd_set(kobd_client* client, const char* const* names, const char* const* values, size_t count);
 
+/* Takes a name and its value. They are valid until it returns, and it must not use the client. */
+typedef void (*kobd_pair_function)(void* context, const char* name, const char* value);
+
+/* Reads count objects in as many requests as needed, and calls each with every name and its value, in the order of
+ * names. The value is NULL for an object that is unknown or cannot be read. Returns as kobd_call does, or 7; 11 when a
+ * single value does not fit a message. After a failure each was not called. */
+int kobd_get_many(kobd_client* client, const char* const* names, size_t count, kobd_pair_function each, void* context);
+
+/* Sends a request that is answered with a dump file (KOBD_SHOW, KOBD_TABLE_DUMP), reads the file and removes it.
+ * *content has its bytes until the next call on this client: names in lines, or items. Returns as kobd_call does; 4
+ * also when the reply names no dump file, or the file cannot be read. */
+int kobd_dump(kobd_client* client, enum kobd_request request, const kobd_items* items, kobd_bytes* content);
+
+/* -- why a call was refused ------------------------------------------------------------------- */
+
+/* A field that does not apply is NULL, and the index -1. */
+typedef struct kobd_explanation {
+    int code;
+    const char* object; /* that was refused, or NULL when it is not known which one of several it was */
+    const char* table;
+    int32_t index;
+    const char* column;
+    const char* value;  /* of the object or column */
+    const char* reason; /* what is wrong: "it is out of range"; what the check of the daemon said, with its name; or
+                           "kobd is not running on this bus". Never NULL */
+    const char* right;  /* what would be right: "an integer from 1 to 65535" */
+    const char* text;   /* all of it in one line, as kobctl prints it. Never NULL */
+} kobd_explanation;
+
+/* Why the last call on this client returned what it did; NULL when it returned 0 or there was none. It belongs to the
+ * client and is valid until the next call. The check of an object or row gives its reason in the daemon's log alone:
+ * the library reads it there, and without the right to read the log it tells what the dictionary knows. After a refused
+ * change of rows it may ask the daemon which rows there are, within the deadline of a call.
+ * When the router itself fails while it sets several objects (17), those before it stay set, and the text names all. */
+const kobd_explanation* kobd_explain(kobd_client* client);
+
+/* -- rows ------------------------------------------------------------------------------------- */
+
+/* Calls each with every column of the row and its value. Returns as kobd_call does, or 7; 11 also when the row does not
+ * fit one reply, and kobd_rows reads it. After a failure each was not called. */
+int kobd_row_get(kobd_client* client, const char* table, int32_t index, kobd_pair_function each, void* context);
+
+/* Takes a row: count columns and their values. All is valid until it returns, and it must not use the client. */
+typedef void (*kobd_row_function)(void* context, const char* table, int32_t index, const char* const* columns,
+                                  const char* const* values, size_t count);
+
+/* Calls each with every row of the table, or of count tables, whatever their size. Returns as kobd_dump does, or 7. */
+int kobd_rows(kobd_client* client, const char* table, kobd_row_function each, void* context);
+int kobd_rows_of(kobd_client* client, const char* const* tables, size_t count, kobd_row_function each, void* context);
+
+/* Adds an empty row, below the object parent_path unless that is NULL. 15 the table is full, 16 it cannot. */
+int kobd_row_add(kobd_client* client, const char* table, const char* parent_path, int32_t* index);
+int kobd_row_del(kobd_client* client, const char* table, int32_t index); /* 13 there is no such row */
+
+/* A list of changes of rows, to be made together. The add function copies what it is given; rows that are next to each
+ * other and have the same table and index become one. 0; 7; 11 a text is longer than 65534 bytes. */
+typedef struct kobd_changes kobd_changes;
+kobd_changes* kobd_changes_new(void); /* empty; NULL without memory; free it with kobd_changes_free */
+void kobd_changes_free(kobd_changes* changes); /* changes may be NULL */
+int kobd_changes_add(kobd_changes* changes, const char* table, int32_t index, const char* column, const char* value);
+
+#define KOBD_SILENT 1    /* the rows are neither announced nor made durable */
+#define KOBD_UNCHECKED 2 /* values that the router showed before: send them whatever the dictionary says */
+
+/* Makes the changes: all are checked before the first row is written. flags: 0, or of the two above. A table, a column
+ * or a value that the dictionary refuses is found before anything is sent: 1, 12 or 2; and so is a missing row among
+ * several: 13. Returns as kobd_call does; 4 also when the change file cannot be written, and the explanation tells why.
+ * The list stays as it is. */
+int kobd_changes_set(kobd_client* client, const kobd_changes* changes, int flags);
+
+/* Removes the change files of all calls in progress in this process. For the handler of a signal that ends the program:
+ * the library removes them itself when its calls return. May be called from any thread or signal handler. */
+void kobd_remove_change_files(void);
+
+/* -- the dictionary --------------------------------------------------------------------------- */
+
+/* The library knows all objects and tables by itself: these functions ask no daemon, and everything that they return is
+ * constant and stays valid. They may be called from any thread. */
+
+typedef struct kobd_description { /* of an object, or of a column of a table */
+    const char* name;
+    const char* type;           /* in words: "integer", "text", "choice", "flag", "IPv4 address" */
+    int is_number;              /* values are integers in decimal digits */
+    int is_flag;                /* values are 0 and 1 */
+    int readable;
+    int writable;
+    int secret;                 /* a password, key or PIN, which nobody should show */
+    int has_range;              /* then least and most hold */
+    int64_t least;              /* the least number, or the fewest bytes of a text */
+    int64_t most;               /* the greatest number, at most INT64_MAX, or the most bytes of a text */
+    const char* const* choices; /* choice_count of them; NULL: no choice */
+    size_t choice_count;
+    const char* check;          /* the name of the check that also judges a value, as only the daemon can; or NULL */
+    const char* accepts;        /* all of it in words: "an integer from 1 to 65535". Never NULL */
+    const char* meaning;        /* one line in plain English, or NULL when there is none */
+    const char* unit;           /* "seconds", or NULL: none */
+    int is_action;              /* setting it starts something; it reads as 0 */
+    const char* alias_of;       /* of a column: the column that it is another name of; or NULL */
+} kobd_description;
+
+typedef struct kobd_table_description {
+    const char* name;
+    const char* meaning;                    /* or NULL */
+    size_t column_count;
+    const kobd_description* const* columns; /* pointers, so that a description may grow */
+    int can_add;
+    int can_delete;
+    int can_get;
+    int can_set;
+    int can_add_below; /* a row can be added below a parent path */
+    int can_list;      /* kobd_rows can read all rows */
+    int max_rows;
+    const char* check;        /* the name of the check of a row that is set, or NULL */
+    const char* accepts;      /* which rows the check accepts, in words, or NULL */
+    const char* same_rows_as; /* the table whose rows these are, or NULL: its own */
+} kobd_table_description;
+
+/* The object, or table, of this name; NULL: there is none. */
+const kobd_description* kobd_describe(const char* name);
+const kobd_table_description* kobd_describe_table(const char* name);
+const kobd_description* kobd_describe_column(const char* table, const char* column);
+
+/* The object, or table, at this position, in the dictionary's order from 0; NULL behind the last one. Three names stand
+ * there twice: kobd_describe finds the first, and so do requests. */
+const kobd_description* kobd_object_at(size_t position);
+const kobd_table_description* kobd_table_at(size_t position);
+
+/* The name of an object or table that was probably meant; NULL when none is near. */
+const char* kobd_did_you_mean(const char* name);
+
+/* What the dictionary says to a value of an object, or of a column, without the daemon: 0, or the code that the daemon
+ * would answer, and then *why tells it as kobd_explain does. *why is valid until the next call of either in this
+ * thread, and NULL after 0; why may be NULL. After 0 the check of the description, where it has one, may still refuse
+ * the value. */
+int kobd_check(const char* name, const char* value, const kobd_explanation** why);
+int kobd_check_column(const char* table, const char* column, const char* value, const kobd_explanation** why);
+
 /* -- events ----------------------------------------------------------------------------------- */
 
 #define KOBD_MODULE_DAEMON 0x5A510001u   /* kobd itself */
@@ -190,6 +336,10 @@ int kobd_watch_item(kobd_watch* watch, kobd_item* item);
 /* The whole payload of that message, as long valid: for network events, which are a text without
  * items, and to tell a broken item from the end. */
 kobd_bytes kobd_watch_payload(const kobd_watch* watch);
+
+/* A descriptor for poll(2): readable while a kobd_watch_next would return at once. Only wait for it; it belongs to the
+ * watch. -1 with errno when the system gives none. The first call starts a thread that takes the messages. */
+int kobd_watch_descriptor(kobd_watch* watch);
 
 /* Makes a kobd_watch_next in progress, and all later ones, return 3. May be called from any thread
  * or signal handler. */
@@ -233,6 +383,9 @@ void kobd_tap_close(kobd_tap* tap); /* tap may be NULL */
 /* Waits for the next message. 0; 3 the daemon has ended; 8 no message in time. What *tapped points to is valid until
  * the next call. */
 int kobd_tap_next(kobd_tap* tap, int milliseconds, kobd_tapped* tapped);
+
+/* As kobd_watch_descriptor, for kobd_tap_next. What the thread has taken and you have not is at most 64 messages. */
+int kobd_tap_descriptor(kobd_tap* tap);
 
 /* -- looking ---------------------------------------------------------------------------------- */
 
