@@ -202,6 +202,8 @@ def error_of(code: int, why: Any = None) -> KobdError:
         decode_or_none(explanation.value),
         decode(explanation.reason),
         decode_or_none(explanation.right),
+        decode_or_none(explanation.table),
+        explanation.index if explanation.index >= 0 else None,
     )
 
 
@@ -223,6 +225,8 @@ class Client:
         """Ends the connection. May be called again."""
         lib.kobd_client_close(self._handle)
         self._handle = c_void_p()
+
+    __del__ = close
 
     def check(self, code: int) -> None:
         """Raises what a call on this client that returned `code` was refused for."""

@@ -9,7 +9,7 @@ class KobdError(Exception):
     """A request failed. The daemon or the library answered `code`; str() is the line that kobctl prints.
 
     `name` is the object, table or column that it is about, `value` the refused value, `reason` what was wrong and
-    `right` what would be right. Each is None where it does not apply.
+    `right` what would be right; `table` and `index` name a row. Each is None where it does not apply.
     """
 
     def __init__(
@@ -20,6 +20,8 @@ class KobdError(Exception):
         value: Optional[str] = None,
         reason: Optional[str] = None,
         right: Optional[str] = None,
+        table: Optional[str] = None,
+        index: Optional[int] = None,
     ) -> None:
         super().__init__(text)
         self.code = code
@@ -27,6 +29,8 @@ class KobdError(Exception):
         self.value = value
         self.reason = reason if reason is not None else text
         self.right = right
+        self.table = table
+        self.index = index
 
 
 class Refused(KobdError):

@@ -46,17 +46,19 @@ class Watch:
     """An iterator over changes. It waits for the next one without end; next_change takes a time.
 
     The imitated router shows them to any number of programs. On a router one program at a time can listen, and
-    another one gets a KobdError with code 9.
+    another one gets a KobdError with code 9. NotRunning is raised when the daemon ends. `missed` counts the messages
+    that were lost because this program took too long; only the imitated router tells it.
     """
 
     def __init__(self, patterns: tuple[str, ...] = ()) -> None:
         from .router import Router  # which imports this module
 
+        self.missed = 0
         self._patterns = patterns or ("*",)
-        self._router = Router()
         self._stopped = False
         self._waiting: list[Change] = []
         self._tap, self._joined = c_void_p(), c_void_p()
+        self._router = Router()
         self._open()
         readable = [o.name for p in self._patterns for o in dictionary.objects(p) if o.readable and not o.secret]
         self._known = self._router.get_many(*dict.fromkeys(readable)) if self._tap else {}
@@ -88,7 +90,10 @@ class Watch:
         lib.kobd_tap_close(self._tap)
         lib.kobd_watch_close(self._joined)
         self._tap, self._joined = c_void_p(), c_void_p()
-        self._router.close()
+        if hasattr(self, "_router"):  # it is missing where no connection could be opened
+            self._router.close()
+
+    __del__ = close
 
     def __enter__(self) -> Watch:
         return self
@@ -129,6 +134,7 @@ class Watch:
             return False
         if code:
             raise error_of(code)
+        self.missed += tapped.missed
         if self._joined:
             self._take(message.value, lib.kobd_watch_payload(self._joined), None, None)
         elif tapped.kind == _SENT and tapped.module == _NOTIFY:

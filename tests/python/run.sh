@@ -6,7 +6,7 @@ test=$1
 skip() { echo "skipped: $*"; exit 77; }
 case $test in
     types) command -v mypy >/dev/null || skip "no mypy" ;;
-    example) python3 -c 'import pytest' 2>/dev/null || skip "no pytest for python3" ;;
+    example) pytest=$(command -v pytest-3 || command -v pytest) || skip "no pytest" ;;
 esac
 if [ -z "${4-}" ]; then
     unshare --ipc --mount true 2>/dev/null || skip "needs IPC and mount namespaces of its own"
@@ -27,6 +27,6 @@ daemon=$!
 trap 'kill $daemon' EXIT
 kobctl wait || exit 1
 case $test in
-    example) python3 -m pytest -q -p no:cacheprovider ../../python/examples ;;
+    example) "$pytest" -q -p no:cacheprovider ../../python/examples ;;
     *) python3 -m unittest -q "test_$test" ;;
 esac

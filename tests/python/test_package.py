@@ -65,7 +65,8 @@ class PackageTest(unittest.TestCase):
         index = filters.add({"URL": "example.com"})
         self.assertEqual([(row.index, row) for row in filters], [(index, {"URL": "example.com"})])
         error = self.refused(Refused, filters.add, {"URL": "192.0.2.1"})
-        self.assertIn("URL", error.reason)
+        self.assertEqual((error.table, error.index), ("FwUrlFilterTable", index + 1))
+        self.assertIn("cannot input ip", error.reason)
         self.assertEqual(len(filters), 1)  # the row of the refused value is gone
         del filters[index]
         self.assertEqual(self.refused(NotFound, filters.__getitem__, index).code, 13)
@@ -108,8 +109,9 @@ class PackageTest(unittest.TestCase):
             self.router.table("DnsClientTable").set(3, {"Enable": "0"})
             change = watch.next_change(seconds=5)
             self.assertEqual((change.index, change.column), (3, "Enable"))
-            self.router.table("FwUrlFilterTable").add()
-            self.assertEqual(watch.next_change(seconds=5).kind, "added")
+            filters = self.router.table("FwUrlFilterTable")
+            del filters[filters.add()]
+            self.assertEqual([watch.next_change(seconds=5).kind for _ in "ad"], ["added", "deleted"])
             threading.Timer(0.2, watch.stop).start()
             self.assertEqual(list(watch), [])
 

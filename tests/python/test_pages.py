@@ -38,10 +38,10 @@ class Pages(unittest.TestCase):
         pathlib.Path("/tmp/agent.c").write_text(blocks("usp.md", "The program")[0])
         self.assertEqual("", run("cc", "-Wall", "-Wextra", "-Wpedantic", "-Werror", "agent.c", "-o", "agent",
                                  f"-I{SOURCE}/client/library", "-L/tmp/build", "-lkobd_client"))
-        lines = "".join(blocks("usp.md", "Trying it")).split("$ ")[2:]  # the first one compiles
+        lines = re.split(r"^\$ ", "".join(blocks("usp.md", "Trying it")), flags=re.M)[2:]  # the first one compiles
         for command, _, output in (line.partition("\n") for line in lines):
             with self.subTest(command=command):
-                self.assertEqual(run("bash", "-mc", command), output)
+                self.assertEqual(run("bash", "-c", command), output)
 
     def test_the_samples_of_the_package(self):
         samples = [b for h in ("Objects", "Refusals", "Tables", "Changes", "A test of a client")
