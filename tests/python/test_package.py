@@ -4,8 +4,9 @@ import os
 import select
 import threading
 import unittest
+import unittest.mock
 
-from kobd import KobdError, NotFound, NotRunning, Refused, Router, Timeout
+from kobd import Change, KobdError, NotFound, NotRunning, Refused, Router, Timeout
 
 
 class PackageTest(unittest.TestCase):
@@ -114,6 +115,15 @@ class PackageTest(unittest.TestCase):
             self.assertEqual([watch.next_change(seconds=5).kind for _ in "ad"], ["added", "deleted"])
             threading.Timer(0.2, watch.stop).start()
             self.assertEqual(list(watch), [])
+
+    def test_a_router_without_taps_is_watched_too(self):
+        no_answer = unittest.mock.patch("kobd.watching.lib.kobd_tap_open", return_value=8)
+        with no_answer, self.router.watch("webHttpPort") as watch:
+            self.router["webHttpPort"] = 8093
+            self.assertEqual(watch.next_change(seconds=5), Change("object", "webHttpPort", new=8093))
+            self.assertEqual(select.select([watch], [], [], 5)[0], [watch])  # the end of the set
+            self.assertEqual(self.refused(KobdError, self.router.watch).code, 9)
+            self.assertIsNone(watch.next_change(seconds=0.01))
 
     def test_the_simulator_shows_fails_and_delays(self):
         self.router.sim.set({"RSRP": "-120"})
