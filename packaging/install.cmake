@@ -40,6 +40,12 @@ endif()
 configure_file(${KOBD_PACKAGING}/kobd_client.pc.in ${KOBD_MADE}/kobd_client.pc @ONLY)
 install(FILES ${KOBD_MADE}/kobd_client.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
+# -- for Python: where Debian's interpreter looks. Its package only: other systems have other folders.
+install(DIRECTORY python/kobd DESTINATION lib/python3/dist-packages COMPONENT python EXCLUDE_FROM_ALL
+  FILES_MATCHING PATTERN "*.py" PATTERN "py.typed" PATTERN "__pycache__" EXCLUDE PATTERN ".mypy_cache" EXCLUDE)
+install(DIRECTORY python/examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-kobd COMPONENT python
+  EXCLUDE_FROM_ALL FILES_MATCHING PATTERN "*.py" PATTERN "__pycache__" EXCLUDE)
+
 # -- pages: some written, some made from the pages of docs/ so that both say the same
 foreach(page kobd.8 kobd-state.5)
   configure_file(${KOBD_PACKAGING}/man/${page}.in ${KOBD_MADE}/${page} @ONLY)
@@ -58,6 +64,7 @@ function(kobd_page_from_docs document what)
 endfunction()
 kobd_page_from_docs(protocol "the messages of kobd and the bus that carries them")
 kobd_page_from_docs(uci "the cellular tables of kobd and the uci of the host platform")
+kobd_page_from_docs(rpcd "the methods of kobd on ubus, for LuCI and scripts")
 kobd_page_from_docs(simulator "scenarios, and what moves in the imitated router")
 get_property(KOBD_MADE_PAGES GLOBAL PROPERTY KOBD_MADE_PAGES)
 add_custom_target(kobd_pages ALL DEPENDS ${KOBD_MADE}/kobctl.1 ${KOBD_MADE_PAGES})
@@ -73,8 +80,8 @@ else()
 endif()
 install(FILES completion/kobctl.zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${KOBD_ZSH_FOLDER} RENAME _kobctl)
 install(DIRECTORY scenarios DESTINATION ${CMAKE_INSTALL_DATADIR}/kobd)
-install(FILES README.md CHANGELOG.md docs/architecture.md docs/porting.md docs/protocol.md docs/robustness.md
-  docs/security.md docs/simulator.md docs/uci.md docs/kobd.lua TYPE DOC)
+install(FILES README.md CHANGELOG.md docs/architecture.md docs/porting.md docs/protocol.md docs/python.md docs/robustness.md
+  docs/rpcd.md docs/security.md docs/simulator.md docs/uci.md docs/usp.md docs/kobd.lua TYPE DOC)
 
 # -- service of hosts with systemd or with init scripts; OpenWrt's package brings its own. Written when
 # they are installed, because `cmake --install --prefix` decides only then where the programs are.
@@ -89,7 +96,7 @@ install(FILES ${KOBD_PACKAGING}/debian/kobd.tmpfiles DESTINATION lib/tmpfiles.d 
 # Not in /etc/init.d, so that nothing leaves the prefix: whoever wants it there makes a link.
 install(PROGRAMS ${KOBD_MADE}/kobd.init DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/kobd RENAME init)
 
-# -- Debian packages: kobd with everything a router needs, libkobd-dev for those who write a client
+# -- Debian packages: kobd with everything a router needs, libkobd-dev and python3-kobd for those who write a client
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kobd)
 set(KOBD_PACKAGE_CONTACT "kobd maintainers <kobd@localhost>" CACHE STRING "Who answers for the Debian packages")
@@ -98,8 +105,8 @@ set(CPACK_SET_DESTDIR ON)  # the service files tell the prefix
 set(CPACK_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_ALL runtime development)
-set(CPACK_KOBD_DEBIAN_PACKAGES kobd libkobd-dev)  # their names, in the same order
+set(CPACK_COMPONENTS_ALL runtime development python)
+set(CPACK_KOBD_DEBIAN_PACKAGES kobd libkobd-dev python3-kobd)  # their names, in the same order
 set(CPACK_PRE_BUILD_SCRIPTS ${KOBD_PACKAGING}/debian/finish.cmake)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
@@ -123,4 +130,15 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "kobd (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Client library of kobd, for those who write a client\n\
 Calls with deadlines, decoded replies, result codes with their texts, and\nwatching: the header, the link name, and files for pkg-config and CMake.")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-kobd)
+set(CPACK_DEBIAN_PYTHON_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "kobd (>= ${PROJECT_VERSION}), python3 (>= 3.9)")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS OFF)
+set(CPACK_COMPONENT_PYTHON_DESCRIPTION "Python package of kobd, for scripts and tests\n\
+Objects, tables, announcements and the simulator of the imitated router, over\nthe client library.")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+  ${KOBD_PACKAGING}/debian/python/postinst ${KOBD_PACKAGING}/debian/python/prerm)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)

@@ -18,7 +18,6 @@ constexpr double kLongestTimeout = 24.0 * 60 * 60;  // seconds
 constexpr int kHighestCount = 1000000;
 constexpr int kHighestCode = 255;
 constexpr int kHighestSpeed = 1000;
-constexpr int kLongestConfirm = 7 * 24 * 60 * 60;  // seconds
 
 // Seconds with or without a fraction and an "s" behind them, as milliseconds.
 Failure ReadSeconds(const std::string& text, double least, const char* takes, int* milliseconds)

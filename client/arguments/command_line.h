@@ -9,6 +9,8 @@
 
 namespace kobd::client
 {
+inline constexpr int kLongestConfirm = 7 * 24 * 60 * 60;  // seconds
+
 struct Options
 {
     bool json = false;

@@ -20,7 +20,7 @@ if ! command -v man >/dev/null || ! command -v groff >/dev/null; then
     [ "$failures" = 0 ] && skip "no man or groff here, the pages were not formatted"
     finish
 fi
-for page in kobctl.1 kobd.8 kobd-state.5 kobd-protocol.5 kobd-simulator.5 kobd-uci.5; do
+for page in kobctl.1 kobd.8 kobd-state.5 kobd-protocol.5 kobd-rpcd.5 kobd-simulator.5 kobd-uci.5; do
     for width in 80 132; do
         text=$(MANWIDTH=$width LC_ALL=C.UTF-8 man --warnings -l "$pages/$page" 2>"$work/warnings")
         expect "warnings of $page, $width columns" "" "$(cat "$work/warnings")"

@@ -16,6 +16,7 @@ PKG_INSTALL_DIR:=$install_folder
 qstrip=\$(strip \$(subst ",,\$(1)))
 INSTALL_DIR:=install -d -m0755
 INSTALL_BIN:=install -m0755
+INSTALL_DATA:=install -m0644
 CP:=cp -fpR
 END
 # What the build system's BuildPackage does with a package, as far as files are concerned.
@@ -53,7 +54,11 @@ dev/usr/lib/libkobd_bus.so.0
 dev/usr/lib/libkobd_client.so
 dev/usr/lib/libkobd_client.so.0
 dev/usr/lib/pkgconfig/kobd_client.pc
+kobctl/etc/init.d/kobd-events
 kobctl/usr/bin/kobctl
+kobctl/usr/libexec/kobd-events
+kobctl/usr/libexec/rpcd/kobd
+kobctl/usr/share/rpcd/acl.d/kobd.json
 kobd-host/usr/lib/libkobd_host.so
 kobd-host/usr/share/kobd/scenarios/apn-drop
 kobd-host/usr/share/kobd/scenarios/bad-day

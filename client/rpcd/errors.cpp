@@ -1,0 +1,45 @@
+// The parts of a refusal, which a command says in one line.
+#include "client/rpcd/errors.h"
+
+#include "daemon/base/result.h"
+
+namespace kobd::client
+{
+namespace
+{
+bool DropEnd(std::string* text, const std::string& end)
+{
+    if (end.empty() || !text->ends_with(end)) return false;
+    text->resize(text->size() - end.size());
+    return true;
+}
+}  // namespace
+
+Json ErrorReply(const Failure& failure, const std::vector<AskedValue>& asked)
+{
+    const int code = failure.code == kWrongUse ? kInvalidArgument : failure.code;
+    Json error = {{"code", code}};
+    std::string reason = failure.what;
+    for (const AskedValue& one : asked)
+    {
+        if (!reason.starts_with(one.prefix + ": ")) continue;
+        error["name"] = one.name;
+        if (one.value) error["value"] = *one.value;
+        reason.erase(0, one.prefix.size() + 2);
+        (void)DropEnd(&reason, ": " + CodeText(code));
+        if (!one.right.empty()) error["right"] = one.right;
+        (void)DropEnd(&reason, "; it takes " + one.right);
+        break;
+    }
+    error["reason"] = reason;
+    return {{"error", error}};
+}
+
+Json ReplyOf(const Outcome& outcome, const char* name, const std::vector<AskedValue>& asked)
+{
+    if (outcome.failure) return ErrorReply(outcome.failure, asked);
+    Json reply = {{name, outcome.data}};
+    if (!outcome.notes.empty()) reply["notes"] = outcome.notes;
+    return reply;
+}
+}  // namespace kobd::client
