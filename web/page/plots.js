@@ -29,10 +29,10 @@ function remove(name) {
 
 const remember = () => sessionStorage.setItem(place, JSON.stringify([...charts.keys()]));
 
-// Begins to plot it, and says so where the views are chosen.
+// Begins to plot it. Many numbers are kept as texts: the values tell, not the type.
 export function addPlot(name) {
   const object = objects.find((one) => one.name === name);
-  if (!object?.number || !object.readable) throw new Error(`${name} is no number that can be read.`);
+  if (!object?.readable) throw new Error(object ? `${name} cannot be read.` : `There is no object ${name}.`);
   if (charts.has(name)) return;
   const chart = {times: [], values: [], box: make('div', {role: 'img', 'aria-label': `${name} over time`}), now: make('span', {class: 'value'}), unit: object.unit ?? ''};
   chart.element = make('div', {class: 'chart', 'data-name': name}, make('h3', {}, make('span', {class: 'name'}, name), chart.now,
@@ -43,10 +43,12 @@ export function addPlot(name) {
   sample();
 }
 
+export const isNumber = (text) => typeof text === 'string' && text.trim() !== '' && Number.isFinite(Number(text));
+
 function take(chart, text) {
   const value = Number(text);
-  if (text === undefined || text === '' || !Number.isFinite(value)) {
-    chart.now.textContent = 'no number now';
+  if (!isNumber(text)) {
+    chart.now.textContent = text === undefined ? 'cannot be read now' : `"${text}" is no number`;
     chart.values.push(null);
   } else {
     chart.now.textContent = `${value} ${chart.unit}`;
@@ -70,7 +72,7 @@ async function sample() {
 }
 
 export function startPlots() {
-  byId('numbers').append(...objects.filter((one) => one.number && one.readable).map((one) => make('option', {value: one.name})));
+  byId('numbers').append(...objects.filter((one) => one.readable).map((one) => make('option', {value: one.name})));
   const form = byId('plot-form');
   form.addEventListener('submit', async (event) => {
     event.preventDefault();

@@ -1,7 +1,7 @@
 // The view of values: search by name or meaning, look at one, change it in place.
 import {ask, part} from './api.js';
 import {attempt, byId, inputFor, make, newId, refresh} from './dom.js';
-import {addPlot} from './plots.js';
+import {addPlot, isNumber} from './plots.js';
 
 const most = 100;  // shown at once
 export let objects = [];
@@ -48,7 +48,7 @@ function inside(object, element) {
   return make('div', {class: 'inside'}, object.meaning ? make('p', {}, object.meaning) : null, about(object),
     object.writable ? form(object, element) : null,
     make('div', {class: 'line'},
-      object.number && object.readable ? make('button', {onclick: () => addPlot(object.name)}, 'Plot') : null,
+      isNumber(object.value) ? make('button', {onclick: () => { addPlot(object.name); location.hash = 'plots'; }}, 'Plot') : null,
       object.secret && object.readable ? make('button', {onclick: () => attempt(wrong, () => show(object, element))}, 'Show the secret') : null),
     wrong);
 }
@@ -58,9 +58,9 @@ function entry(object) {
   shown.set(object.name, element);
   const details = make('details', {'data-name': object.name},
     make('summary', {}, make('span', {class: 'name'}, object.name), make('span', {class: 'meaning'}, object.meaning ?? ''), element.value));
-  details.addEventListener('toggle', () => {
-    if (details.open && details.children.length === 1) details.append(inside(object, element));
-  });
+  const fill = () => { if (details.children.length === 1) details.append(inside(object, element)); };
+  details.firstChild.addEventListener('click', fill);  // before it opens, so that Tab finds the field at once
+  details.addEventListener('toggle', fill);            // the browser's own search opens it, too
   return details;
 }
 
@@ -92,6 +92,7 @@ async function search() {
   } catch (error) {
     if (mine === searches) byId('found').textContent = error.message;
   }
+  if (mine === searches) byId('objects').setAttribute('aria-busy', 'false');
 }
 
 // Somebody has changed it.
@@ -109,6 +110,7 @@ export async function startValues() {
   objects = (await ask('GET', '/api/objects?values=0')).objects;
   let wait;
   byId('search').addEventListener('input', () => {
+    byId('objects').setAttribute('aria-busy', 'true');
     clearTimeout(wait);
     wait = setTimeout(search, 120);
   });
