@@ -5,13 +5,6 @@
 
 namespace kobd::client
 {
-std::string Joined(const Words& words, const char* separator)
-{
-    std::string out;
-    for (const std::string& word : words) out += (&word == words.data() ? "" : separator) + word;
-    return out;
-}
-
 std::string Counted(size_t count, const char* word)
 {
     return std::to_string(count) + " " + word + (count == 1 ? "" : "s");

@@ -7,15 +7,11 @@
 #include <string_view>
 #include <vector>
 
+#include "client/dictionary/names.h"
 #include "client/output/failure.h"
 
 namespace kobd::client
 {
-using Words = std::vector<std::string>;
-
-// The words with the separator between them.
-std::string Joined(const Words& words, const char* separator = ", ");
-
 // "1 line", "2 lines".
 std::string Counted(size_t count, const char* word);
 

@@ -63,7 +63,7 @@ void JudgeObjects(const Assignments& pairs, Judgement* judgement)
 
 void JudgeRow(const Options& options, const RowAddress& row, Judgement* judgement)
 {
-    if (!row.table->Has(kSet)) return judgement->Say(kRefused, row.Text(), MissingOperation(kSet, {row}));
+    if (!row.table->Has(kSet)) return judgement->Say(kRefused, row.Text(), NoOperation(*row.table, kSet));
     std::string missing;
     const Failure failure = FindMissingRow(options, "cannot tell whether this row exists", {row}, &missing);
     if (failure) return judgement->Say(kOpen, row.Text(), failure.what);
@@ -75,8 +75,7 @@ void JudgeChange(const Options& options, const RowChange& change, Judgement* jud
     JudgeRow(options, change.row, judgement);
     for (const Assignment& pair : change.values)
     {
-        int code = 0;
-        const std::string wrong = WhatIsWrong(*change.row.table, pair.name, pair.value, &code);
+        const std::string wrong = JudgeCell(*change.row.table, pair.name, pair.value).Text(pair.name, pair.value);
         JudgeItem(change.row.Text() + " " + pair.Text(), pair, wrong, "", judgement);
     }
 }

@@ -16,8 +16,8 @@
 #include <sstream>
 
 #include "client/commands/commands.h"
+#include "client/log/log_window.h"
 #include "client/output/terminal.h"
-#include "client/requests/log_window.h"
 #include "client/requests/request.h"
 #include "client/state/daemon_state.h"
 #include "client/state/pending_set.h"
@@ -68,10 +68,11 @@ void LookAtDaemon(const Options& options, Report* report)
 {
     kobd_module daemon{};
     const int error = kobd_module_look(KOBD_MODULE_DAEMON, &daemon);
-    if (error == EACCES) return report->Say(kWrong, "daemon", WhyNoAnswer({.code = KOBD_NOT_RUNNING}));
-    if (daemon.claimed == 0) return report->Say(kWrong, "daemon", "kobd is not running on this bus: start it");
+    if (error != EACCES && daemon.claimed == 0)
+        return report->Say(kWrong, "daemon", "kobd is not running on this bus: start it");
     const auto start = std::chrono::steady_clock::now();
     const Response response = Call(options, KOBD_TABLE_MAX_ROW, {Item(kTagTableName, "FlowTable")});
+    if (error == EACCES && response.code != 0) return report->Say(kWrong, "daemon", response.reason);
     if (response.code == KOBD_INITIALIZE_FAILED)
         return report->Say(kWrong, "daemon", "there is no message queue left for its answer: see msgmni");
     const auto spent = std::chrono::steady_clock::now() - start;
@@ -79,7 +80,7 @@ void LookAtDaemon(const Options& options, Report* report)
     const std::string process = daemon.process != 0 ? "process " + std::to_string(daemon.process) : "kobd";
     report->Judge(response.code == 0, "daemon",
                   process + (response.code == 0 ? " answers in " + std::to_string(us) + " microseconds"
-                                                : " does not answer: " + WhyNoAnswer(response)),
+                                                : " does not answer: " + response.reason),
                   "it runs but is stuck; look at its log");
 }
 

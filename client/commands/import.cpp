@@ -4,7 +4,6 @@
 #include <span>
 
 #include "client/commands/commands.h"
-#include "client/requests/log_window.h"
 #include "client/rows/import_rows.h"
 #include "daemon/base/result.h"
 
@@ -80,7 +79,6 @@ private:
     void SendOrHalve(FileValues values)
     {
         if (!lost_.empty()) return;
-        const LogWindow log;
         const Response response = Call(options_, KOBD_SET, ItemsOf(values));
         const FileValue& first = *values[0];
         if (response.from_bus)
@@ -91,7 +89,7 @@ private:
             for (const FileValue* value : values) Say(value->line, value->name + " set");
         }
         else if (values.size() == 1)
-            refused_[&first] = FailureWithCode(response.code, RefusalText(log.Lines(), first.name, first.value)).what;
+            refused_[&first] = response.why;
         else
         {
             SendOrHalve(values.first(values.size() / 2));

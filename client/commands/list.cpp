@@ -6,7 +6,7 @@
 #include "client/commands/commands.h"
 #include "client/dictionary/column_value.h"
 #include "client/dictionary/names.h"
-#include "client/requests/dump_file.h"
+#include "client/requests/request.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -61,10 +61,8 @@ Outcome CommandList(const Options& options, const Words& patterns)
 
 Outcome CommandDescribe(const Options& options, const Words& words)
 {
-    Words known = AllNames(kObjectRows);
-    for (const TableEntry& table : kTableRows) known.emplace_back(table.name);
     Words names;
-    if (Failure failure = ReadNames(options, words, "object or table", known, &names)) return failure;
+    if (Failure failure = ReadNames(options, words, "object or table", KnownNames(), &names)) return failure;
     Outcome outcome(Json::array(), "");
     for (const std::string& name : names)
     {
@@ -98,9 +96,15 @@ Outcome CommandCompleteNames(const Options&, const Words& words)
 Outcome CommandShow(const Options& options, const Words&)
 {
     Outcome outcome;
-    const Response response = Call(options, KOBD_SHOW, {});
-    if (Failure failure = FailureOf(response, "show")) return failure;
-    if (Failure failure = TakeDumpFile(response, &outcome.text).In("show")) return failure;
+    const Response response = WithClient(options,
+                                         [&](kobd_client* client)
+                                         {
+                                             kobd_bytes content = {};
+                                             const int code = kobd_dump(client, KOBD_SHOW, nullptr, &content);
+                                             outcome.text.assign(static_cast<const char*>(content.next), content.left);
+                                             return code;
+                                         });
+    if (response.code != 0) return Failure{response.code, "show: " + response.why};
     outcome.data = Json::array();
     for (const std::string_view name : LinesOf(outcome.text)) outcome.data.push_back(name);
     return outcome;

@@ -3,7 +3,6 @@
 
 #include "client/commands/commands.h"
 #include "client/dictionary/dictionary.h"
-#include "client/requests/log_window.h"
 #include "client/state/daemon_state.h"
 #include "client/state/pending_set.h"
 #include "daemon/base/result.h"
@@ -12,21 +11,6 @@ namespace kobd::client
 {
 namespace
 {
-// Names the pair that was refused, with the reason from the log or the dictionary. Where neither has one, names all
-// pairs with what their checks accept.
-std::string Reason(const Assignments& pairs, const std::vector<LogLine>& log)
-{
-    Words passed;
-    for (const Assignment& pair : pairs)
-    {
-        if (WasRefused(log, pair.name, pair.value)) return RefusalText(log, pair.name, pair.value);
-        if (std::string wrong = WhatIsWrong(pair.name, pair.value); !wrong.empty()) return wrong;
-        const ObjectEntry& object = *FindObject(pair.name);
-        passed.push_back(pair.Text() + (object.validator != nullptr ? ": it takes " + Accepts(object) : ""));
-    }
-    return Joined(passed);
-}
-
 Words SetNames(const Assignments& pairs)
 {
     Words names;
@@ -88,7 +72,6 @@ Failure Send(const Options& options, const Assignments& pairs, Response* respons
 {
     Values before;  // of a single value there is nothing to tell apart
     if (pairs.size() > 1) (void)ReadValues(options, SetNames(pairs), &before);
-    const LogWindow log;
     *response = Call(options, options.silent ? KOBD_SET_SILENT : KOBD_SET, SetItems(pairs));
     if (response->too_large) return {kBufferLimit, TooLarge("these values") + "; nothing was set"};
     if (response->code == 0 || response->from_bus) return FailureOfChange(*response, "set");
@@ -98,7 +81,7 @@ Failure Send(const Options& options, const Assignments& pairs, Response* respons
     const Applied applied = refused ? Applied() : FindApplied(options, pairs, before);
     if (!applied.failed.empty() && (response->code != kInvalidArgument || !applied.changed.empty()))
         return FailureWithCode(response->code, AppliedText(applied));
-    return FailureWithCode(response->code, Reason(pairs, log.Lines()));
+    return {response->code, response->why};
 }
 
 // Keeps the old values, then sends the new ones. Prints nothing while it holds the lock of the pending set.

@@ -59,8 +59,8 @@ Outcome TableAdd(const Options& options, const Words& words)
     if (Failure failure = CheckColumns(change)) return failure;
     const TableEntry& table = *change.row.table;
     if (!change.values.empty() && table.Has(kAdd) && !table.Has(kSet))
-        return Failure{kMethodUnavailable, MissingOperation(kSet, {change.row}) + ": " + CodeText(kMethodUnavailable) +
-                                               "; nothing was added"};
+        return Failure{kMethodUnavailable,
+                       NoOperation(table, kSet) + ": " + CodeText(kMethodUnavailable) + "; nothing was added"};
     if (Failure failure = AddRow(options, table, &change.row.index)) return failure;
     if (!change.values.empty())
         if (Failure failure = FillRow(options, change)) return failure;

@@ -78,14 +78,14 @@ Outcome TableGet(const Options& options, const Words& words)
 {
     RowAddresses asked;
     if (Failure failure = ReadRows(words, &asked)) return failure;
-    std::vector<Items> parts;
-    for (const auto& [table, index] : asked)
-        parts.push_back({Item(kTagTableName, table->name), Item(kTagRowIndex, index)});
-    const Response response = CallInParts(options, KOBD_TABLE_GET, parts);
-    if (response.from_bus) return FailureOf(response, "table get");
-    if (response.code != 0) return RefusalOf(options, response.code, kGet, asked);
     TableRows rows;
-    if (!AppendRows(response.items, &rows)) return Failure{kSystemError, "table get: the reply holds no rows"};
+    for (const auto& [table, index] : asked)
+    {
+        Row& row = rows[table->name].emplace_back(Row{index});
+        const Response response = ReadOneRow(options, table->name, &row);
+        if (response.from_bus) return FailureOf(response, "table get");
+        if (response.code != 0) return Failure{response.code, response.why};
+    }
     return RowsOutcome({asked[0].table}, rows);
 }
 }  // namespace kobd::client

@@ -148,7 +148,11 @@ Outcome CommandUndo(const Options& options, const Words& words)
     constexpr int64_t kMost = 10000;  // changes that the history keeps
     const auto commits = words.empty() ? 1 : ReadInteger(words[0], 1, kMost);
     if (!commits) return Failure{kWrongUse, "undo takes a number of commits, not '" + words[0] + "'"};
-    if (!UseDaemonsState()) return Failure{kNotRunning, "undo: " + WhyNoAnswer({.code = KOBD_NOT_RUNNING})};
+    if (!UseDaemonsState())
+    {
+        const Response response = Call(options, KOBD_GET, {});
+        return Failure{kNotRunning, "undo: " + (response.from_bus ? response.reason : "this router keeps no history")};
+    }
     std::vector<PastChange> changes;
     if (Failure failure = ReadPastChanges(&changes, static_cast<int>(*commits)))
         return Failure{failure.code, "undo: " + failure.what};

@@ -1,9 +1,7 @@
 // Values of columns against the types that hold them.
 #include "client/dictionary/column_value.h"
 
-#include "client/dictionary/names.h"
 #include "daemon/base/result.h"
-#include "dictionary/value_rule.h"
 
 namespace kobd::client
 {
@@ -53,14 +51,13 @@ std::string Takes(const ColumnDef& column)
     return "no value: the list keeps this text itself";
 }
 
-std::string WhatIsWrong(const TableEntry& table, const std::string& column, const std::string& value, int* code)
+Fault JudgeCell(const TableEntry& table, const std::string& column, const std::string& value)
 {
     const ColumnDef* found = FindColumn(table, column);
-    *code = found == nullptr ? kElementNotFound : kInvalidArgument;
-    if (found == nullptr) return "there is no column " + column + DidYouMean(column, AllNames(table.layout.columns));
-    if (JudgeColumn(value.c_str(), *found) != ValueFault::kNone)
-        return column + "=" + value + ": it takes " + Takes(*found);
-    *code = kSuccess;
-    return "";
+    if (found == nullptr)
+        return {kElementNotFound, "there is no column " + column + DidYouMean(column, AllNames(table.layout.columns))};
+    const ValueFault fault = JudgeColumn(value.c_str(), *found);
+    if (fault == ValueFault::kNone) return {};
+    return {kInvalidArgument, FaultText(fault), Takes(*found)};
 }
 }  // namespace kobd::client

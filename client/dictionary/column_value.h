@@ -16,8 +16,7 @@ std::string Takes(const ColumnDef& column);
 // True when values of the type are numbers, which JSON shows without quotes.
 bool IsNumber(ValueType type);
 
-// What is wrong with "column=value" for the table and what would be right; the empty text when
-// nothing is. The daemon stores 0 for what is no number and cuts what is too large for its field,
-// so the client refuses both. The result code that says the same goes to `code`.
-std::string WhatIsWrong(const TableEntry& table, const std::string& column, const std::string& value, int* code);
+// The fault of the value for the column. The daemon stores 0 for what is no number and cuts what is too large for its
+// field, so the client refuses both.
+Fault JudgeCell(const TableEntry& table, const std::string& column, const std::string& value);
 }  // namespace kobd::client

@@ -1,8 +1,7 @@
 // The client's view of the dictionary.
 #include "client/dictionary/dictionary.h"
 
-#include "client/dictionary/names.h"
-#include "dictionary/value_rule.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {
@@ -60,12 +59,16 @@ const ColumnDef* FindColumn(const TableEntry& table, std::string_view name)
     return FindNamed(table.layout.columns, name);
 }
 
+Words KnownNames()
+{
+    Words names = AllNames(kObjectRows);
+    for (const TableEntry& table : kTableRows) names.emplace_back(table.name);
+    return names;
+}
+
 std::string NoSuchName(const std::string& kind, const std::string& name)
 {
-    Words names;
-    if (kind != "table") names = AllNames(kObjectRows);
-    for (const TableEntry& table : kTableRows) names.emplace_back(table.name);
-    return "there is no " + kind + " " + name + DidYouMean(name, names);
+    return "there is no " + kind + " " + name + DidYouMean(name, kind == "table" ? AllNames(kTableRows) : KnownNames());
 }
 
 Words ReadableObjects()
@@ -74,6 +77,13 @@ Words ReadableObjects()
     for (const ObjectEntry& object : kObjectRows)
         if (object.access != Access::kWriteOnly) names.emplace_back(object.name);
     return names;
+}
+
+bool IsCellularTable(std::string_view table)
+{
+    static constexpr std::string_view kTables[] = {"CellularInterfaceTable", "CellularUSIMTable", "CellularStatsTable",
+                                                   "cellularaccesspointTable"};
+    return std::ranges::find(kTables, table) != std::end(kTables);
 }
 
 const char* AccessText(Access access)
@@ -112,13 +122,55 @@ std::string Accepts(const ObjectEntry& object)
     return AcceptsByType(object) + (rule.empty() ? "" : "; " + rule);
 }
 
-std::string WhatIsWrong(const std::string& name, const std::string& value)
+std::string Fault::Text(const std::string& name, const std::string& value) const
+{
+    return right.empty() ? reason : name + "=" + value + ": it takes " + right;
+}
+
+Fault JudgeObject(const std::string& name, const std::string& value)
 {
     const ObjectEntry* object = FindObject(name);
-    if (object == nullptr && FindTable(name) != nullptr) return name + " is a table, not an object";
-    if (object == nullptr) return NoSuchName("object", name);
-    if (object->access == Access::kReadOnly) return name + " is read-only";
-    const bool fits = JudgeValue(value.c_str(), object->type, object->limitation).fault == ValueFault::kNone;
-    return fits ? "" : name + "=" + value + ": it takes " + Accepts(*object);
+    if (object == nullptr && FindTable(name) != nullptr) return {kInvalidArgument, name + " is a table, not an object"};
+    if (object == nullptr) return {kNotFound, NoSuchName("object", name)};
+    if (object->access == Access::kReadOnly) return {kReadonly, name + " is read-only"};
+    const ValueFault fault = JudgeValue(value.c_str(), object->type, object->limitation).fault;
+    if (fault == ValueFault::kNone) return {};
+    return {kInvalidArgument, FaultText(fault), Accepts(*object)};
+}
+
+std::string WhatIsWrong(const std::string& name, const std::string& value)
+{
+    return JudgeObject(name, value).Text(name, value);
+}
+
+const char* FaultText(ValueFault fault)
+{
+    switch (fault)
+    {
+        case ValueFault::kNone: return "nothing is wrong with it";
+        case ValueFault::kNoDigits: return "it is no number in decimal digits";
+        case ValueFault::kRange: return "it is out of range";
+        case ValueFault::kLength: return "its length is out of range";
+        case ValueFault::kForbidden: return "it has one of the characters ` $ ( ) | &";
+        case ValueFault::kNoFlag: return "it is neither 0 nor 1";
+        case ValueFault::kNoChoice: return "it is none of the choices";
+        case ValueFault::kNoAddress: return "it is no address of this kind";
+        case ValueFault::kNoValue: break;
+    }
+    return "nothing can be set here";
+}
+
+std::string NoOperation(const TableEntry& table, Operation operation)
+{
+    return std::string(table.name) + " has no " + Joined(OperationNames(operation)) + " operation, it has " +
+           Joined(OperationNames(table.operations));
+}
+
+std::string NoRow(const std::string& table, int32_t index, const std::vector<int32_t>& present)
+{
+    Words indexes;
+    for (const int32_t one : present) indexes.push_back(std::to_string(one));
+    return table + " has no row " + std::to_string(index) +
+           (indexes.empty() ? ", it is empty" : ", it has " + Joined(indexes));
 }
 }  // namespace kobd::client

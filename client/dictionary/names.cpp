@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "daemon/base/result.h"
+
 namespace kobd::client
 {
 namespace
@@ -32,6 +34,15 @@ size_t Distance(std::string_view a, std::string_view b)
 }
 }  // namespace
 
+std::string CodeText(int code) { return std::string(ResultText(code)) + " (" + std::to_string(code) + ")"; }
+
+std::string Joined(const Words& words, const char* separator)
+{
+    std::string out;
+    for (const std::string& word : words) out += (&word == words.data() ? "" : separator) + word;
+    return out;
+}
+
 bool HasWildcards(std::string_view word) { return word.find_first_of("*?[") != std::string_view::npos; }
 
 bool MatchesName(const std::string& pattern, const std::string& name, bool exact_case)
@@ -41,7 +52,7 @@ bool MatchesName(const std::string& pattern, const std::string& name, bool exact
     return std::search(name.begin(), name.end(), pattern.begin(), pattern.end(), same) != name.end() || pattern.empty();
 }
 
-std::string DidYouMean(std::string_view name, const Words& known)
+std::string_view NearestName(std::string_view name, const Words& known)
 {
     std::string_view nearest;
     size_t least = std::max<size_t>(2, name.size() / 3);
@@ -52,6 +63,12 @@ std::string DidYouMean(std::string_view name, const Words& known)
         least = distance;
         nearest = candidate;
     }
-    return nearest.empty() ? "" : ", did you mean " + std::string(nearest) + "?";
+    return nearest;
+}
+
+std::string DidYouMean(std::string_view name, const Words& known)
+{
+    const std::string nearest(NearestName(name, known));
+    return nearest.empty() ? "" : ", did you mean " + nearest + "?";
 }
 }  // namespace kobd::client

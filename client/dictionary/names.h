@@ -1,13 +1,20 @@
-// Rows of the catalogue by name, names that match a pattern, and "did you mean" for a name that is not known.
+// Rows of the catalogue by name, result codes in words, names that match a pattern, and "did you mean" for a name that is not known.
 #pragma once
 
 #include <string>
 #include <string_view>
-
-#include "client/arguments/words.h"
+#include <vector>
 
 namespace kobd::client
 {
+using Words = std::vector<std::string>;
+
+// A result code in words: "Invalid argument (2)".
+std::string CodeText(int code);
+
+// The words with the separator between them.
+std::string Joined(const Words& words, const char* separator = ", ");
+
 // The first row with this name, which is the one that requests reach; nullptr when there is none.
 template <class Rows>
 auto FindNamed(const Rows& rows, std::string_view name) -> decltype(&*std::begin(rows))
@@ -33,7 +40,10 @@ bool HasWildcards(std::string_view word);
 // and lower case count as the same letter unless `exact_case`.
 bool MatchesName(const std::string& pattern, const std::string& name, bool exact_case = false);
 
-// ", did you mean KNOWN?" for the end of an error: the known name that is the fewest changed letters away. The empty
-// text when none is near. Upper and lower case count as the same letter.
+// The known name that is the fewest changed letters away; the empty text when none is near. Upper and lower case count
+// as the same letter.
+std::string_view NearestName(std::string_view name, const Words& known);
+
+// ", did you mean KNOWN?" for the end of an error; the empty text when no known name is near.
 std::string DidYouMean(std::string_view name, const Words& known);
 }  // namespace kobd::client

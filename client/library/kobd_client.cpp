@@ -1,18 +1,20 @@
-// The client library: a plain C face over the bus and the item reader and writer.
+// Requests and their replies: a plain C face over the bus and the item reader and writer.
 #include "client/library/kobd_client.h"
 
 #include <algorithm>
-#include <array>
-#include <atomic>
 #include <cstdlib>
 #include <cstring>
+#include <map>
 #include <new>
 
+#include "client/dictionary/dictionary.h"
+#include "client/library/connection.h"
 #include "daemon/base/result.h"
 #include "daemon/base/tlv.h"
 #include "platform/bus_client.h"
 
 using namespace kobd;
+using namespace kobd::client;
 
 // The header repeats for its callers what the daemon's own headers say.
 static_assert(KOBD_SUCCESS == kSuccess && KOBD_NOT_FOUND == kNotFound && KOBD_INVALID == kInvalidArgument);
@@ -44,18 +46,7 @@ static_assert(KOBD_MODULE_SERVICES == kModuleServices && KOBD_MODULE_FORWARD == 
 
 namespace
 {
-constexpr int kDefaultTimeoutMs = 5000;
-constexpr int kStopLookMs = 50;  // how long a stopped watch may take to notice
-
-struct Message
-{
-    alignas(MessageHeader) std::array<char, kMessageMax> bytes{};
-
-    MessageHeader* Header() { return reinterpret_cast<MessageHeader*>(bytes.data()); }
-    const MessageHeader* Header() const { return reinterpret_cast<const MessageHeader*>(bytes.data()); }
-    char* Room() { return bytes.data() + sizeof(MessageHeader); }
-    kobd_bytes Payload() const { return {bytes.data() + sizeof(MessageHeader), Header()->length}; }
-};
+constexpr size_t kNamesAtOnce = 100;  // a reply to more would not fit one message
 
 // Makes a message to the module. Result 11 when the payload is too long for one.
 int Fill(Message* message, uint32_t module, MessageClass message_class, uint16_t id, const void* payload, size_t length)
@@ -71,27 +62,6 @@ int Fill(Message* message, uint32_t module, MessageClass message_class, uint16_t
     return kSuccess;
 }
 
-// Makes a client or a watch, whose connection `open` opens. Where that fails, *made is NULL.
-template <class Connected, class Open>
-int MakeConnected(Connected** made, Open open)
-{
-    *made = new (std::nothrow) Connected;
-    if (*made == nullptr) return kMallocFailed;
-    const int code = open(&(*made)->bus);
-    if (code == kSuccess) return kSuccess;
-    delete *made;
-    *made = nullptr;
-    return code;
-}
-
-template <class Connected>
-void Close(Connected* connected)
-{
-    if (connected == nullptr) return;
-    BusClientClose(&connected->bus);
-    delete connected;
-}
-
 // Whether the payload is a result with sound items behind it, so that a caller who reads on never meets a broken one.
 bool IsReply(kobd_bytes payload, kobd_item* result)
 {
@@ -105,65 +75,32 @@ bool IsReply(kobd_bytes payload, kobd_item* result)
 }
 }  // namespace
 
-struct kobd_items
+kobd_items::~kobd_items() { free(bytes); }
+
+bool kobd_items::Grow(size_t more)
 {
-    char* bytes = nullptr;  // from malloc
-    size_t used = 0;
-    size_t size = 0;
+    if (size - used >= more) return true;
+    const size_t wanted = std::max(2 * size, used + more);
+    auto* grown = static_cast<char*>(realloc(bytes, wanted));
+    if (grown == nullptr) return false;
+    bytes = grown;
+    size = wanted;
+    return true;
+}
 
-    kobd_items() = default;
-    kobd_items(const kobd_items&) = delete;
-    kobd_items& operator=(const kobd_items&) = delete;
-    ~kobd_items() { free(bytes); }
-
-    // Makes room for `more` bytes behind the used ones; false without memory.
-    bool Grow(size_t more)
-    {
-        if (size - used >= more) return true;
-        const size_t wanted = std::max(2 * size, used + more);
-        auto* grown = static_cast<char*>(realloc(bytes, wanted));
-        if (grown == nullptr) return false;
-        bytes = grown;
-        size = wanted;
-        return true;
-    }
-
-    // Adds an item of at most `most` bytes. 0; 7 without memory; 11 when the item is too long.
-    template <class Write>
-    int Add(size_t most, Write write)
-    {
-        if (!Grow(most)) return kMallocFailed;
-        TlvWriter writer({bytes + used, size - used});
-        if (!write(&writer)) return kBufferLimit;
-        used += writer.Size();
-        return kSuccess;
-    }
-};
-
-struct kobd_client
+namespace
 {
-    BusClient bus;
-    int timeout_ms = kDefaultTimeoutMs;
-    bool answered = false;
-    Message request;
-    Message reply;
-    kobd_bytes left = {};  // of the reply
-};
-
-struct kobd_watch
+// Adds an item of at most `most` bytes. 0; 7 without memory; 11 when the item is too long.
+template <class Write>
+int AddItem(kobd_items* items, size_t most, Write write)
 {
-    BusClient bus;
-    Message message;
-    kobd_bytes left = {};  // of the message
-    std::atomic<bool> stopped = false;
-};
-
-struct kobd_tap
-{
-    BusTap* bus = nullptr;
-    BusTapped tapped = {};
-    Message message;
-};
+    if (!items->Grow(most)) return kMallocFailed;
+    TlvWriter writer({items->bytes + items->used, items->size - items->used});
+    if (!write(&writer)) return kBufferLimit;
+    items->used += writer.Size();
+    return kSuccess;
+}
+}  // namespace
 
 const char* kobd_result_text(int code) { return ResultText(code); }
 
@@ -174,12 +111,12 @@ void kobd_items_free(kobd_items* items) { delete items; }
 int kobd_items_add_text(kobd_items* items, uint16_t tag, const char* text)
 {
     const std::string_view value = text;
-    return items->Add(kItemHeader + value.size() + 1, [&](TlvWriter* writer) { return writer->Text(tag, value); });
+    return AddItem(items, kItemHeader + value.size() + 1, [&](TlvWriter* writer) { return writer->Text(tag, value); });
 }
 
 int kobd_items_add_number(kobd_items* items, uint16_t tag, int32_t number)
 {
-    return items->Add(kIntItem, [&](TlvWriter* writer) { return writer->Int(tag, number); });
+    return AddItem(items, kIntItem, [&](TlvWriter* writer) { return writer->Int(tag, number); });
 }
 
 const void* kobd_items_bytes(const kobd_items* items, size_t* size)
@@ -201,28 +138,82 @@ int kobd_bytes_next(kobd_bytes* bytes, kobd_item* out)
     return 1;
 }
 
-int kobd_client_open(kobd_client** client) { return MakeConnected(client, BusClientOpen); }
+const char* kobd_client_version(void) { return KOBD_CLIENT_VERSION; }
 
-void kobd_client_close(kobd_client* client) { Close(client); }
+int kobd_client_open(kobd_client** client)
+{
+    *client = new (std::nothrow) kobd_client;
+    if (*client == nullptr) return kMallocFailed;
+    const int code = BusClientOpen(&(*client)->bus);
+    if (code == kSuccess) return kSuccess;
+    delete *client;
+    *client = nullptr;
+    return code;
+}
+
+void kobd_client_close(kobd_client* client)
+{
+    if (client == nullptr) return;
+    BusClientClose(&client->bus);
+    delete client;
+}
 
 void kobd_client_set_timeout(kobd_client* client, int milliseconds) { client->timeout_ms = std::max(milliseconds, 0); }
 
+namespace kobd::client
+{
+int Ended(kobd_client* client, int code)
+{
+    client->code = code;
+    return code;
+}
+
+int Ended(kobd_client* client, Explained why)
+{
+    client->explained = std::move(why);
+    return Ended(client, client->explained->code);
+}
+}  // namespace kobd::client
+
 namespace
 {
+bool NamesCellularTable(kobd_bytes items)
+{
+    for (kobd_item item{}; kobd_bytes_next(&items, &item) == 1;)
+        if (item.tag == kTagTableName && item.text != nullptr && IsCellularTable(item.text)) return true;
+    return false;
+}
+
+// A check may refuse these, and says why in the log.
+bool IsJudged(MessageClass message_class, uint16_t id)
+{
+    return message_class == kClassRequest &&
+           (id == kReqObjSet || id == kReqObjSetSilent || id == kReqTableSet || id == kReqTableSetSilent);
+}
+
+int Send(kobd_client* client, MessageClass message_class, uint16_t id, kobd_bytes items)
+{
+    const int code = Fill(&client->request, kModuleKobd, message_class, id, items.next, items.left);
+    if (code != kSuccess) return code;
+    if (IsJudged(message_class, id)) client->log = {};
+    client->waited_ms = client->timeout_ms.value_or(NamesCellularTable(items) ? kCellularTimeoutMs : kDefaultTimeoutMs);
+    return BusClientCall(&client->bus, client->request.Header(), client->reply.Header(), client->waited_ms);
+}
+
 int CallClass(kobd_client* client, MessageClass message_class, uint16_t id, const kobd_items* items)
 {
     client->left = {};
     client->answered = false;
-    int code = Fill(&client->request, kModuleKobd, message_class, id, items != nullptr ? items->bytes : nullptr,
-                    items != nullptr ? items->used : 0);
-    if (code == kSuccess)
-        code = BusClientCall(&client->bus, client->request.Header(), client->reply.Header(), client->timeout_ms);
-    if (code != kSuccess) return code;
+    client->explained.reset();
+    client->changes.clear();
+    const int code = Send(client, message_class, id,
+                          items != nullptr ? kobd_bytes{items->bytes, items->used} : kobd_bytes{nullptr, 0});
+    if (code != kSuccess) return Ended(client, code);
     kobd_item result{};
-    if (!IsReply(client->reply.Payload(), &result)) return kSystemError;
+    if (!IsReply(client->reply.Payload(), &result)) return Ended(client, kSystemError);
     client->answered = true;
     kobd_reply_rewind(client);
-    return result.number;
+    return Ended(client, result.number);
 }
 }  // namespace
 
@@ -257,12 +248,56 @@ int kobd_get(kobd_client* client, const char* name, char* value, size_t size)
     while (kobd_reply_next(client, &item) != 0)
     {
         if (item.tag != KOBD_TAG_VALUE || item.text == nullptr) continue;
-        if (item.length > size) return kBufferLimit;
+        if (item.length > size) return Ended(client, kBufferLimit);
         memcpy(value, item.value, item.length);
         return kSuccess;
     }
     // A name that cannot be read is left out of the reply, which does not say why.
-    return kNotFound;
+    return Ended(client, kNotFound);
+}
+
+namespace
+{
+using Values = std::map<std::string, std::string, std::less<>>;
+
+int GetTogether(kobd_client* client, const char* const* names, size_t count, Values* values)
+{
+    kobd_items items;
+    for (size_t i = 0; i < count; ++i)
+        if (const int code = kobd_items_add_text(&items, KOBD_TAG_OBJECT_NAME, names[i])) return code;
+    if (const int code = kobd_call(client, KOBD_GET, &items)) return code;
+    std::string name;
+    for (kobd_item item{}; kobd_reply_next(client, &item) != 0;)
+        if (item.tag == KOBD_TAG_OBJECT_NAME && item.text != nullptr)
+            name = item.text;
+        else if (item.tag == KOBD_TAG_VALUE && item.text != nullptr)
+            (*values)[name] = item.text;
+    return kSuccess;
+}
+
+// Where a request or its reply does not fit one message, each half is asked for by itself.
+int GetInParts(kobd_client* client, const char* const* names, size_t count, Values* values)
+{
+    if (count <= kNamesAtOnce)
+    {
+        const int code = GetTogether(client, names, count, values);
+        if (code != kBufferLimit || count <= 1) return code;
+    }
+    const int code = GetInParts(client, names, count / 2, values);
+    return code != kSuccess ? code : GetInParts(client, names + count / 2, count - count / 2, values);
+}
+}  // namespace
+
+int kobd_get_many(kobd_client* client, const char* const* names, size_t count, kobd_pair_function each, void* context)
+{
+    Values values;
+    if (const int code = GetInParts(client, names, count, &values)) return code;
+    for (size_t i = 0; i < count; ++i)
+    {
+        const auto value = values.find(std::string_view(names[i]));
+        each(context, names[i], value != values.end() ? value->second.c_str() : nullptr);
+    }
+    return kSuccess;
 }
 
 int kobd_set(kobd_client* client, const char* const* names, const char* const* values, size_t count)
@@ -278,8 +313,12 @@ int kobd_set(kobd_client* client, const char* const* names, const char* const* v
 
 int kobd_send_event(kobd_client* client, uint32_t module, uint16_t id, const void* payload, size_t length)
 {
-    if (const int code = Fill(&client->request, module, kClassEvent, id, payload, length)) return code;
-    return BusClientSend(&client->bus, client->request.Header(), client->timeout_ms);
+    client->answered = false;
+    client->explained.reset();
+    client->waited_ms = client->timeout_ms.value_or(kDefaultTimeoutMs);
+    const int code = Fill(&client->request, module, kClassEvent, id, payload, length);
+    if (code != kSuccess) return Ended(client, code);
+    return Ended(client, BusClientSend(&client->bus, client->request.Header(), client->waited_ms));
 }
 
 int kobd_module_look(uint32_t module, kobd_module* look)
@@ -288,73 +327,4 @@ int kobd_module_look(uint32_t module, kobd_module* look)
     const int error = BusModuleLook(module, &seen);
     *look = {seen.claimed ? 1 : 0, seen.queue ? 1 : 0, seen.messages, seen.capacity, seen.owner, seen.process};
     return error;
-}
-
-int kobd_watch_open(kobd_watch** watch, uint32_t module)
-{
-    return MakeConnected(watch, [&](BusClient* bus) { return BusClientJoin(bus, module); });
-}
-
-void kobd_watch_close(kobd_watch* watch) { Close(watch); }
-
-int kobd_watch_next(kobd_watch* watch, int milliseconds, uint16_t* id)
-{
-    for (int left = milliseconds; !watch->stopped; left -= kStopLookMs)
-    {
-        const bool endless = milliseconds < 0;
-        const int code = BusClientReceive(&watch->bus, watch->message.Header(),
-                                          endless ? kStopLookMs : std::clamp(left, 0, kStopLookMs));
-        if (code == kReplyTimeout && (endless || left > kStopLookMs)) continue;
-        if (code != kSuccess) return code;
-        watch->left = watch->message.Payload();
-        *id = watch->message.Header()->id;
-        return kSuccess;
-    }
-    return kNotRunning;
-}
-
-int kobd_watch_item(kobd_watch* watch, kobd_item* item) { return kobd_bytes_next(&watch->left, item) == 1 ? 1 : 0; }
-
-kobd_bytes kobd_watch_payload(const kobd_watch* watch) { return watch->message.Payload(); }
-
-void kobd_watch_stop(kobd_watch* watch) { watch->stopped = true; }
-
-int kobd_tap_open(kobd_client* client, kobd_tap** tap)
-{
-    *tap = new (std::nothrow) kobd_tap;
-    if (*tap == nullptr) return kMallocFailed;
-    const int code = BusTapOpen(&client->bus, &(*tap)->bus, client->timeout_ms);
-    if (code != kSuccess)
-    {
-        delete *tap;
-        *tap = nullptr;
-    }
-    return code;
-}
-
-void kobd_tap_close(kobd_tap* tap)
-{
-    if (tap == nullptr) return;
-    BusTapClose(tap->bus);
-    delete tap;
-}
-
-int kobd_tap_next(kobd_tap* tap, int milliseconds, kobd_tapped* tapped)
-{
-    uint32_t missed = 0;
-    const MessageHeader* header = tap->message.Header();
-    const int code = BusTapNext(tap->bus, &tap->tapped, tap->message.Header(), &missed, milliseconds);
-    if (code != kSuccess) return code;
-    *tapped = {.kind = tap->tapped.kind,
-               .missed = missed,
-               .time_us = tap->tapped.time_us,
-               .took_ns = tap->tapped.took_ns,
-               .process = tap->tapped.process,
-               .program = tap->tapped.program,
-               .module = header->destination,
-               .message_class = header->message_class,
-               .id = header->id,
-               .payload = tap->message.Payload(),
-               .message = {header, sizeof *header + header->length}};
-    return kSuccess;
 }

@@ -234,11 +234,14 @@ kobd_changes* kobd_changes_new(void); /* empty; NULL without memory; free it wit
 void kobd_changes_free(kobd_changes* changes); /* changes may be NULL */
 int kobd_changes_add(kobd_changes* changes, const char* table, int32_t index, const char* column, const char* value);
 
-/* Makes the changes: all are checked before the first row is written. silent: neither announced nor made durable. A
- * table, a column or a value that the dictionary refuses is found before anything is sent: 1, 12 or 2; and so is a
- * missing row among several: 13. Returns as kobd_call does; 4 also when the change file cannot be written, and the
- * explanation tells why. The list stays as it is. */
-int kobd_changes_set(kobd_client* client, const kobd_changes* changes, int silent);
+#define KOBD_SILENT 1    /* the rows are neither announced nor made durable */
+#define KOBD_UNCHECKED 2 /* values that the router showed before: send them whatever the dictionary says */
+
+/* Makes the changes: all are checked before the first row is written. flags: 0, or of the two above. A table, a column
+ * or a value that the dictionary refuses is found before anything is sent: 1, 12 or 2; and so is a missing row among
+ * several: 13. Returns as kobd_call does; 4 also when the change file cannot be written, and the explanation tells why.
+ * The list stays as it is. */
+int kobd_changes_set(kobd_client* client, const kobd_changes* changes, int flags);
 
 /* Removes the change files of all calls in progress in this process. For the handler of a signal that ends the program:
  * the library removes them itself when its calls return. May be called from any thread or signal handler. */
@@ -381,7 +384,7 @@ void kobd_tap_close(kobd_tap* tap); /* tap may be NULL */
  * the next call. */
 int kobd_tap_next(kobd_tap* tap, int milliseconds, kobd_tapped* tapped);
 
-/* As kobd_watch_descriptor, for kobd_tap_next. What the thread has taken and you have not is at most 256 messages. */
+/* As kobd_watch_descriptor, for kobd_tap_next. What the thread has taken and you have not is at most 64 messages. */
 int kobd_tap_descriptor(kobd_tap* tap);
 
 /* -- looking ---------------------------------------------------------------------------------- */

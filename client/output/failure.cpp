@@ -8,8 +8,6 @@
 
 namespace kobd::client
 {
-std::string CodeText(int code) { return std::string(ResultText(code)) + " (" + std::to_string(code) + ")"; }
-
 Failure FailureWithCode(int code, const std::string& what) { return {code, what + ": " + CodeText(code)}; }
 
 Failure SystemFailure(const std::string& what) { return {kSystemError, what + ": " + strerror(errno)}; }

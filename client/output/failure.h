@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "client/dictionary/names.h"
+
 namespace kobd::client
 {
 // In place of a result code: the words of the command line are no command. kobctl then names the help, and its exit
@@ -20,9 +22,6 @@ struct [[nodiscard]] Failure
     // The same failure, "COMMAND: " before it; none where nothing failed.
     Failure In(const std::string& command) const { return *this ? Failure{code, command + ": " + what} : Failure(); }
 };
-
-// "Invalid argument (2)".
-std::string CodeText(int code);
 
 // A failure whose text ends with its code in words.
 Failure FailureWithCode(int code, const std::string& what);

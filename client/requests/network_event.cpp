@@ -22,15 +22,11 @@ Failure FindEvent(const std::string& name, const NetworkEvent** event)
 Failure SendEvent(const Options& options, const NetworkEvent& event, const std::string& text)
 {
     const size_t length = text.empty() ? 0 : text.size() + 1;  // the daemon reads the text to its zero byte
-    kobd_client* client = nullptr;
-    int code = kobd_client_open(&client);
-    if (code == KOBD_SUCCESS)
-    {
-        kobd_client_set_timeout(client, TimeoutFor(options, {}));
-        code = kobd_send_event(client, KOBD_MODULE_DAEMON, event.id, length != 0 ? text.c_str() : nullptr, length);
-        kobd_client_close(client);
-    }
-    if (code == KOBD_BUFFER_LIMIT) return Failure{code, TooLarge("this text") + "; nothing was sent"};
-    return FailureOf({.code = code, .from_bus = true, .timeout_ms = TimeoutFor(options, {})}, event.name);
+    const char* payload = length != 0 ? text.c_str() : nullptr;
+    const Response response =
+        WithClient(options, [&](kobd_client* client)
+                   { return kobd_send_event(client, KOBD_MODULE_DAEMON, event.id, payload, length); });
+    if (response.too_large) return Failure{response.code, TooLarge("this text") + "; nothing was sent"};
+    return FailureOf(response, event.name);
 }
 }  // namespace kobd::client

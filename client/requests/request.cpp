@@ -2,8 +2,6 @@
 #include "client/requests/request.h"
 
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <cstdio>
 #include <memory>
 
@@ -13,12 +11,7 @@ namespace kobd::client
 {
 namespace
 {
-constexpr size_t kPartsAtOnce = 100;  // a reply to more would not fit one message
-
-constexpr int kTimeoutMs = 5000;
-constexpr int kCellularTimeoutMs = 75000;
-constexpr std::array<std::string_view, 4> kCellularTables = {"CellularInterfaceTable", "CellularUSIMTable",
-                                                             "CellularStatsTable", "cellularaccesspointTable"};
+constexpr char kNoQueue[] = "the system has no message queue for the answer, see kobctl doctor";
 
 struct FreeItems
 {
@@ -53,18 +46,38 @@ Response CallWith(const Options& options, const Items& items, CallOne call)
 {
     const BuiltItems built = Build(items);
     if (built == nullptr) return {.code = KOBD_BUFFER_LIMIT, .too_large = true};
-    kobd_client* client = nullptr;
-    if (const int code = kobd_client_open(&client)) return {.code = code, .from_bus = true};
-    const int timeout_ms = TimeoutFor(options, items);
-    kobd_client_set_timeout(client, timeout_ms);
-    Response response = {.code = call(client, built.get()), .timeout_ms = timeout_ms};
-    response.too_large = kobd_answered(client) == 0 && response.code == KOBD_BUFFER_LIMIT;
-    response.from_bus = kobd_answered(client) == 0 && !response.too_large;
-    for (kobd_item item{}; kobd_reply_next(client, &item) == 1;) response.items.push_back(Copy(item));
-    kobd_client_close(client);
+    Items reply;
+    Response response = WithClient(options,
+                                   [&](kobd_client* client)
+                                   {
+                                       const int code = call(client, built.get());
+                                       for (kobd_item item{}; kobd_reply_next(client, &item) == 1;)
+                                           reply.push_back(Copy(item));
+                                       return code;
+                                   });
+    response.items = std::move(reply);
     return response;
 }
 }  // namespace
+
+Response WithClient(const Options& options, const std::function<int(kobd_client*)>& use)
+{
+    kobd_client* client = nullptr;
+    if (const int code = kobd_client_open(&client))
+        return {.code = code, .from_bus = true, .reason = kNoQueue, .why = FailureWithCode(code, kNoQueue).what};
+    if (options.timeout_ms) kobd_client_set_timeout(client, *options.timeout_ms);
+    Response response = {.code = use(client)};
+    const bool unanswered = response.code != 0 && kobd_answered(client) == 0;
+    response.too_large = unanswered && response.code == KOBD_BUFFER_LIMIT;
+    response.from_bus = unanswered && !response.too_large;
+    if (const kobd_explanation* why = kobd_explain(client))
+    {
+        response.reason = why->reason;
+        response.why = why->text;
+    }
+    kobd_client_close(client);
+    return response;
+}
 
 Items SetItems(const Assignments& pairs)
 {
@@ -119,16 +132,6 @@ std::string ModuleText(uint32_t module)
     return text;
 }
 
-int TimeoutFor(const Options& options, const Items& items)
-{
-    if (options.timeout_ms) return *options.timeout_ms;
-    const auto is_slow = [](const Item& item) {
-        return item.tag == KOBD_TAG_TABLE_NAME &&
-               std::ranges::find(kCellularTables, item.text) != kCellularTables.end();
-    };
-    return std::ranges::any_of(items, is_slow) ? kCellularTimeoutMs : kTimeoutMs;
-}
-
 Response Call(const Options& options, kobd_request id, const Items& items)
 {
     return CallWith(options, items,
@@ -156,58 +159,28 @@ std::optional<std::vector<std::string>> AskHost(kobd_host_control question, cons
     return texts;
 }
 
-Response CallInParts(const Options& options, kobd_request id, std::span<const Items> parts)
-{
-    if (parts.size() <= kPartsAtOnce)
-    {
-        Items items;
-        for (const Items& part : parts) items.insert(items.end(), part.begin(), part.end());
-        Response response = Call(options, id, items);
-        if (response.code != KOBD_BUFFER_LIMIT || parts.size() <= 1) return response;
-    }
-    const size_t middle = parts.size() / 2;
-    Response first = CallInParts(options, id, parts.first(middle));
-    if (first.code != 0) return first;
-    const Response second = CallInParts(options, id, parts.subspan(middle));
-    if (second.code != 0) return second;
-    first.items.insert(first.items.end(), second.items.begin(), second.items.end());
-    return first;
-}
-
 Response ReadValues(const Options& options, const Words& names, Values* values)
 {
-    std::vector<Items> parts;
-    for (const std::string& name : names) parts.push_back({Item(KOBD_TAG_OBJECT_NAME, name)});
-    Response response = CallInParts(options, KOBD_GET, parts);
-    const Items& answers = response.items;
-    for (size_t i = 0; i + 1 < answers.size(); i += 2) (*values)[answers[i].text] = answers[i + 1].text;
-    return response;
-}
-
-std::string WhyNoAnswer(const Response& response)
-{
-    kobd_module daemon = {};
-    switch (response.code)
+    std::vector<const char*> asked;
+    for (const std::string& name : names) asked.push_back(name.c_str());
+    const auto keep = [](void* into, const char* name, const char* value)
     {
-        case KOBD_TIMEOUT: return "no answer within " + std::to_string(response.timeout_ms) + " ms";
-        case KOBD_INITIALIZE_FAILED: return "the system has no message queue for the answer, see kobctl doctor";
-        case KOBD_NOT_RUNNING:
-            return kobd_module_look(KOBD_MODULE_DAEMON, &daemon) == EACCES
-                       ? "kobd runs as another user: be that user or root"
-                       : "kobd is not running on this bus";
-        default: return "kobd was not reached";
-    }
+        if (value != nullptr) (*static_cast<Values*>(into))[name] = value;
+    };
+    return WithClient(
+        options, [&](kobd_client* client) { return kobd_get_many(client, asked.data(), asked.size(), keep, values); });
 }
 
 Failure FailureOf(const Response& response, const std::string& what)
 {
     if (response.code == 0) return {};
-    return FailureWithCode(response.code, what + (response.from_bus ? ": " + WhyNoAnswer(response) : ""));
+    if (response.from_bus) return {response.code, what + ": " + response.why};
+    return FailureWithCode(response.code, what);
 }
 
 Failure FailureOfChange(const Response& response, const std::string& what)
 {
     if (!response.MayBeDone()) return FailureOf(response, what);
-    return FailureWithCode(response.code, what + ": " + WhyNoAnswer(response) + ", see whether it was done");
+    return FailureWithCode(response.code, what + ": " + response.reason + ", see whether it was done");
 }
 }  // namespace kobd::client

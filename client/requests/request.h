@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <span>
@@ -45,11 +46,12 @@ std::optional<Items> ReadItems(std::span<const char> bytes);
 
 struct Response
 {
-    int code = 0;            // result of the daemon, or of the library when `from_bus`
-    bool from_bus = false;   // no reply arrived
-    bool too_large = false;  // the request does not fit one message; nothing was sent
-    int timeout_ms = 0;      // how long the reply was waited for
-    Items items = {};        // what follows the result
+    int code = 0;             // result of the daemon, or of the library when `from_bus`
+    bool from_bus = false;    // no reply arrived
+    bool too_large = false;   // the request does not fit one message; nothing was sent
+    std::string reason = {};  // why it failed, as kobd_explain tells
+    std::string why = {};     // the same in full, with the result code in words
+    Items items = {};         // what follows the result
 
     // No reply came in time: what was asked for may be done, or be done later.
     bool MayBeDone() const { return from_bus && code == KOBD_TIMEOUT; }
@@ -58,9 +60,9 @@ struct Response
 // The address of a module: "0x5A510003".
 std::string ModuleText(uint32_t module);
 
-// How long to wait for the answer to a request with these items, in milliseconds: what --timeout says, else 5000, or
-// 75000 where they name a cellular table, for which the daemon runs commands for up to 60 seconds.
-int TimeoutFor(const Options& options, const Items& items);
+// Opens a client that waits as long as the options say, and lets `use` call the library with it. The response has the
+// code that `use` returns, and why.
+Response WithClient(const Options& options, const std::function<int(kobd_client*)>& use);
 
 // Sends one request and waits for its reply.
 Response Call(const Options& options, kobd_request id, const Items& items);
@@ -71,19 +73,11 @@ Response CallHost(const Options& options, kobd_host_control id, const Items& ite
 // The texts that the imitated router answers this question with; nothing when nobody answers, as on a router.
 std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items = {});
 
-// Asks for many things; `parts` has the items of each. The response has the items of all replies. Where a request or
-// its reply does not fit one message, each half is asked for by itself: result 11 means that a single thing is too
-// large. Stops at the first other failure.
-Response CallInParts(const Options& options, kobd_request id, std::span<const Items> parts);
-
 using Values = std::map<std::string, std::string>;  // of objects, by name
 
 // Reads the objects, in as many requests as needed. `values` lacks those that are unknown or could not be read,
 // because the daemon leaves them out.
 Response ReadValues(const Options& options, const Words& names, Values* values);
-
-// Why no reply arrived.
-std::string WhyNoAnswer(const Response& response);
 
 // The failure of a request, `what` before its reason; none when the result is 0.
 Failure FailureOf(const Response& response, const std::string& what);

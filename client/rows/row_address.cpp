@@ -9,33 +9,9 @@ namespace kobd::client
 {
 namespace
 {
-std::string RowTexts(const RowAddresses& rows)
-{
-    Words texts;
-    for (const RowAddress& row : rows) texts.push_back(row.Text());
-    return Joined(texts);
-}
-
 void AddOnce(const TableEntry* table, Tables* tables)
 {
     if (std::ranges::find(*tables, table) == tables->end()) tables->push_back(table);
-}
-
-std::string RefusalText(const Options& options, int code, Operation operation, const RowAddresses& rows)
-{
-    const TableEntry& first = *rows.front().table;
-    std::string missing;
-    switch (code)
-    {
-        case kIndexNotFound:
-            return FindMissingRow(options, "", rows, &missing) || missing.empty() ? RowTexts(rows) : missing;
-        case kMethodUnavailable: return MissingOperation(operation, rows);
-        case kTableFull:
-            return std::string(first.name) + " holds " + std::to_string(first.max_rows) + " rows, its maximum";
-        case kBufferLimit:
-            return RowTexts(rows) + " does not fit one reply, kobctl table dump " + first.name + " shows it";
-        default: return RowTexts(rows);
-    }
 }
 }  // namespace
 
@@ -86,28 +62,12 @@ Failure FindMissingRow(const Options& options, const std::string& what, const Ro
     if (Failure failure = DumpRows(options, what, tables, &present)) return failure;
     for (const auto& [table, index] : rows)
     {
-        Words indexes;
-        for (const Row& row : present[table->name]) indexes.push_back(std::to_string(row.index));
-        if (std::ranges::find(indexes, std::to_string(index)) != indexes.end()) continue;
-        *missing = std::string(table->name) + " has no row " + std::to_string(index) +
-                   (indexes.empty() ? ", it is empty" : ", it has " + Joined(indexes));
+        std::vector<int32_t> indexes;
+        for (const Row& row : present[table->name]) indexes.push_back(row.index);
+        if (std::ranges::find(indexes, index) != indexes.end()) continue;
+        *missing = NoRow(table->name, index, indexes);
         return {};
     }
     return {};
-}
-
-std::string MissingOperation(Operation operation, const RowAddresses& rows)
-{
-    for (const auto& [table, index] : rows)
-        for (const Operation needed : {operation == kSetParentPath ? kAdd : operation, operation})
-            if (!table->Has(needed))
-                return std::string(table->name) + " has no " + Joined(OperationNames(needed)) + " operation, it has " +
-                       Joined(OperationNames(table->operations));
-    return RowTexts(rows);
-}
-
-Failure RefusalOf(const Options& options, int code, Operation operation, const RowAddresses& rows)
-{
-    return FailureWithCode(code, RefusalText(options, code, operation, rows));
 }
 }  // namespace kobd::client

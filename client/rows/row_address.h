@@ -1,4 +1,4 @@
-// Tables and rows that words name, and why the daemon refuses them.
+// Tables and rows that words name.
 #pragma once
 
 #include <cstdint>
@@ -36,12 +36,4 @@ Failure ReadRows(const Words& table_and_indexes, RowAddresses* rows);
 // Asks the daemon whether the rows exist. `missing` names the first one that does not, with the rows that its table
 // has; it stays empty when all exist. A failure to ask begins with `what`.
 Failure FindMissingRow(const Options& options, const std::string& what, const RowAddresses& rows, std::string* missing);
-
-// Names the first table of the rows that lacks the operation, with the operations that it has. The addresses of the
-// rows when none lacks it.
-std::string MissingOperation(Operation operation, const RowAddresses& rows);
-
-// Why the daemon refused `operation` on the rows with this result code: which row or operation is missing, or how many
-// rows the table may hold. Asks the daemon for its rows where it must.
-Failure RefusalOf(const Options& options, int code, Operation operation, const RowAddresses& rows);
 }  // namespace kobd::client

@@ -1,76 +1,60 @@
-// Changes of rows, and why the daemon refuses them.
+// Changes of rows, sent through the library.
 #include "client/rows/row_change.h"
 
-#include <algorithm>
+#include <csignal>
+#include <memory>
 
 #include "client/dictionary/column_value.h"
 #include "client/dictionary/names.h"
-#include "client/requests/log_window.h"
-#include "client/rows/change_file.h"
-#include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
 {
 namespace
 {
-Items ChangeItems(const RowChanges& changes)
+struct FreeChanges
 {
-    Items items;
+    void operator()(kobd_changes* changes) const { kobd_changes_free(changes); }
+};
+
+// NULL without memory, or when a text is too long for a change file.
+std::unique_ptr<kobd_changes, FreeChanges> Build(const RowChanges& changes)
+{
+    std::unique_ptr<kobd_changes, FreeChanges> built(kobd_changes_new());
     for (const RowChange& change : changes)
-    {
-        items.emplace_back(kTagTableName, change.row.table->name);
-        items.emplace_back(kTagRowIndex, change.row.index);
         for (const auto& [column, value] : change.values)
-        {
-            items.emplace_back(kTagColumnName, column);
-            items.emplace_back(kTagValue, value);
-        }
-    }
-    return items;
+            if (built != nullptr && kobd_changes_add(built.get(), change.row.table->name, change.row.index,
+                                                     column.c_str(), value.c_str()) != KOBD_SUCCESS)
+                built.reset();
+    return built;
 }
 
-// The last line that a check of these rows wrote; nullptr when none did.
-const LogLine* CheckLine(const RowChanges& changes, const std::vector<LogLine>& log)
+constexpr int kEndingSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+
+void RemoveAndEnd(int number)
 {
-    const auto by_check = [&](const LogLine& line)
+    kobd_remove_change_files();
+    signal(number, SIG_DFL);
+    raise(number);
+}
+
+// While this object exists, a signal that ends the program removes the change file. A signal that the caller of the
+// program ignores stays ignored.
+class ChangeFilesGoWithUs
+{
+public:
+    ChangeFilesGoWithUs() { Handle(RemoveAndEnd); }
+    ~ChangeFilesGoWithUs() { Handle(SIG_DFL); }
+    ChangeFilesGoWithUs(const ChangeFilesGoWithUs&) = delete;
+    ChangeFilesGoWithUs& operator=(const ChangeFilesGoWithUs&) = delete;
+
+private:
+    static void Handle(void (*handler)(int))
     {
-        return std::any_of(changes.begin(), changes.end(),
-                           [&](const RowChange& change) { return line.function == change.row.table->validator; });
-    };
-    const auto found = std::find_if(log.rbegin(), log.rend(), by_check);
-    return found == log.rend() ? nullptr : &*found;
-}
-
-std::string ChangeText(const RowChange& change)
-{
-    std::string out = change.row.Text();
-    for (const Assignment& value : change.values) out += " " + value.Text();
-    return out;
-}
-
-// The rows that the check may have refused, all of them when no check said anything.
-std::string ChangeTexts(const RowChanges& changes, const LogLine* said)
-{
-    Words texts;
-    for (const RowChange& change : changes)
-        if (said == nullptr || said->function == change.row.table->validator) texts.push_back(ChangeText(change));
-    return (texts.size() > 1 ? "one of these rows: " : "") + Joined(texts);
-}
-
-// Why the daemon refused the changes. The check of a row writes its reason to the log.
-Failure WhyRefused(const Options& options, int code, const RowChanges& changes, const std::vector<LogLine>& log)
-{
-    const RowAddresses rows = RowsOf(changes);
-    const bool all_can_be_set = std::ranges::all_of(rows, [](const RowAddress& row) { return row.table->Has(kSet); });
-    if (code == kIndexNotFound || !all_can_be_set) return RefusalOf(options, code, kSet, rows);
-    const LogLine* said = CheckLine(changes, log);
-    std::string out = ChangeTexts(changes, said);
-    if (said != nullptr) out += ": " + said->message + " (" + said->function + ")";
-    if (said != nullptr || changes.size() == 1)
-        out += RuleOf(said != nullptr ? said->function : rows.front().table->validator, "; it takes ");
-    return FailureWithCode(code, out);
-}
+        for (const int number : kEndingSignals)
+            if (signal(number, handler) == SIG_IGN) signal(number, SIG_IGN);
+    }
+};
 }  // namespace
 
 Failure ReadColumnValue(const std::string& word, Assignments* values)
@@ -97,9 +81,8 @@ Failure CheckColumns(const RowChange& change)
 {
     for (const auto& [column, value] : change.values)
     {
-        int code = 0;
-        const std::string wrong = WhatIsWrong(*change.row.table, column, value, &code);
-        if (!wrong.empty()) return FailureWithCode(code, change.row.Text() + ": " + wrong);
+        if (const Fault fault = JudgeCell(*change.row.table, column, value))
+            return FailureWithCode(fault.code, change.row.Text() + ": " + fault.Text(column, value));
     }
     return {};
 }
@@ -114,38 +97,32 @@ RowAddresses RowsOf(const RowChanges& changes)
 Failure SendChanges(const Options& options, const RowChanges& changes)
 {
     if (changes.empty()) return {};
-    ChangeFile file;
-    const Items items = ChangeItems(changes);
-    if (Failure failure = file.Write(items)) return failure;
-    Options waiting = options;  // for the tables that the file names
-    waiting.timeout_ms = TimeoutFor(options, items);
-    const LogWindow log;
-    const kobd_request request = options.silent ? KOBD_TABLE_SET_SILENT : KOBD_TABLE_SET;
-    const Response response = Call(waiting, request, {Item(kTagValue, file.Path())});
-    if (response.code == 0 || response.from_bus) return FailureOfChange(response, "table set");
-    return WhyRefused(options, response.code, changes, log.Lines());
+    const auto built = Build(changes);
+    if (built == nullptr) return {kSystemError, "a value is too long for a change file"};
+    // A command checks what a person gives; the old values of rows may be what the dictionary refuses.
+    const int flags = KOBD_UNCHECKED | (options.silent ? KOBD_SILENT : 0);
+    const ChangeFilesGoWithUs guard;
+    const Response response =
+        WithClient(options, [&](kobd_client* client) { return kobd_changes_set(client, built.get(), flags); });
+    if (response.from_bus && response.code != kSystemError) return FailureOfChange(response, "table set");
+    return response.code == 0 ? Failure() : Failure{response.code, response.why};
 }
 
 Failure AddRow(const Options& options, const TableEntry& table, int32_t* index)
 {
-    const bool below = !options.parent.empty();
-    Items items = {Item(kTagTableName, table.name)};
-    if (below) items.emplace_back(kTagParentPath, options.parent);
-    const Response response = Call(options, below ? KOBD_SUB_TABLE_ADD : KOBD_TABLE_ADD, items);
+    const char* parent = options.parent.empty() ? nullptr : options.parent.c_str();
+    const Response response =
+        WithClient(options, [&](kobd_client* client) { return kobd_row_add(client, table.name, parent, index); });
     if (response.from_bus || response.too_large) return FailureOfChange(response, "table add");
-    if (response.code != 0)
-        return RefusalOf(options, response.code, below ? kSetParentPath : kAdd, {{&table, kNoIndexYet}});
-    if (response.items.empty() || !response.items[0].number)
-        return {kSystemError, "table add: the reply holds no index"};
-    *index = *response.items[0].number;
-    return {};
+    if (response.code == kSystemError) return {response.code, "table add: " + response.why};
+    return response.code == 0 ? Failure() : Failure{response.code, response.why};
 }
 
 Failure DeleteRow(const Options& options, const RowAddress& row)
 {
-    const Items items = {Item(kTagTableName, row.table->name), Item(kTagRowIndex, row.index)};
-    const Response response = Call(options, KOBD_TABLE_DEL, items);
-    if (response.code == 0 || response.from_bus) return FailureOfChange(response, "table del");
-    return RefusalOf(options, response.code, kDel, {row});
+    const Response response =
+        WithClient(options, [&](kobd_client* client) { return kobd_row_del(client, row.table->name, row.index); });
+    if (response.from_bus) return FailureOfChange(response, "table del");
+    return response.code == 0 ? Failure() : Failure{response.code, response.why};
 }
 }  // namespace kobd::client

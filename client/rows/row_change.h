@@ -27,7 +27,7 @@ Failure CheckColumns(const RowChange& change);
 // The rows that the changes name.
 RowAddresses RowsOf(const RowChanges& changes);
 
-// Has the daemon apply the changes, together. They go through a change file, which is gone when this returns.
+// Has the daemon apply the changes, together. Neither they nor a signal leave a change file behind.
 Failure SendChanges(const Options& options, const RowChanges& changes);
 
 // Adds an empty row to the table, below the options' parent where there is one.

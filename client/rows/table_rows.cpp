@@ -1,10 +1,7 @@
-// Items to rows.
+// Rows as the library reads them.
 #include "client/rows/table_rows.h"
 
 #include "client/dictionary/names.h"
-#include "client/requests/dump_file.h"
-#include "daemon/base/messages.h"
-#include "daemon/base/result.h"
 
 namespace kobd::client
 {
@@ -14,41 +11,39 @@ std::string Row::ValueOf(std::string_view column) const
     return found != nullptr ? found->value : "";
 }
 
-bool AppendRows(const Items& items, TableRows* rows)
+namespace
 {
-    std::vector<Row>* table = nullptr;
-    uint16_t previous = kTagValue;
-    for (const Item& item : items)
+Response Dump(const Options& options, const Tables& tables, TableRows* rows)
+{
+    std::vector<const char*> names;
+    for (const TableEntry* table : tables)
     {
-        if (item.tag == kTagTableName && previous == kTagValue)
-            table = &(*rows)[item.text];
-        else if (item.tag == kTagRowIndex && previous == kTagTableName && item.number)
-            table->push_back({*item.number});
-        else if (item.tag == kTagColumnName && table != nullptr && (previous == kTagRowIndex || previous == kTagValue))
-            table->back().values.push_back({item.text, ""});
-        else if (item.tag == kTagValue && previous == kTagColumnName)
-            table->back().values.back().value = item.text;
-        else
-            return false;
-        previous = item.tag;
+        names.push_back(table->name);
+        (*rows)[table->name] = {};
     }
-    return previous == kTagValue;
+    const auto keep = [](void* into, const char* table, int32_t index, const char* const* columns,
+                         const char* const* values, size_t count)
+    {
+        Row& row = (*static_cast<TableRows*>(into))[table].emplace_back(Row{index});
+        for (size_t i = 0; i < count; ++i) row.values.push_back({columns[i], values[i]});
+    };
+    return WithClient(
+        options, [&](kobd_client* client) { return kobd_rows_of(client, names.data(), names.size(), keep, rows); });
+}
+}  // namespace
+
+Response ReadOneRow(const Options& options, const std::string& table, Row* row)
+{
+    const auto keep = [](void* into, const char* column, const char* value) {
+        static_cast<Row*>(into)->values.push_back({column, value});
+    };
+    return WithClient(options,
+                      [&](kobd_client* client) { return kobd_row_get(client, table.c_str(), row->index, keep, row); });
 }
 
 Failure DumpRows(const Options& options, const std::string& what, const Tables& tables, TableRows* rows)
 {
-    Items items;
-    for (const TableEntry* table : tables)
-    {
-        items.emplace_back(kTagTableName, table->name);
-        (*rows)[table->name] = {};
-    }
-    const Response response = Call(options, KOBD_TABLE_DUMP, items);
-    if (Failure failure = FailureOf(response, what)) return failure;
-    std::string bytes;
-    if (Failure failure = TakeDumpFile(response, &bytes).In(what)) return failure;
-    const auto read = ReadItems(bytes);
-    if (read && AppendRows(*read, rows)) return {};
-    return {kSystemError, what + ": the dump file holds no rows that can be read"};
+    const Response response = Dump(options, tables, rows);
+    return response.code == 0 ? Failure() : Failure{response.code, what + ": " + response.why};
 }
 }  // namespace kobd::client

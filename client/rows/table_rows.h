@@ -1,4 +1,4 @@
-// Rows of tables, read from the items of a reply or of a dump file.
+// Rows of tables, as the daemon has them.
 #pragma once
 
 #include <map>
@@ -22,11 +22,9 @@ struct Row
 using TableRows = std::map<std::string, std::vector<Row>>;  // by the name of the table
 using Tables = std::vector<const TableEntry*>;
 
-// Appends the rows that the items hold: table name, index and pairs of column name and value, one row after the
-// other. False when the items are in another order.
-[[nodiscard]] bool AppendRows(const Items& items, TableRows* rows);
+// Reads the columns of the row with this index.
+Response ReadOneRow(const Options& options, const std::string& table, Row* row);
 
-// Has the daemon write all rows of the tables to a dump file, and reads and removes it. `rows` then has an entry for
-// each of the tables. A failure begins with `what`.
+// Reads all rows of the tables. `rows` then has an entry for each of them. A failure begins with `what`.
 Failure DumpRows(const Options& options, const std::string& what, const Tables& tables, TableRows* rows);
 }  // namespace kobd::client

@@ -178,8 +178,8 @@ constexpr Verb kVerbs[] = {{"set", ReadSet, {"--announce"}},
 Failure NotImitated(const Response& response, const std::string& what)
 {
     if (response.from_bus && response.code == KOBD_TIMEOUT)
-        return FailureWithCode(response.code, what + ": no answer within " + std::to_string(response.timeout_ms) +
-                                                  " ms; this router is not the imitated one, or it is busy");
+        return FailureWithCode(response.code,
+                               what + ": " + response.reason + "; this router is not the imitated one, or it is busy");
     if (!response.from_bus && response.code == kIndexNotFound)
         return FailureWithCode(response.code, "there is no such row");
     if (!response.from_bus && response.code == kTableFull) return FailureWithCode(response.code, "the table is full");

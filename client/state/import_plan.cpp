@@ -52,10 +52,9 @@ Assignments WantedOf(const TableEntry& table, const FileRow& row)
     {
         if (!IsExported(table, column)) continue;
         const FileValue* found = FindNamed(row, column.name);
-        int code = 0;
         if (found != nullptr)
             wanted.push_back({column.name, found->value});
-        else if (WhatIsWrong(table, column.name, "", &code).empty())
+        else if (!JudgeCell(table, column.name, ""))
             wanted.push_back({column.name, ""});
     }
     return wanted;
@@ -75,8 +74,8 @@ void CheckRow(const TableEntry& table, const FileRow& row, LineErrors* errors)
     FirstLines lines;
     for (const FileValue& value : row)
     {
-        int code = 0;
-        std::string wrong = IsStoredFlag(table, value) ? "" : WhatIsWrong(table, value.name, value.value, &code);
+        std::string wrong =
+            IsStoredFlag(table, value) ? "" : JudgeCell(table, value.name, value.value).Text(value.name, value.value);
         const ColumnDef* column = FindColumn(table, value.name);
         if (wrong.empty() && column->alias_of != nullptr)
             wrong = value.name + " is another name of " + column->alias_of;

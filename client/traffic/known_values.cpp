@@ -35,11 +35,9 @@ Row* FindRow(std::vector<Row>* rows, int32_t index)
 
 std::optional<Row> ReadRow(const Options& options, const std::string& table, int32_t index)
 {
-    const Response response =
-        Call(options, KOBD_TABLE_GET, {Item(KOBD_TAG_TABLE_NAME, table), Item(KOBD_TAG_ROW_INDEX, index)});
-    TableRows read;
-    if (response.code != 0 || !AppendRows(response.items, &read) || read[table].empty()) return std::nullopt;
-    return read[table].front();
+    Row row = {index};
+    if (ReadOneRow(options, table, &row).code != 0) return std::nullopt;
+    return row;
 }
 
 Items ItemsOf(const kobd_tapped& message)

@@ -1,5 +1,5 @@
 // Reads the end of the daemon's log.
-#include "client/requests/log_window.h"
+#include "client/log/log_window.h"
 
 #include <sys/stat.h>
 
@@ -7,7 +7,6 @@
 #include <cstring>
 #include <fstream>
 
-#include "client/dictionary/dictionary.h"
 #include "daemon/base/log.h"
 
 namespace kobd::client
@@ -58,14 +57,14 @@ std::vector<LogLine>::const_iterator BehindVerdict(const std::vector<LogLine>& l
         .base();
 }
 
-// What the check said just before the verdict, with "; " at its end; the empty text when it said nothing.
+// What the check said just before the verdict; the empty text when it said nothing.
 std::string CheckMessage(const std::vector<LogLine>& lines, std::vector<LogLine>::const_iterator behind_verdict)
 {
     if (behind_verdict - lines.begin() < 2) return "";
     const LogLine& reason = *(behind_verdict - 2);
     const bool praise = reason.message.find("] is valid ") != std::string::npos;  // of a part that passed
     if (reason.function == kVerdictFunction || reason.message.empty() || praise) return "";
-    return reason.message + " (" + reason.function + "); ";
+    return reason.message + " (" + reason.function + ")";
 }
 }  // namespace
 
@@ -81,14 +80,11 @@ std::vector<LogLine> LogWindow::Lines() const { return LinesFrom(file_, size_); 
 
 std::vector<LogLine> LastLogLines() { return LinesFrom(0, 0); }
 
-bool WasRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
+std::optional<std::string> RefusalIn(const std::vector<LogLine>& lines, const std::string& name,
+                                     const std::string& value)
 {
-    return BehindVerdict(lines, name, value) != lines.begin();
-}
-
-std::string RefusalText(const std::vector<LogLine>& lines, const std::string& name, const std::string& value)
-{
-    return name + "=" + value + ": " + CheckMessage(lines, BehindVerdict(lines, name, value)) + "it takes " +
-           Accepts(*FindObject(name));
+    const auto behind = BehindVerdict(lines, name, value);
+    if (behind == lines.begin()) return std::nullopt;
+    return CheckMessage(lines, behind);
 }
 }  // namespace kobd::client

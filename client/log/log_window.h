@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,10 +32,8 @@ private:
 // The last lines of the log, of at most 1 MB; empty when it cannot be read.
 std::vector<LogLine> LastLogLines();
 
-// Whether the lines say that `name` with `value` was refused.
-bool WasRefused(const std::vector<LogLine>& lines, const std::string& name, const std::string& value);
-
-// "NAME=VALUE: MESSAGE (CHECK); it takes ...". Without "MESSAGE (CHECK); " where the lines do not have the message of
-// the check that refused the value.
-std::string RefusalText(const std::vector<LogLine>& lines, const std::string& name, const std::string& value);
+// What the check said when it refused `name` with `value`: "MESSAGE (CHECK)", or the empty text where the lines do not
+// have its message. Nothing when no line says that the value was refused.
+std::optional<std::string> RefusalIn(const std::vector<LogLine>& lines, const std::string& name,
+                                     const std::string& value);
 }  // namespace kobd::client
