@@ -7,7 +7,7 @@ const [source, address, pictures] = process.argv.slice(2);
 const {chromium} = (await import(pathToFileURL(`${source}/.cache/browser-driver/index.js`))).default;
 const kobctl = (...words) => execFileSync('kobctl', words, {encoding: 'utf8'}).trim();
 const browser = await chromium.launch({executablePath: execFileSync('sh', ['-c', 'command -v chromium'], {encoding: 'utf8'}).trim(), args: ['--no-sandbox', '--disable-gpu', '--disable-dev-shm-usage']});
-const context = await browser.newContext({viewport: {width: 1400, height: 900}, colorScheme: 'light'});
+const context = await browser.newContext({viewport: {width: 1400, height: 740}, colorScheme: 'light'});
 context.setDefaultTimeout(10000);
 const page = await context.newPage();
 const complaints = [];

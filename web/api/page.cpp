@@ -12,7 +12,8 @@ const char* TypeOf(std::string_view file)
     if (file.ends_with(".html")) return "text/html; charset=utf-8";
     if (file.ends_with(".css")) return "text/css; charset=utf-8";
     if (file.ends_with(".svg")) return "image/svg+xml";
-    return "text/javascript; charset=utf-8";
+    if (file.ends_with(".js")) return "text/javascript; charset=utf-8";
+    return "text/plain; charset=utf-8";
 }
 
 Json ParametersOf(const Route& route)

@@ -1,6 +1,6 @@
 // The view of plots: any number over time, read once a second, one chart a number.
 import {ask, part} from './api.js';
-import {attempt, byId, make} from './dom.js';
+import {attempt, byId, clock, make} from './dom.js';
 import {objects} from './values.js';
 
 const kept = 900;  // samples
@@ -12,7 +12,7 @@ const colour = (name) => getComputedStyle(document.documentElement).getPropertyV
 function options(width) {
   const axis = {stroke: colour('--soft'), grid: {stroke: colour('--line'), width: 1}, ticks: {show: false}};
   return {width, height: 150, cursor: {y: false}, scales: {y: {range: (_, low, high) => low === high ? [low - 1, high + 1] : [low, high]}},
-    axes: [axis, {...axis, size: 64}], series: [{}, {stroke: colour('--accent'), width: 2, points: {show: false}}]};
+    axes: [{...axis, space: 90, values: (_, times) => times.map((time) => clock(new Date(time * 1000)))}, {...axis, size: 64, space: 25}], series: [{}, {stroke: colour('--accent'), width: 2, points: {show: false}}]};
 }
 
 function draw(chart) {

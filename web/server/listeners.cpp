@@ -1,4 +1,6 @@
 // The part of the connections that sends events.
+#include <sys/socket.h>
+
 #include "web/server/connections.h"
 #include "web/server/limits.h"
 
@@ -19,6 +21,8 @@ void Connections::SetGreeting(const std::string& event)
 
 void Connections::BeginListening(Connection* connection)
 {
+    const int size = kLagMost / 4;  // what waits in the kernel is lag, too
+    setsockopt(connection->socket, SOL_SOCKET, SO_SNDBUF, &size, sizeof size);
     connection->phase = Phase::kListening;
     connection->in.clear();
     const std::lock_guard lock(mutex_);
