@@ -18,7 +18,7 @@ OBJECT, TABLE, SIM = "/api/objects/webHttpPort", "/api/tables/FwUrlFilterTable",
 REQUESTS = [
     ("GET", OBJECT, None, 200, '"value":"80" "most":65535 "meaning"'),
     ("GET", OBJECT + "x", None, 404, '"right":"webHttpPort"'),
-    ("GET", "/api/objects?match=webHttp*&match=IME?&describe=0", None, 200, '"webHttpPort","value":"80" "IMEI"'),
+    ("GET", "/api/objects?match=webHttp*&match=IME%3F&describe=0", None, 200, '"webHttpPort","value":"80" "IMEI"'),
     ("GET", "/api/objects?search=tcp+port+http&values=0", None, 200, '"webHttpPort"'),
     ("GET", "/api/objects?match=nothing", None, 200, '{"objects":[]}'),
     ("PUT", OBJECT, {"value": 70000}, 422, '"value":"70000" "right":"an'),
@@ -44,6 +44,10 @@ REQUESTS = [
     ("PATCH", "/api/tables", {"FwUrlFilterTable": {"2": {"URL": "a.example"}, "9": {"URL": "b.example"}}}, 404, '"index":9'),
     ("GET", TABLE + "/2", None, 200, "example.com"),
     ("PATCH", "/api/tables", {"FwUrlFilterTable": {"2": {"URL": "a.example"}}, "DnsClientTable": {"1": {"Enable": 0}}}, 200, '"rows":2'),
+    ("POST", SIM + "/failures", {"name": "FwUrlFilterTable", "operation": "set", "times": 1}, 204, ""),
+    ("PATCH", "/api/tables", {"FwUrlFilterTable": {"2": {"URL": "z.example"}}, "DnsClientTable": {"1": {"Enable": 1}}}, 502, '"left":[] as before'),
+    ("GET", "/api/tables/DnsClientTable/1", None, 200, '"Enable":"0"'),
+    ("GET", TABLE + "/2", None, 200, "a.example"),
     ("PATCH", "/api/tables", {"FwUrlFilterTable": {"two": {}}}, 400, "'two'"),
     ("PATCH", TABLE + "/2", {"URL": "b.example"}, 200, '"URL":"b.example"'),
     ("DELETE", TABLE + "/2", None, 204, ""),
@@ -121,6 +125,7 @@ for what, status, parts in [
     ("a length that is none", 400, [put + "-1\r\n\r\n"]),
     ("a transfer encoding", 411, [f"PUT {OBJECT} HTTP/1.1\r\n{head}Transfer-Encoding: chunked\r\n\r\n0\r\n\r\n"]),
     ("a long header", 431, ["GET / HTTP/1.1\r\nX: " + "x" * 20000]),
+    ("a long address", 414, ["GET /" + "x" * 12000 + " HTTP/1.1\r\n\r\n"]),
     ("no HTTP", 400, ["hello\r\n\r\n"]),
 ]:
     answer = raw(*parts, wait=0.001 if len(parts) > 2 else 0.05)

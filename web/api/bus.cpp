@@ -13,17 +13,21 @@ struct Close
 };
 thread_local std::unique_ptr<kobd_client, Close> bus;
 
+// Result codes that the library has no names for.
+constexpr int kReadOnly = 10;
+constexpr int kNoSuchColumn = 12;
+
 int StatusOf(int code, bool answered)
 {
     switch (code)
     {
         case KOBD_NOT_FOUND:
         case KOBD_INVALID:
-        case 12: return 422;  // no such column
+        case kReadOnly:
+        case kNoSuchColumn: return 422;
         case 13: return 404;  // no such row
-        case 10:
         case 15:
-        case 16: return 409;  // read only, the table is full, no such operation
+        case 16: return 409;  // the table is full, no such operation
         case KOBD_TIMEOUT: return 504;
         case KOBD_BUFFER_LIMIT: return 413;
         default: return answered ? 502 : 503;
@@ -51,6 +55,11 @@ kobd_client* Bus()
         throw Problem{503, "The message bus cannot be used: " + std::string(kobd_result_text(code)) + "."};
     bus.reset(client);
     return client;
+}
+
+bool IsRefusal(int code)
+{
+    return code == KOBD_INVALID || code == KOBD_NOT_FOUND || code == kReadOnly || code == kNoSuchColumn;
 }
 
 Json MembersOf(const kobd_explanation& why)

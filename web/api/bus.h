@@ -23,6 +23,9 @@ void Demand(int code);
 // Why the last call of this thread's client was refused.
 Problem ProblemOfCall(int code);
 
+// Whether the code says that a request was refused before anything was changed.
+bool IsRefusal(int code);
+
 // `why` as members of a problem or of a verdict: object, table, index, column, value, reason, right.
 Json MembersOf(const kobd_explanation& why);
 

@@ -117,8 +117,7 @@ Json SetAll(const Assignments& pairs)
     if (const int code = Set(pairs))
     {
         Problem problem = ProblemOfCall(code);
-        const bool refused = code == KOBD_INVALID || code == KOBD_NOT_FOUND;  // before anything was changed
-        if (!refused && kobd_answered(Bus()) != 0) TakeBack(pairs, before, &problem);
+        if (!IsRefusal(code) && kobd_answered(Bus()) != 0) TakeBack(pairs, before, &problem);
         throw problem;
     }
     Json set = Json::array();

@@ -21,11 +21,19 @@ std::string TextIn(const Call& call, const char* key)
     return value.get<std::string>();
 }
 
-std::string NumberIn(const Call& call, const char* key, int otherwise)
+std::string NumberIn(const Call& call, const char* key)
 {
-    const Json value = call.body.value(key, Json(otherwise));
-    if (!value.is_number_integer()) throw Problem{422, std::string("\"") + key + "\" is no integer."};
+    const Json value = call.body.value(key, Json());
+    if (!value.is_number_integer()) throw Problem{422, std::string("The body lacks the integer \"") + key + "\"."};
     return value.dump();
+}
+
+// --KEY N, when the body has it.
+void AddOption(const Call& call, const char* key, Words* words)
+{
+    if (!call.body.contains(key)) return;
+    words->push_back(std::string("--") + key);
+    words->push_back(NumberIn(call, key));
 }
 
 // NAME=VALUE for each member of the body.
@@ -59,16 +67,19 @@ Reply PutSimObjects(const Call& call)
 Reply PostSimFailure(const Call& call)
 {
     const std::string operation = TextIn(call, "operation");
-    Words words = {"fail", "--code", NumberIn(call, "code", 17), "--times", NumberIn(call, "times", 0)};
+    Words words = {"fail"};
     if (operation != "commit") words.push_back(NoOption(TextIn(call, "name")));
     words.push_back(NoOption(operation));
+    AddOption(call, "code", &words);
+    AddOption(call, "times", &words);
     return Done(Sim(call, words));
 }
 
 Reply PostSimDelay(const Call& call)
 {
-    return Done(Sim(call, {"slow", "--times", NumberIn(call, "times", 0), NoOption(TextIn(call, "name")),
-                           NoOption(NumberIn(call, "milliseconds", 0))}));
+    Words words = {"slow", NoOption(TextIn(call, "name")), NoOption(NumberIn(call, "milliseconds"))};
+    AddOption(call, "times", &words);
+    return Done(Sim(call, words));
 }
 
 Reply PostSimRow(const Call& call)

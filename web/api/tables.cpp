@@ -1,20 +1,13 @@
 // Tables: rows as columns and values.
-#include <memory>
-
 #include "web/api/bus.h"
 #include "web/api/describe.h"
 #include "web/api/routes.h"
+#include "web/api/row_changes.h"
 
 namespace kobd::web
 {
 namespace
 {
-struct Free
-{
-    void operator()(kobd_changes* changes) const { kobd_changes_free(changes); }
-};
-using Changes = std::unique_ptr<kobd_changes, Free>;
-
 int32_t IndexIn(const std::string& text) { return NumberIn(text, "The index of a row", 0, INT32_MAX); }
 
 std::string Shown(const char* table, const char* column, const char* value, bool secrets)
@@ -48,26 +41,6 @@ Json RowsOf(const Call& call, const char* table)
     return reading.rows;
 }
 
-void Add(const Changes& changes, const std::string& table, int32_t index, const Json& columns)
-{
-    if (!columns.is_object()) throw Problem{422, table + ": a row is an object of columns and values."};
-    for (const auto& [column, value] : columns.items())
-    {
-        const std::string text = ValueIn(value, table + " " + column);
-        if (const int code = kobd_changes_add(changes.get(), table.c_str(), index, column.c_str(), text.c_str()))
-            throw Problem{code == KOBD_BUFFER_LIMIT ? 413 : 503, table + " " + column + ": " + kobd_result_text(code)};
-    }
-}
-
-Changes NewChanges()
-{
-    Changes changes(kobd_changes_new());
-    if (changes == nullptr) throw Problem{503, "There is no memory left."};
-    return changes;
-}
-
-void Store(const Changes& changes) { Demand(kobd_changes_set(Bus(), changes.get(), 0)); }
-
 // Refuses, before a row is added, columns that the dictionary refuses.
 void CheckColumns(const std::string& table, const Json& columns)
 {
@@ -85,11 +58,11 @@ void CheckColumns(const std::string& table, const Json& columns)
 
 void FillOrDelete(const std::string& table, int32_t index, const Json& columns)
 {
-    const Changes changes = NewChanges();
     try
     {
-        Add(changes, table, index, columns);
-        Store(changes);
+        RowChanges changes;
+        changes.Add(table, index, columns);
+        changes.Store();
     }
     catch (Problem& problem)
     {
@@ -144,29 +117,24 @@ Reply PostRow(const Call& call)
 
 Reply PatchTables(const Call& call)
 {
-    const Changes changes = NewChanges();
-    size_t rows = 0;
+    RowChanges changes;
     for (const auto& [table, of_table] : call.body.items())
     {
         if (!of_table.is_object()) throw Problem{422, table + ": a table is an object of rows by their index."};
-        for (const auto& [index, columns] : of_table.items())
-        {
-            Add(changes, table, IndexIn(index), columns);
-            ++rows;
-        }
+        for (const auto& [index, columns] : of_table.items()) changes.Add(table, IndexIn(index), columns);
     }
-    if (rows == 0) throw Problem{422, "The body names no row."};
-    Store(changes);
-    return {{{"rows", rows}}};
+    if (changes.Rows() == 0) throw Problem{422, "The body names no column."};
+    changes.Store();
+    return {{{"rows", changes.Rows()}}};
 }
 
 Reply PatchRow(const Call& call)
 {
     const kobd_table_description& table = TableCalled(call.names[0]);
     if (call.body.empty()) throw Problem{422, "The body names no column."};
-    const Changes changes = NewChanges();
-    Add(changes, table.name, IndexIn(call.names[1]), call.body);
-    Store(changes);
+    RowChanges changes;
+    changes.Add(table.name, IndexIn(call.names[1]), call.body);
+    changes.Store();
     return GetRow(call);
 }
 

@@ -52,6 +52,7 @@ void EventSource::Run(const std::atomic<bool>& stop)
         try
         {
             if (IsWanted()) Listen();
+            if (!IsWanted()) Forget();
         }
         catch (const Problem& problem)
         {
@@ -59,6 +60,13 @@ void EventSource::Run(const std::atomic<bool>& stop)
         }
         Pause(kLook);
     }
+}
+
+// Whoever listens next hears of the router when it is really heard again.
+void EventSource::Forget()
+{
+    state_.clear();
+    connections_.SetGreeting("");
 }
 
 void EventSource::Listen()

@@ -21,6 +21,7 @@ public:
 
 private:
     void Listen();
+    void Forget();
     void FollowTap(kobd_tap* tap);
     void FollowModule();
     void Take(const kobd_tapped& message);

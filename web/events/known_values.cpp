@@ -4,6 +4,7 @@
 
 #include "web/api/bus.h"
 #include "web/api/describe.h"
+#include "web/api/row_changes.h"
 
 namespace kobd::web
 {
@@ -112,10 +113,7 @@ KnownValues::Event KnownValues::RowEvent(uint16_t id, kobd_bytes payload)
 
 Json KnownValues::ChangesOfRow(const std::string& table, int32_t index, kobd_bytes columns)
 {
-    Row now;
-    const auto take = [](void* context, const char* column, const char* value)
-    { (*static_cast<Row*>(context))[column] = value; };
-    if (knows_) (void)kobd_row_get(Bus(), table.c_str(), index, take, &now);  // nothing: it is gone again
+    Row now = knows_ ? ReadRow(table, index) : Row();  // empty: it is gone again
     Row& old = rows_[{table, index}];
     Json changes = Json::object();
     kobd_item column = {};

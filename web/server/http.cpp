@@ -6,7 +6,14 @@ namespace kobd::web
 {
 namespace
 {
-thread_local bool wants_events = false;  // the client of the request that this thread answers
+// The request that this thread answers.
+struct InHand
+{
+    std::string_view body = {};
+    bool wants_events = false;
+    bool unreadable = false;
+};
+thread_local InHand in_hand;
 
 // A request that has arrived as a whole, and the answer to it.
 class WholeRequest : public httplib::Stream
@@ -55,9 +62,9 @@ void Write(const Reply& reply, httplib::Response* response)
         response->set_content(TextOf(reply.body), "application/json");
 }
 
-Json BodyOf(const httplib::Request& request)
+Json BodyInHand()
 {
-    Json body = Json::parse(request.body, nullptr, false);
+    Json body = Json::parse(in_hand.body, nullptr, false);
     if (!body.is_object()) throw Problem{400, "The body is no JSON object."};
     return body;
 }
@@ -77,53 +84,55 @@ httplib::Headers FieldsOfAll()
 
 Http::Http(const Guard& guard, Services* services) : guard_(guard), services_(*services)
 {
-    const auto handle = [this](const httplib::Request& request, httplib::Response& response)
-    { Handle(request, response); };
-    Get(".*", handle)
-        .Put(".*", handle)
-        .Post(".*", handle)
-        .Patch(".*", handle)
-        .Delete(".*", handle)
-        .Options(".*", handle);
+    // Before the library would look for a handler, with a regular expression for each, and read the body again.
+    set_pre_routing_handler(
+        [this](const httplib::Request& request, httplib::Response& response)
+        {
+            Handle(request, &response);
+            return HandlerResponse::Handled;
+        });
     set_default_headers(FieldsOfAll());
-    set_payload_max_length(kBodyMost);
     set_keep_alive_timeout(kIdleTime);
     set_keep_alive_max_count(1'000'000);  // only told to the client
     set_error_handler(
         [](const httplib::Request&, httplib::Response& response)
         {
-            if (response.body.empty())
-                Write(Problem{response.status, "The request cannot be read as HTTP."}, &response);
+            if (!response.body.empty()) return;  // ours
+            in_hand.unreadable = true;
+            Write(Problem{response.status, "The request cannot be read as HTTP."}, &response);
         });
 }
 
 After Http::Answer(const std::string& request, std::string* answer)
 {
-    wants_events = false;
+    in_hand = {std::string_view(request).substr(request.find("\r\n\r\n") + 4)};
     bool closed = false;
     WholeRequest stream(request, answer);
-    // Compressing would only cost time: the answer does not leave this machine.
-    const bool whole =
-        process_request(stream, false, closed, [](httplib::Request& asked) { asked.headers.erase("Accept-Encoding"); });
-    if (wants_events) return After::kListen;
-    return closed || !whole ? After::kClose : After::kKeep;
+    const bool whole = process_request(stream, false, closed,
+                                       [](httplib::Request& asked)
+                                       {
+                                           asked.headers.erase("Accept-Encoding");  // it does not leave this machine
+                                           asked.ranges.clear();
+                                       });
+    if (in_hand.wants_events) return After::kListen;
+    return closed || !whole || in_hand.unreadable ? After::kClose : After::kKeep;
 }
 
-void Http::Handle(const httplib::Request& request, httplib::Response& response)
+void Http::Handle(const httplib::Request& request, httplib::Response* response)
 {
     try
     {
         const Reply reply = ReplyTo(request);
-        wants_events = reply.listen;
-        Write(reply, &response);
+        in_hand.wants_events = reply.listen;
+        Write(reply, response);
     }
     catch (const Problem& problem)
     {
-        Write(problem, &response);
+        Write(problem, response);
     }
     catch (const std::exception& error)
     {
-        Write(Problem{500, error.what()}, &response);
+        Write(Problem{500, error.what()}, response);
     }
 }
 
@@ -134,7 +143,7 @@ Reply Http::ReplyTo(const httplib::Request& request)
     const bool api = request.path.starts_with("/api/");
     if (api) guard_.CheckToken(request, request.path == "/api/events");
     const Route& route = FindRoute(request.method, request.path, &call.names);
-    if (route.body != nullptr) call.body = BodyOf(request);
+    if (route.body != nullptr) call.body = BodyInHand();
     return route.answer(call);
 }
 }  // namespace kobd::web

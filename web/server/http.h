@@ -17,7 +17,7 @@ public:
     After Answer(const std::string& request, std::string* answer);
 
 private:
-    void Handle(const httplib::Request& request, httplib::Response& response);
+    void Handle(const httplib::Request& request, httplib::Response* response);
     Reply ReplyTo(const httplib::Request& request);
 
     const Guard& guard_;

@@ -20,6 +20,7 @@ constexpr Phrase kPhrases[] = {
     {409, "Conflict"},
     {411, "Length Required"},
     {413, "Content Too Large"},
+    {414, "URI Too Long"},
     {421, "Misdirected Request"},
     {422, "Unprocessable Content"},
     {431, "Request Header Fields Too Large"},
