@@ -18,7 +18,6 @@ namespace kobd
 {
 namespace
 {
-constexpr char kForbidden[] = "`$()|&";
 constexpr int kStringMax = 512;  // default longest value of VT_STRING, bytes
 constexpr int kTextMax = 1024;   // default longest value of the text types, bytes
 
@@ -135,7 +134,7 @@ ValueVerdict JudgeValue(const char* value, ValueType type, const char* limitatio
         case VT_UINT16:
         case VT_UINT8: return JudgeNumber(value, BoundsOf(type, limitation), UINT32_MAX);
         case VT_BOOL: return {OnlyIf((*value == '0' || *value == '1') && value[1] == 0, ValueFault::kNoFlag)};
-        case VT_STRING: return JudgeText(value, BoundsOf(type, limitation), kForbidden);
+        case VT_STRING: return JudgeText(value, BoundsOf(type, limitation), kForbiddenInString);
         case VT_TEXT:
         case VT_TEXT_2: return JudgeText(value, BoundsOf(type, limitation), "");
         case VT_STRING_2:

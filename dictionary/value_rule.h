@@ -22,6 +22,9 @@ enum class ValueFault
     kNoValue,    // the type accepts no value
 };
 
+// What a VT_STRING must not have: the shell would read it.
+inline constexpr char kForbiddenInString[] = "`$()|&";
+
 // Both inclusive.
 struct ValueBounds
 {

@@ -18,6 +18,10 @@ struct Options
     bool help = false;
     bool version = false;
     bool secrets = false;
+    bool long_lines = false;
+    bool json_schema = false;
+    bool openapi = false;
+    bool yang = false;
     bool exact_case = false;             // upper and lower case are different letters in a pattern
     std::string pcap = {};               // the file that a monitor writes
     int poll_ms = 0;                     // between looks at values; 0: none are looked at

@@ -44,6 +44,12 @@ int RunCommand(const Words& command_line, const Options& defaults);
 // Shows values by name: the value by itself when it stands alone, else NAME=VALUE.
 Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone);
 
+// A name with its kind, its meaning and its unit, of which the last two may be NULL.
+Json MeaningJson(const std::string& name, const char* kind, const char* meaning, const char* unit);
+
+// The meaning with the unit behind it.
+std::string MeaningText(const char* meaning, const char* unit);
+
 // What describe and table describe show of a table.
 Outcome DescribedTable(const TableEntry& table);
 }  // namespace kobd::client

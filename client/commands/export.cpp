@@ -22,16 +22,17 @@ Failure Save(const std::string& path, const std::string& text)
 
 Outcome CommandExport(const Options& options, const Words& words)
 {
-    if (options.json) return Failure{kWrongUse, "export takes no --json: its file has only one form"};
     RouterState state;
     if (Failure failure = ReadRouter(options, "export", &state)) return failure;
     Words unread;
     Outcome outcome({}, SettingsText(state, &unread));
+    if (options.json) outcome.data = SettingsJson(state);
     for (const std::string& name : unread)
         outcome.notes.push_back("export: the router could not read " + name + ", so it is left out");
     if (words.empty() || words[0] == "-") return outcome;
-    outcome.failure = Save(words[0], outcome.text);
+    outcome.failure = Save(words[0], options.json ? JsonLine(outcome.data) : outcome.text);
     outcome.text.clear();
+    outcome.data = {};
     return outcome;
 }
 }  // namespace kobd::client

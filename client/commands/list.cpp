@@ -4,8 +4,8 @@
 
 #include "client/arguments/given_names.h"
 #include "client/commands/commands.h"
-#include "client/dictionary/column_value.h"
 #include "client/dictionary/names.h"
+#include "client/output/terminal.h"
 #include "client/requests/request.h"
 #include "daemon/base/result.h"
 
@@ -22,39 +22,57 @@ std::string Positions(const std::string& name)
     return positions;
 }
 
+std::string Field(const char* name, const std::string& value)
+{
+    constexpr size_t kWidth = 10;
+    std::string padded = name;
+    padded.resize(kWidth, ' ');
+    return value.empty() ? "" : "  " + padded + value + "\n";
+}
+
 Outcome DescribedObject(const ObjectEntry& object)
 {
+    const kobd_description& described = *kobd_describe(object.name);
     const std::string positions = Positions(object.name);
     const bool twice = positions.find(' ') != std::string::npos;
-    const std::string validator = object.validator != nullptr ? object.validator : "";
-    const std::string name = object.name;
-    return {{{"name", name},
+    const std::string meaning = described.meaning != nullptr ? described.meaning : "";
+    const std::string unit = described.unit != nullptr ? described.unit : "";
+    const std::string check = described.check != nullptr ? described.check : "";
+    return {{{"name", object.name},
              {"kind", "object"},
-             {"type", ColumnTypeName(object.type)},
-             {"access", AccessText(object.access)},
-             {"accepts", Accepts(object)},
+             {"meaning", meaning},
+             {"unit", unit},
+             {"type", described.type},
+             {"access", described.access},
+             {"accepts", described.accepts},
              {"limitation", object.limitation != nullptr ? object.limitation : ""},
-             {"validator", validator},
+             {"validator", check},
              {"position", positions}},
-            name + "\n  type      " + ColumnTypeName(object.type) + "\n  access    " + AccessText(object.access) +
-                "\n  accepts   " + Accepts(object) + "\n" +
-                (validator.empty() ? "" : "  checked   by " + validator + "\n") + "  position  " + positions +
-                (twice ? " (requests reach the first)" : "") + "\n"};
+            std::string(object.name) + "\n" + Field("meaning", meaning) + Field("unit", unit) +
+                Field("type", described.type) + Field("access", described.access) +
+                Field("accepts", described.accepts) + Field("checked", check.empty() ? "" : "by " + check) +
+                Field("position", positions + (twice ? " (requests reach the first)" : ""))};
 }
 }  // namespace
 
 Outcome CommandList(const Options& options, const Words& patterns)
 {
     Outcome outcome(Json::array(), "");
-    const auto add = [&](const char* name, const char* kind)
+    Grid grid = {{"name", "meaning"}, {false, false}, {}};
+    const auto add = [&](const char* name, const char* kind, const char* meaning, const char* unit)
     {
         const auto matches = [&](const std::string& pattern) { return MatchesName(pattern, name, options.exact_case); };
         if (!patterns.empty() && std::ranges::none_of(patterns, matches)) return;
-        outcome.data.push_back({{"name", name}, {"kind", kind}});
+        outcome.data.push_back(options.long_lines ? MeaningJson(name, kind, meaning, unit)
+                                                  : Json({{"name", name}, {"kind", kind}}));
         outcome.text += std::string(name) + "\n";
+        grid.lines.push_back({name, MeaningText(meaning, unit)});
     };
-    for (const ObjectEntry& object : kObjectRows) add(object.name, "object");
-    for (const TableEntry& table : kTableRows) add(table.name, "table");
+    for (size_t i = 0; const kobd_description* object = kobd_object_at(i); ++i)
+        add(object->name, "object", object->meaning, object->unit);
+    for (size_t i = 0; const kobd_table_description* table = kobd_table_at(i); ++i)
+        add(table->name, "table", table->meaning, nullptr);
+    if (options.long_lines && !grid.lines.empty()) outcome.text = TableText(grid);
     if (outcome.text.empty()) outcome.notes.push_back("no name matches '" + Joined(patterns, "' or '") + "'");
     return outcome;
 }

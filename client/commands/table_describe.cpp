@@ -20,6 +20,9 @@ Json ColumnsJson(const TableEntry& table)
                            {"type", ColumnTypeName(column.type)},
                            {"width", FieldWidth(column)},
                            {"takes", Takes(column)}});
+        const kobd_description& described = *kobd_describe_column(table.name, column.name);
+        if (described.meaning != nullptr) columns.back()["meaning"] = described.meaning;
+        if (described.unit != nullptr) columns.back()["unit"] = described.unit;
         if (column.alias_of != nullptr) columns.back()["alias_of"] = column.alias_of;
     }
     return columns;
@@ -33,9 +36,11 @@ std::string AliasText(const ColumnDef& column)
 std::string Heading(const TableEntry& table)
 {
     const std::string validator = table.validator;
-    std::string out = std::string(table.name) + "\n  rows        at most " + std::to_string(table.max_rows) + ", of " +
-                      std::to_string(table.layout.row_size) + " bytes\n  operations  " +
-                      Joined(OperationNames(table.operations), " ") + "\n";
+    const char* meaning = kobd_describe_table(table.name)->meaning;
+    std::string out =
+        std::string(table.name) + "\n" + (meaning != nullptr ? std::string("  meaning     ") + meaning + "\n" : "") +
+        "  rows        at most " + std::to_string(table.max_rows) + ", of " + std::to_string(table.layout.row_size) +
+        " bytes\n  operations  " + Joined(OperationNames(table.operations), " ") + "\n";
     if (!validator.empty()) out += "  checked     by " + validator + RuleOf(validator, ": ") + "\n";
     if (table.list_of != std::string_view(table.name)) out += std::string("  same rows   as ") + table.list_of + "\n";
     return out;
@@ -44,14 +49,18 @@ std::string Heading(const TableEntry& table)
 
 Outcome DescribedTable(const TableEntry& table)
 {
-    Grid grid = {{"  column", table.Has(kSet) ? "takes" : "holds"}, {false, false}, {}};
+    Grid grid = {{"  column", table.Has(kSet) ? "takes" : "holds", "meaning"}, {false, false, false}, {}};
     for (const ColumnDef& column : table.layout.columns)
     {
         const std::string alias = AliasText(column);
-        grid.lines.push_back({std::string("  ") + column.name, Takes(column) + (alias.empty() ? "" : "; " + alias)});
+        const kobd_description& described = *kobd_describe_column(table.name, column.name);
+        grid.lines.push_back({std::string("  ") + column.name, Takes(column) + (alias.empty() ? "" : "; " + alias),
+                              MeaningText(described.meaning, described.unit)});
     }
+    const char* meaning = kobd_describe_table(table.name)->meaning;
     Json data = {{"name", table.name},
                  {"kind", "table"},
+                 {"meaning", meaning != nullptr ? meaning : ""},
                  {"row_size", table.layout.row_size},
                  {"max_rows", table.max_rows},
                  {"operations", OperationNames(table.operations)},

@@ -16,18 +16,11 @@ bool IsNumberColumn(const TableEntry& table, const std::string& name)
     return column != nullptr && IsNumber(column->type);
 }
 
-// The value as a number, where the column has numbers and the text is one.
-Json JsonOf(const TableEntry& table, const std::string& column, const std::string& text)
-{
-    if (!IsNumberColumn(table, column)) return text;
-    Json number = Json::parse(text, nullptr, false);
-    return number.is_number_integer() && number.dump() == text ? number : Json(text);
-}
-
 Json JsonOf(const TableEntry& table, const Row& row)
 {
     Json out = {{"index", row.index}};
-    for (const auto& [column, value] : row.values) out[column] = JsonOf(table, column, value);
+    for (const auto& [column, value] : row.values)
+        out[column] = IsNumberColumn(table, column) ? NumberJson(value) : Json(value);
     return out;
 }
 

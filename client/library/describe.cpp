@@ -1,6 +1,7 @@
 // The dictionary for C: descriptions, made once when the first one is asked for, and the judgement of a value.
 #include <algorithm>
 #include <deque>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -41,9 +42,13 @@ public:
     {
         for (const ObjectEntry& object : kObjectRows) objects_.push_back(Describe(object));
         for (const TableEntry& table : kTableRows) AddTable(table);
-        for (const Meaning& one : ObjectMeanings()) AddMeaning(one);
-        for (const Meaning& one : ColumnMeanings()) AddColumnMeaning(one);
+        for (const Meaning& one : ObjectMeanings()) AddObjectMeaning(one);
+        for (const Meaning& one : TableMeanings()) AddTableMeaning(one);
+        for (const Meaning& one : ColumnMeanings())
+            if (one.table != kEveryTable) AddColumnMeaning(one);
         for (size_t i = 0; i < tables_.size(); ++i) TakeMeanings(kTableRows[i], &tables_[i]);
+        for (const Meaning& one : ColumnMeanings())
+            if (one.table == kEveryTable) AddColumnMeaning(one);
     }
 
     const std::vector<kobd_description>& Objects() const { return objects_; }
@@ -55,7 +60,8 @@ private:
     void AddChoices(const char* limitation, kobd_description* to)
     {
         std::vector<const char*>& choices = choices_.emplace_back();
-        const std::string text = limitation != nullptr ? limitation : "";
+        std::string text = limitation != nullptr ? limitation : "";
+        text.resize(std::min(text.size(), text.find(':')));
         for (size_t start = 0; start <= text.size();)
         {
             const size_t bar = std::min(text.find('|', start), text.size());
@@ -82,6 +88,8 @@ private:
         one.least = std::max<int64_t>(bounds.lower, 0);
         one.most = one.is_flag ? 1 : bounds.upper;
         if (object.type == VT_ENUM) AddChoices(object.limitation, &one);
+        if (object.type == VT_STRING) one.forbidden = kForbiddenInString;
+        one.access = AccessText(object.access);
         one.check = object.validator;
         one.accepts = Keep(Accepts(object));
         return one;
@@ -101,6 +109,7 @@ private:
         one.has_range = one.is_number || form.kind == FieldKind::kText || form.kind == FieldKind::kUpperText;
         one.least = form.lower;
         one.most = static_cast<int64_t>(std::min<uint64_t>(form.upper, INT64_MAX));
+        one.access = one.writable ? AccessText(Access::kReadWrite) : AccessText(Access::kReadOnly);
         one.accepts = Keep(Takes(column));
         one.alias_of = column.alias_of;
         return one;
@@ -134,25 +143,28 @@ private:
         to->unit = *meaning.unit != 0 ? meaning.unit : nullptr;
     }
 
-    void AddMeaning(const Meaning& meaning)
+    // Requests reach the first object of a name; the second one has no meaning of its own.
+    void AddObjectMeaning(const Meaning& meaning)
     {
-        bool found = false;
-        for (kobd_description& one : objects_)
-            if (!found && std::string_view(one.name) == meaning.name)
-            {
-                Give(meaning, &one);
-                found = true;
-            }
+        const auto found = std::ranges::find(objects_, std::string_view(meaning.name),
+                                             [](const kobd_description& one) { return std::string_view(one.name); });
+        if (found != objects_.end()) Give(meaning, &*found);
+    }
+
+    void AddTableMeaning(const Meaning& meaning)
+    {
         for (DescribedTable& one : tables_)
             if (std::string_view(one.face.name) == meaning.name) one.face.meaning = meaning.text;
     }
 
     void AddColumnMeaning(const Meaning& meaning)
     {
+        const bool every = meaning.table == kEveryTable;
         for (DescribedTable& table : tables_)
-            if (std::string_view(table.face.name) == meaning.table)
+            if (every || std::string_view(table.face.name) == meaning.table)
                 for (kobd_description& column : table.columns)
-                    if (std::string_view(column.name) == meaning.name) Give(meaning, &column);
+                    if (column.meaning == nullptr && std::string_view(column.name) == meaning.name)
+                        Give(meaning, &column);
     }
 
     // The columns of another table's rows, and those that are other names, mean what the others mean.

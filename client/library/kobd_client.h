@@ -271,6 +271,8 @@ typedef struct kobd_description { /* of an object, or of a column of a table */
     const char* unit;           /* "seconds", or NULL: none */
     int is_action;              /* setting it starts something; it reads as 0 */
     const char* alias_of;       /* of a column: the column that it is another name of; or NULL */
+    const char* forbidden;      /* the characters that a text must not have: "`$()|&"; or NULL */
+    const char* access;         /* in words: "read and write", "read-only", "write-only", "action, reads as 0" */
 } kobd_description;
 
 typedef struct kobd_table_description {

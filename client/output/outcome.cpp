@@ -41,13 +41,10 @@ void MakeUtf8(Json* data)
         for (Json& part : *data) MakeUtf8(&part);
 }
 
-void PrintData(Json data)
+void PrintData(const Json& data)
 {
     if (data.is_null()) return;
-    MakeUtf8(&data);
-    std::string line = data.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
-    for (size_t at = line.find(kReplaced); at != std::string::npos; at = line.find(kReplaced, at))
-        line.replace(at, kReplaced.size(), "\\ufffd");
+    const std::string line = JsonLine(data);
     fwrite(line.data(), 1, line.size(), stdout);
 }
 
@@ -60,6 +57,21 @@ void PrintFailure(const Options& options, const Failure& failure, const std::str
     SayError(what);
 }
 }  // namespace
+
+std::string JsonLine(Json data)
+{
+    MakeUtf8(&data);
+    std::string line = data.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    for (size_t at = line.find(kReplaced); at != std::string::npos; at = line.find(kReplaced, at))
+        line.replace(at, kReplaced.size(), "\\ufffd");
+    return line;
+}
+
+Json NumberJson(const std::string& text)
+{
+    Json number = Json::parse(text, nullptr, false);
+    return number.is_number_integer() && number.dump() == text ? number : Json(text);
+}
 
 int Print(const Options& options, const Outcome& outcome, const std::string& command)
 {

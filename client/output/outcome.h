@@ -13,6 +13,12 @@ namespace kobd::client
 {
 using Json = nlohmann::ordered_json;  // its texts may be any bytes
 
+// The data in one line of UTF-8.
+std::string JsonLine(Json data);
+
+// The text as a number, where it is an integer as JSON writes it.
+Json NumberJson(const std::string& text);
+
 struct [[nodiscard]] Outcome
 {
     Outcome() = default;

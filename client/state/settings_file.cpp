@@ -1,6 +1,9 @@
 // Reading and writing the file of kobctl export.
 #include "client/state/settings_file.h"
 
+#include <strings.h>
+
+#include <cstdlib>
 #include <utility>
 
 #include "host/state/folder.h"
@@ -64,6 +67,44 @@ void ReadSettings(std::string_view text, SettingsFile* file, LineErrors* errors)
     for (const std::string_view line : LinesOf(text))
         if (std::string what = ReadLine(++number, line, file); !what.empty()) errors->emplace(number, what);
     if (!file->ended) errors->emplace(number, "the last line is not 'end', so the file is incomplete");
+}
+
+namespace
+{
+// A number without leading zeros, a choice as the dictionary spells it; any other text as it is.
+Json ObjectJson(const kobd_description& object, const std::string& value)
+{
+    if (object.is_number != 0) return strtoull(value.c_str(), nullptr, 10);
+    for (size_t i = 0; i < object.choice_count; ++i)
+        if (strcasecmp(object.choices[i], value.c_str()) == 0) return object.choices[i];
+    return value;
+}
+
+Json RowJson(const TableEntry& table, const Row& row)
+{
+    Json json = Json::object();
+    for (const Assignment& one : ExportedValues(table, row))
+        if (!one.value.empty())
+            json[one.name] = kobd_describe_column(table.name, one.name.c_str())->is_number != 0 ? NumberJson(one.value)
+                                                                                                : Json(one.value);
+    return json;
+}
+}  // namespace
+
+Json SettingsJson(const RouterState& state)
+{
+    Json json = {{"objects", Json::object()}, {"unsettable", Json::object()}, {"tables", Json::object()}};
+    for (const auto& [name, value] : state.values)
+        if (WhatIsWrong(name, value).empty())
+            json["objects"][name] = ObjectJson(*kobd_describe(name.c_str()), value);
+        else
+            json["unsettable"][name] = value;
+    for (const auto& [name, rows] : state.rows)
+    {
+        json["tables"][name] = Json::array();
+        for (const Row& row : rows) json["tables"][name].push_back(RowJson(*FindTable(name), row));
+    }
+    return json;
 }
 
 std::string SettingsText(const RouterState& state, Words* unread)

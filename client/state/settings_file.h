@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "client/arguments/input_file.h"
+#include "client/output/outcome.h"
 #include "client/state/router_state.h"
 
 namespace kobd::client
@@ -45,6 +46,10 @@ struct SettingsFile
 
 // Reads the text. Adds an error for every line that cannot be read; nothing of such a line is kept.
 void ReadSettings(std::string_view text, SettingsFile* file, LineErrors* errors);
+
+// The same as one JSON object: "objects" with their values by name, "unsettable" with those that the router holds and
+// would refuse, "tables" with rows of columns. Numbers are numbers. kobctl schema describes it.
+Json SettingsJson(const RouterState& state);
 
 // The text of the file for what the router has set. `unread` gets the objects that the router could not read.
 std::string SettingsText(const RouterState& state, Words* unread);

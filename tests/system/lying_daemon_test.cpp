@@ -160,7 +160,7 @@ TEST_F(LyingDaemon, ChangeFilesAreTheirOwnersAloneAndGoneAfterATimeoutOrASignal)
         const Ran ran = ReadKobctl(kobctl);
         EXPECT_EQ(ran.status, number == 0 ? 1 : -number);
         EXPECT_EQ(ran.errors.find("no answer within 300 ms") != std::string::npos, number == 0) << ran.errors;
-        EXPECT_TRUE(change_path.starts_with("/tmp/kobctl-")) << change_path;
+        EXPECT_TRUE(change_path.starts_with("/tmp/kobd-change-")) << change_path;
         EXPECT_FALSE(Exists(change_path)) << number;
     }
 }

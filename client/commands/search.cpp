@@ -1,0 +1,127 @@
+// kobctl search WORD...: names whose meaning, unit or name has all words, the best first. From the dictionary alone.
+#include <algorithm>
+#include <cctype>
+
+#include "client/commands/commands.h"
+#include "client/library/kobd_client.h"
+#include "client/output/terminal.h"
+
+namespace kobd::client
+{
+namespace
+{
+struct Hit
+{
+    std::string name;  // of an object or table; of a table and its column
+    const char* kind;
+    const char* meaning;  // may be nullptr, like the unit
+    const char* unit;
+    int score;
+};
+
+std::string InLowerCase(std::string text)
+{
+    for (char& letter : text) letter = static_cast<char>(tolower(static_cast<unsigned char>(letter)));
+    return text;
+}
+
+bool IsLetter(char letter) { return isalnum(static_cast<unsigned char>(letter)) != 0; }
+
+// How well the word is found in the text: more for a whole word, and for the start of one. 0: not at all.
+int ScoreIn(const std::string& text, const std::string& word)
+{
+    int best = 0;
+    for (size_t at = text.find(word); at != std::string::npos; at = text.find(word, at + 1))
+    {
+        const bool starts = at == 0 || !IsLetter(text[at - 1]);
+        const bool ends = at + word.size() == text.size() || !IsLetter(text[at + word.size()]);
+        best = std::max(best, 1 + (starts ? 1 : 0) + (starts && ends ? 2 : 0));
+    }
+    return best;
+}
+
+// 0 when one of the words is found nowhere. A word in the name weighs more than one in the meaning.
+int Score(const std::string& name, const char* meaning, const char* unit, const Words& words)
+{
+    constexpr int kInName = 3;
+    constexpr int kWholeName = 20;
+    const std::string lower = InLowerCase(name);
+    const std::string text = InLowerCase(std::string(meaning != nullptr ? meaning : ""));
+    const std::string in = InLowerCase(std::string(unit != nullptr ? unit : ""));
+    int sum = 0;
+    for (const std::string& word : words)
+    {
+        const int score = kInName * ScoreIn(lower, word) + ScoreIn(text, word) + ScoreIn(in, word);
+        if (score == 0) return 0;
+        sum += score + (lower == word ? kWholeName : 0);
+    }
+    return sum;
+}
+
+class Search
+{
+public:
+    explicit Search(const Words& words)
+    {
+        for (const std::string& word : words) words_.push_back(InLowerCase(word));
+    }
+
+    // All hits, the best first; those of one score in the order of the dictionary.
+    std::vector<Hit> Run()
+    {
+        for (size_t i = 0; const kobd_description* object = kobd_object_at(i); ++i)
+            if (kobd_describe(object->name) == object) Try(object->name, "object", object->meaning, object->unit);
+        for (size_t i = 0; const kobd_table_description* table = kobd_table_at(i); ++i)
+        {
+            Try(table->name, "table", table->meaning, nullptr);
+            for (size_t c = 0; c < table->column_count; ++c)
+                Try(std::string(table->name) + " " + table->columns[c]->name, "column", table->columns[c]->meaning,
+                    table->columns[c]->unit);
+        }
+        std::ranges::stable_sort(hits_, std::greater(), &Hit::score);
+        return hits_;
+    }
+
+private:
+    void Try(const std::string& name, const char* kind, const char* meaning, const char* unit)
+    {
+        if (const int score = Score(name, meaning, unit, words_)) hits_.push_back({name, kind, meaning, unit, score});
+    }
+
+    Words words_ = {};
+    std::vector<Hit> hits_ = {};
+};
+}  // namespace
+
+Json MeaningJson(const std::string& name, const char* kind, const char* meaning, const char* unit)
+{
+    Json json = {{"name", name}, {"kind", kind}};
+    if (meaning != nullptr) json["meaning"] = meaning;
+    if (unit != nullptr) json["unit"] = unit;
+    return json;
+}
+
+std::string MeaningText(const char* meaning, const char* unit)
+{
+    return std::string(meaning != nullptr ? meaning : "") + (unit != nullptr ? std::string(" Unit: ") + unit + "." : "");
+}
+
+Outcome CommandSearch(const Options& options, const Words& words)
+{
+    std::vector<Hit> hits = Search(words).Run();
+    if (options.count > 0 && hits.size() > static_cast<size_t>(options.count))
+        hits.resize(static_cast<size_t>(options.count));
+    Outcome outcome(Json::array(), "");
+    Grid grid = {{"name", "meaning"}, {false, false}, {}};
+    for (const Hit& hit : hits)
+    {
+        outcome.data.push_back(MeaningJson(hit.name, hit.kind, hit.meaning, hit.unit));
+        grid.lines.push_back({hit.name, MeaningText(hit.meaning, hit.unit)});
+    }
+    if (hits.empty())
+        outcome.notes.push_back("no name, meaning or unit has '" + Joined(words, "' and '") + "'");
+    else
+        outcome.text = TableText(grid);
+    return outcome;
+}
+}  // namespace kobd::client

@@ -1,0 +1,197 @@
+// The dictionary over HTTP, as OpenAPI: the addresses, and a schema for every object and row.
+#include "client/schema/schema.h"
+#include "client/schema/value_schema.h"
+
+namespace kobd::client
+{
+namespace
+{
+constexpr const char* kSchemas = "components/schemas";
+
+struct Route
+{
+    const char* method;
+    const char* path;
+    const char* name;  // of the operation
+    const char* summary;
+    const char* query;     // parameters, with a blank between them
+    const char* body;      // schema of what is sent; nullptr: nothing is
+    int status;            // of success
+    const char* response;  // schema of what is answered; nullptr: nothing is
+};
+
+// clang-format off
+constexpr Route kRoutes[] = {
+    {"get",    "/api/objects",                "getObjects", "Objects whose name matches", "match", nullptr, 200, "ObjectList"},
+    {"put",    "/api/objects",                "setObjects", "Set several objects, all or none", "", "Objects", 200, "SetObjects"},
+    {"get",    "/api/objects/{name}",         "getObject",  "An object with its value", "", nullptr, 200, "Object"},
+    {"put",    "/api/objects/{name}",         "setObject",  "Set an object", "", "Value", 200, "SetObject"},
+    {"post",   "/api/check",                  "check",      "What the dictionary says to values, without setting them", "", "Objects", 200, "Verdicts"},
+    {"get",    "/api/tables",                 "getTables",  "All tables with their columns", "", nullptr, 200, "TableList"},
+    {"patch",  "/api/tables",                 "setRows",    "Change rows of any tables, all or none", "", "Changes", 200, "Changed"},
+    {"get",    "/api/tables/{table}",         "getTable",   "A table with its rows", "", nullptr, 200, "Table"},
+    {"post",   "/api/tables/{table}",         "addRow",     "Add a row", "parent", "Row", 201, "RowIndex"},
+    {"get",    "/api/tables/{table}/{index}", "getRow",     "A row", "", nullptr, 200, "IndexedRow"},
+    {"delete", "/api/tables/{table}/{index}", "deleteRow",  "Delete a row", "", nullptr, 204, nullptr},
+};
+// clang-format on
+
+Json Parameter(const std::string& name, const char* in)
+{
+    Json schema = {{"type", name == "index" ? "integer" : "string"}};
+    if (name == "index") schema["minimum"] = 0;
+    Json parameter = {{"name", name}, {"in", in}, {"schema", std::move(schema)}};
+    if (in == std::string("path")) parameter["required"] = true;
+    if (name == "match") parameter["description"] = "A pattern for names, such as wifi*.";
+    if (name == "parent") parameter["description"] = "The path of the object below which the row is added.";
+    return parameter;
+}
+
+Json ParametersOf(const Route& route)
+{
+    Json parameters = Json::array();
+    const std::string path = route.path;
+    for (size_t open = 0; (open = path.find('{', open)) != std::string::npos; ++open)
+        parameters.push_back(Parameter(path.substr(open + 1, path.find('}', open) - open - 1), "path"));
+    if (*route.query != 0) parameters.push_back(Parameter(route.query, "query"));
+    return parameters;
+}
+
+Json Content(const std::string& type, Json schema) { return {{type, {{"schema", std::move(schema)}}}}; }
+
+Json OperationOf(const Route& route)
+{
+    Json operation = {{"operationId", route.name}, {"summary", route.summary}};
+    if (Json parameters = ParametersOf(route); !parameters.empty()) operation["parameters"] = std::move(parameters);
+    if (route.body != nullptr)
+        operation["requestBody"] = {{"required", true},
+                                    {"content", Content("application/json", Reference(kSchemas, route.body))}};
+    Json success = {{"description", "It is done."}};
+    if (route.response != nullptr)
+        success["content"] = Content("application/json", Reference(kSchemas, route.response));
+    operation["responses"] = {{std::to_string(route.status), std::move(success)},
+                              {"4XX", {{"$ref", "#/components/responses/Refused"}}},
+                              {"5XX", {{"$ref", "#/components/responses/Refused"}}}};
+    return operation;
+}
+
+Json EventsOperation()
+{
+    return {{"operationId", "getEvents"},
+            {"summary", "Changes as they are announced"},
+            {"responses",
+             {{"200",
+               {{"description", "Server-sent events without end."},
+                {"content", Content("text/event-stream", {{"type", "string"}})}}},
+              {"4XX", {{"$ref", "#/components/responses/Refused"}}}}}};
+}
+
+Json Paths()
+{
+    Json paths = Json::object();
+    for (const Route& route : kRoutes) paths[route.path][route.method] = OperationOf(route);
+    paths["/api/events"]["get"] = EventsOperation();
+    return paths;
+}
+
+Json ObjectOf(Json properties) { return {{"type", "object"}, {"properties", std::move(properties)}}; }
+
+Json ListOf(const char* name, Json items)
+{
+    return ObjectOf({{name, {{"type", "array"}, {"items", std::move(items)}}}});
+}
+
+Json Rows()
+{
+    Json any = Json::array();
+    for (size_t i = 0; const kobd_table_description* table = kobd_table_at(i); ++i)
+        any.push_back(Reference(kSchemas, std::string("row.") + table->name));
+    return {{"anyOf", std::move(any)}};
+}
+
+// What requests and answers are made of.
+Json Frames()
+{
+    const Json text = {{"type", "string"}};
+    const Json number = {{"type", "integer"}};
+    const Json value = {{"type", {"string", "integer"}}};
+    Json schemas = Json::object();
+    schemas["Value"] = {{"type", "object"}, {"properties", {{"value", value}}}, {"required", {"value"}}};
+    schemas["Object"] = ObjectOf({{"name", text}, {"value", text}, {"meaning", text}, {"unit", text}});
+    schemas["ObjectList"] = ListOf("objects", Reference(kSchemas, "Object"));
+    schemas["SetObject"] = ObjectOf({{"name", text}, {"value", text}, {"old", text}});
+    schemas["SetObjects"] = ListOf("objects", Reference(kSchemas, "SetObject"));
+    schemas["Verdict"] = ObjectOf({{"name", text},
+                                   {"value", text},
+                                   {"verdict", {{"type", "string"}, {"enum", {"ok", "open", "refused"}}}},
+                                   {"reason", text},
+                                   {"right", text}});
+    schemas["Verdicts"] = ListOf("results", Reference(kSchemas, "Verdict"));
+    schemas["Row"] = Rows();
+    schemas["RowIndex"] = ObjectOf({{"index", number}});
+    schemas["IndexedRow"] = ObjectOf({{"index", number}, {"columns", Reference(kSchemas, "Row")}});
+    schemas["Table"] = ObjectOf({{"name", text},
+                                 {"meaning", text},
+                                 {"maxRows", number},
+                                 {"rows", {{"type", "array"}, {"items", Reference(kSchemas, "IndexedRow")}}}});
+    schemas["TableList"] = ListOf("tables", Reference(kSchemas, "Table"));
+    schemas["Changes"] = {
+        {"type", "object"},
+        {"description", "Rows by their index, in tables by their name."},
+        {"additionalProperties", {{"type", "object"}, {"additionalProperties", Reference(kSchemas, "Row")}}}};
+    schemas["Changed"] = ObjectOf({{"rows", number}});
+    schemas["Problem"] = ObjectOf({{"title", text},
+                                   {"status", number},
+                                   {"detail", text},
+                                   {"name", text},
+                                   {"table", text},
+                                   {"index", number},
+                                   {"column", text},
+                                   {"value", text},
+                                   {"reason", text},
+                                   {"right", text}});
+    return schemas;
+}
+
+// What only OpenAPI has. Numbers are taken as text too, and answered so.
+void AddMore(const kobd_description& description, Json* schema)
+{
+    if (description.is_number != 0) (*schema)["type"] = {"integer", "string"};
+    if (description.unit != nullptr) (*schema)["x-unit"] = description.unit;
+    if (description.secret != 0) (*schema)["format"] = "password";
+}
+
+Json Schemas()
+{
+    Json schemas = Frames();
+    Json objects = ObjectSchemas();
+    for (const auto& [name, schema] : objects.items()) AddMore(*kobd_describe(name.c_str()), &objects[name]);
+    schemas["Objects"] = ObjectOf(std::move(objects));
+    for (size_t i = 0; const kobd_table_description* table = kobd_table_at(i); ++i)
+    {
+        Json columns = ColumnSchemas(*table);
+        for (size_t c = 0; c < table->column_count; ++c) AddMore(*table->columns[c], &columns[table->columns[c]->name]);
+        Json& row = schemas[std::string("row.") + table->name] = ObjectOf(std::move(columns));
+        row["title"] = table->name;
+        if (table->meaning != nullptr) row["description"] = table->meaning;
+    }
+    return schemas;
+}
+}  // namespace
+
+std::string OpenApi()
+{
+    Json refused = {{"description", "It was refused or failed; the answer says why."},
+                    {"content", Content("application/problem+json", Reference(kSchemas, "Problem"))}};
+    const Json api = {{"openapi", "3.1.0"},
+                      {"info", {{"title", "The objects and tables of a router"}, {"version", KOBD_VERSION}}},
+                      {"servers", {{{"url", "/"}}}},
+                      {"security", {{{"token", Json::array()}}}},
+                      {"paths", Paths()},
+                      {"components",
+                       {{"schemas", Schemas()},
+                        {"responses", {{"Refused", std::move(refused)}}},
+                        {"securitySchemes", {{"token", {{"type", "http"}, {"scheme", "bearer"}}}}}}}};
+    return api.dump(1) + "\n";
+}
+}  // namespace kobd::client
