@@ -67,7 +67,7 @@ REQUESTS = [
     ("POST", "/api/undo", {"commits": "all"}, 422, "commits"),
     ("POST", "/api/undo", {"commits": 1}, 200, '"undone"'),
     ("POST", "/api/objects", {}, 405, "GET, PUT"),
-    ("GET", "/openapi.json", None, 200, '"3.1.0" "webHttpPort" "DnsClientTable"'),
+    ("GET", "/openapi.json", None, 200, '"3.1.0" "webHttpPort" "/api/undo" "/api/tables/{table}/{index}"'),
     ("GET", "/%2e%2e/etc/passwd", None, 404, ""),
 ]
 

@@ -56,22 +56,6 @@ Json DescriptionOf(const kobd_table_description& table)
     return json;
 }
 
-Json SchemaOf(const kobd_description& description)
-{
-    Json schema = {{"type", description.is_number != 0 ? Json::array({"integer", "string"}) : Json("string")}};
-    const std::string meaning = description.meaning != nullptr ? description.meaning + std::string(". ") : "";
-    schema["description"] = meaning + "Takes " + description.accepts + ".";
-    const bool number = description.is_number != 0;
-    if (description.has_range != 0) schema[number ? "minimum" : "minLength"] = description.least;
-    if (description.has_range != 0) schema[number ? "maximum" : "maxLength"] = description.most;
-    if (description.choice_count > 0) schema["enum"] = ChoicesOf(description);
-    if (description.writable == 0) schema["readOnly"] = true;
-    if (description.readable == 0) schema["writeOnly"] = true;
-    if (description.secret != 0) schema["format"] = "password";
-    AddText(&schema, "x-unit", description.unit);
-    return schema;
-}
-
 bool ObjectAt(size_t position, const kobd_description** object)
 {
     const kobd_description* there = kobd_object_at(position);

@@ -9,9 +9,6 @@ namespace kobd::web
 Json DescriptionOf(const kobd_description& description);
 Json DescriptionOf(const kobd_table_description& table);
 
-// As a JSON Schema, for /openapi.json.
-Json SchemaOf(const kobd_description& description);
-
 // The description that requests mean by the name at this position, or nullptr when another one before has the name.
 // False behind the last one.
 bool ObjectAt(size_t position, const kobd_description** object);

@@ -102,9 +102,8 @@ pid_t StartProgram(const std::string& path, const Words& words, int output, int 
     return errno == 0 ? process : -1;
 }
 
-Json RunKobctl(const std::string& path, Words words)
+std::string RunKobctlForText(const std::string& path, const Words& words)
 {
-    words.emplace_back("--json");
     Pipe output;
     Pipe error;
     const pid_t process = StartProgram(path, words, output.ends[1], error.ends[1]);
@@ -116,7 +115,13 @@ Json RunKobctl(const std::string& path, Words words)
     int status = 0;
     while (waitpid(process, &status, 0) < 0 && errno == EINTR) continue;
     if (status != 0) throw ProblemOf(WIFEXITED(status) ? WEXITSTATUS(status) : 1, texts[1]);
-    Json json = Json::parse(texts[0], nullptr, false);
+    return texts[0];
+}
+
+Json RunKobctl(const std::string& path, Words words)
+{
+    words.emplace_back("--json");
+    Json json = Json::parse(RunKobctlForText(path, words), nullptr, false);
     return json.is_discarded() ? Json() : json;
 }
 

@@ -17,7 +17,10 @@ using Words = std::vector<std::string>;
 // -1 with errno.
 pid_t StartProgram(const std::string& path, const Words& words, int output, int error);
 
-// What `kobctl WORDS --json` prints, null for nothing. Throws a Problem with the line that it says when it fails.
+// What `kobctl WORDS` prints. Throws a Problem with the line that it says when it fails.
+std::string RunKobctlForText(const std::string& path, const Words& words);
+
+// What `kobctl WORDS --json` prints, null for nothing. Throws as above.
 Json RunKobctl(const std::string& path, Words words);
 
 // A word of a client's that is to be a name or a value. Throws a Problem for one that kobctl would take for an option.

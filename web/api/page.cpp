@@ -1,6 +1,7 @@
 // The files of the page, which are part of the program, and the description of the interface.
-#include "web/api/describe.h"
+#include "web/api/kobctl.h"
 #include "web/api/routes.h"
+#include "web/api/services.h"
 #include "web/page_files.h"
 
 namespace kobd::web
@@ -51,53 +52,24 @@ Json OperationOf(const Route& route)
     return operation;
 }
 
-Json SchemasOfDictionary()
+// What kobctl says about objects and tables, and the other routes of the gateway.
+std::string OpenApi(const std::string& kobctl)
 {
-    Json text = {{"type", "string"}};
-    Json schemas = {{"Problem",
-                     {{"type", "object"},
-                      {"properties",
-                       {{"title", text},
-                        {"status", {{"type", "integer"}}},
-                        {"detail", text},
-                        {"object", text},
-                        {"table", text},
-                        {"column", text},
-                        {"value", text},
-                        {"reason", text},
-                        {"right", text}}}}}};
-    Json& objects = schemas["Objects"] = {{"type", "object"}, {"properties", Json::object()}};
-    const kobd_description* object = nullptr;
-    for (size_t i = 0; ObjectAt(i, &object); ++i)
-        if (object != nullptr) objects["properties"][object->name] = SchemaOf(*object);
-    for (size_t i = 0; const kobd_table_description* table = kobd_table_at(i); ++i)
-    {
-        Json& row = schemas[table->name] = {{"type", "object"}, {"properties", Json::object()}};
-        for (size_t c = 0; c < table->column_count; ++c)
-            row["properties"][table->columns[c]->name] = SchemaOf(*table->columns[c]);
-    }
-    return schemas;
-}
-
-std::string OpenApi()
-{
-    Json api = {{"openapi", "3.1.0"}, {"info", {{"title", "kobd"}, {"version", KOBD_VERSION}}}};
+    Json api = Json::parse(RunKobctlForText(kobctl, {"schema", "--openapi"}));
     for (const Route& route : kRoutes)
     {
         std::string method = route.method;
         for (char& letter : method) letter = static_cast<char>(letter | 0x20);
-        api["paths"][route.path][method] = OperationOf(route);
+        Json& path = api["paths"][route.path];
+        if (!path.contains(method)) path[method] = OperationOf(route);
     }
-    api["components"] = {{"schemas", SchemasOfDictionary()},
-                         {"securitySchemes", {{"token", {{"type", "http"}, {"scheme", "bearer"}}}}}};
-    api["security"] = Json::array({{{"token", Json::array()}}});
     return TextOf(api);
 }
 }  // namespace
 
-Reply GetOpenApi(const Call&)
+Reply GetOpenApi(const Call& call)
 {
-    static const std::string text = OpenApi();
+    static const std::string text = OpenApi(call.services.kobctl);
     Reply reply;
     reply.page = text;
     reply.type = "application/json";

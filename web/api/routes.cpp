@@ -1,4 +1,4 @@
-// Every address of the gateway. /openapi.json is made of these lines.
+// Every address of the gateway. /openapi.json lists them.
 #include "web/api/routes.h"
 
 namespace kobd::web

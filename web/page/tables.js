@@ -54,7 +54,7 @@ function draw() {
   const wrong = make('p', {class: 'wrong', role: 'alert'});
   const head = make('tr', {}, make('th', {}, 'Row'), ...plain().map((column) => make('th', {title: column.meaning ?? ''}, column.name)), make('th'));
   byId('rows').replaceChildren(
-    make('p', {class: 'soft'}, `${table.meaning ? `${table.meaning}. ` : ''}${table.rows.length} of at most ${table.maxRows} rows.`),
+    make('p', {class: 'soft'}, `${table.meaning ? `${table.meaning} ` : ''}${table.rows.length} of at most ${table.maxRows} rows.`),
     make('div', {class: 'wide', tabindex: '0', role: 'region', 'aria-label': `Rows of ${table.name}`},
       make('table', {}, make('thead', {}, head), make('tbody', {}, ...table.rows.map((row) => rowLine(row, wrong))))),
     can('add') ? make('button', {onclick: () => openForm(null)}, 'Add a row') : '', wrong);
