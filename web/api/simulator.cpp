@@ -21,7 +21,7 @@ std::string TextIn(const Call& call, const char* key)
     return value.get<std::string>();
 }
 
-std::string NumberIn(const Call& call, const char* key)
+std::string IntegerIn(const Call& call, const char* key)
 {
     const Json value = call.body.value(key, Json());
     if (!value.is_number_integer()) throw Problem{422, std::string("The body lacks the integer \"") + key + "\"."};
@@ -33,7 +33,7 @@ void AddOption(const Call& call, const char* key, Words* words)
 {
     if (!call.body.contains(key)) return;
     words->push_back(std::string("--") + key);
-    words->push_back(NumberIn(call, key));
+    words->push_back(IntegerIn(call, key));
 }
 
 // NAME=VALUE for each member of the body.
@@ -77,7 +77,7 @@ Reply PostSimFailure(const Call& call)
 
 Reply PostSimDelay(const Call& call)
 {
-    Words words = {"slow", NoOption(TextIn(call, "name")), NoOption(NumberIn(call, "milliseconds"))};
+    Words words = {"slow", NoOption(TextIn(call, "name")), NoOption(IntegerIn(call, "milliseconds"))};
     AddOption(call, "times", &words);
     return Done(Sim(call, words));
 }

@@ -10,24 +10,12 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "web/server/frame.h"
 #include "web/server/limits.h"
-#include "web/server/problem.h"
 
 namespace kobd::web
 {
 namespace
 {
-constexpr uint64_t kDoor = 0;
-constexpr uint64_t kStop = 1;
-
-bool Watch(int poll, int how, int descriptor, uint32_t events, uint64_t number)
-{
-    epoll_event event = {events, {}};
-    event.data.u64 = number;
-    return epoll_ctl(poll, how, descriptor, &event) == 0;
-}
-
 // The descriptors that the system gives us, up to those that the most connections need. Leaves some for everything
 // else.
 size_t ConnectionsAllowed()
@@ -40,6 +28,13 @@ size_t ConnectionsAllowed()
     return std::min<rlim_t>(kConnectionsMost, files.rlim_cur - std::min(files.rlim_cur, kOthers));
 }
 }  // namespace
+
+bool Connections::Watch(int how, int descriptor, uint32_t events, uint64_t number)
+{
+    epoll_event event = {events, {}};
+    event.data.u64 = number;
+    return epoll_ctl(poll_, how, descriptor, &event) == 0;
+}
 
 Connections::~Connections()
 {
@@ -62,8 +57,7 @@ int Connections::Open(int port)
     if (poll_ < 0 || stop_ < 0 || door_ < 0 || setsockopt(door_, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0 ||
         bind(door_, reinterpret_cast<sockaddr*>(&address), size) != 0 || listen(door_, SOMAXCONN) != 0 ||
         getsockname(door_, reinterpret_cast<sockaddr*>(&address), &size) != 0 ||
-        !Watch(poll_, EPOLL_CTL_ADD, stop_, EPOLLIN, kStop) ||
-        !Watch(poll_, EPOLL_CTL_ADD, door_, EPOLLIN | EPOLLONESHOT, kDoor))
+        !Watch(EPOLL_CTL_ADD, stop_, EPOLLIN, kStop) || !Watch(EPOLL_CTL_ADD, door_, EPOLLIN | EPOLLONESHOT, kDoor))
         return 0;
     return ntohs(address.sin_port);
 }
@@ -74,19 +68,6 @@ void Connections::Stop()
     (void)!write(stop_, &one, sizeof one);  // fails only when it is readable already
 }
 
-void Connections::Work(const Answerer& answer)
-{
-    for (epoll_event event = {};;)
-    {
-        if (epoll_wait(poll_, &event, 1, -1) != 1) continue;
-        if (event.data.u64 == kStop) return;
-        if (event.data.u64 == kDoor)
-            Accept();
-        else if (const Shared connection = Find(event.data.u64))
-            Serve(connection, answer);
-    }
-}
-
 void Connections::Accept()
 {
     for (int socket; (socket = accept4(door_, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK)) >= 0;)
@@ -95,7 +76,7 @@ void Connections::Accept()
         MakeRoom();
     }
     if (errno == EMFILE || errno == ENFILE) usleep(10'000);  // the next one waits until somebody leaves
-    Watch(poll_, EPOLL_CTL_MOD, door_, EPOLLIN | EPOLLONESHOT, kDoor);
+    Watch(EPOLL_CTL_MOD, door_, EPOLLIN | EPOLLONESHOT, kDoor);
 }
 
 void Connections::Add(int socket)
@@ -105,7 +86,7 @@ void Connections::Add(int socket)
     const std::lock_guard lock(mutex_);
     const auto connection = std::make_shared<Connection>(next_number_++, socket);
     connections_.emplace(connection->number, connection);
-    Watch(poll_, EPOLL_CTL_ADD, socket, EPOLLIN | EPOLLRDHUP | EPOLLONESHOT, connection->number);
+    Watch(EPOLL_CTL_ADD, socket, EPOLLIN | EPOLLRDHUP | EPOLLONESHOT, connection->number);
 }
 
 // Beyond the most connections, the one that has kept us waiting longest makes room for the new one.
@@ -141,65 +122,12 @@ std::vector<Connections::Shared> Connections::AllOf(const std::map<uint64_t, Sha
     return all;
 }
 
-void Connections::Serve(const Shared& connection, const Answerer& answer)
-{
-    const std::lock_guard lock(connection->mutex);
-    if (connection->removed) return;
-    connection->Receive();
-    bool alive = connection->Flush();
-    while (alive && connection->out.empty() && connection->phase == Phase::kRequests &&
-           AnswerNext(&*connection, answer))
-        alive = connection->Flush();
-    if (alive && connection->last_answer && connection->out.empty() && connection->phase == Phase::kRequests)
-        connection->SayFarewell();
-    const bool finished = connection->ended && (connection->out.empty() || connection->phase != Phase::kRequests);
-    if (!alive || finished) return Remove(&*connection);
-    Arm(*connection);
-}
-
-// Puts the answer to the next whole request into `out`. False: there is none.
-bool Connections::AnswerNext(Connection* connection, const Answerer& answer)
-{
-    if (connection->last_answer) return false;
-    const Frame frame = FrameOf(connection->in);
-    if (frame.refused != 0)
-    {
-        connection->out = RefusalOfFrame(frame.refused);
-        connection->last_answer = true;
-        return true;
-    }
-    if (frame.size == 0)
-    {
-        if (!frame.wants_continue || connection->told_to_continue) return false;
-        connection->told_to_continue = true;
-        connection->out = "HTTP/1.1 100 Continue\r\n\r\n";
-        return true;
-    }
-    const After after = answer(connection->in.substr(0, frame.size), &connection->out);
-    connection->in.erase(0, frame.size);
-    connection->told_to_continue = false;
-    connection->since = MonotonicSeconds();
-    connection->last_answer = after == After::kClose;
-    if (after == After::kListen) BeginListening(connection);
-    return true;
-}
-
-// Waits for room to send while there is something to send, so that an answer is taken before the next request is read.
-void Connections::Arm(const Connection& connection)
-{
-    const bool listening = connection.phase == Phase::kListening;
-    const uint32_t reads = listening || connection.out.empty() ? EPOLLIN : 0U;
-    const uint32_t writes = connection.out.empty() ? 0U : EPOLLOUT;
-    const uint32_t end = connection.ended ? 0U : EPOLLRDHUP;
-    Watch(poll_, EPOLL_CTL_MOD, connection.socket, reads | writes | end | EPOLLONESHOT, connection.number);
-}
-
 void Connections::Remove(Connection* connection)
 {
     if (connection->removed) return;
     connection->removed = true;
     if (connection->phase == Phase::kListening) --listeners_;
-    Watch(poll_, EPOLL_CTL_DEL, connection->socket, 0, 0);
+    Watch(EPOLL_CTL_DEL, connection->socket, 0, 0);
     const std::lock_guard lock(mutex_);
     listening_.erase(connection->number);
     connections_.erase(connection->number);

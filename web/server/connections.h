@@ -66,6 +66,10 @@ private:
     void SendEvent(Connection* connection, const std::string& event);
     void Remove(Connection* connection);
     void Arm(const Connection& connection);
+    bool Watch(int how, int descriptor, uint32_t events, uint64_t number);
+
+    static constexpr uint64_t kDoor = 0;  // numbers that no connection has
+    static constexpr uint64_t kStop = 1;
 
     size_t most_ = 0;  // connections
     int poll_ = -1;
@@ -75,7 +79,7 @@ private:
     std::mutex mutex_ = {};  // for the members below; taken while a connection's own is held, never before it
     std::map<uint64_t, Shared> connections_ = {};  // the one that came first is first
     std::map<uint64_t, Shared> listening_ = {};    // those of them that get events
-    uint64_t next_number_ = 2;                     // 0 and 1 are the door and the stop
+    uint64_t next_number_ = kStop + 1;
     std::string greeting_ = {};
 };
 }  // namespace kobd::web
