@@ -23,6 +23,13 @@ else()
   install(TARGETS kobd_host LIBRARY)
 endif()
 
+# -- the gateway to HTTP
+if(TARGET kobd-web)
+  file(RELATIVE_PATH KOBD_LIBRARIES_FROM_WEB /p/${CMAKE_INSTALL_BINDIR} /p/${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(kobd-web PROPERTIES INSTALL_RPATH "$ORIGIN/${KOBD_LIBRARIES_FROM_WEB};$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
+  install(TARGETS kobd-web RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT web)
+endif()
+
 # -- for those who write a client
 install(FILES client/library/kobd_client.h TYPE INCLUDE COMPONENT development)
 set(KOBD_PACKAGE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/kobd_client)
@@ -54,21 +61,29 @@ configure_file(${KOBD_PACKAGING}/man/kobctl.1.in ${KOBD_MADE}/kobctl.1.in @ONLY)
 set(KOBD_COMMANDS ${CMAKE_SOURCE_DIR}/scripts/commands-to-man ${CMAKE_SOURCE_DIR}/client/commands/commands.def)
 add_custom_command(OUTPUT ${KOBD_MADE}/kobctl.1 DEPENDS ${KOBD_COMMANDS} ${KOBD_MADE}/kobctl.1.in VERBATIM
   COMMAND sh -c "exec \"$0\" \"$@\" <${KOBD_MADE}/kobctl.1.in >${KOBD_MADE}/kobctl.1" ${KOBD_COMMANDS})
-function(kobd_page_from_docs document what)
-  set(page ${KOBD_MADE}/kobd-${document}.5)
+function(kobd_page_from_docs document section what)
+  set(page ${KOBD_MADE}/kobd-${document}.${section})
   set(command ${CMAKE_SOURCE_DIR}/scripts/markdown-to-man)
   set(source ${CMAKE_SOURCE_DIR}/docs/${document}.md)
   add_custom_command(OUTPUT ${page} DEPENDS ${command} ${source} VERBATIM
-    COMMAND sh -c "exec \"$0\" \"$@\" <${source} >${page}" ${command} kobd-${document} 5 ${what} ${PROJECT_VERSION})
-  set_property(GLOBAL APPEND PROPERTY KOBD_MADE_PAGES ${page})
+    COMMAND sh -c "exec \"$0\" \"$@\" <${source} >${page}" ${command} kobd-${document} ${section} ${what} ${PROJECT_VERSION})
+  set_property(GLOBAL APPEND PROPERTY KOBD_MADE_PAGES_${section} ${page})
 endfunction()
-kobd_page_from_docs(protocol "the messages of kobd and the bus that carries them")
-kobd_page_from_docs(uci "the cellular tables of kobd and the uci of the host platform")
-kobd_page_from_docs(rpcd "the methods of kobd on ubus, for LuCI and scripts")
-kobd_page_from_docs(simulator "scenarios, and what moves in the imitated router")
-get_property(KOBD_MADE_PAGES GLOBAL PROPERTY KOBD_MADE_PAGES)
-add_custom_target(kobd_pages ALL DEPENDS ${KOBD_MADE}/kobctl.1 ${KOBD_MADE_PAGES})
+kobd_page_from_docs(protocol 5 "the messages of kobd and the bus that carries them")
+kobd_page_from_docs(uci 5 "the cellular tables of kobd and the uci of the host platform")
+kobd_page_from_docs(rpcd 5 "the methods of kobd on ubus, for LuCI and scripts")
+kobd_page_from_docs(simulator 5 "scenarios, and what moves in the imitated router")
+if(TARGET kobd-web)
+  kobd_page_from_docs(web 1 "the gateway of kobd to HTTP, with its page")
+endif()
+get_property(KOBD_MADE_PAGES GLOBAL PROPERTY KOBD_MADE_PAGES_5)
+get_property(KOBD_WEB_PAGE GLOBAL PROPERTY KOBD_MADE_PAGES_1)
+add_custom_target(kobd_pages ALL DEPENDS ${KOBD_MADE}/kobctl.1 ${KOBD_MADE_PAGES} ${KOBD_WEB_PAGE})
 install(FILES ${KOBD_MADE}/kobctl.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+if(TARGET kobd-web)
+  install(FILES ${KOBD_WEB_PAGE} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT web)
+  install(FILES docs/web.md TYPE DOC COMPONENT web)
+endif()
 install(FILES ${KOBD_MADE}/kobd.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8)
 install(FILES ${KOBD_MADE}/kobd-state.5 ${KOBD_MADE_PAGES} DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
 install(FILES completion/kobctl.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME kobctl)
@@ -96,7 +111,8 @@ install(FILES ${KOBD_PACKAGING}/debian/kobd.tmpfiles DESTINATION lib/tmpfiles.d 
 # Not in /etc/init.d, so that nothing leaves the prefix: whoever wants it there makes a link.
 install(PROGRAMS ${KOBD_MADE}/kobd.init DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/kobd RENAME init)
 
-# -- Debian packages: kobd with everything a router needs, libkobd-dev and python3-kobd for those who write a client
+# -- Debian packages: kobd with everything a router needs, libkobd-dev and python3-kobd for those who write a client,
+# kobd-web
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kobd)
 set(KOBD_PACKAGE_CONTACT "kobd maintainers <kobd@localhost>" CACHE STRING "Who answers for the Debian packages")
@@ -141,4 +157,14 @@ Objects, tables, announcements and the simulator of the imitated router, over\nt
 set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
   ${KOBD_PACKAGING}/debian/python/postinst ${KOBD_PACKAGING}/debian/python/prerm)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+if(TARGET kobd-web)
+  list(APPEND CPACK_COMPONENTS_ALL web)
+  list(APPEND CPACK_KOBD_DEBIAN_PACKAGES kobd-web)
+  set(CPACK_DEBIAN_WEB_PACKAGE_NAME kobd-web)
+  set(CPACK_DEBIAN_WEB_FILE_NAME DEB-DEFAULT)
+  set(CPACK_DEBIAN_WEB_PACKAGE_SECTION net)
+  set(CPACK_DEBIAN_WEB_PACKAGE_DEPENDS "kobd (= ${PROJECT_VERSION})")
+  set(CPACK_COMPONENT_WEB_DESCRIPTION "Gateway of kobd to HTTP, with a page\n\
+Serves the objects and tables of kobd to programs of the same machine, with\nJSON, events and a page that shows, changes and plots them.")
+endif()
 include(CPack)

@@ -1,0 +1,174 @@
+"""The gateway before a real daemon:  api_test.py ADDRESS
+A table of requests, then clients that are slow, dead, many or rude."""
+import http.client
+import json
+import select
+import socket
+import subprocess
+import sys
+import time
+import urllib.parse
+
+address = urllib.parse.urlparse(sys.argv[1])
+token = address.fragment.removeprefix("token=")
+failures = 0
+
+OBJECT, TABLE, SIM = "/api/objects/webHttpPort", "/api/tables/FwUrlFilterTable", "/api/sim"
+# method, path, body, status, what the answer has: texts, separated by blanks
+REQUESTS = [
+    ("GET", OBJECT, None, 200, '"value":"80" "most":65535 "meaning"'),
+    ("GET", OBJECT + "x", None, 404, '"right":"webHttpPort"'),
+    ("GET", "/api/objects?match=webHttp*&match=IME%3F&describe=0", None, 200, '"webHttpPort","value":"80" "IMEI"'),
+    ("GET", "/api/objects?search=tcp+port+http&values=0", None, 200, '"webHttpPort"'),
+    ("GET", "/api/objects?match=nothing", None, 200, '{"objects":[]}'),
+    ("PUT", OBJECT, {"value": 70000}, 422, '"value":"70000" "right":"an'),
+    ("PUT", OBJECT, {"value": [1]}, 422, "webHttpPort:"),
+    ("PUT", OBJECT, {"value": "a\0b"}, 422, "zero"),
+    ("PUT", OBJECT, {"port": 1}, 422, '{\\"value\\":'),
+    ("PUT", OBJECT, {"value": True}, 200, '"value":"1","old":"80"'),
+    ("PUT", "/api/objects", {"webLanguage": "zh", "webHttpPort": 0}, 422, '"object":"webHttpPort"'),
+    ("GET", "/api/objects/webLanguage", None, 200, '"value":"en"'),
+    ("PUT", "/api/objects", {"IMEI": "1"}, 422, '"object":"IMEI"'),
+    ("PUT", "/api/objects", {}, 422, "no"),
+    ("PUT", "/api/objects", [], 400, "JSON"),
+    ("PUT", "/api/objects", {f"webLanguage{i}": "x" * 100 for i in range(90)}, 413, '"code":11'),
+    ("POST", SIM + "/failures", {"name": "webHttpPort", "operation": "set", "times": 1}, 204, ""),
+    ("PUT", "/api/objects", {"webLanguage": "zh", "webHttpPort": 81}, 502, '"restored":["webLanguage"] "left":[]'),
+    ("GET", "/api/objects/webLanguage", None, 200, '"value":"en"'),
+    ("POST", "/api/check", {"webHttpPort": 0, "webLanguage": "en", "lteLockpin": "1,1"}, 200, '"refused" "ok" "open"'),
+    ("GET", "/api/tables", None, 200, '"FwUrlFilterTable" "maxRows"'),
+    ("POST", TABLE, {"URL": "192.168.1.1"}, 422, '"reason" "right" deleted again'),
+    ("POST", TABLE, {"Nothing": "1"}, 422, '"column":"Nothing"'),
+    ("GET", TABLE, None, 200, '"rows":[]'),
+    ("POST", TABLE, {"URL": "example.com"}, 201, '{"index":2}'),
+    ("PATCH", "/api/tables", {"FwUrlFilterTable": {"2": {"URL": "a.example"}, "9": {"URL": "b.example"}}}, 404, '"index":9'),
+    ("GET", TABLE + "/2", None, 200, "example.com"),
+    ("PATCH", "/api/tables", {"FwUrlFilterTable": {"2": {"URL": "a.example"}}, "DnsClientTable": {"1": {"Enable": 0}}}, 200, '"rows":2'),
+    ("POST", SIM + "/failures", {"name": "FwUrlFilterTable", "operation": "set", "times": 1}, 204, ""),
+    ("PATCH", "/api/tables", {"FwUrlFilterTable": {"2": {"URL": "z.example"}}, "DnsClientTable": {"1": {"Enable": 1}}}, 502, '"left":[] as before'),
+    ("GET", "/api/tables/DnsClientTable/1", None, 200, '"Enable":"0"'),
+    ("GET", TABLE + "/2", None, 200, "a.example"),
+    ("PATCH", "/api/tables", {"FwUrlFilterTable": {"two": {}}}, 400, "'two'"),
+    ("PATCH", TABLE + "/2", {"URL": "b.example"}, 200, '"URL":"b.example"'),
+    ("DELETE", TABLE + "/2", None, 204, ""),
+    ("DELETE", TABLE + "/2", None, 404, "empty"),
+    ("GET", TABLE + "/99999999999", None, 400, "index"),
+    ("PUT", SIM + "/objects", {"RSRP": "-111"}, 204, ""),
+    ("GET", "/api/objects/RSRP", None, 200, "-111"),
+    ("PUT", SIM + "/objects", {"--help": "1"}, 422, "--help"),
+    ("POST", SIM + "/delays", {"name": "FwUrlFilterTable", "milliseconds": 1}, 204, ""),
+    ("POST", SIM + "/tables/FwUrlFilterTable", {"URL": "c.example"}, 201, '"index"'),
+    ("POST", SIM + "/events", {"name": "Nonsense"}, 422, "Nonsense"),
+    ("GET", SIM, None, 200, '"RSRP" "milliseconds":1 "signal-fade" "playing":""'),
+    ("POST", SIM + "/scenarios/..%2F..%2Fetc", None, 404, ""),
+    ("POST", SIM + "/scenarios/passwd", None, 404, "passwd"),
+    ("DELETE", SIM, None, 204, ""),
+    ("GET", "/api/history?count=1", None, 200, '"FwUrlFilterTable 2'),
+    ("POST", "/api/undo", {"commits": "all"}, 422, "commits"),
+    ("POST", "/api/undo", {"commits": 1}, 200, '"undone"'),
+    ("POST", "/api/objects", {}, 405, "GET, PUT"),
+    ("GET", "/openapi.json", None, 200, '"3.1.0" "webHttpPort" "/api/undo" "/api/tables/{table}/{index}"'),
+    ("GET", "/%2e%2e/etc/passwd", None, 404, ""),
+]
+
+
+def check(what, holds, seen=""):
+    global failures
+    if not holds:
+        failures += 1
+        print(f"FAILED: {what}\n{str(seen)[:600]}", file=sys.stderr)
+
+
+def ask(method, path, body=None, **fields):
+    connection = http.client.HTTPConnection(address.hostname, address.port, timeout=20)
+    sent = None if body is None else json.dumps(body)
+    connection.request(method, path, sent, {"Authorization": f"Bearer {token}", **fields})
+    answer = connection.getresponse()
+    return answer.status, answer.read().decode(), answer.headers
+
+
+def raw(*parts, wait=0.0):
+    """What comes back for bytes sent as they are, until the gateway closes the connection."""
+    with socket.create_connection((address.hostname, address.port), timeout=20) as client:
+        for part in parts:
+            client.sendall(part.encode())
+            time.sleep(wait)
+        return b"".join(iter(lambda: client.recv(65536), b"")).decode()
+
+
+for method, path, body, status, wanted in REQUESTS:
+    seen_status, text, headers = ask(method, path, body)
+    what = f"{method} {path} {json.dumps(body)[:80]}: wanted {status} with {wanted}"
+    check(what, seen_status == status and all(word in text for word in wanted.split()), f"{seen_status} {text}")
+    check(f"{what}: its type", status < 400 or headers["Content-Type"] == "application/problem+json", headers)
+
+# Who may ask.
+check("no token", ask("GET", OBJECT, Authorization="")[0] == 401)
+check("a wrong token", ask("GET", OBJECT, Authorization="Bearer " + "0" * 32)[0] == 401)
+check("a token in the query opens the events alone", ask("GET", f"{OBJECT}?token={token}", Authorization="")[0] == 401)
+check("another name of this machine", ask("GET", OBJECT, Host=f"evil.example:{address.port}")[0] == 421)
+check("another page", ask("GET", OBJECT, Origin="http://evil.example")[0] == 403)
+secrets = [json.loads(ask("GET", f"/api/objects?match=*assw*&secrets={i}")[1])["objects"] for i in (0, 1)]
+check("secrets are masked", any(a["value"] != b["value"] for a, b in zip(*secrets) if b.get("secret") and "value" in b))
+
+# Rude requests.
+head = f"Host: {address.netloc}\r\nAuthorization: Bearer {token}\r\n"
+get = f"GET {OBJECT}?describe=0 HTTP/1.1\r\n{head}"
+last = get + "Connection: close\r\n\r\n"
+put = f"PUT {OBJECT} HTTP/1.1\r\n{head}Connection: close\r\nContent-Length: "
+for what, status, parts in [
+    ("two requests at once", 200, [get + "\r\n" + last]),
+    ("a byte at a time", 200, list(last)),
+    ("a body that is announced", 200, [put + "14\r\nExpect: 100-continue\r\n\r\n", '{"value":"80"}']),
+    ("a body that is too long", 413, [put + "999999999\r\n\r\n", "x" * 100000]),
+    ("two lengths", 400, [put + "1\r\nContent-Length: 2\r\n\r\n{}"]),
+    ("a length that is none", 400, [put + "-1\r\n\r\n"]),
+    ("a transfer encoding", 411, [f"PUT {OBJECT} HTTP/1.1\r\n{head}Transfer-Encoding: chunked\r\n\r\n0\r\n\r\n"]),
+    ("a long header", 431, ["GET / HTTP/1.1\r\nX: " + "x" * 20000]),
+    ("a long address", 414, ["GET /" + "x" * 12000 + " HTTP/1.1\r\n\r\n"]),
+    ("no HTTP", 400, ["hello\r\n\r\n"]),
+]:
+    answer = raw(*parts, wait=0.001 if len(parts) > 2 else 0.05)
+    check(what, f"HTTP/1.1 {status} " in answer, answer)
+check("both of two requests are answered", raw(get + "\r\n" + last).count("HTTP/1.1 200") == 2)
+
+# Slow clients hold up nobody; a hundred listeners hear, one more is refused, and they leave their places free.
+slow = [socket.create_connection((address.hostname, address.port)) for _ in range(300)]
+for client in slow:
+    client.sendall(b"GET / HTTP/1.1\r\nHo")
+listeners = [socket.create_connection((address.hostname, address.port), timeout=10) for _ in range(100)]
+for client in listeners:
+    client.sendall(f"GET /api/events?token={token} HTTP/1.1\r\nHost: {address.netloc}\r\n\r\n".encode())
+for client in listeners:
+    heard = client.recv(4096).decode()
+    while '"up":true' not in heard:
+        heard += client.recv(4096).decode()
+begin = time.monotonic()
+check("requests beside slow clients and listeners", ask("GET", OBJECT)[0] == 200 and time.monotonic() - begin < 1)
+status, text, _ = ask("GET", "/api/events")
+check("one listener more", status == 503 and "100 places" in text, text)
+subprocess.run(["kobctl", "set", "webHttpPort=8123"], check=True)
+check("all hear", all('"new":"8123"' in client.recv(65536).decode() for client in listeners[1:]))
+# The first listener has read nothing for a while: what it could not be sent is counted for it.
+texts = [o["name"] for o in json.loads(ask("GET", "/api/objects?values=0")[1])["objects"]
+         if o["type"] == "text" and o["writable"] and o["readable"] and not o.get("secret") and o.get("most", 0) > 250]
+texts = [name for name in texts if ask("PUT", f"/api/objects/{name}", {"value": "y" * 250})[0] == 200][:20]
+for i in range(120):
+    ask("PUT", "/api/objects", {name: f"{i:03}" + "x" * 240 for name in texts})
+    for client in listeners[1:]:
+        client.setblocking(False)
+        while client in select.select([client], [], [], 0)[0] and client.recv(1 << 20):
+            pass
+listeners[0].settimeout(2)
+heard = b""
+while b"event: missed" not in heard:
+    heard += listeners[0].recv(1 << 20)
+    subprocess.run(["kobctl", "set", "webHttpPort=8124"], check=True)
+check("a listener behind misses events and is told", len(heard) > 200_000, len(heard))
+for client in listeners + slow:
+    client.close()
+time.sleep(0.5)
+with socket.create_connection((address.hostname, address.port), timeout=10) as client:
+    client.sendall(f"GET /api/events?token={token} HTTP/1.1\r\nHost: {address.netloc}\r\n\r\n".encode())
+    check("places are free again", "200 OK" in client.recv(4096).decode())
+sys.exit(failures > 0)

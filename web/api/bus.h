@@ -1,0 +1,44 @@
+// The bus as the gateway's threads use it: a client of its own for each, and refusals as problem documents.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "client/library/kobd_client.h"
+#include "web/server/problem.h"
+
+namespace kobd::web
+{
+using Values = std::map<std::string, std::string>;
+using Assignments = std::vector<std::pair<std::string, std::string>>;
+
+// The client of the calling thread. Throws a Problem when the system gives none.
+kobd_client* Bus();
+
+// Throws what ProblemOfCall returns unless the code of the last call is 0.
+void Demand(int code);
+
+// Why the last call of this thread's client was refused.
+Problem ProblemOfCall(int code);
+
+// Whether the code says that a request was refused before anything was changed.
+bool IsRefusal(int code);
+
+// `why` as members of a problem or of a verdict: object, table, index, column, value, reason, right.
+Json MembersOf(const kobd_explanation& why);
+
+// The values of those objects that can be read.
+Values ReadValues(const std::vector<std::string>& names);
+
+// The value that a client has sent for `name`: a text, an integer, or true and false for 1 and 0.
+std::string ValueIn(const Json& value, const std::string& name);
+
+// A number in a path or query. Throws a Problem that calls it `what`.
+int32_t NumberIn(const std::string& text, const std::string& what, int32_t least, int32_t most);
+
+// The description of that object or table. Throws a Problem 404 with the name that was probably meant.
+const kobd_description& ObjectCalled(const std::string& name);
+const kobd_table_description& TableCalled(const std::string& name);
+}  // namespace kobd::web

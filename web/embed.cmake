@@ -1,0 +1,11 @@
+# cmake -DOUT=FILE.cpp -DFILES="A;B" -P embed.cmake: the files as one array of names and contents.
+set(text "#include \"web/page_files.h\"\nnamespace kobd::web\n{\nstatic constexpr PageFile kFiles[] = {\n")
+foreach(file ${FILES})
+  cmake_path(GET file FILENAME name)
+  file(READ ${file} hex HEX)
+  string(REGEX REPLACE "(................................................................)" "\\1\"\n\"" hex "${hex}")
+  string(REGEX REPLACE "([0-9a-f][0-9a-f])" "\\\\x\\1" hex "${hex}")
+  file(SIZE ${file} size)
+  string(APPEND text "{\"${name}\", {\"${hex}\", ${size}}},\n")
+endforeach()
+file(WRITE ${OUT} "${text}};\nconst std::span<const PageFile> kPageFiles = kFiles;\n}  // namespace kobd::web\n")

@@ -1,0 +1,51 @@
+// Changes as they happen: the list at the side, and whoever else wants to know.
+import {token} from './api.js';
+import {byId, clock, make} from './dom.js';
+
+const most = 60;  // lines kept
+
+const shown = (text) => text === null || text === undefined ? '' : `"${text}"`;
+const fromTo = ({old, new: value}) => old === undefined && value === undefined ? 'has changed' : `${shown(old)} → ${shown(value)}`;
+
+const sentence = {
+  object: (data) => [make('span', {class: 'name'}, data.name), ` ${fromTo(data)}`],
+  row: (data) => [make('span', {class: 'name'}, `${data.table} ${data.index}`), data.change === 'set' ?
+    ` ${Object.entries(data.columns).map(([name, change]) => `${name} ${fromTo(change)}`).join(', ')}` : ` ${data.change}`],
+  network: (data) => [`Network event `, make('span', {class: 'name'}, data.name)],
+  missed: (data) => [`${data.count} changes were missed`],
+};
+
+function add(type, data) {
+  byId('quiet').hidden = true;
+  const time = data.time ? new Date(data.time / 1000) : new Date();
+  const by = data.program ? make('span', {class: 'by'}, ` by ${data.program} (${data.process})`) : '';
+  byId('live').prepend(make('li', {}, make('time', {}, `${clock(time)} `), ...sentence[type](data), by));
+  while (byId('live').children.length > most) byId('live').lastChild.remove();
+}
+
+function showState(up, text) {
+  byId('state').classList.toggle('up', up);
+  byId('state').textContent = text;
+}
+
+// `listeners` has a function for a type of event. `whenUp` is called when the router has come back.
+export function startLive(listeners, whenUp) {
+  const source = new EventSource(`/api/events?token=${token()}`);
+  let up = true;
+  source.addEventListener('error', () => {
+    up = false;
+    showState(false, source.readyState === EventSource.CLOSED ? 'No changes are shown: all places of listeners are taken' : 'kobd-web does not answer');
+  });
+  source.addEventListener('router', (event) => {
+    const state = JSON.parse(event.data);
+    showState(state.up, state.up ? state.why ?? 'Connected' : state.why ?? 'kobd does not answer');
+    if (state.up && !up) whenUp();
+    up = state.up;
+  });
+  for (const type of ['object', 'row', 'network', 'missed', 'scenario'])
+    source.addEventListener(type, (event) => {
+      const data = JSON.parse(event.data);
+      if (sentence[type]) add(type, data);
+      listeners[type]?.(data);
+    });
+}

@@ -1,0 +1,120 @@
+// The view of values: search by name or meaning, look at one, change it in place.
+import {ask, part} from './api.js';
+import {attempt, byId, inputFor, make, newId, refresh} from './dom.js';
+import {addPlot, isNumber} from './plots.js';
+
+const most = 100;  // shown at once
+export let objects = [];
+const shown = new Map();  // by name: the elements of those in the list
+
+const matches = (object, words) => words.every((word) =>
+  object.name.toLowerCase().includes(word) || (object.meaning ?? '').toLowerCase().includes(word));
+
+const textOf = (object, value) => value === undefined ? '' : object.unit ? `${value} ${object.unit}` : value;
+
+function about(object) {
+  const access = object.action ? 'setting it starts something' :
+    object.writable ? object.readable ? 'read and write' : 'write only' : 'read only';
+  return make('p', {class: 'soft'}, `${object.type}, ${access}. `, object.writable ? `Takes ${object.accepts}.` : '');
+}
+
+async function save(object, input, element) {
+  const {value} = await ask('PUT', `/api/objects/${part(object.name)}`, {value: input.value});
+  object.value = value;
+  refresh(element.value, textOf(object, value));
+}
+
+function form(object, element) {
+  const id = newId();
+  const wrong = make('p', {class: 'wrong', role: 'alert', id: `${id}-wrong`});
+  const done = make('p', {class: 'done', role: 'status'});
+  const input = inputFor(object, object.secret ? '' : object.value ?? '', {id, 'aria-describedby': `${id}-wrong`});
+  element.input = input;
+  return make('form', {onsubmit: async (event) => {
+    event.preventDefault();
+    done.textContent = '';
+    if (await attempt(wrong, () => save(object, input, element), input)) done.textContent = 'Set.';
+  }}, make('label', {for: id}, 'New value'),
+  make('div', {class: 'line'}, input, make('button', {class: 'main'}, 'Set')), wrong, done);
+}
+
+async function show(object, element) {
+  const answer = await ask('GET', `/api/objects/${part(object.name)}?secrets=1`);
+  element.value.textContent = textOf(object, answer.value);
+}
+
+function inside(object, element) {
+  const wrong = make('p', {class: 'wrong', role: 'alert'});
+  return make('div', {class: 'inside'}, object.meaning ? make('p', {}, object.meaning) : null, about(object),
+    object.writable ? form(object, element) : null,
+    make('div', {class: 'line'},
+      isNumber(object.value) ? make('button', {onclick: () => { addPlot(object.name); location.hash = 'plots'; }}, 'Plot') : null,
+      object.secret && object.readable ? make('button', {onclick: () => attempt(wrong, () => show(object, element))}, 'Show the secret') : null),
+    wrong);
+}
+
+function entry(object) {
+  const element = {value: make('span', {class: 'value'}, textOf(object, object.value)), input: null};
+  shown.set(object.name, element);
+  const details = make('details', {'data-name': object.name},
+    make('summary', {}, make('span', {class: 'name'}, object.name), make('span', {class: 'meaning'}, object.meaning ?? ''), element.value));
+  const fill = () => { if (details.children.length === 1) details.append(inside(object, element)); };
+  details.firstChild.addEventListener('click', fill);  // before it opens, so that Tab finds the field at once
+  details.addEventListener('toggle', fill);            // the browser's own search opens it, too
+  return details;
+}
+
+async function readValues(list) {
+  const query = list.filter((object) => object.readable).map((object) => `match=${part(object.name)}`).join('&');
+  if (query === '') return;
+  const answer = await ask('GET', `/api/objects?describe=0&${query}`);
+  const values = new Map(answer.objects.map((object) => [object.name, object.value]));
+  for (const object of list) {
+    object.value = values.get(object.name);
+    const element = shown.get(object.name);
+    if (element) element.value.textContent = textOf(object, object.value);
+  }
+}
+
+let searches = 0;
+async function search() {
+  const mine = ++searches;
+  const words = byId('search').value.toLowerCase().split(/\s+/).filter((word) => word !== '');
+  const found = objects.filter((object) => matches(object, words));
+  found.sort((one, other) => words.length === 0 ? 0 : matches({name: other.name}, words) - matches({name: one.name}, words));
+  const list = found.slice(0, most);
+  shown.clear();
+  byId('objects').replaceChildren(...list.map(entry));
+  byId('found').textContent = found.length > most ? `${found.length} objects, the first ${most} are shown` :
+    found.length === 1 ? '1 object' : `${found.length} objects`;
+  try {
+    await readValues(list);
+  } catch (error) {
+    if (mine === searches) byId('found').textContent = error.message;
+  }
+  if (mine === searches) byId('objects').setAttribute('aria-busy', 'false');
+}
+
+// Somebody has changed it.
+export function changed({name, new: value}) {
+  const object = objects.find((one) => one.name === name);
+  if (object === undefined || typeof value !== 'string') return;
+  object.value = value;
+  const element = shown.get(name);
+  if (element === undefined) return;
+  refresh(element.value, textOf(object, value));
+  if (element.input && element.input !== document.activeElement && !object.secret) element.input.value = value;
+}
+
+export async function startValues() {
+  objects = (await ask('GET', '/api/objects?values=0')).objects;
+  let wait;
+  byId('search').addEventListener('input', () => {
+    byId('objects').setAttribute('aria-busy', 'true');
+    clearTimeout(wait);
+    wait = setTimeout(search, 120);
+  });
+  await search();
+}
+
+export const readAgain = () => search();
