@@ -36,7 +36,7 @@ std::vector<AskedValue> AskedTexts(const Json& arguments)
     return asked;
 }
 
-Json Values(const Options& options, const Json& arguments, bool secrets)
+Json ReadableValues(const Options& options, const Json& arguments, bool secrets)
 {
     Words asked;
     if (Failure failure = AskedNames(arguments, "object that can be read", ReadableObjects(), &asked))
@@ -49,11 +49,11 @@ Json Values(const Options& options, const Json& arguments, bool secrets)
     return ReplyOf(outcome, "values");
 }
 
-Json GetValues(const Options& options, const Json& arguments) { return Values(options, arguments, false); }
+Json GetValues(const Options& options, const Json& arguments) { return ReadableValues(options, arguments, false); }
 
 Json Reveal(const Options& options, const Json& arguments)
 {
-    return arguments.contains("table") ? RowsReply(options, arguments, true) : Values(options, arguments, true);
+    return arguments.contains("table") ? RowsReply(options, arguments, true) : ReadableValues(options, arguments, true);
 }
 
 std::vector<AskedValue> AskedObjects(const Assignments& pairs)
