@@ -72,8 +72,7 @@ root/opt/kobd/bin/kobctl table add CellularInterfaceTable Enable=1
 ls /tmp/state/uci
 bash -c 'kobctl() { /mnt/root/opt/kobd/bin/kobctl "$@"; }
     . /mnt/root/opt/kobd/share/bash-completion/completions/kobctl
-    COMP_WORDS=(kobctl get webHttpPo) COMP_CWORD=2; _kobctl; echo "${COMPREPLY[*]}"
-    COMP_WORDS=(kobctl table dump OnlineD) COMP_CWORD=3; _kobctl; echo "${COMPREPLY[*]}"'
+    COMP_LINE="kobctl table dump OnlineD" COMP_POINT=25; _kobctl; echo "${COMPREPLY[*]}"'
 kill "$daemon"
 wait "$daemon"
 echo "ended with $?"
@@ -86,7 +85,6 @@ $clients
 1
 tr069_cellular.staged
 tr069_interface
-webHttpPort
 OnlineDeviceTable OnlineDeviceTable_24G OnlineDeviceTable_24G_guest OnlineDeviceTable_5G OnlineDeviceTable_5G_guest
 ended with 0" "$(unshare --ipc --mount sh "$work/session" "$work" "$(dirname "$library" | sed "s|^$work|/mnt|")" 2>"$work/errors")"
 expect "errors of the session" "" "$(cat "$work/errors")"
