@@ -63,6 +63,9 @@ std::string WhyNoAnswer(const kobd_client& client)
         case kNotRunning:
             return BusModuleLook(kModuleKobd, &daemon) == EACCES ? "kobd runs as another user: be that user or root"
                                                                  : "kobd is not running on this bus";
+        case kSystemError: return "the reply cannot be read";
+        case kMallocFailed: return "the system has no memory left";
+        case kTableFull: return "the daemon has no place for one more";
         default: return "kobd was not reached";
     }
 }
