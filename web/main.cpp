@@ -82,6 +82,19 @@ void WaitForEnd(const sigset_t& signals, Connections* connections)
     while (sigtimedwait(&signals, nullptr, &second) < 0) connections->Sweep();
 }
 
+// Ends the program in any case: a call to a slow router may take a minute.
+void EndSoon()
+{
+    constexpr unsigned kPatience = 3;  // seconds
+    signal(SIGALRM,
+           [](int)
+           {
+               kobd_remove_change_files();
+               _exit(0);
+           });
+    alarm(kPatience);
+}
+
 int Serve(const Options& options, const sigset_t& signals)
 {
     Connections connections;
@@ -109,6 +122,8 @@ int Serve(const Options& options, const sigset_t& signals)
     WaitForEnd(signals, &connections);
     stop = true;
     connections.Stop();
+    scenario.Stop();
+    EndSoon();
     for (std::thread& thread : threads) thread.join();
     return 0;
 }

@@ -12,7 +12,7 @@ export function takeToken(text) {
 
 export class Refusal extends Error {
   constructor(problem) {
-    super(problem.detail ?? problem.title ?? 'It did not work.');
+    super(problem.detail ?? 'It did not work.');
     this.problem = problem;
   }
 }

@@ -18,8 +18,11 @@ function about(object) {
   return make('p', {class: 'soft'}, `${object.type}, ${access}. `, object.writable ? `Takes ${object.accepts}.` : '');
 }
 
+// The reason alone: the field says which object and value it is about.
+const short = (error) => error.problem?.reason && error.problem.right ? `${error.problem.reason}; it takes ${error.problem.right}` : error.message;
+
 async function save(object, input, element) {
-  const {value} = await ask('PUT', `/api/objects/${part(object.name)}`, {value: input.value});
+  const {value} = await ask('PUT', `/api/objects/${part(object.name)}`, {value: input.value}).catch((error) => { throw new Error(short(error)); });
   object.value = value;
   refresh(element.value, textOf(object, value));
 }

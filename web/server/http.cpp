@@ -52,12 +52,23 @@ void Write(const Problem& problem, httplib::Response* response)
     response->set_content(problem.Text(), kProblemType);
 }
 
+// The page takes scripts, styles and data from here alone, and no other page may show it in a frame.
+void WritePage(const Reply& reply, httplib::Response* response)
+{
+    response->set_header("Content-Security-Policy",
+                         "default-src 'none'; script-src 'self'; style-src 'self'; connect-src 'self'; img-src 'self'; "
+                         "base-uri 'none'; form-action 'none'; frame-ancestors 'none'");
+    response->set_header("Cross-Origin-Resource-Policy", "same-origin");
+    response->set_header("Referrer-Policy", "no-referrer");
+    response->set_content(reply.page.data(), reply.page.size(), reply.type);
+}
+
 void Write(const Reply& reply, httplib::Response* response)
 {
     response->status = reply.status;
     if (!reply.location.empty()) response->set_header("Location", reply.location);
     if (reply.type != nullptr)
-        response->set_content(reply.page.data(), reply.page.size(), reply.type);
+        WritePage(reply, response);
     else if (reply.status != 204)
         response->set_content(TextOf(reply.body), "application/json");
 }
@@ -69,17 +80,6 @@ Json BodyInHand()
     return body;
 }
 
-// The page takes scripts, styles and data from here alone, and no other page may show it in a frame.
-httplib::Headers FieldsOfAll()
-{
-    return {{"Cache-Control", "no-store"},
-            {"Content-Security-Policy",
-             "default-src 'none'; script-src 'self'; style-src 'self'; connect-src 'self'; img-src 'self'; "
-             "base-uri 'none'; form-action 'none'; frame-ancestors 'none'"},
-            {"Cross-Origin-Resource-Policy", "same-origin"},
-            {"Referrer-Policy", "no-referrer"},
-            {"X-Content-Type-Options", "nosniff"}};
-}
 }  // namespace
 
 Http::Http(const Guard& guard, Services* services) : guard_(guard), services_(*services)
@@ -91,7 +91,7 @@ Http::Http(const Guard& guard, Services* services) : guard_(guard), services_(*s
             Handle(request, &response);
             return HandlerResponse::Handled;
         });
-    set_default_headers(FieldsOfAll());
+    set_default_headers({{"Cache-Control", "no-store"}, {"X-Content-Type-Options", "nosniff"}});
     set_keep_alive_timeout(kIdleTime);
     set_keep_alive_max_count(1'000'000);  // only told to the client
     set_error_handler(
