@@ -40,6 +40,9 @@ constexpr bool HasColumn(std::string_view table, std::string_view column)
 #undef TABLE_MEANING
 #undef COLUMN_MEANING
 
+// A compiler need not take texts above 65536 bytes; ours do.
+#pragma GCC diagnostic ignored "-Woverlength-strings"
+
 // Once for each part of the rows.
 #define MEANING(name, unit, text) Number(NumberIn(kObjectNames, name)),
 constexpr uint16_t kObjectNumbers[] = {
