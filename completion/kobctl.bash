@@ -19,8 +19,10 @@ _kobctl_options() {
         table:set) own="--silent" ;;
         table:add) own="--parent" ;;
         confirm:*) own="--resume" ;;
-        get:* | describe:* | list:* | table:list) own="--case" ;;
-        history:*) own="--count" ;;
+        list:*) own="--case --long" ;;
+        get:* | describe:* | table:list) own="--case" ;;
+        history:* | search:*) own="--count" ;;
+        schema:*) own="--json-schema --openapi --yang" ;;
         watch:*) own="--count --poll" ;;
         monitor:*) own="--count --pcap --secrets" ;;
         sim:set) own="--announce" ;;
@@ -64,7 +66,7 @@ _kobctl_sim() {
 
 _kobctl() {
     if [ "$COMP_CWORD" = 1 ]; then
-        _kobctl_complete "get set check confirm commit history undo reset table list describe show export import \
+        _kobctl_complete "get set check confirm commit history undo reset table search list describe show export import schema \
             batch watch monitor event journal sim nvram config doctor wait rpcd help"
         return
     fi
@@ -88,7 +90,7 @@ _kobctl() {
         watch | monitor) _kobctl_complete "$(kobctl complete-names; kobctl complete-names tables)" ;;
         export | import | batch) mapfile -t COMPREPLY < <(compgen -f -- "${COMP_WORDS[COMP_CWORD]}") ;;
         help)
-            _kobctl_complete "get set check confirm commit history undo reset table list describe show export import \
+            _kobctl_complete "get set check confirm commit history undo reset table search list describe show export import schema \
                 batch watch monitor event journal sim nvram config doctor wait rpcd"
             ;;
         nvram | config) [ "$COMP_CWORD" = 2 ] && _kobctl_complete "get set" ;;

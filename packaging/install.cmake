@@ -17,7 +17,8 @@ install(TARGETS kobctl RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS uci RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/kobd)
 if(KOBD_STATIC)
   # A static client library is nothing without the archives below it.
-  install(TARGETS kobd_client kobd_bus kobd_tlv EXPORT kobd_client ARCHIVE COMPONENT development)
+  install(TARGETS kobd_client kobd_client_dictionary kobd_client_log kobd_value_rule kobd_bus kobd_tlv EXPORT kobd_client
+    ARCHIVE COMPONENT development)
 else()
   install(TARGETS kobd_client kobd_bus EXPORT kobd_client LIBRARY NAMELINK_COMPONENT development)
   install(TARGETS kobd_host LIBRARY)
@@ -33,7 +34,8 @@ install(FILES ${KOBD_MADE}/kobd_client-config-version.cmake DESTINATION ${KOBD_P
 file(RELATIVE_PATH KOBD_PREFIX_FROM_PKGCONFIG /p/${CMAKE_INSTALL_LIBDIR}/pkgconfig /p)
 string(REGEX REPLACE "/$" "" KOBD_PREFIX_FROM_PKGCONFIG ${KOBD_PREFIX_FROM_PKGCONFIG})
 if(KOBD_STATIC)
-  set(KOBD_PKGCONFIG_LIBRARIES "-lkobd_client -lkobd_tlv -lkobd_bus -l${KOBD_CXX_LIBRARY}")
+  set(KOBD_PKGCONFIG_LIBRARIES 
+      "-lkobd_client -lkobd_client_dictionary -lkobd_client_log -lkobd_value_rule -lkobd_tlv -lkobd_bus -l${KOBD_CXX_LIBRARY}")
 else()
   set(KOBD_PKGCONFIG_LIBRARIES "-lkobd_client")
 endif()

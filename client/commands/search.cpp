@@ -25,6 +25,19 @@ std::string InLowerCase(std::string text)
     return text;
 }
 
+// The name with blanks between its parts: "web Http Port".
+std::string Parted(const std::string& name)
+{
+    std::string parted;
+    for (const char letter : name)
+    {
+        const bool begins = isupper(static_cast<unsigned char>(letter)) != 0;
+        if (begins && !parted.empty() && isupper(static_cast<unsigned char>(parted.back())) == 0) parted += ' ';
+        parted += letter;
+    }
+    return parted;
+}
+
 bool IsLetter(char letter) { return isalnum(static_cast<unsigned char>(letter)) != 0; }
 
 // How well the word is found in the text: more for a whole word, and for the start of one. 0: not at all.
@@ -46,12 +59,14 @@ int Score(const std::string& name, const char* meaning, const char* unit, const 
     constexpr int kInName = 3;
     constexpr int kWholeName = 20;
     const std::string lower = InLowerCase(name);
+    const std::string parts = InLowerCase(Parted(name));
     const std::string text = InLowerCase(std::string(meaning != nullptr ? meaning : ""));
     const std::string in = InLowerCase(std::string(unit != nullptr ? unit : ""));
     int sum = 0;
     for (const std::string& word : words)
     {
-        const int score = kInName * ScoreIn(lower, word) + ScoreIn(text, word) + ScoreIn(in, word);
+        const int in_name = std::max(ScoreIn(lower, word), ScoreIn(parts, word));
+        const int score = kInName * in_name + ScoreIn(text, word) + ScoreIn(in, word);
         if (score == 0) return 0;
         sum += score + (lower == word ? kWholeName : 0);
     }
@@ -103,7 +118,8 @@ Json MeaningJson(const std::string& name, const char* kind, const char* meaning,
 
 std::string MeaningText(const char* meaning, const char* unit)
 {
-    return std::string(meaning != nullptr ? meaning : "") + (unit != nullptr ? std::string(" Unit: ") + unit + "." : "");
+    return std::string(meaning != nullptr ? meaning : "") +
+           (unit != nullptr ? std::string(" Unit: ") + unit + "." : "");
 }
 
 Outcome CommandSearch(const Options& options, const Words& words)

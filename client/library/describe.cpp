@@ -42,13 +42,7 @@ public:
     {
         for (const ObjectEntry& object : kObjectRows) objects_.push_back(Describe(object));
         for (const TableEntry& table : kTableRows) AddTable(table);
-        for (const Meaning& one : ObjectMeanings()) AddObjectMeaning(one);
-        for (const Meaning& one : TableMeanings()) AddTableMeaning(one);
-        for (const Meaning& one : ColumnMeanings())
-            if (one.table != kEveryTable) AddColumnMeaning(one);
-        for (size_t i = 0; i < tables_.size(); ++i) TakeMeanings(kTableRows[i], &tables_[i]);
-        for (const Meaning& one : ColumnMeanings())
-            if (one.table == kEveryTable) AddColumnMeaning(one);
+        AddMeanings();
     }
 
     const std::vector<kobd_description>& Objects() const { return objects_; }
@@ -143,28 +137,28 @@ private:
         to->unit = *meaning.unit != 0 ? meaning.unit : nullptr;
     }
 
-    // Requests reach the first object of a name; the second one has no meaning of its own.
-    void AddObjectMeaning(const Meaning& meaning)
+    void AddMeanings()
     {
-        const auto found = std::ranges::find(objects_, std::string_view(meaning.name),
-                                             [](const kobd_description& one) { return std::string_view(one.name); });
-        if (found != objects_.end()) Give(meaning, &*found);
+        const auto add_every = [this](const Meaning& one)
+        {
+            if (one.number != kEveryTable) return;
+            for (DescribedTable& table : tables_) AddColumnMeaning(one, &table);
+        };
+        ForEachMeaning(kObjectMeanings, [this](const Meaning& one) { Give(one, &objects_[one.number]); });
+        ForEachMeaning(kTableMeanings, [this](const Meaning& one) { tables_[one.number].face.meaning = one.text; });
+        ForEachMeaning(kColumnMeanings,
+                       [this](const Meaning& one)
+                       {
+                           if (one.number != kEveryTable) AddColumnMeaning(one, &tables_[one.number]);
+                       });
+        for (size_t i = 0; i < tables_.size(); ++i) TakeMeanings(kTableRows[i], &tables_[i]);
+        ForEachMeaning(kColumnMeanings, add_every);
     }
 
-    void AddTableMeaning(const Meaning& meaning)
+    static void AddColumnMeaning(const Meaning& meaning, DescribedTable* table)
     {
-        for (DescribedTable& one : tables_)
-            if (std::string_view(one.face.name) == meaning.name) one.face.meaning = meaning.text;
-    }
-
-    void AddColumnMeaning(const Meaning& meaning)
-    {
-        const bool every = meaning.table == kEveryTable;
-        for (DescribedTable& table : tables_)
-            if (every || std::string_view(table.face.name) == meaning.table)
-                for (kobd_description& column : table.columns)
-                    if (column.meaning == nullptr && std::string_view(column.name) == meaning.name)
-                        Give(meaning, &column);
+        for (kobd_description& column : table->columns)
+            if (column.meaning == nullptr && std::string_view(column.name) == meaning.column) Give(meaning, &column);
     }
 
     // The columns of another table's rows, and those that are other names, mean what the others mean.

@@ -1,27 +1,24 @@
-// Why the last call failed: from the request that was sent, the daemon's log, and the dictionary.
-#include <algorithm>
+// Why the last call failed: no answer, or a refusal.
+#include "client/library/explain.h"
+
 #include <cerrno>
 
-#include "client/dictionary/dictionary.h"
-#include "client/library/connection.h"
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
 {
+Explained Simple(const std::string& reason) { return {.reason = reason, .text = reason}; }
+
 namespace
 {
-using Pairs = std::vector<NameAndValue>;
-
 // What a refused request asked for. It is read before the client's buffers are used again.
 struct Asked
 {
     uint16_t id = 0;
-    Pairs objects = {};                    // with their new values, where it has some
-    std::vector<RowWithValues> rows = {};  // tables, with an index where it has one
+    Pairs objects = {};     // with their new values, where it has some
+    ChangedRows rows = {};  // tables, with an index where it has one
 };
-
-constexpr int32_t kNoIndex = -1;
 
 Asked ReadRequest(const Message& request)
 {
@@ -38,20 +35,6 @@ Asked ReadRequest(const Message& request)
     return asked;
 }
 
-Explained Simple(const std::string& reason) { return {.reason = reason, .text = reason}; }
-
-std::string TextOf(const NameAndValue& pair) { return pair.name + "=" + pair.value; }
-
-std::string TextOf(const RowWithValues& row) { return row.index == kNoIndex ? row.table : row.Text(); }
-
-template <class Things>
-std::string TextsOf(const Things& things)
-{
-    Words texts;
-    for (const auto& one : things) texts.push_back(TextOf(one));
-    return Joined(texts);
-}
-
 std::string WhyNoAnswer(const kobd_client& client)
 {
     BusModule daemon;
@@ -63,226 +46,18 @@ std::string WhyNoAnswer(const kobd_client& client)
         case kNotRunning:
             return BusModuleLook(kModuleKobd, &daemon) == EACCES ? "kobd runs as another user: be that user or root"
                                                                  : "kobd is not running on this bus";
+        case kSystemError: return "the reply cannot be read";
+        case kMallocFailed: return "the system has no memory left";
+        case kTableFull: return "the daemon has no place for one more";
         default: return "kobd was not reached";
     }
-}
-
-// -- objects
-
-// "NAME=VALUE: REASON; it takes RIGHT"; without a reason where there is none to tell.
-Explained OfObject(const NameAndValue& pair, const std::string& reason, const std::string& right)
-{
-    Explained why = {.object = pair.name, .value = pair.value, .reason = reason};
-    if (!right.empty()) why.right = right;
-    const std::string takes = right.empty() ? "" : "it takes " + right;
-    why.text = TextOf(pair) + ": " + reason + (reason.empty() || takes.empty() ? "" : "; ") + takes;
-    return why;
-}
-
-// The pair that was refused, with the reason from the log or the dictionary. Where neither has one, all pairs with
-// what their checks accept.
-Explained WhyNotSet(const Pairs& pairs, const std::vector<LogLine>& log)
-{
-    Words passed;
-    for (const NameAndValue& pair : pairs)
-    {
-        const ObjectEntry* object = FindObject(pair.name);
-        const Fault fault = JudgeObject(pair.name, pair.value);
-        const auto said = RefusalIn(log, pair.name, pair.value);
-        if (said && object != nullptr)
-        {
-            Explained why = OfObject(pair, *said, Accepts(*object));
-            if (said->empty()) why.reason = fault ? fault.reason : std::string(object->validator) + " refuses it";
-            return why;
-        }
-        if (fault)
-        {
-            Explained why = OfObject(pair, fault.reason, fault.right);
-            why.text = fault.Text(pair.name, pair.value);
-            return why;
-        }
-        passed.push_back(TextOf(pair) + (object->validator != nullptr ? ": it takes " + Accepts(*object) : ""));
-    }
-    Explained why = {.reason = "the check of one of these values refuses it", .text = Joined(passed)};
-    if (pairs.size() != 1) return why;
-    const ObjectEntry& object = *FindObject(pairs[0].name);
-    why.object = pairs[0].name;
-    why.value = pairs[0].value;
-    why.right = Accepts(object);
-    why.reason = object.validator != nullptr ? std::string(object.validator) + " refuses it" : "the daemon refuses it";
-    return why;
-}
-
-// Every value was found right, but the router could not apply one of them.
-Explained WhyNotApplied(const Pairs& pairs)
-{
-    Words names;
-    for (const NameAndValue& pair : pairs) names.push_back(pair.name);
-    Explained why =
-        Simple("the router could not set " + std::string(names.size() == 1 ? "" : "one of ") + Joined(names));
-    if (pairs.size() != 1) return why;
-    why.object = pairs[0].name;
-    why.value = pairs[0].value;
-    return why;
-}
-
-Explained OfSet(int code, const Pairs& pairs, const std::vector<LogLine>& log)
-{
-    const bool judged =
-        std::ranges::any_of(pairs, [](const auto& one) { return bool(JudgeObject(one.name, one.value)); });
-    return code == kInvalidArgument || judged ? WhyNotSet(pairs, log) : WhyNotApplied(pairs);
-}
-
-std::string WhyNotRead(const std::string& name)
-{
-    const ObjectEntry* object = FindObject(name);
-    if (object == nullptr && FindTable(name) != nullptr) return name + " is a table, not an object";
-    if (object == nullptr) return NoSuchName("object", name);
-    return object->access == Access::kWriteOnly ? name + " is write-only"
-                                                : "the router could not read " + name + ", see the log";
-}
-
-Explained OfGet(int code, const Pairs& names)
-{
-    Explained why = Simple(TextsOf(names));
-    if (names.size() != 1) return why;
-    const std::string& name = names[0].name;
-    why = Simple(code == kBufferLimit ? "the value of " + name + " does not fit" : WhyNotRead(name));
-    why.object = name;
-    return why;
-}
-
-// -- rows
-
-void NoteIndex(void* context, const char*, int32_t index, const char* const*, const char* const*, size_t)
-{
-    static_cast<std::vector<int32_t>*>(context)->push_back(index);
-}
-
-Explained OfMissingRow(kobd_client* client, const std::vector<RowWithValues>& rows)
-{
-    for (const RowWithValues& row : rows)
-    {
-        std::vector<int32_t> present;
-        if (kobd_rows(client, row.table.c_str(), NoteIndex, &present) != kSuccess) break;
-        if (std::ranges::find(present, row.index) != present.end()) continue;
-        Explained why = Simple(NoRow(row.table, row.index, present));
-        why.table = row.table;
-        why.index = row.index;
-        return why;
-    }
-    return Simple(TextsOf(rows));
-}
-
-Explained OfMissingOperation(Operation operation, const std::vector<RowWithValues>& rows)
-{
-    for (const RowWithValues& row : rows)
-        for (const Operation needed : {operation == kSetParentPath ? kAdd : operation, operation})
-            if (const TableEntry* table = FindTable(row.table); table != nullptr && !table->Has(needed))
-            {
-                Explained why = Simple(NoOperation(*table, needed));
-                why.table = row.table;
-                return why;
-            }
-    return Simple(TextsOf(rows));
-}
-
-Operation OperationOf(uint16_t id)
-{
-    switch (id)
-    {
-        case kReqTableAdd: return kAdd;
-        case kREQSubTableAdd: return kSetParentPath;
-        case kReqTableDel: return kDel;
-        case kReqTableGet: return kGet;
-        case kReqTableDump: return kNext;
-        default: return kSet;
-    }
-}
-
-Explained OfRows(kobd_client* client, int code, uint16_t id, const std::vector<RowWithValues>& rows)
-{
-    const RowWithValues& first = rows.front();
-    Explained why = Simple(TextsOf(rows));
-    const TableEntry* table = FindTable(first.table);
-    if (code == kIndexNotFound) return OfMissingRow(client, rows);
-    if (code == kMethodUnavailable) return OfMissingOperation(OperationOf(id), rows);
-    if (code == kNotFound && table == nullptr) why = Simple(NoSuchName("table", first.table));
-    if (code == kTableFull && table != nullptr)
-        why = Simple(first.table + " holds " + std::to_string(table->max_rows) + " rows, its maximum");
-    if (code == kBufferLimit)
-        why = Simple(TextsOf(rows) + " does not fit one reply, kobctl table dump " + first.table + " shows it");
-    if (rows.size() != 1) return why;
-    why.table = first.table;
-    why.index = first.index;
-    return why;
-}
-
-std::string ChangeText(const RowWithValues& row)
-{
-    std::string text = row.Text();
-    for (const NameAndValue& one : row.values) text += " " + TextOf(one);
-    return text;
-}
-
-bool IsCheckOf(const RowWithValues& row, const std::string& check)
-{
-    const TableEntry* table = FindTable(row.table);
-    return table != nullptr && check == table->validator;
-}
-
-// The last line that a check of these rows wrote; nullptr when none did.
-const LogLine* CheckLine(const std::vector<RowWithValues>& rows, const std::vector<LogLine>& log)
-{
-    const auto found = std::find_if(
-        log.rbegin(), log.rend(),
-        [&](const LogLine& line)
-        { return std::ranges::any_of(rows, [&](const RowWithValues& row) { return IsCheckOf(row, line.function); }); });
-    return found == log.rend() ? nullptr : &*found;
-}
-
-// The check of a row writes its reason to the log. Any of the check's rows may be the wrong one.
-Explained OfCheck(const std::vector<RowWithValues>& changes, const std::vector<LogLine>& log)
-{
-    const LogLine* said = CheckLine(changes, log);
-    std::vector<RowWithValues> rows = changes;
-    if (said != nullptr) std::erase_if(rows, [&](const RowWithValues& row) { return !IsCheckOf(row, said->function); });
-    Words texts;
-    for (const RowWithValues& row : rows) texts.push_back(ChangeText(row));
-    Explained why = {.text = (rows.size() > 1 ? "one of these rows: " : "") + Joined(texts)};
-    const TableEntry* table = FindTable(rows.front().table);
-    const std::string check = said != nullptr ? said->function : table != nullptr ? table->validator : "";
-    why.reason = said != nullptr ? said->message + " (" + check + ")" : "the daemon refuses " + why.text;
-    if (said != nullptr) why.text += ": " + why.reason;
-    if (const std::string right = RuleOf(check); !right.empty() && (said != nullptr || changes.size() == 1))
-    {
-        why.right = right;
-        why.text += "; it takes " + right;
-    }
-    if (rows.size() != 1) return why;
-    why.table = rows[0].table;
-    why.index = rows[0].index;
-    return why;
-}
-
-Explained OfChanges(kobd_client* client, int code, const std::vector<RowWithValues>& changes)
-{
-    const std::vector<LogLine> log = client->log.Lines();
-    const bool all_can_be_set = std::ranges::all_of(changes,
-                                                    [](const RowWithValues& row)
-                                                    {
-                                                        const TableEntry* table = FindTable(row.table);
-                                                        return table != nullptr && table->Has(kSet);
-                                                    });
-    if (code == kIndexNotFound || !all_can_be_set) return OfRows(client, code, kReqTableSet, changes);
-    return OfCheck(changes, log);
 }
 
 Explained OfRefusal(kobd_client* client)
 {
     const int code = client->code;
     const Asked asked = ReadRequest(client->request);
-    const std::vector<RowWithValues> changes = client->changes;
+    const ChangedRows changes = client->changes;
     if (!changes.empty()) return OfChanges(client, code, changes);
     if (asked.id == kReqObjGet && !asked.objects.empty()) return OfGet(code, asked.objects);
     if (!asked.objects.empty()) return OfSet(code, asked.objects, client->log.Lines());

@@ -32,33 +32,44 @@ std::unique_ptr<Taken> Nothing(int code)
 }
 }  // namespace
 
-Feed::~Feed()
-{
-    if (process_ == getpid())
-    {
-        closing_ = true;
-        pthread_mutex_lock(&lock_);
-        pthread_cond_signal(&room_);
-        pthread_mutex_unlock(&lock_);
-        pthread_join(thread_, nullptr);
-    }
-    if (descriptor_ >= 0) close(descriptor_);
-}
-
 // The thread takes no signals: those belong to the program.
-bool Feed::Start()
+Feed* Feed::Start(Take take)
 {
-    descriptor_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    if (descriptor_ < 0) return false;
+    const int descriptor = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (descriptor < 0) return nullptr;
+    auto* feed = new Feed(std::move(take), descriptor);
     sigset_t all;
     sigset_t before;
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
-    const int error = pthread_create(&thread_, nullptr, Run, this);
+    const int error = pthread_create(&feed->thread_, nullptr, Run, feed);
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
-    if (error == 0) process_ = getpid();
+    if (error == 0) return feed;
+    delete feed;
+    close(descriptor);
     errno = error;
-    return error == 0;
+    return nullptr;
+}
+
+void Feed::Close(Feed* feed)
+{
+    if (feed == nullptr) return;
+    const int descriptor = feed->descriptor_;
+    if (feed->process_ == getpid())
+    {
+        feed->Join();
+        delete feed;
+    }
+    close(descriptor);
+}
+
+void Feed::Join()
+{
+    pthread_mutex_lock(&lock_);
+    closing_ = true;
+    pthread_cond_signal(&room_);
+    pthread_mutex_unlock(&lock_);
+    pthread_join(thread_, nullptr);
 }
 
 void* Feed::Run(void* self)

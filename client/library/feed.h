@@ -3,6 +3,7 @@
 #pragma once
 
 #include <pthread.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <deque>
@@ -29,13 +30,14 @@ public:
     // Takes the next message, waiting for a short time. The code 8: none came.
     using Take = std::function<void(Taken*)>;
 
-    explicit Feed(Take take) : take_(std::move(take)) {}
+    // nullptr with errno when the system gives no descriptor or no thread. Close it with Close.
+    static Feed* Start(Take take);
     Feed(const Feed&) = delete;
     Feed& operator=(const Feed&) = delete;
-    ~Feed();
 
-    // False with errno when the system gives no descriptor or no thread.
-    bool Start();
+    // Ends the thread and frees the feed, which may be nullptr. In a child of the process that started it, whose copy
+    // may be half-changed, only the descriptor is closed.
+    static void Close(Feed* feed);
 
     int Descriptor() const { return descriptor_; }
 
@@ -47,7 +49,10 @@ public:
     void Stop();
 
 private:
+    Feed(Take take, int descriptor) : take_(std::move(take)), process_(getpid()), descriptor_(descriptor) {}
+    ~Feed() = default;
     static void* Run(void* self);
+    void Join();
     bool WaitForRoom();
     void Deliver(std::unique_ptr<Taken> taken);
     std::unique_ptr<Taken> TakeFirst();
@@ -57,8 +62,8 @@ private:
     pthread_mutex_t lock_ = PTHREAD_MUTEX_INITIALIZER;
     pthread_cond_t room_ = PTHREAD_COND_INITIALIZER;
     pthread_t thread_ = {};
-    int process_ = 0;  // whose thread it is
-    int descriptor_ = -1;
+    const int process_;  // whose thread it is
+    const int descriptor_;
     std::atomic<bool> closing_ = false;
     std::atomic<bool> stopped_ = false;
 };

@@ -7,6 +7,10 @@ namespace kobd::client
 {
 namespace
 {
+constexpr std::string_view kEvery = "*";
+
+constexpr uint16_t Number(size_t number) { return static_cast<uint16_t>(number); }
+
 constexpr bool HasColumn(const TableRow& table, std::string_view column)
 {
     return std::ranges::any_of(table.layout.columns, [&](const ColumnDef& one) { return column == one.name; });
@@ -14,7 +18,7 @@ constexpr bool HasColumn(const TableRow& table, std::string_view column)
 
 constexpr bool HasColumn(std::string_view table, std::string_view column)
 {
-    if (table == kEveryTable)
+    if (table == kEvery)
         return std::ranges::any_of(kTableRows, [&](const TableRow& one) { return HasColumn(one, column); });
     const size_t number = NumberIn(kTableNames, table);
     return number != kNoNumber && HasColumn(kTableRows[number], column);
@@ -36,23 +40,60 @@ constexpr bool HasColumn(std::string_view table, std::string_view column)
 #undef TABLE_MEANING
 #undef COLUMN_MEANING
 
-#define MEANING(name, unit, text) {nullptr, name, unit, text},
-#define TABLE_MEANING(name, text) {nullptr, name, "", text},
-#define COLUMN_MEANING(table, column, unit, text) {table, column, unit, text},
-constexpr Meaning kObjects[] = {
+// A compiler need not take texts above 65536 bytes; ours do.
+#pragma GCC diagnostic ignored "-Woverlength-strings"
+
+// Once for each part of the rows.
+#define MEANING(name, unit, text) Number(NumberIn(kObjectNames, name)),
+constexpr uint16_t kObjectNumbers[] = {
 #include "dictionary/catalogue/meanings/objects.def"
 };
-constexpr Meaning kTables[] = {
+#undef MEANING
+#define MEANING(name, unit, text) text "\0"
+constexpr char kObjectTexts[] =
+#include "dictionary/catalogue/meanings/objects.def"
+    ;
+#undef MEANING
+#define MEANING(name, unit, text) unit "\0"
+constexpr char kObjectUnits[] =
+#include "dictionary/catalogue/meanings/objects.def"
+    ;
+#undef MEANING
+
+#define TABLE_MEANING(name, text) Number(NumberIn(kTableNames, name)),
+constexpr uint16_t kTableNumbers[] = {
 #include "dictionary/catalogue/meanings/tables.def"
 };
-constexpr Meaning kColumns[] = {
+#undef TABLE_MEANING
+#define TABLE_MEANING(name, text) text "\0"
+constexpr char kTableTexts[] =
+#include "dictionary/catalogue/meanings/tables.def"
+    ;
+#undef TABLE_MEANING
+
+#define COLUMN_MEANING(table, column, unit, text) table == kEvery ? kEveryTable : Number(NumberIn(kTableNames, table)),
+constexpr uint16_t kColumnTables[] = {
 #include "dictionary/catalogue/meanings/columns.def"
 };
+#undef COLUMN_MEANING
+#define COLUMN_MEANING(table, column, unit, text) column "\0"
+constexpr char kColumnNames[] =
+#include "dictionary/catalogue/meanings/columns.def"
+    ;
+#undef COLUMN_MEANING
+#define COLUMN_MEANING(table, column, unit, text) text "\0"
+constexpr char kColumnTexts[] =
+#include "dictionary/catalogue/meanings/columns.def"
+    ;
+#undef COLUMN_MEANING
+#define COLUMN_MEANING(table, column, unit, text) unit "\0"
+constexpr char kColumnUnits[] =
+#include "dictionary/catalogue/meanings/columns.def"
+    ;
+#undef COLUMN_MEANING
 }  // namespace
 
-std::span<const Meaning> ObjectMeanings() { return kObjects; }
-
-std::span<const Meaning> TableMeanings() { return kTables; }
-
-std::span<const Meaning> ColumnMeanings() { return kColumns; }
+const MeaningRows kObjectMeanings = {kObjectNumbers, nullptr, kObjectUnits, kObjectTexts};
+const MeaningRows kTableMeanings = {kTableNumbers, nullptr, nullptr, kTableTexts};
+const MeaningRows kColumnMeanings = {kColumnTables, kColumnNames, kColumnUnits, kColumnTexts};
 }  // namespace kobd::client

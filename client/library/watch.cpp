@@ -29,7 +29,7 @@ struct kobd_tap
     BusTap* bus = nullptr;
     BusTapped tapped = {};
     Message message;
-    std::unique_ptr<Feed> feed = {};
+    Feed* feed = nullptr;  // once there is a descriptor
 };
 
 int kobd_watch_open(kobd_watch** watch, uint32_t module)
@@ -46,7 +46,7 @@ int kobd_watch_open(kobd_watch** watch, uint32_t module)
 void kobd_watch_close(kobd_watch* watch)
 {
     if (watch == nullptr) return;
-    delete watch->feed.load();  // before its queue goes
+    Feed::Close(watch->feed);  // before its queue goes
     BusClientClose(&watch->bus);
     delete watch;
 }
@@ -93,9 +93,8 @@ int kobd_watch_descriptor(kobd_watch* watch)
     if (watch->feed != nullptr) return watch->feed.load()->Descriptor();
     const auto take = [watch](Taken* taken)
     { taken->code = BusClientReceive(&watch->bus, taken->message.Header(), kFeedLookMs); };
-    auto feed = std::make_unique<Feed>(take);
-    if (!feed->Start()) return -1;
-    watch->feed = feed.release();
+    watch->feed = Feed::Start(take);
+    if (watch->feed == nullptr) return -1;
     if (watch->stopped) watch->feed.load()->Stop();
     return watch->feed.load()->Descriptor();
 }
@@ -125,7 +124,7 @@ int kobd_tap_open(kobd_client* client, kobd_tap** tap)
 void kobd_tap_close(kobd_tap* tap)
 {
     if (tap == nullptr) return;
-    tap->feed.reset();  // before its memory goes
+    Feed::Close(tap->feed);  // before its memory goes
     BusTapClose(tap->bus);
     delete tap;
 }
@@ -135,10 +134,8 @@ int kobd_tap_descriptor(kobd_tap* tap)
     if (tap->feed != nullptr) return tap->feed->Descriptor();
     const auto take = [tap](Taken* taken)
     { taken->code = BusTapNext(tap->bus, &taken->tapped, taken->message.Header(), &taken->missed, kFeedLookMs); };
-    auto feed = std::make_unique<Feed>(take);
-    if (!feed->Start()) return -1;
-    tap->feed = std::move(feed);
-    return tap->feed->Descriptor();
+    tap->feed = Feed::Start(take);
+    return tap->feed != nullptr ? tap->feed->Descriptor() : -1;
 }
 
 namespace

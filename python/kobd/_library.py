@@ -158,7 +158,7 @@ def _load() -> ctypes.CDLL:
             function.restype = result
             function.argtypes = arguments
     except (OSError, AttributeError) as error:
-        advice = "install kobd 0.2 or later, or let KOBD_CLIENT_LIBRARY name its libkobd_client.so.0"
+        advice = "install a later kobd, or let KOBD_CLIENT_LIBRARY name its libkobd_client.so.0"
         raise ImportError(f"kobd: the client library cannot be used: {error}; {advice}") from error
     return library
 

@@ -110,10 +110,6 @@ TEST_F(ClientLibrary, ExplainsWhatWasRefused)
          },
          "12|-|DnsClientTable|1|Enabled|1|there is no column Enabled, did you mean Enable?|-"},
         {[&] {
-             return change({{"DnsClientTable", "1", "Type", std::string(200, 'a').c_str()}});
-         },
-         ""},
-        {[&] {
              return change({{"DnsClientTable", "1", "Enable", "0"}, {"DnsClientTable", "7", "Enable", "0"}});
          },
          "13|-|DnsClientTable|7|-|-|DnsClientTable has no row 7, it has 1, 2, 3|-"},
@@ -129,7 +125,7 @@ TEST_F(ClientLibrary, ExplainsWhatWasRefused)
     for (const auto& one : cases)
     {
         EXPECT_NE(one.call(), 0) << one.fields;
-        if (!one.fields.empty()) EXPECT_EQ(Fields(kobd_explain(client_)), one.fields);
+        EXPECT_EQ(Fields(kobd_explain(client_)), one.fields);
     }
     EXPECT_STREQ(kobd_explain(client_)->text,
                  "there is no table FwUrlFiltertable, did you mean FwUrlFilterTable?: Obj "
@@ -226,11 +222,13 @@ TEST(ClientLibraryDictionary, DescribesWhatItAccepts)
             EXPECT_EQ(judge(std::to_string(one->most + 1)), KOBD_INVALID) << one->name;
             EXPECT_STREQ(why->right, one->accepts);
         }
-        for (size_t c = 0; c < one->choice_count; ++c) EXPECT_EQ(judge(one->choices[c]), 0) << one->name;
-        if (one->choice_count != 0) EXPECT_EQ(judge("no such choice"), KOBD_INVALID) << one->name;
+        std::vector<std::string> wrong;
+        if (one->choice_count != 0) wrong.push_back("no such choice");
         if (one->is_number == 0 && one->has_range != 0)
-            EXPECT_EQ(judge(std::string(static_cast<size_t>(one->most) + 1, 'a')), KOBD_INVALID) << one->name;
-        if (one->forbidden != nullptr) EXPECT_EQ(judge("a" + std::string(one->forbidden)), KOBD_INVALID) << one->name;
+            wrong.push_back(std::string(static_cast<size_t>(one->most) + 1, 'a'));
+        if (one->forbidden != nullptr) wrong.push_back("a" + std::string(one->forbidden));
+        for (size_t c = 0; c < one->choice_count; ++c) EXPECT_EQ(judge(one->choices[c]), 0) << one->name;
+        for (const std::string& value : wrong) EXPECT_EQ(judge(value), KOBD_INVALID) << one->name << "=" << value;
     }
     const kobd_description& rsrp = *kobd_describe("lteRsrp0");
     EXPECT_EQ(Or(rsrp.unit) + std::to_string(rsrp.writable), "dBm0");
