@@ -5,13 +5,16 @@ from __future__ import annotations
 import ctypes
 import os
 from ctypes import POINTER, c_char_p, c_int, c_int32, c_int64, c_size_t, c_uint16, c_uint32, c_uint64, c_void_p
-from typing import Any, Optional, Union
+from typing import Any, Iterator, Optional, Union
 
 from .errors import KobdError, Refused, error_class
 
 VALUE_MAX = 2048
-INVALID = 2
-TIMEOUT = 8
+INVALID, SYSTEM_ERROR, TIMEOUT, BUFFER_LIMIT = 2, 4, 8, 11
+
+# Requests, and the tags of their items.
+GET, SET_SILENT, UPDATE, TABLE_GET, TABLE_DUMP = 2, 3, 4, 9, 12
+OBJECT_NAME, VALUE, TABLE_NAME, ROW_INDEX, COLUMN_NAME = 1, 2, 3, 4, 5
 
 
 class Description(ctypes.Structure):
@@ -100,13 +103,10 @@ class Tapped(ctypes.Structure):
     ]
 
 
-PairFunction = ctypes.CFUNCTYPE(None, c_void_p, c_char_p, c_char_p)
-RowFunction = ctypes.CFUNCTYPE(
-    None, c_void_p, c_char_p, c_int32, POINTER(c_char_p), POINTER(c_char_p), c_size_t
-)
 _TEXTS = POINTER(c_char_p)
 
-# Each function that is called: what it returns, and what it takes.
+# Each function that is called: what it returns, and what it takes. None takes a function of ours: ctypes would swallow
+# a KeyboardInterrupt in it.
 _FUNCTIONS: dict[str, tuple[Any, list[Any]]] = {
     "kobd_client_version": (c_char_p, []),
     "kobd_result_text": (c_char_p, [c_int]),
@@ -122,10 +122,8 @@ _FUNCTIONS: dict[str, tuple[Any, list[Any]]] = {
     "kobd_reply_next": (c_int, [c_void_p, POINTER(Item)]),
     "kobd_get": (c_int, [c_void_p, c_char_p, c_char_p, c_size_t]),
     "kobd_set": (c_int, [c_void_p, _TEXTS, _TEXTS, c_size_t]),
-    "kobd_get_many": (c_int, [c_void_p, _TEXTS, c_size_t, PairFunction, c_void_p]),
     "kobd_explain": (POINTER(Explanation), [c_void_p]),
-    "kobd_row_get": (c_int, [c_void_p, c_char_p, c_int32, PairFunction, c_void_p]),
-    "kobd_rows": (c_int, [c_void_p, c_char_p, RowFunction, c_void_p]),
+    "kobd_dump": (c_int, [c_void_p, c_int, c_void_p, POINTER(Bytes)]),
     "kobd_row_add": (c_int, [c_void_p, c_char_p, c_char_p, POINTER(c_int32)]),
     "kobd_row_del": (c_int, [c_void_p, c_char_p, c_int32]),
     "kobd_changes_new": (c_void_p, []),
@@ -160,7 +158,7 @@ def _load() -> ctypes.CDLL:
             function.restype = result
             function.argtypes = arguments
     except (OSError, AttributeError) as error:
-        advice = "install kobd 0.2 or later, or let KOBD_CLIENT_LIBRARY name its libkobd_client.so.0"
+        advice = "install a later kobd, or let KOBD_CLIENT_LIBRARY name its libkobd_client.so.0"
         raise ImportError(f"kobd: the client library cannot be used: {error}; {advice}") from error
     return library
 
@@ -187,6 +185,15 @@ def encode(text: str, name: Optional[str] = None) -> bytes:
 
 def texts(encoded: list[bytes]) -> ctypes.Array[c_char_p]:
     return (c_char_p * len(encoded))(*encoded)
+
+
+def items_of(payload: Bytes) -> Iterator[Item]:
+    """The items that the bytes hold. Each is valid until the next one."""
+    item = Item()
+    while (got := lib.kobd_bytes_next(ctypes.byref(payload), ctypes.byref(item))) == 1:
+        yield item
+    if got < 0:
+        raise error_of(SYSTEM_ERROR)
 
 
 def error_of(code: int, why: Any = None) -> KobdError:
@@ -227,6 +234,17 @@ class Client:
         self._handle = c_void_p()
 
     __del__ = close
+
+    def call(self, request: int, *items: tuple[int, Union[int, bytes]]) -> int:
+        """Sends a request and returns its result."""
+        sent = Items(*items)
+        return int(lib.kobd_call(self.handle, request, sent.handle))
+
+    def reply(self) -> Iterator[Item]:
+        """The items of the reply to the last call. Each is valid until the next one."""
+        item = Item()
+        while lib.kobd_reply_next(self.handle, ctypes.byref(item)) == 1:
+            yield item
 
     def check(self, code: int) -> None:
         """Raises what a call on this client that returned `code` was refused for."""

@@ -8,15 +8,15 @@ from types import TracebackType
 from typing import Iterator, Mapping, Optional, Union
 
 from . import dictionary
-from ._library import VALUE_MAX, Client, Explanation, Items, PairFunction, decode, encode, error_of, lib, texts
+from ._library import BUFFER_LIMIT, GET, OBJECT_NAME, SET_SILENT, UPDATE, VALUE, VALUE_MAX
+from ._library import Client, Explanation, decode, encode, error_of, lib, texts
 from .dictionary import Description, TableDescription, Value
 from .errors import KobdError
 from .simulator import Simulator
 from .table import Changes, Table
 from .watching import Watch
 
-_SET_SILENT, _UPDATE = 3, 4
-_OBJECT_NAME, _VALUE = 1, 2
+_AT_ONCE = 100  # objects in a request; where they do not fit a message, halves of them do
 
 
 class Router:
@@ -57,18 +57,23 @@ class Router:
 
     def get_many(self, *names: str) -> dict[str, Value]:
         """The values of these objects, without those that cannot be read."""
-        described = {name: dictionary.describe_object(name) for name in names}
+        described = [dictionary.describe_object(name) for name in dict.fromkeys(names)]
         found: dict[str, Value] = {}
-
-        def take(_: object, name: bytes, value: Optional[bytes]) -> None:
-            if value is not None:
-                found[decode(name)] = described[decode(name)].value(decode(value))
-
-        encoded = texts([encode(name) for name in described])
-        self._client.check(
-            lib.kobd_get_many(self._client.handle, encoded, len(described), PairFunction(take), None)
-        )
+        for start in range(0, len(described), _AT_ONCE):
+            self._read(described[start : start + _AT_ONCE], found)
         return found
+
+    def _read(self, asked: list[Description], found: dict[str, Value]) -> None:
+        code = self._client.call(GET, *((OBJECT_NAME, encode(one.name)) for one in asked))
+        if code == BUFFER_LIMIT and len(asked) > 1:
+            half = len(asked) // 2
+            self._read(asked[:half], found)
+            self._read(asked[half:], found)
+            return
+        self._client.check(code)
+        words = [decode(item.text) for item in self._client.reply()]
+        by_name = dict(zip(words[::2], words[1::2]))
+        found.update({one.name: one.value(by_name[one.name]) for one in asked if one.name in by_name})
 
     def values(self, pattern: str = "*") -> dict[str, Value]:
         """The values of the readable objects whose names match; * ? and [] are as in a shell."""
@@ -81,15 +86,15 @@ class Router:
         """
         pairs = [(encode(name), encode(dictionary.text_of(value), name)) for name, value in values.items()]
         if silent and pairs:
-            items = Items(*(item for name, value in pairs for item in ((_OBJECT_NAME, name), (_VALUE, value))))
-            self._client.check(lib.kobd_call(self._client.handle, _SET_SILENT, items.handle))
+            items = [item for name, value in pairs for item in ((OBJECT_NAME, name), (VALUE, value))]
+            self._client.check(self._client.call(SET_SILENT, *items))
         elif pairs:
             names, encoded = texts([name for name, _ in pairs]), texts([value for _, value in pairs])
             self._client.check(lib.kobd_set(self._client.handle, names, encoded, len(pairs)))
 
     def commit(self) -> None:
         """Makes durable what was set silently."""
-        self._client.check(lib.kobd_call(self._client.handle, _UPDATE, None))
+        self._client.check(self._client.call(UPDATE))
 
     def check(self, name: str, value: Value) -> None:
         """Raises what the dictionary says against the value; the daemon may still refuse it. Changes nothing."""

@@ -6,11 +6,10 @@ import subprocess
 from typing import Mapping, Union
 
 from . import dictionary
-from ._library import Client, Items, encode, lib
+from ._library import OBJECT_NAME, TABLE_NAME, VALUE, Client, Items, encode, lib
 from .dictionary import Description, Value, text_of
 
 _SET, _SET_ANNOUNCED, _FAIL, _SLOW, _CLEAR = 3, 4, 8, 9, 11
-_OBJECT_NAME, _VALUE, _TABLE_NAME = 1, 2, 3
 _INVOKE_FAILED = 17
 
 Tagged = tuple[int, Union[int, bytes]]
@@ -25,7 +24,7 @@ class Simulator:
     def set(self, values: Mapping[str, Value], announce: bool = False) -> None:
         """Lets objects show these values, read-only ones too; `announce` tells other modules of them."""
         pairs = [(encode(name), encode(text_of(value), name)) for name, value in values.items()]
-        items = [item for name, value in pairs for item in ((_OBJECT_NAME, name), (_VALUE, value))]
+        items = [item for name, value in pairs for item in ((OBJECT_NAME, name), (VALUE, value))]
         self._send(_SET_ANNOUNCED if announce else _SET, *items)
 
     def fail(self, name: str, operation: str, code: int = _INVOKE_FAILED, times: int = 0) -> None:
@@ -34,11 +33,11 @@ class Simulator:
         The name "" with the operation "commit" lets nothing become durable.
         """
         subject = [_subject(name)] if name else []
-        self._send(_FAIL, *subject, (_VALUE, encode(operation)), (_VALUE, code), (_VALUE, times))
+        self._send(_FAIL, *subject, (VALUE, encode(operation)), (VALUE, code), (VALUE, times))
 
     def slow(self, name: str, milliseconds: int, times: int = 0) -> None:
         """Lets the operations of an object or table take so long, up to a minute."""
-        self._send(_SLOW, _subject(name), (_VALUE, milliseconds), (_VALUE, times))
+        self._send(_SLOW, _subject(name), (VALUE, milliseconds), (VALUE, times))
 
     def clear(self) -> None:
         """Ends all that is simulated."""
@@ -63,4 +62,4 @@ class Simulator:
 
 def _subject(name: str) -> Tagged:
     is_object = isinstance(dictionary.describe(name), Description)
-    return (_OBJECT_NAME if is_object else _TABLE_NAME), encode(name)
+    return (OBJECT_NAME if is_object else TABLE_NAME), encode(name)

@@ -4,10 +4,11 @@ from __future__ import annotations
 
 from ctypes import byref, c_int32, c_void_p
 from types import TracebackType
-from typing import Any, Iterator, Mapping, Optional
+from typing import Iterator, Mapping, Optional
 
 from . import dictionary
-from ._library import INVALID, Client, PairFunction, RowFunction, decode, encode, error_of, lib
+from ._library import COLUMN_NAME, INVALID, ROW_INDEX, TABLE_DUMP, TABLE_GET, TABLE_NAME, VALUE
+from ._library import Bytes, Client, Item, Items, decode, encode, error_of, items_of, lib
 from .dictionary import TableDescription, Value, text_of
 from .errors import KobdError, Refused
 
@@ -35,28 +36,32 @@ class Table:
         return len(self.rows())
 
     def __getitem__(self, index: int) -> Row:
-        found: dict[str, Value] = {}
-
-        def take(_: object, column: bytes, value: Optional[bytes]) -> None:
-            found[decode(column)] = self._value(decode(column), decode(value))
-
-        name, number = encode(self.name), _number(index)
-        self._client.check(lib.kobd_row_get(self._client.handle, name, number, PairFunction(take), None))
-        return Row(index, found)
+        self._client.check(
+            self._client.call(TABLE_GET, (TABLE_NAME, encode(self.name)), (ROW_INDEX, _number(index)))
+        )
+        return self._rows(self._client.reply())[0]
 
     def __delitem__(self, index: int) -> None:
         self._client.check(lib.kobd_row_del(self._client.handle, encode(self.name), _number(index)))
 
     def rows(self) -> list[Row]:
         """All rows, in the router's order."""
+        content = Bytes()
+        asked = Items((TABLE_NAME, encode(self.name)))
+        self._client.check(lib.kobd_dump(self._client.handle, TABLE_DUMP, asked.handle, byref(content)))
+        return self._rows(items_of(content))
+
+    def _rows(self, items: Iterator[Item]) -> list[Row]:
+        """Rows from their items: for each the table and the index, then columns and values by turns."""
         found: list[Row] = []
-
-        def take(_: object, table: bytes, index: int, columns: Any, values: Any, count: int) -> None:
-            pairs = ((decode(columns[i]), decode(values[i])) for i in range(count))
-            found.append(Row(index, {column: self._value(column, value) for column, value in pairs}))
-
-        name = encode(self.name)
-        self._client.check(lib.kobd_rows(self._client.handle, name, RowFunction(take), None))
+        column = ""
+        for item in items:
+            if item.tag == ROW_INDEX:
+                found.append(Row(item.number, {}))
+            elif item.tag == COLUMN_NAME:
+                column = decode(item.text)
+            elif item.tag == VALUE:
+                found[-1][column] = self._value(column, decode(item.text))
         return found
 
     def set(self, index: int, values: Mapping[str, Value], silent: bool = False) -> None:

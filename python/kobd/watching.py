@@ -10,7 +10,8 @@ from types import TracebackType
 from typing import Iterator, Optional
 
 from . import dictionary
-from ._library import TIMEOUT, Bytes, Client, Item, Tapped, decode, error_of, lib
+from ._library import COLUMN_NAME, ROW_INDEX, TABLE_NAME, TIMEOUT
+from ._library import Bytes, Client, Tapped, decode, error_of, items_of, lib
 from .dictionary import Value
 from .errors import NotFound, Refused
 
@@ -19,7 +20,6 @@ _SENT = 3  # a tapped message to a module
 _TAP_WAIT_MS = 1000  # a router has no taps and gives no answer
 _SLICE_MS = 200  # Python handles Ctrl-C between the waits
 _OBJECT, _ROWS, _ADDED, _DELETED, _ADDED_BELOW = 2, 3, 799, 800, 801
-_OBJECT_NAME, _TABLE_NAME, _ROW_INDEX, _COLUMN_NAME = 1, 3, 4, 5
 _SECRET = "(secret)"
 
 
@@ -157,7 +157,7 @@ class Watch:
 
     def _objects(self, payload: Bytes) -> list[Change]:
         found = []
-        for item in _items(payload):
+        for item in items_of(payload):
             name = decode(item.text)
             new = self._read(name)
             found.append(Change("object", name, old=self._known.get(name), new=new))
@@ -173,12 +173,12 @@ class Watch:
     def _columns(self, payload: Bytes) -> list[Change]:
         found, table, index = [], "", 0
         rows: dict[tuple[str, int], dict[str, Value]] = {}
-        for item in _items(payload):
-            if item.tag == _TABLE_NAME:
+        for item in items_of(payload):
+            if item.tag == TABLE_NAME:
                 table = decode(item.text)
-            elif item.tag == _ROW_INDEX:
+            elif item.tag == ROW_INDEX:
                 index = item.number
-            elif item.tag == _COLUMN_NAME:
+            elif item.tag == COLUMN_NAME:
                 column = decode(item.text)
                 if (table, index) not in rows:
                     rows[table, index] = self._read_row(table, index)
@@ -198,13 +198,7 @@ class Watch:
 
     def _row(self, payload: Bytes, kind: str) -> list[Change]:
         table, index = "", None
-        for item in _items(payload):
-            table = decode(item.text) if item.tag == _TABLE_NAME else table
-            index = int(item.number) if item.tag == _ROW_INDEX else index
+        for item in items_of(payload):
+            table = decode(item.text) if item.tag == TABLE_NAME else table
+            index = int(item.number) if item.tag == ROW_INDEX else index
         return [Change(kind, table, index)]
-
-
-def _items(payload: Bytes) -> Iterator[Item]:
-    item = Item()
-    while lib.kobd_bytes_next(byref(payload), byref(item)) == 1:
-        yield item
