@@ -118,8 +118,10 @@ int Serve(const Options& options, const sigset_t& signals)
     for (int i = 0; i < kWorkers; ++i) threads.emplace_back([&] { connections.Work(answer); });
     printf("%s\n", address.c_str());
     fflush(stdout);
-    const StartPage page(options.open ? address : "");
-    WaitForEnd(signals, &connections);
+    {
+        const StartPage page(options.open ? address : "");
+        WaitForEnd(signals, &connections);
+    }
     stop = true;
     connections.Stop();
     scenario.Stop();
