@@ -1,17 +1,11 @@
-// Changes of rows: judged by the dictionary, written into a change file, sent. The file is gone when the call returns.
-#include <fcntl.h>
-#include <signal.h>
-#include <unistd.h>
-
+// Changes of rows: judged by the dictionary, written into a change file, sent.
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 
 #include "client/dictionary/column_value.h"
-#include "client/library/connection.h"
+#include "client/library/change_file.h"
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 
@@ -19,113 +13,6 @@ namespace kobd::client
 {
 namespace
 {
-constexpr char kTemplate[] = "/tmp/kobd-change-XXXXXX";
-
-// A path that a signal handler may remove at any time.
-struct Place
-{
-    std::atomic<bool> taken = false;
-    std::atomic<bool> made = false;  // the file exists, and the path is whole
-    char path[sizeof kTemplate] = "";
-};
-Place places[16];  // calls in progress; a further one is not removed by a handler
-
-// Holds the ending signals back from this thread: one between the creation of the file and the note of it would leave
-// the file behind.
-class SignalsHeld
-{
-public:
-    SignalsHeld()
-    {
-        sigset_t ending;
-        sigemptyset(&ending);
-        for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) sigaddset(&ending, number);
-        pthread_sigmask(SIG_BLOCK, &ending, &before_);
-    }
-    ~SignalsHeld() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
-private:
-    sigset_t before_;
-};
-
-// Root's file is given to the daemon's user, who could not read it otherwise.
-bool DaemonMayRead(int file)
-{
-    BusModule daemon;
-    if (geteuid() != 0 || BusModuleLook(kModuleKobd, &daemon) != 0) return true;
-    return daemon.owner == 0 || fchown(file, daemon.owner, static_cast<gid_t>(-1)) == 0;
-}
-
-bool WriteAll(int file, const char* bytes, size_t count)
-{
-    while (count != 0)
-    {
-        const ssize_t written = write(file, bytes, count);
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        bytes += written;
-        count -= static_cast<size_t>(written);
-    }
-    return true;
-}
-
-// A change file of mode 0600 under a fresh name, which exists as long as this object.
-class ChangeFile
-{
-public:
-    ChangeFile()
-    {
-        for (Place& place : places)
-            if (!place.taken.exchange(true))
-            {
-                place_ = &place;
-                break;
-            }
-    }
-    ChangeFile(const ChangeFile&) = delete;
-    ChangeFile& operator=(const ChangeFile&) = delete;
-    ~ChangeFile()
-    {
-        const SignalsHeld held;
-        if (made_) unlink(path_);
-        if (place_ == nullptr) return;
-        place_->made = false;
-        place_->taken = false;
-    }
-
-    // False with errno.
-    bool Write(const kobd_items& items)
-    {
-        const int file = Create();
-        if (file < 0) return false;
-        const bool whole = WriteAll(file, items.bytes, items.used) && DaemonMayRead(file);
-        const int error = errno;
-        const bool closed = close(file) == 0;
-        if (!whole) errno = error;
-        return whole && closed;
-    }
-
-    const char* Path() const { return path_; }
-
-private:
-    int Create()
-    {
-        const SignalsHeld held;
-        const int file = mkostemp(path_, O_CLOEXEC);
-        made_ = file >= 0;
-        if (made_ && place_ != nullptr)
-        {
-            memcpy(place_->path, path_, sizeof path_);
-            place_->made = true;
-        }
-        return file;
-    }
-
-    Place* place_ = nullptr;
-    bool made_ = false;
-    char path_[sizeof kTemplate] = "/tmp/kobd-change-XXXXXX";
-};
-
 Explained Refused(int code, const std::string& text) { return {.code = code, .reason = text, .text = text}; }
 
 // What the dictionary says against the row; code 0 when it finds nothing wrong.
@@ -249,10 +136,4 @@ int kobd_changes_set(kobd_client* client, const kobd_changes* changes, int flags
         return Ended(
             client, Refused(kobd::kSystemError, std::string("cannot write a change file in /tmp: ") + strerror(errno)));
     return Send(client, changes->rows, file.Path(), (flags & KOBD_SILENT) != 0);
-}
-
-void kobd_remove_change_files(void)
-{
-    for (const Place& place : places)
-        if (place.made) unlink(place.path);
 }
