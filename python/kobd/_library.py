@@ -108,7 +108,6 @@ _TEXTS = POINTER(c_char_p)
 # Each function that is called: what it returns, and what it takes. None takes a function of ours: ctypes would swallow
 # a KeyboardInterrupt in it.
 _FUNCTIONS: dict[str, tuple[Any, list[Any]]] = {
-    "kobd_client_version": (c_char_p, []),
     "kobd_result_text": (c_char_p, [c_int]),
     "kobd_client_open": (c_int, [POINTER(c_void_p)]),
     "kobd_client_close": (None, [c_void_p]),

@@ -6,8 +6,8 @@ import fnmatch
 from dataclasses import dataclass
 from typing import Any, Iterator, Optional, Union
 
-from ._library import INVALID, decode, decode_or_none, encode, error_of, lib
-from .errors import NotFound, Refused
+from ._library import decode, decode_or_none, encode, lib
+from .errors import NotFound
 
 Value = Union[int, bool, str]
 """An integer, a flag, or the text of anything else."""
