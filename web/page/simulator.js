@@ -22,15 +22,19 @@ function lineOf({name, what, value, row, code, milliseconds, times}) {
   return `${name} ${what} fails with ${code}${often}`;
 }
 
+let heard = {};  // what the last event of a scenario said: what is read knows less
+
 async function read() {
   const sim = await ask('GET', '/api/sim');
   byId('scenarios').replaceChildren(...sim.scenarios.map(scenarioLine));
   byId('simulated').replaceChildren(...sim.simulated.map((one) => make('li', {}, lineOf(one))));
-  showPlaying(sim.playing ? `${sim.playing} plays. ` : 'No scenario plays.', sim.playing !== '');
+  const playing = sim.playing !== '';
+  showPlaying(heard.playing === playing ? heard.text : playing ? `${sim.playing} plays. ` : 'No scenario plays.', playing);
 }
 
 export function scenarioStep({name, playing, step, said}) {
-  showPlaying(playing ? `${name} plays${step ? `: ${step}` : ''} ` : said ? `${name}: ${said}` : `${name} has ended.`, playing);
+  heard = {playing, text: playing ? `${name} plays${step ? `: ${step}` : ''} ` : said ? `${name}: ${said}` : `${name} has ended.`};
+  showPlaying(heard.text, playing);
   if (!byId('simulator').hidden) ask('GET', '/api/sim').then((sim) =>
     byId('simulated').replaceChildren(...sim.simulated.map((one) => make('li', {}, lineOf(one)))), () => {});
 }
