@@ -16,5 +16,6 @@ int main(int count, char** arguments)
     signal(SIGPIPE, SIG_DFL);  // a reader that goes away ends kobctl without a word
     const Words words(arguments + 1, arguments + count);
     if (const std::string said = RestoreOverdue(words.empty() ? "" : words.front()); !said.empty()) SayError(said);
+    if (words.empty() && isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0) return RunPrompt();
     return RunCommand(words, {});
 }

@@ -133,7 +133,7 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME kobd)
 set(CPACK_DEBIAN_RUNTIME_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION net)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS procps)  # sysctl, for the kernel's message limits
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "bash-completion, man-db")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS "bash-completion, libedit2, man-db")
 # Each its own first line: without a summary for all, the description is taken as it is.
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "Configuration and status daemon of an LTE/5G router\n\
 Serves named objects and tables over a message bus and keeps them in readable\nfiles; with kobctl, its command line.")

@@ -41,6 +41,9 @@ Words SecondWords(const std::string& first);
 // Runs the command line and prints the outcome. Its options are added to `defaults`. Returns the exit status.
 int RunCommand(const Words& command_line, const Options& defaults);
 
+// The prompt of kobctl alone at a terminal. Returns the exit status of the last command.
+int RunPrompt();
+
 // Shows values by name: the value by itself when it stands alone, else NAME=VALUE.
 Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone);
 

@@ -28,7 +28,7 @@ Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& va
     for (const auto& [name, value] : values)
     {
         outcome.data[name] = value;
-        outcome.text += (alone ? "" : name + "=") + Shown(value) + "\n";
+        outcome.text += alone ? Shown(value) + "\n" : name + "=" + ShownInLine(value) + "\n";
     }
     return outcome;
 }

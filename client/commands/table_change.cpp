@@ -1,4 +1,6 @@
 // kobctl table set, add and del.
+#include <algorithm>
+
 #include "client/commands/commands.h"
 #include "client/rows/row_change.h"
 #include "client/state/daemon_state.h"
@@ -29,6 +31,17 @@ Failure FillRow(const Options& options, const RowChange& change)
     return failure;
 }
 
+// Port forwarding goes by SrcPort, which the router makes of the other two while it is empty and then keeps.
+void NoteOldPorts(const RowChange& change)
+{
+    if (change.row.table->list_of != std::string_view("FwPortForwardTable")) return;
+    const auto gives = [&](std::string_view column)
+    { return std::ranges::any_of(change.values, [&](const Assignment& value) { return value.name == column; }); };
+    if (gives("SrcPort") || !(gives("MinPort") || gives("MaxPort"))) return;
+    SayError("note: SrcPort of " + change.row.Text() +
+             " keeps its old ports; add SrcPort= to have it made of MinPort " + "and MaxPort");
+}
+
 Json JsonOf(const RowAddress& row) { return {{"table", row.table->name}, {"index", row.index}}; }
 }  // namespace
 
@@ -45,7 +58,11 @@ Outcome TableSet(const Options& options, const Words& words)
         if (Failure failure = RequireRows(options, changes)) return failure;
     if (Failure failure = SendChanges(options, changes)) return failure;
     Outcome outcome;
-    for (const RowChange& change : changes) outcome.data["set"].push_back(JsonOf(change.row));
+    for (const RowChange& change : changes)
+    {
+        outcome.data["set"].push_back(JsonOf(change.row));
+        NoteOldPorts(change);
+    }
     if (!options.silent) AddNotSaved("set", &outcome);
     return outcome;
 }
@@ -65,6 +82,8 @@ Outcome TableAdd(const Options& options, const Words& words)
     if (!change.values.empty())
         if (Failure failure = FillRow(options, change)) return failure;
     Outcome outcome(JsonOf(change.row), std::to_string(change.row.index) + "\n");
+    if (change.values.empty() && table.daemon_list)
+        SayError("note: row " + std::to_string(change.row.index) + " exists once a column of it is set");
     AddNotSaved("added", &outcome);
     return outcome;
 }

@@ -34,7 +34,12 @@ size_t Distance(std::string_view a, std::string_view b)
 }
 }  // namespace
 
-std::string CodeText(int code) { return std::string(ResultText(code)) + " (" + std::to_string(code) + ")"; }
+std::string CodeText(int code)
+{
+    const std::string number = std::to_string(code);
+    const bool known = code >= 0 && static_cast<size_t>(code) < kResultTexts.size();
+    return known ? std::string(ResultText(code)) + " (" + number + ")" : "code " + number + " of the router's library";
+}
 
 std::string Joined(const Words& words, const char* separator)
 {

@@ -17,11 +17,20 @@ namespace
 constexpr size_t kPlainWidth = 80;
 constexpr size_t kGap = 2;
 
-// Whether the character may steer the terminal: a control, in one byte or in two, or no character.
+// What turns the direction of a line, so that it reads as another one: U+061C, U+200E, U+200F, U+202A to U+202E and
+// U+2066 to U+2069 (Unicode standard annex 9).
+bool TurnsDirection(std::string_view character)
+{
+    constexpr std::string_view kMarks[] = {"\u061C", "\u200E", "\u200F", "\u202A", "\u202B", "\u202C",
+                                           "\u202D", "\u202E", "\u2066", "\u2067", "\u2068", "\u2069"};
+    return std::ranges::find(kMarks, character) != std::end(kMarks);
+}
+
+// Whether the character may steer the terminal: a control, in one byte or in two, a mark of direction, or no character.
 bool IsControl(std::string_view character)
 {
     const auto byte = [&](size_t i) { return static_cast<unsigned char>(character[i]); };
-    if (CharacterLength(character) == 0 || byte(0) < 0x20 || byte(0) == 0x7F) return true;
+    if (CharacterLength(character) == 0 || byte(0) < 0x20 || byte(0) == 0x7F || TurnsDirection(character)) return true;
     return byte(0) == 0xC2 && byte(1) < 0xA0;
 }
 
@@ -126,6 +135,14 @@ std::string Escaped(std::string_view text)
 
 std::string Shown(std::string_view text) { return OnTerminal() ? Escaped(text) : std::string(text); }
 
+std::string ShownInLine(std::string_view text)
+{
+    if (OnTerminal()) return Escaped(text);
+    std::string out;
+    for (const char byte : text) out += byte == '\n' ? "\\x0a" : byte == '\r' ? "\\x0d" : std::string(1, byte);
+    return out;
+}
+
 std::string Coloured(Colour colour, const std::string& word, size_t width)
 {
     const std::string blanks(width - word.size(), ' ');
@@ -135,7 +152,7 @@ std::string Coloured(Colour colour, const std::string& word, size_t width)
 
 std::string DiffLine(char sign, const std::string& text)
 {
-    const std::string line = std::string(1, sign) + " " + Shown(text);
+    const std::string line = std::string(1, sign) + " " + ShownInLine(text);
     return Coloured(sign == '-' ? Colour::kRed : Colour::kGreen, line, line.size()) + "\n";
 }
 

@@ -18,6 +18,9 @@ std::string Escaped(std::string_view text);
 // The text for standard output: escaped on a terminal, unchanged in a pipe or a file.
 std::string Shown(std::string_view text);
 
+// The same for a part of a line: a line end in it cannot begin another line in a pipe either.
+std::string ShownInLine(std::string_view text);
+
 // The time with its date, as people here have it: "2026-01-31 13:05:00", with microseconds where asked for. `time_us`
 // is microseconds since 1970.
 std::string TimeText(int64_t time_us, bool microseconds = false);

@@ -1,10 +1,17 @@
 // Requests to the daemon.
 #include "client/requests/request.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
 #include <cstdio>
 #include <memory>
+#include <mutex>
+#include <thread>
 
+#include "client/output/outcome.h"
 #include "daemon/base/messages.h"
 
 namespace kobd::client
@@ -32,6 +39,42 @@ BuiltItems Build(const Items& items)
     }
     return built;
 }
+
+// Tells somebody at a terminal that a request takes long.
+class Patience
+{
+public:
+    Patience()
+    {
+        if (isatty(STDERR_FILENO) != 0) teller_ = std::thread([this] { Tell(); });
+    }
+    ~Patience()
+    {
+        if (!teller_.joinable()) return;
+        {
+            const std::lock_guard lock(mutex_);
+            ended_ = true;
+        }
+        changed_.notify_one();
+        teller_.join();
+    }
+    Patience(const Patience&) = delete;
+    Patience& operator=(const Patience&) = delete;
+
+private:
+    void Tell()
+    {
+        constexpr std::chrono::seconds kSilence(2);
+        std::unique_lock lock(mutex_);
+        if (!changed_.wait_for(lock, kSilence, [this] { return ended_; }))
+            SayError("still waiting for the router; each value of a cellular table is a command that it runs");
+    }
+
+    std::mutex mutex_ = {};
+    std::condition_variable changed_ = {};
+    bool ended_ = false;
+    std::thread teller_ = {};
+};
 
 Item Copy(const kobd_item& item)
 {
@@ -66,7 +109,11 @@ Response WithClient(const Options& options, const std::function<int(kobd_client*
     if (const int code = kobd_client_open(&client))
         return {.code = code, .from_bus = true, .reason = kNoQueue, .why = FailureWithCode(code, kNoQueue).what};
     if (options.timeout_ms) kobd_client_set_timeout(client, *options.timeout_ms);
-    Response response = {.code = use(client)};
+    Response response;
+    {
+        const Patience patience;
+        response.code = use(client);
+    }
     const bool unanswered = response.code != 0 && kobd_answered(client) == 0;
     response.too_large = unanswered && response.code == KOBD_BUFFER_LIMIT;
     response.from_bus = unanswered && !response.too_large;

@@ -1,0 +1,121 @@
+// kobctl alone at a terminal: a prompt that runs what is typed, like the lines of a batch. Where libedit is installed
+// the line can be edited, completed with TAB, and called back with the arrows; it is loaded when it is there, and a
+// router does not need it. What was typed may hold passwords, so that nothing of it is kept after the end.
+#include <dlfcn.h>
+
+#include <cstring>
+#include <iostream>
+
+#include "client/commands/commands.h"
+
+namespace kobd::client
+{
+namespace
+{
+constexpr char kPrompt[] = "kobctl> ";
+constexpr char kLibrary[] = "libedit.so.2";
+
+using Generator = char* (*)(const char* text, int state);
+
+// The functions and variables of libedit that are used here; their names and types are those of readline(3).
+struct Editor
+{
+    char* (*readline)(const char* prompt) = nullptr;
+    int (*add_history)(const char* line) = nullptr;
+    char** (*completion_matches)(const char* text, Generator generator) = nullptr;
+    char** line = nullptr;
+    int* append = nullptr;
+    int* over = nullptr;
+};
+
+Editor editor;
+Words candidates;  // for the word in hand
+
+template <class Symbol>
+bool Find(void* library, const char* name, Symbol* symbol)
+{
+    *symbol = reinterpret_cast<Symbol>(dlsym(library, name));
+    return *symbol != nullptr;
+}
+
+char* NextCandidate(const char*, int state)
+{
+    static size_t next;
+    if (state == 0) next = 0;
+    return next < candidates.size() ? strdup(candidates[next++].c_str()) : nullptr;
+}
+
+// The word from `start` on is completed.
+char** Complete(const char* text, int start, int)
+{
+    Words words;
+    (void)SplitLine(std::string_view(*editor.line).substr(0, static_cast<size_t>(start)), &words);
+    words.emplace_back(text);
+    candidates.clear();
+    const Outcome found = CommandComplete({}, words);
+    bool assignments = true;
+    for (const std::string_view line : LinesOf(found.text))
+    {
+        if (line == ":files") continue;
+        candidates.emplace_back(line.substr(0, line.find('\t')));
+        assignments = assignments && candidates.back().ends_with('=');
+    }
+    if (editor.append != nullptr) *editor.append = assignments ? 0 : ' ';
+    if (editor.over != nullptr) *editor.over = found.text.ends_with(":files\n") ? 0 : 1;  // it completes files itself
+    return editor.completion_matches(text, NextCandidate);
+}
+
+bool LoadEditor()
+{
+    void* library = dlopen(kLibrary, RTLD_NOW);
+    using Completion = char** (*)(const char*, int, int);
+    Completion* completion = nullptr;
+    const char** breaks = nullptr;
+    if (library == nullptr || !Find(library, "readline", &editor.readline) ||
+        !Find(library, "add_history", &editor.add_history) || !Find(library, "rl_line_buffer", &editor.line) ||
+        !Find(library, "rl_completion_matches", &editor.completion_matches) ||
+        !Find(library, "rl_attempted_completion_function", &completion))
+        return false;
+    Find(library, "rl_completion_append_character", &editor.append);
+    Find(library, "rl_attempted_completion_over", &editor.over);
+    if (Find(library, "rl_completer_word_break_characters", &breaks)) *breaks = " \t";
+    *completion = Complete;
+    return true;
+}
+
+// The next line. False at the end of the input.
+bool ReadLine(bool edited, std::string* line)
+{
+    if (!edited)
+    {
+        std::cout << kPrompt << std::flush;
+        return static_cast<bool>(std::getline(std::cin, *line));
+    }
+    char* typed = editor.readline(kPrompt);
+    if (typed == nullptr) return false;
+    *line = typed;
+    if (*typed != 0) editor.add_history(typed);
+    free(typed);
+    return true;
+}
+}  // namespace
+
+int RunPrompt()
+{
+    const bool edited = LoadEditor();
+    std::cout << "Type a command, help, or exit." << (edited ? " TAB completes.\n" : "\n");
+    int status = 0;
+    for (std::string line; ReadLine(edited, &line);)
+    {
+        Words words;
+        if (const Failure failure = SplitLine(line, &words))
+            SayError(failure.what);
+        else if (!words.empty() && (words[0] == "exit" || words[0] == "quit"))
+            return status;
+        else if (!words.empty())
+            status = RunCommand(words[0] == "kobctl" ? Words(words.begin() + 1, words.end()) : words, {});
+    }
+    std::cout << "\n";
+    return status;
+}
+}  // namespace kobd::client
