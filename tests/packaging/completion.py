@@ -1,5 +1,6 @@
-"""Types lines with TAB into bash, zsh and fish, and compares what each shell then runs.
+"""Types lines with TAB into bash, zsh, fish and kobctl's own prompt, and compares what each then runs.
     completion.py SOURCE_FOLDER BUILD_FOLDER"""
+import ctypes.util
 import os
 import pty
 import re
@@ -43,7 +44,8 @@ class Shell:
         if self.process == 0:
             os.chdir(folder)
             os.execvpe(command[0], command, environment)
-        self.run(begin % folder + "; echo rea''dy\n", r"ready")
+        if name != "kobctl":
+            self.run(begin % folder + "; echo rea''dy\n", r"ready")
 
     def run(self, text, pattern):
         """Types the text, and waits for output of that form. None when none comes."""
@@ -78,6 +80,17 @@ def prepare(folder):
         shutil.copy("%s/completion/kobctl.%s" % (SOURCE, source), folder + "/" + name)
 
 
+def prompt_fails(folder):
+    """The prompt of kobctl itself, which loads libedit."""
+    SHELLS["kobctl"] = ([BUILD + "/kobctl"], "")
+    prompt = Shell("kobctl", folder)
+    seen = prompt.run("describe webHttpPo\t\n", r"an integer from 1 to 65535")
+    prompt.end()
+    if seen != "an integer from 1 to 65535":
+        print("kobctl's prompt: " + seen)
+    return seen != "an integer from 1 to 65535"
+
+
 def main():
     missing = [name for name in SHELLS if shutil.which(name) is None]
     failed = 0
@@ -93,6 +106,10 @@ def main():
                     failed += 1
                     print("%s: %r ran %s instead of %s" % (name, line, ran, words))
             shell.end()
+        if ctypes.util.find_library("edit") is None:
+            missing.append("libedit")
+        else:
+            failed += prompt_fails(folder)
     if failed == 0 and missing:
         print("not tried, because it is not installed: " + ", ".join(missing))
     sys.exit(1 if failed else 77 if missing else 0)

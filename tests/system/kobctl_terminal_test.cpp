@@ -60,6 +60,10 @@ TEST_F(KobctlTerminal, NothingFromTheNetworkSteersATerminal)
     EXPECT_EQ(OnTerminal("nvram get mine"), "a\\x1b[2Jb\r\n");
     EXPECT_EQ(OnTerminal("get lteSuppband"), "1\\x1b]0;t\\x07\r\n");
     EXPECT_EQ(Said("nvram get mine"), "a\x1b[2Jb\n") << "a program gets it as it is";
+    ASSERT_EQ(Said("nvram set mine='\u202Ea' suppband='1\nIMEI=2'"), "");
+    EXPECT_EQ(OnTerminal("nvram get mine"), "\\xe2\\x80\\xaea\r\n") << "it would turn the line";
+    EXPECT_EQ(Said("get lteSuppband webHttpPort"), "lteSuppband=1\\x0aIMEI=2\nwebHttpPort=80\n")
+        << "no line of its own";
 }
 
 TEST_F(KobctlTerminal, ColoursAreForTerminalsThatWantThem)
