@@ -177,6 +177,24 @@ int Ended(kobd_client* client, Explained why)
 
 namespace
 {
+// Forgets the call before: nothing is answered or explained yet.
+void Begin(kobd_client* client)
+{
+    client->left = {};
+    client->answered = false;
+    client->explained.reset();
+    client->changes.clear();
+}
+
+// Adds a text for a call that begins with it.
+int AddText(kobd_client* client, kobd_items* items, uint16_t tag, const char* text)
+{
+    const int code = kobd_items_add_text(items, tag, text);
+    if (code == kSuccess) return kSuccess;
+    Begin(client);
+    return Ended(client, code);
+}
+
 bool NamesCellularTable(kobd_bytes items)
 {
     for (kobd_item item{}; kobd_bytes_next(&items, &item) == 1;)
@@ -202,10 +220,7 @@ int Send(kobd_client* client, MessageClass message_class, uint16_t id, kobd_byte
 
 int CallClass(kobd_client* client, MessageClass message_class, uint16_t id, const kobd_items* items)
 {
-    client->left = {};
-    client->answered = false;
-    client->explained.reset();
-    client->changes.clear();
+    Begin(client);
     const int code = Send(client, message_class, id,
                           items != nullptr ? kobd_bytes{items->bytes, items->used} : kobd_bytes{nullptr, 0});
     if (code != kSuccess) return Ended(client, code);
@@ -242,7 +257,7 @@ void kobd_reply_rewind(kobd_client* client)
 int kobd_get(kobd_client* client, const char* name, char* value, size_t size)
 {
     kobd_items items;
-    if (const int code = kobd_items_add_text(&items, KOBD_TAG_OBJECT_NAME, name)) return code;
+    if (const int code = AddText(client, &items, KOBD_TAG_OBJECT_NAME, name)) return code;
     if (const int code = kobd_call(client, KOBD_GET, &items)) return code;
     kobd_item item{};
     while (kobd_reply_next(client, &item) != 0)
@@ -264,7 +279,7 @@ int GetTogether(kobd_client* client, const char* const* names, size_t count, Val
 {
     kobd_items items;
     for (size_t i = 0; i < count; ++i)
-        if (const int code = kobd_items_add_text(&items, KOBD_TAG_OBJECT_NAME, names[i])) return code;
+        if (const int code = AddText(client, &items, KOBD_TAG_OBJECT_NAME, names[i])) return code;
     if (const int code = kobd_call(client, KOBD_GET, &items)) return code;
     std::string name;
     for (kobd_item item{}; kobd_reply_next(client, &item) != 0;)
@@ -291,6 +306,8 @@ int GetInParts(kobd_client* client, const char* const* names, size_t count, Valu
 int kobd_get_many(kobd_client* client, const char* const* names, size_t count, kobd_pair_function each, void* context)
 {
     Values values;
+    Begin(client);
+    if (count == 0) return Ended(client, kSuccess);
     if (const int code = GetInParts(client, names, count, &values)) return code;
     for (size_t i = 0; i < count; ++i)
     {
@@ -305,16 +322,15 @@ int kobd_set(kobd_client* client, const char* const* names, const char* const* v
     kobd_items items;
     for (size_t i = 0; i < count; ++i)
     {
-        if (const int code = kobd_items_add_text(&items, KOBD_TAG_OBJECT_NAME, names[i])) return code;
-        if (const int code = kobd_items_add_text(&items, KOBD_TAG_VALUE, values[i])) return code;
+        if (const int code = AddText(client, &items, KOBD_TAG_OBJECT_NAME, names[i])) return code;
+        if (const int code = AddText(client, &items, KOBD_TAG_VALUE, values[i])) return code;
     }
     return kobd_call(client, KOBD_SET, &items);
 }
 
 int kobd_send_event(kobd_client* client, uint32_t module, uint16_t id, const void* payload, size_t length)
 {
-    client->answered = false;
-    client->explained.reset();
+    Begin(client);
     client->waited_ms = client->timeout_ms.value_or(kDefaultTimeoutMs);
     const int code = Fill(&client->request, module, kClassEvent, id, payload, length);
     if (code != kSuccess) return Ended(client, code);

@@ -85,6 +85,7 @@ int kobd_rows_of(kobd_client* client, const char* const* tables, size_t count, k
 {
     kobd_items items;
     kobd_bytes content = {};
+    if (count == 0) return Ended(client, kobd::kSuccess);
     for (size_t i = 0; i < count; ++i)
         if (const int code = AddRow(&items, tables[i], {})) return Ended(client, code);
     if (const int code = kobd_dump(client, KOBD_TABLE_DUMP, &items, &content)) return code;

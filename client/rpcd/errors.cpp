@@ -26,10 +26,17 @@ Json ErrorReply(const Failure& failure, const std::vector<AskedValue>& asked)
         error["name"] = one.name;
         if (one.value) error["value"] = *one.value;
         reason.erase(0, one.prefix.size() + 2);
-        (void)DropEnd(&reason, ": " + CodeText(code));
+        (void)DropEnd(&reason, ": " + CodeText(code));  // before what would be right
         if (!one.right.empty()) error["right"] = one.right;
         (void)DropEnd(&reason, "; it takes " + one.right);
         break;
+    }
+    (void)DropEnd(&reason, ": " + CodeText(code));
+    for (const AskedValue& one : asked)
+    {
+        if (error.contains("name") || (asked.size() > 1 && !reason.starts_with(one.name + " "))) continue;
+        error["name"] = one.name;
+        if (one.value) error["value"] = *one.value;
     }
     error["reason"] = reason;
     return {{"error", error}};

@@ -20,6 +20,9 @@ class Row(dict[str, Value]):
         super().__init__(values)
         self.index = index
 
+    def __missing__(self, column: str) -> Value:
+        raise dictionary.no_such("column", column)
+
 
 class Table:
     """A table of the router. `table[3]` is the row with index 3; iterating gives all rows."""
