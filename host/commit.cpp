@@ -31,6 +31,13 @@ bool tried = false;     // in this request
 int known = 0;          // which opening of the database has what is served, but for the changes
 bool unread = false;    // what the database has is not served: it could not be read at the start
 
+// The process whose change it is. What an event makes the daemon note is the daemon's own change.
+int Author()
+{
+    const RequestInHand request = BusRequest();
+    return (request.code & 0xFFFF) == kClassEvent ? getpid() : static_cast<int>(request.sender);
+}
+
 bool IsChanged() { return ObjectValuesChanged() || ListsChanged() || StoresChanged(); }
 
 enum class What
@@ -53,7 +60,8 @@ bool TryCommit(Database* database, What what)
         ObjectValuesAllChanged();
         ListsAllChanged();
     }
-    History history(database, static_cast<int>(BusRequest().sender), BusProgram());
+    const int author = Author();
+    History history(database, author, author == getpid() ? "" : BusProgram());
     const bool written = database->Write(
         [&]
         {
@@ -163,7 +171,7 @@ void BeginRequest()
     tried = false;
     const RequestInHand request = BusRequest();
     MovingEvent(request.code);
-    StoresBeginRequest(static_cast<int>(request.sender), IsCommitted(request.code));
+    StoresBeginRequest(Author(), IsCommitted(request.code));
 }
 
 void EndRequest()

@@ -1,6 +1,7 @@
-// kobctl undo [COMMITS] and kobctl reset NAME...: values and rows as they were.
+// kobctl undo [COUNT] and kobctl reset NAME...: values and rows as they were.
 #include <unistd.h>
 
+#include <algorithm>
 #include <map>
 
 #include "client/arguments/words.h"
@@ -49,6 +50,42 @@ void TakeBack(const PastChange& change, Before* before)
         row.parent = change.old.value_or("");
     else
         row.columns[change.field] = change.old.value_or("");
+}
+
+bool IsChange(const Before& before)
+{
+    const auto is_change = [](const auto& row) { return row.second.is_there || row.second.was_there == true; };
+    return !before.objects.empty() || !before.stores.empty() || std::ranges::any_of(before.rows, is_change);
+}
+
+// Whether both are of one kobctl command: it may take several commits, such as a row that is added and then filled.
+bool IsOneStep(const PastChange& newer, const PastChange& older)
+{
+    constexpr int64_t kPause = 1;  // seconds: at a prompt, one process runs many commands
+    const bool one_command = newer.process == older.process && newer.program == "kobctl" && older.program == "kobctl";
+    return newer.batch == older.batch || (one_command && newer.time - older.time <= kPause);
+}
+
+// Collects what the last so many steps changed. What the daemon noted by itself stays, and a step that changed nothing
+// in the end does not count.
+Failure CollectSteps(const std::vector<PastChange>& changes, int64_t steps, Before* before)
+{
+    Before one;
+    const PastChange* last = nullptr;
+    for (auto change = changes.rbegin(); change != changes.rend() && steps > 0; ++change)
+    {
+        if (change->program == "kobd") continue;
+        if (last != nullptr && !IsOneStep(*last, *change))
+        {
+            if (IsChange(one) && --steps == 0) break;
+            one = {};
+        }
+        if (change->IsSecret()) return {kInvalidArgument, change->Name() + ": the old value of a secret is not kept"};
+        TakeBack(*change, &one);
+        TakeBack(*change, before);
+        last = &*change;
+    }
+    return {};
 }
 
 Failure CheckObject(const std::string& name, const std::string& value)
@@ -146,28 +183,21 @@ Failure CarryOut(const Options& options, const Plan& plan, const Before& before,
 Outcome CommandUndo(const Options& options, const Words& words)
 {
     constexpr int64_t kMost = 10000;  // changes that the history keeps
-    const auto commits = words.empty() ? 1 : ReadInteger(words[0], 1, kMost);
-    if (!commits) return Failure{kWrongUse, "undo takes a number of commits, not '" + words[0] + "'"};
+    const auto steps = words.empty() ? 1 : ReadInteger(words[0], 1, kMost);
+    if (!steps) return Failure{kWrongUse, "undo takes a number of changes, not '" + words[0] + "'"};
     if (!UseDaemonsState())
     {
         const Response response = Call(options, KOBD_GET, {});
         return Failure{kNotRunning, "undo: " + (response.from_bus ? response.reason : "this router keeps no history")};
     }
     std::vector<PastChange> changes;
-    if (Failure failure = ReadPastChanges(&changes, static_cast<int>(*commits)))
-        return Failure{failure.code, "undo: " + failure.what};
-    if (changes.empty()) return Failure{kInvalidArgument, "undo: nothing was changed yet"};
+    if (Failure failure = ReadPastChanges(&changes)) return Failure{failure.code, "undo: " + failure.what};
     Before before;
     Plan plan;
-    for (auto change = changes.rbegin(); change != changes.rend(); ++change)
-    {
-        if (change->IsSecret())
-            return Failure{kInvalidArgument,
-                           "undo: " + change->Name() + ": the old value of a secret is not kept; nothing was changed"};
-        TakeBack(*change, &before);
-    }
-    if (Failure failure = MakePlan(before, &plan))
-        return Failure{failure.code, "undo: " + failure.what + "; nothing was changed"};
+    Failure refused = CollectSteps(changes, *steps, &before);
+    if (!refused) refused = MakePlan(before, &plan);
+    if (refused) return Failure{refused.code, "undo: " + refused.what + "; nothing was changed"};
+    if (!IsChange(before)) return Failure{kInvalidArgument, "undo: nothing was changed yet"};
     Words done;
     const Failure failure = CarryOut(options, plan, before, &done);
     Outcome outcome({{"undone", done}}, done.empty() ? "" : "as before: " + Joined(done) + "\n");

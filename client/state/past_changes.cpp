@@ -25,16 +25,14 @@ std::string PastChange::Name() const
     return kind == "object" ? name : kind + " " + name;
 }
 
-Failure ReadPastChanges(std::vector<PastChange>* changes, int commits)
+Failure ReadPastChanges(std::vector<PastChange>* changes)
 {
     const host::State state;
     const bool opened = state->Open(false);
     if (!opened && state->Error() == ENOENT) return {};
     if (opened)
         for (host::Query query = state->Ask("SELECT batch, time, process, program, kind, name, number, field, old, new"
-                                            " FROM history WHERE ? = 0 OR batch > (SELECT max(batch) FROM history) - ?"
-                                            " ORDER BY id",
-                                            int64_t{commits}, int64_t{commits});
+                                            " FROM history ORDER BY id");
              query.Next();)
             changes->push_back({query.Number(0), query.Number(1), query.Number(2), std::string(query.Text(3)),
                                 std::string(query.Text(4)), std::string(query.Text(5)),

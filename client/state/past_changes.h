@@ -31,6 +31,6 @@ struct PastChange
     std::string Name() const;
 };
 
-// All that is kept, the oldest first; with `commits` those of the last so many.
-Failure ReadPastChanges(std::vector<PastChange>* changes, int commits = 0);
+// All that is kept, the oldest first.
+Failure ReadPastChanges(std::vector<PastChange>* changes);
 }  // namespace kobd::client
