@@ -70,6 +70,7 @@ bool LoadEditor()
     void* library = dlopen(kLibrary, RTLD_NOW);
     using Completion = char** (*)(const char*, int, int);
     Completion* completion = nullptr;
+    static constexpr char kBreaks[] = " \t";  // not "=": NAME=VALUE is one word
     const char** breaks = nullptr;
     if (library == nullptr || !Find(library, "readline", &editor.readline) ||
         !Find(library, "add_history", &editor.add_history) || !Find(library, "rl_line_buffer", &editor.line) ||
@@ -78,7 +79,8 @@ bool LoadEditor()
         return false;
     Find(library, "rl_completion_append_character", &editor.append);
     Find(library, "rl_attempted_completion_over", &editor.over);
-    if (Find(library, "rl_completer_word_break_characters", &breaks)) *breaks = " \t";
+    if (Find(library, "rl_completer_word_break_characters", &breaks)) *breaks = kBreaks;
+    if (Find(library, "rl_basic_word_break_characters", &breaks)) *breaks = kBreaks;
     *completion = Complete;
     return true;
 }

@@ -34,7 +34,7 @@ std::string ChangeText(const ValueChange& change)
 Json ChangeJson(const ValueChange& change)
 {
     const auto value_or_null = [&](const std::optional<std::string>& value)
-    { return value ? Json(ShownValue(change, value)) : Json(); };
+    { return value ? ValueJson(kobd_describe(change.name.c_str()), ShownValue(change, value)) : Json(); };
     return {{"name", change.name}, {"old", value_or_null(change.old)}, {"new", value_or_null(change.now)}};
 }
 
@@ -107,6 +107,22 @@ bool Pause(int milliseconds)
     return !Stopped();
 }
 
+// Reads the values; waits for the daemon where none runs.
+Failure ReadOrWait(const Options& options, const Words& names, Values* values)
+{
+    constexpr int kLookMs = 500;
+    for (bool told = false; !Stopped(); told = true)
+    {
+        values->clear();
+        const Response response = ReadValues(options, names, values);
+        if (!response.from_bus || response.code != KOBD_NOT_RUNNING || IsAnotherUsers())
+            return FailureOf(response, "watch");
+        if (!told) SayError("waiting for kobd");
+        Pause(kLookMs);
+    }
+    return {};
+}
+
 Outcome WatchValues(const Options& options, const Words& patterns)
 {
     if (patterns.empty()) return Failure{kWrongUse, "watch --poll takes NAME..."};
@@ -117,11 +133,11 @@ Outcome WatchValues(const Options& options, const Words& patterns)
         if (std::ranges::find(readable, name) == readable.end())
             return Failure{kNotFound, name + " is no object that can be read" + DidYouMean(name, readable)};
     Values before;
-    if (Failure failure = FailureOf(ReadValues(options, names, &before), "watch")) return failure;
+    if (Failure failure = ReadOrWait(options, names, &before)) return failure;
     for (int printed = 0; !IsEnough(options, printed) && Pause(options.poll_ms);)
     {
         Values now;
-        if (Failure failure = FailureOf(ReadValues(options, names, &now), "watch")) return failure;
+        if (Failure failure = ReadOrWait(options, names, &now)) return failure;
         for (const auto& [name, value] : now)
         {
             const ValueChange change = {name, before[name], value};

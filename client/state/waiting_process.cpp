@@ -98,7 +98,7 @@ int OpenLocked(const char* name)
 {
     constexpr int kTries = 20;
     constexpr useconds_t kPauseUs = 100000;
-    const int file = open((host::StateFolder() + name).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+    const int file = host::OpenOrCreate(host::StateFolder() + name, O_RDWR);  // it becomes the folder's owner's
     for (int i = 0; file >= 0 && i < kTries; ++i)
     {
         if (flock(file, LOCK_EX | LOCK_NB) == 0) return file;
