@@ -187,7 +187,9 @@ void LookAtState(Report* report)
     struct statvfs disk;
     if (access(folder.c_str(), R_OK | W_OK | X_OK) != 0 || statvfs(folder.c_str(), &disk) != 0)
         return report->Say(kWrong, "state",
-                           folder + ": " + strerror(errno) + ": KOBD_STATE_DIR has to name the daemon's folder");
+                           folder + ": " + strerror(errno) + ": " +
+                               (errno == EROFS ? "what changes will not survive; remount it"
+                                               : "KOBD_STATE_DIR has to name the daemon's folder"));
     report->Say(kWell, "state", folder);
     const unsigned long long free_bytes = static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize;
     report->Judge(free_bytes >= kLeastFree, "state", std::to_string(free_bytes / 1024) + " KB free",

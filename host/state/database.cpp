@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
@@ -76,6 +77,26 @@ off_t SizeOf(const std::string& path)
 {
     struct stat state = {};
     return stat(path.c_str(), &state) == 0 ? state.st_size : -1;
+}
+
+// Whether the database stands in a folder that cannot be written, and was closed before: SQLite would want to make the
+// files beside it. Nobody can change it there, and nothing is missing in it.
+bool IsFrozen(const std::string& folder, const std::string& path)
+{
+    return access(folder.c_str(), W_OK) != 0 && SizeOf(path) > 0 && SizeOf(path + "-wal") <= 0;
+}
+
+std::string FrozenAddress(const std::string& path)
+{
+    std::string address = "file:";
+    for (const char letter : path)
+    {
+        char escaped[4];
+        snprintf(escaped, sizeof escaped, "%%%02X", static_cast<unsigned>(static_cast<unsigned char>(letter)));
+        const bool is_special = letter == '%' || letter == '?' || letter == '#';
+        address += is_special ? std::string(escaped) : std::string(1, letter);
+    }
+    return address + "?immutable=1";
 }
 }  // namespace
 
@@ -218,18 +239,21 @@ bool Database::OpenFile(bool create)
     close(file);
     if (made) SyncFolder(folder);
     errno = 0;
-    if (sqlite3_open_v2(path_.c_str(), &connection_, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOFOLLOW | SQLITE_OPEN_NOMUTEX,
-                        nullptr) != SQLITE_OK)
-        return Note(sqlite3_errcode(connection_));
-    return Prepare();
+    constexpr int kFlags = SQLITE_OPEN_NOFOLLOW | SQLITE_OPEN_NOMUTEX;
+    const bool frozen = IsFrozen(folder, path_);
+    const int code = frozen ? sqlite3_open_v2(FrozenAddress(path_).c_str(), &connection_,
+                                              SQLITE_OPEN_READONLY | SQLITE_OPEN_URI | kFlags, nullptr)
+                            : sqlite3_open_v2(path_.c_str(), &connection_, SQLITE_OPEN_READWRITE | kFlags, nullptr);
+    if (code != SQLITE_OK) return Note(sqlite3_errcode(connection_));
+    return Prepare(frozen);
 }
 
-bool Database::Prepare()
+bool Database::Prepare(bool frozen)
 {
     int keep = 1;  // the log, at its full size
     sqlite3_file_control(connection_, "main", SQLITE_FCNTL_PERSIST_WAL, &keep);
     sqlite3_busy_timeout(connection_, kWaitMs);
-    if (!Note(sqlite3_exec(connection_, kOptions, nullptr, nullptr, nullptr))) return false;
+    if (!frozen && !Note(sqlite3_exec(connection_, kOptions, nullptr, nullptr, nullptr))) return false;
     const auto version = [this]
     {
         Query query = Ask("PRAGMA user_version");

@@ -135,7 +135,7 @@ private:
     bool Fail(int error, const std::string& why, bool damaged);
     bool HasMoved();
     bool OpenFile(bool create);
-    bool Prepare();
+    bool Prepare(bool frozen);
 
     sqlite3* connection_ = nullptr;
     std::map<const char*, sqlite3_stmt*> prepared_;

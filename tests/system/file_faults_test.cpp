@@ -162,17 +162,27 @@ TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStart)
 
 TEST_F(FileFaults, AReadOnlyStateIsServedAndCaughtUpWithWhenItCanBeWritten)
 {
-    daemon_.End(SIGKILL);
-    ASSERT_EQ(system("mount --bind /tmp/state /tmp/state && mount -o remount,bind,ro /tmp/state"), 0);
-    ASSERT_TRUE(daemon_.Start());
-    EXPECT_EQ(Both(), "8081/1") << "what was committed is served";
-    EXPECT_EQ(Said("set webHttpsPort=8443"), "! kobctl: set, but not saved: Read-only file system\n[3]\n");
-    ASSERT_EQ(system("mount -o remount,bind,rw /tmp/state"), 0);
-    EXPECT_EQ(Said("commit"), "");
-    Restart();
-    EXPECT_EQ(Both() + GetObject("webHttpsPort"), "8081/18443");
-    daemon_.End(SIGTERM);
-    EXPECT_EQ(system("umount /tmp/state"), 0);
+    for (const char* closed : {"", "PRAGMA wal_checkpoint(TRUNCATE)"})  // killed, or ended with nothing left in the log
+    {
+        SCOPED_TRACE(closed);
+        daemon_.End(SIGKILL);
+        if (*closed != 0)
+        {
+            StateSql(kState, closed);
+            ASSERT_EQ(system("rm -f /tmp/state/kobd.db-shm /tmp/state/kobd.db-wal"), 0);
+        }
+        ASSERT_EQ(system("mount --bind /tmp/state /tmp/state && mount -o remount,bind,ro /tmp/state"), 0);
+        ASSERT_TRUE(daemon_.Start());
+        EXPECT_EQ(Both(), "8081/1") << "what was committed is served";
+        EXPECT_EQ(Said("set webHttpsPort=8443"), "! kobctl: set, but not saved: Read-only file system\n[3]\n");
+        ASSERT_EQ(system("mount -o remount,bind,rw /tmp/state"), 0);
+        EXPECT_EQ(Said("set webHttpsPort=8444"), "");
+        Restart();
+        EXPECT_EQ(Both() + GetObject("webHttpsPort"), "8081/18444");
+        daemon_.End(SIGTERM);
+        ASSERT_EQ(system("umount /tmp/state"), 0);
+        ASSERT_TRUE(daemon_.Start());
+    }
 }
 
 TEST_F(FileFaults, ADumpThatCannotBeWrittenIsRefusedToldAndRemoved)
