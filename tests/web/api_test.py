@@ -18,6 +18,8 @@ OBJECT, TABLE, SIM = "/api/objects/webHttpPort", "/api/tables/FwUrlFilterTable",
 REQUESTS = [
     ("GET", OBJECT, None, 200, '"value":"80" "most":65535 "meaning"'),
     ("GET", OBJECT + "x", None, 404, '"right":"webHttpPort"'),
+    ("GET", "/api/objects/DnsClientTable", None, 404, '"DnsClientTable is a table, not an object."'),
+    ("GET", "/api/tables/webHttpPort", None, 404, '"webHttpPort is an object, not a table."'),
     ("GET", "/api/objects?match=webHttp*&match=IME%3F&describe=0", None, 200, '"webHttpPort","value":"80" "IMEI"'),
     ("GET", "/api/objects?search=tcp+port+http&values=0", None, 200, '"webHttpPort"'),
     ("GET", "/api/objects?match=nothing", None, 200, '{"objects":[]}'),
@@ -130,6 +132,7 @@ for what, status, parts in [
 ]:
     answer = raw(*parts, wait=0.001 if len(parts) > 2 else 0.05)
     check(what, f"HTTP/1.1 {status} " in answer, answer)
+
 check("both of two requests are answered", raw(get + "\r\n" + last).count("HTTP/1.1 200") == 2)
 
 # Slow clients hold up nobody; a hundred listeners hear, one more is refused, and they leave their places free.
