@@ -133,6 +133,23 @@ for what, status, parts in [
     answer = raw(*parts, wait=0.001 if len(parts) > 2 else 0.05)
     check(what, f"HTTP/1.1 {status} " in answer, answer)
 
+
+def flood(what, most, begin):
+    """A client that never stops sending is ended within so many seconds."""
+    end = time.monotonic() + most + 3
+    with socket.create_connection((address.hostname, address.port), timeout=10) as client:
+        client.sendall(begin.encode())
+        client.recv(1)
+        try:
+            while time.monotonic() < end:
+                client.sendall(b"x" * 65536)
+        except OSError:
+            pass
+    check(what, time.monotonic() < end)
+
+
+flood("a listener that sends is ended", 1, f"GET /api/events?token={token} HTTP/1.1\r\n{head}\r\n")
+flood("a client that sends on after its last answer is ended", 3, "hello\r\n\r\n")
 check("both of two requests are answered", raw(get + "\r\n" + last).count("HTTP/1.1 200") == 2)
 
 # Slow clients hold up nobody; a hundred listeners hear, one more is refused, and they leave their places free.
