@@ -132,6 +132,8 @@ for what, status, parts in [
 ]:
     answer = raw(*parts, wait=0.001 if len(parts) > 2 else 0.05)
     check(what, f"HTTP/1.1 {status} " in answer, answer)
+answer = raw(put + '27\r\n\r\n{"value":"81","value":"82"}')
+check("a value twice", " 422 " in answer and "twice" in answer, answer)
 
 
 def flood(what, most, begin):
