@@ -22,28 +22,53 @@ struct Route
 
 // clang-format off
 constexpr Route kRoutes[] = {
-    {"get",    "/api/objects",                "getObjects", "Objects whose name matches", "match", nullptr, 200, "ObjectList"},
+    {"get",    "/api/objects",                "getObjects", "Objects whose name matches", "match search describe values secrets", nullptr, 200, "ObjectList"},
     {"put",    "/api/objects",                "setObjects", "Set several objects, all or none", "", "Objects", 200, "SetObjects"},
-    {"get",    "/api/objects/{name}",         "getObject",  "An object with its value", "", nullptr, 200, "Object"},
+    {"get",    "/api/objects/{name}",         "getObject",  "An object with its value", "describe values secrets", nullptr, 200, "Object"},
     {"put",    "/api/objects/{name}",         "setObject",  "Set an object", "", "Value", 200, "SetObject"},
     {"post",   "/api/check",                  "check",      "What the dictionary says to values, without setting them", "", "Objects", 200, "Verdicts"},
     {"get",    "/api/tables",                 "getTables",  "All tables with their columns", "", nullptr, 200, "TableList"},
     {"patch",  "/api/tables",                 "setRows",    "Change rows of any tables, all or none", "", "Changes", 200, "Changed"},
-    {"get",    "/api/tables/{table}",         "getTable",   "A table with its rows", "", nullptr, 200, "Table"},
+    {"get",    "/api/tables/{table}",         "getTable",   "A table with its rows", "secrets", nullptr, 200, "Table"},
     {"post",   "/api/tables/{table}",         "addRow",     "Add a row", "parent", "Row", 201, "RowIndex"},
-    {"get",    "/api/tables/{table}/{index}", "getRow",     "A row", "", nullptr, 200, "IndexedRow"},
+    {"get",    "/api/tables/{table}/{index}", "getRow",     "A row", "secrets", nullptr, 200, "IndexedRow"},
+    {"patch",  "/api/tables/{table}/{index}", "setRow",     "Change a row", "", "Row", 200, "IndexedRow"},
     {"delete", "/api/tables/{table}/{index}", "deleteRow",  "Delete a row", "", nullptr, 204, nullptr},
 };
 // clang-format on
 
-Json Parameter(const std::string& name, const char* in)
+struct Query
+{
+    const char* name;
+    const char* description;
+    const char* flag;  // without it: "0" or "1"; nullptr: it is a text
+};
+
+constexpr Query kQueries[] = {
+    {"match", "A pattern for names, such as wifi*. With several, a name matches one of them.", nullptr},
+    {"search", "Words, all of which are in the name or the meaning.", nullptr},
+    {"parent", "The path of the object below which the row is added.", nullptr},
+    {"token", "The token, for a client that cannot send a header field.", nullptr},
+    {"describe", "0: without the description.", "1"},
+    {"values", "0: without the value.", "1"},
+    {"secrets", "1: secret values are shown.", "0"},
+};
+
+Json PathParameter(const std::string& name)
 {
     Json schema = {{"type", name == "index" ? "integer" : "string"}};
     if (name == "index") schema["minimum"] = 0;
-    Json parameter = {{"name", name}, {"in", in}, {"schema", std::move(schema)}};
-    if (in == std::string("path")) parameter["required"] = true;
-    if (name == "match") parameter["description"] = "A pattern for names, such as wifi*.";
-    if (name == "parent") parameter["description"] = "The path of the object below which the row is added.";
+    return {{"name", name}, {"in", "path"}, {"required", true}, {"schema", std::move(schema)}};
+}
+
+Json QueryParameter(const Query& query)
+{
+    Json parameter = {{"name", query.name}, {"in", "query"}, {"description", query.description}};
+    Json& schema = parameter["schema"] = {{"type", "string"}};
+    if (query.flag != nullptr) schema.update({{"enum", {"0", "1"}}, {"default", query.flag}});
+    if (query.name != std::string("match")) return parameter;
+    schema = {{"type", "array"}, {"items", {{"type", "string"}}}};
+    parameter.update({{"style", "form"}, {"explode", true}});
     return parameter;
 }
 
@@ -52,8 +77,11 @@ Json ParametersOf(const Route& route)
     Json parameters = Json::array();
     const std::string path = route.path;
     for (size_t open = 0; (open = path.find('{', open)) != std::string::npos; ++open)
-        parameters.push_back(Parameter(path.substr(open + 1, path.find('}', open) - open - 1), "path"));
-    if (*route.query != 0) parameters.push_back(Parameter(route.query, "query"));
+        parameters.push_back(PathParameter(path.substr(open + 1, path.find('}', open) - open - 1)));
+    const std::string names = std::string(" ") + route.query + " ";
+    for (const Query& query : kQueries)
+        if (names.find(std::string(" ") + query.name + " ") != std::string::npos)
+            parameters.push_back(QueryParameter(query));
     return parameters;
 }
 
@@ -77,13 +105,17 @@ Json OperationOf(const Route& route)
 
 Json EventsOperation()
 {
-    return {{"operationId", "getEvents"},
-            {"summary", "Changes as they are announced"},
+    const Route route = {"get",   "/api/events", "getEvents", "Changes as they are announced",
+                         "token", nullptr,       200,         nullptr};
+    return {{"operationId", route.name},
+            {"summary", route.summary},
+            {"parameters", ParametersOf(route)},
             {"responses",
              {{"200",
                {{"description", "Server-sent events without end."},
                 {"content", Content("text/event-stream", {{"type", "string"}})}}},
-              {"4XX", {{"$ref", "#/components/responses/Refused"}}}}}};
+              {"4XX", {{"$ref", "#/components/responses/Refused"}}},
+              {"5XX", {{"$ref", "#/components/responses/Refused"}}}}}};
 }
 
 Json Paths()
@@ -114,7 +146,8 @@ Json Frames()
 {
     const Json text = {{"type", "string"}};
     const Json number = {{"type", "integer"}};
-    const Json value = {{"type", {"string", "integer"}}};
+    const Json texts = {{"type", "array"}, {"items", text}};
+    const Json value = {{"type", {"string", "integer", "boolean"}}};
     Json schemas = Json::object();
     schemas["Value"] = {{"type", "object"}, {"properties", {{"value", value}}}, {"required", {"value"}}};
     schemas["Object"] = ObjectOf({{"name", text}, {"value", text}, {"meaning", text}, {"unit", text}});
@@ -144,12 +177,18 @@ Json Frames()
                                    {"status", number},
                                    {"detail", text},
                                    {"name", text},
+                                   {"object", text},
                                    {"table", text},
                                    {"index", number},
                                    {"column", text},
                                    {"value", text},
                                    {"reason", text},
-                                   {"right", text}});
+                                   {"right", text},
+                                   {"code", number},
+                                   {"allow", text},
+                                   {"restored", texts},
+                                   {"left", texts}});
+    schemas["Problem"]["required"] = {"title", "status", "detail"};
     return schemas;
 }
 

@@ -154,6 +154,17 @@ flood("a listener that sends is ended", 1, f"GET /api/events?token={token} HTTP/
 flood("a client that sends on after its last answer is ended", 3, "hello\r\n\r\n")
 check("both of two requests are answered", raw(get + "\r\n" + last).count("HTTP/1.1 200") == 2)
 
+# What kobctl describes is what the gateway takes: /openapi.json has the parameters of the gateway's own list.
+served = json.loads(ask("GET", "/openapi.json")[1])["paths"]
+described = json.loads(subprocess.run(["kobctl", "schema", "--openapi"], check=True, capture_output=True).stdout)["paths"]
+for path, operations in served.items():
+    ours = path.startswith(("/api/objects", "/api/tables", "/api/check", "/api/events"))
+    check(f"kobctl describes {path}", not ours or operations.keys() == described.get(path, {}).keys())
+    for method, operation in operations.items():
+        theirs = described.get(path, {}).get(method, {}).get("parameters", []) if ours else operation["parameters"]
+        check(f"the parameters of {method} {path}", sorted(map(str, operation["parameters"])) == sorted(map(str, theirs)), theirs)
+        check(f"the token of {method} {path}", path.startswith("/api/") != ("security" in operation))
+
 # Slow clients hold up nobody; a hundred listeners hear, one more is refused, and they leave their places free.
 slow = [socket.create_connection((address.hostname, address.port)) for _ in range(300)]
 for client in slow:
