@@ -1,4 +1,5 @@
 // The dictionary over HTTP, as OpenAPI: the addresses, and a schema for every object and row.
+#include "client/schema/parameters.h"
 #include "client/schema/schema.h"
 #include "client/schema/value_schema.h"
 
@@ -14,7 +15,7 @@ struct Route
     const char* path;
     const char* name;  // of the operation
     const char* summary;
-    const char* query;     // parameters, with a blank between them
+    const char* query;     // names of parameters, with a blank between them
     const char* body;      // schema of what is sent; nullptr: nothing is
     int status;            // of success
     const char* response;  // schema of what is answered; nullptr: nothing is
@@ -37,60 +38,13 @@ constexpr Route kRoutes[] = {
 };
 // clang-format on
 
-struct Query
-{
-    const char* name;
-    const char* description;
-    const char* flag;  // without it: "0" or "1"; nullptr: it is a text
-};
-
-constexpr Query kQueries[] = {
-    {"match", "A pattern for names, such as wifi*. With several, a name matches one of them.", nullptr},
-    {"search", "Words, all of which are in the name or the meaning.", nullptr},
-    {"parent", "The path of the object below which the row is added.", nullptr},
-    {"token", "The token, for a client that cannot send a header field.", nullptr},
-    {"describe", "0: without the description.", "1"},
-    {"values", "0: without the value.", "1"},
-    {"secrets", "1: secret values are shown.", "0"},
-};
-
-Json PathParameter(const std::string& name)
-{
-    Json schema = {{"type", name == "index" ? "integer" : "string"}};
-    if (name == "index") schema["minimum"] = 0;
-    return {{"name", name}, {"in", "path"}, {"required", true}, {"schema", std::move(schema)}};
-}
-
-Json QueryParameter(const Query& query)
-{
-    Json parameter = {{"name", query.name}, {"in", "query"}, {"description", query.description}};
-    Json& schema = parameter["schema"] = {{"type", "string"}};
-    if (query.flag != nullptr) schema.update({{"enum", {"0", "1"}}, {"default", query.flag}});
-    if (query.name != std::string("match")) return parameter;
-    schema = {{"type", "array"}, {"items", {{"type", "string"}}}};
-    parameter.update({{"style", "form"}, {"explode", true}});
-    return parameter;
-}
-
-Json ParametersOf(const Route& route)
-{
-    Json parameters = Json::array();
-    const std::string path = route.path;
-    for (size_t open = 0; (open = path.find('{', open)) != std::string::npos; ++open)
-        parameters.push_back(PathParameter(path.substr(open + 1, path.find('}', open) - open - 1)));
-    const std::string names = std::string(" ") + route.query + " ";
-    for (const Query& query : kQueries)
-        if (names.find(std::string(" ") + query.name + " ") != std::string::npos)
-            parameters.push_back(QueryParameter(query));
-    return parameters;
-}
-
 Json Content(const std::string& type, Json schema) { return {{type, {{"schema", std::move(schema)}}}}; }
 
 Json OperationOf(const Route& route)
 {
     Json operation = {{"operationId", route.name}, {"summary", route.summary}};
-    if (Json parameters = ParametersOf(route); !parameters.empty()) operation["parameters"] = std::move(parameters);
+    if (Json parameters = ParametersOf(route.path, route.query); !parameters.empty())
+        operation["parameters"] = std::move(parameters);
     if (route.body != nullptr)
         operation["requestBody"] = {{"required", true},
                                     {"content", Content("application/json", Reference(kSchemas, route.body))}};
@@ -109,7 +63,7 @@ Json EventsOperation()
                          "token", nullptr,       200,         nullptr};
     return {{"operationId", route.name},
             {"summary", route.summary},
-            {"parameters", ParametersOf(route)},
+            {"parameters", ParametersOf(route.path, route.query)},
             {"responses",
              {{"200",
                {{"description", "Server-sent events without end."},
