@@ -140,23 +140,16 @@ for what, status, parts in [
 answer = raw(put + '27\r\n\r\n{"value":"81","value":"82"}')
 check("a value twice", " 422 " in answer and "twice" in answer, answer)
 
-
-def flood(what, most, begin):
-    """A client that never stops sending is ended within so many seconds."""
-    end = time.monotonic() + most + 3
-    with socket.create_connection((address.hostname, address.port), timeout=10) as client:
-        client.sendall(begin.encode())
+end = time.monotonic() + 4
+with socket.create_connection((address.hostname, address.port), timeout=10) as client:
+    try:
+        client.sendall(f"GET /api/events?token={token} HTTP/1.1\r\n{head}\r\n".encode())
         client.recv(1)
-        try:
-            while time.monotonic() < end:
-                client.sendall(b"x" * 65536)
-        except OSError:
-            pass
-    check(what, time.monotonic() < end)
-
-
-flood("a listener that sends is ended", 1, f"GET /api/events?token={token} HTTP/1.1\r\n{head}\r\n")
-flood("a client that sends on after its last answer is ended", 3, "hello\r\n\r\n")
+        while time.monotonic() < end:
+            client.sendall(b"x" * 65536)
+    except OSError:
+        pass
+check("a listener that sends without end is ended", time.monotonic() < end)
 check("both of two requests are answered", raw(get + "\r\n" + last).count("HTTP/1.1 200") == 2)
 
 # What kobctl describes is what the gateway takes: /openapi.json has the parameters of the gateway's own list.
