@@ -1,4 +1,5 @@
 // The dictionary over HTTP, as OpenAPI: the addresses, and a schema for every object and row.
+#include "client/schema/parameters.h"
 #include "client/schema/schema.h"
 #include "client/schema/value_schema.h"
 
@@ -14,7 +15,7 @@ struct Route
     const char* path;
     const char* name;  // of the operation
     const char* summary;
-    const char* query;     // parameters, with a blank between them
+    const char* query;     // names of parameters, with a blank between them
     const char* body;      // schema of what is sent; nullptr: nothing is
     int status;            // of success
     const char* response;  // schema of what is answered; nullptr: nothing is
@@ -22,47 +23,28 @@ struct Route
 
 // clang-format off
 constexpr Route kRoutes[] = {
-    {"get",    "/api/objects",                "getObjects", "Objects whose name matches", "match", nullptr, 200, "ObjectList"},
+    {"get",    "/api/objects",                "getObjects", "Objects whose name matches", "match search describe values secrets", nullptr, 200, "ObjectList"},
     {"put",    "/api/objects",                "setObjects", "Set several objects, all or none", "", "Objects", 200, "SetObjects"},
-    {"get",    "/api/objects/{name}",         "getObject",  "An object with its value", "", nullptr, 200, "Object"},
+    {"get",    "/api/objects/{name}",         "getObject",  "An object with its value", "describe values secrets", nullptr, 200, "Object"},
     {"put",    "/api/objects/{name}",         "setObject",  "Set an object", "", "Value", 200, "SetObject"},
     {"post",   "/api/check",                  "check",      "What the dictionary says to values, without setting them", "", "Objects", 200, "Verdicts"},
     {"get",    "/api/tables",                 "getTables",  "All tables with their columns", "", nullptr, 200, "TableList"},
     {"patch",  "/api/tables",                 "setRows",    "Change rows of any tables, all or none", "", "Changes", 200, "Changed"},
-    {"get",    "/api/tables/{table}",         "getTable",   "A table with its rows", "", nullptr, 200, "Table"},
+    {"get",    "/api/tables/{table}",         "getTable",   "A table with its rows", "secrets", nullptr, 200, "Table"},
     {"post",   "/api/tables/{table}",         "addRow",     "Add a row", "parent", "Row", 201, "RowIndex"},
-    {"get",    "/api/tables/{table}/{index}", "getRow",     "A row", "", nullptr, 200, "IndexedRow"},
+    {"get",    "/api/tables/{table}/{index}", "getRow",     "A row", "secrets", nullptr, 200, "IndexedRow"},
+    {"patch",  "/api/tables/{table}/{index}", "setRow",     "Change a row", "", "Row", 200, "IndexedRow"},
     {"delete", "/api/tables/{table}/{index}", "deleteRow",  "Delete a row", "", nullptr, 204, nullptr},
 };
 // clang-format on
-
-Json Parameter(const std::string& name, const char* in)
-{
-    Json schema = {{"type", name == "index" ? "integer" : "string"}};
-    if (name == "index") schema["minimum"] = 0;
-    Json parameter = {{"name", name}, {"in", in}, {"schema", std::move(schema)}};
-    if (in == std::string("path")) parameter["required"] = true;
-    if (name == "match") parameter["description"] = "A pattern for names, such as wifi*.";
-    if (name == "parent") parameter["description"] = "The path of the object below which the row is added.";
-    return parameter;
-}
-
-Json ParametersOf(const Route& route)
-{
-    Json parameters = Json::array();
-    const std::string path = route.path;
-    for (size_t open = 0; (open = path.find('{', open)) != std::string::npos; ++open)
-        parameters.push_back(Parameter(path.substr(open + 1, path.find('}', open) - open - 1), "path"));
-    if (*route.query != 0) parameters.push_back(Parameter(route.query, "query"));
-    return parameters;
-}
 
 Json Content(const std::string& type, Json schema) { return {{type, {{"schema", std::move(schema)}}}}; }
 
 Json OperationOf(const Route& route)
 {
     Json operation = {{"operationId", route.name}, {"summary", route.summary}};
-    if (Json parameters = ParametersOf(route); !parameters.empty()) operation["parameters"] = std::move(parameters);
+    if (Json parameters = ParametersOf(route.path, route.query); !parameters.empty())
+        operation["parameters"] = std::move(parameters);
     if (route.body != nullptr)
         operation["requestBody"] = {{"required", true},
                                     {"content", Content("application/json", Reference(kSchemas, route.body))}};
@@ -77,13 +59,17 @@ Json OperationOf(const Route& route)
 
 Json EventsOperation()
 {
-    return {{"operationId", "getEvents"},
-            {"summary", "Changes as they are announced"},
+    const Route route = {"get",   "/api/events", "getEvents", "Changes as they are announced",
+                         "token", nullptr,       200,         nullptr};
+    return {{"operationId", route.name},
+            {"summary", route.summary},
+            {"parameters", ParametersOf(route.path, route.query)},
             {"responses",
              {{"200",
                {{"description", "Server-sent events without end."},
                 {"content", Content("text/event-stream", {{"type", "string"}})}}},
-              {"4XX", {{"$ref", "#/components/responses/Refused"}}}}}};
+              {"4XX", {{"$ref", "#/components/responses/Refused"}}},
+              {"5XX", {{"$ref", "#/components/responses/Refused"}}}}}};
 }
 
 Json Paths()
@@ -114,7 +100,8 @@ Json Frames()
 {
     const Json text = {{"type", "string"}};
     const Json number = {{"type", "integer"}};
-    const Json value = {{"type", {"string", "integer"}}};
+    const Json texts = {{"type", "array"}, {"items", text}};
+    const Json value = {{"type", {"string", "integer", "boolean"}}};
     Json schemas = Json::object();
     schemas["Value"] = {{"type", "object"}, {"properties", {{"value", value}}}, {"required", {"value"}}};
     schemas["Object"] = ObjectOf({{"name", text}, {"value", text}, {"meaning", text}, {"unit", text}});
@@ -144,12 +131,18 @@ Json Frames()
                                    {"status", number},
                                    {"detail", text},
                                    {"name", text},
+                                   {"object", text},
                                    {"table", text},
                                    {"index", number},
                                    {"column", text},
                                    {"value", text},
                                    {"reason", text},
-                                   {"right", text}});
+                                   {"right", text},
+                                   {"code", number},
+                                   {"allow", text},
+                                   {"restored", texts},
+                                   {"left", texts}});
+    schemas["Problem"]["required"] = {"title", "status", "detail"};
     return schemas;
 }
 

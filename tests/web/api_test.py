@@ -18,6 +18,8 @@ OBJECT, TABLE, SIM = "/api/objects/webHttpPort", "/api/tables/FwUrlFilterTable",
 REQUESTS = [
     ("GET", OBJECT, None, 200, '"value":"80" "most":65535 "meaning"'),
     ("GET", OBJECT + "x", None, 404, '"right":"webHttpPort"'),
+    ("GET", "/api/objects/DnsClientTable", None, 404, '"DnsClientTable is a table, not an object."'),
+    ("GET", "/api/tables/webHttpPort", None, 404, '"webHttpPort is an object, not a table."'),
     ("GET", "/api/objects?match=webHttp*&match=IME%3F&describe=0", None, 200, '"webHttpPort","value":"80" "IMEI"'),
     ("GET", "/api/objects?search=tcp+port+http&values=0", None, 200, '"webHttpPort"'),
     ("GET", "/api/objects?match=nothing", None, 200, '{"objects":[]}'),
@@ -48,6 +50,11 @@ REQUESTS = [
     ("PATCH", "/api/tables", {"FwUrlFilterTable": {"2": {"URL": "z.example"}}, "DnsClientTable": {"1": {"Enable": 1}}}, 502, '"left":[] as before'),
     ("GET", "/api/tables/DnsClientTable/1", None, 200, '"Enable":"0"'),
     ("GET", TABLE + "/2", None, 200, "a.example"),
+    ("POST", SIM + "/failures", {"name": "DnsClientTable", "operation": "get"}, 204, ""),
+    ("POST", SIM + "/failures", {"name": "FwUrlFilterTable", "operation": "set", "times": 1}, 204, ""),
+    ("PATCH", "/api/tables", {"DnsClientTable": {"1": {"Enable": 1}}, "FwUrlFilterTable": {"2": {"URL": "z.example"}}}, 502, '"left":["DnsClientTable 1"]} not all'),
+    ("DELETE", SIM, None, 204, ""),
+    ("PATCH", "/api/tables", {"DnsClientTable": {"1": {"Enable": 0}}}, 200, ""),
     ("PATCH", "/api/tables", {"FwUrlFilterTable": {"two": {}}}, 400, "'two'"),
     ("PATCH", TABLE + "/2", {"URL": "b.example"}, 200, '"URL":"b.example"'),
     ("DELETE", TABLE + "/2", None, 204, ""),
@@ -130,7 +137,31 @@ for what, status, parts in [
 ]:
     answer = raw(*parts, wait=0.001 if len(parts) > 2 else 0.05)
     check(what, f"HTTP/1.1 {status} " in answer, answer)
+answer = raw(put + '27\r\n\r\n{"value":"81","value":"82"}')
+check("a value twice", " 422 " in answer and "twice" in answer, answer)
+
+end = time.monotonic() + 4
+with socket.create_connection((address.hostname, address.port), timeout=10) as client:
+    try:
+        client.sendall(f"GET /api/events?token={token} HTTP/1.1\r\n{head}\r\n".encode())
+        client.recv(1)
+        while time.monotonic() < end:
+            client.sendall(b"x" * 65536)
+    except OSError:
+        pass
+check("a listener that sends without end is ended", time.monotonic() < end)
 check("both of two requests are answered", raw(get + "\r\n" + last).count("HTTP/1.1 200") == 2)
+
+# What kobctl describes is what the gateway takes: /openapi.json has the parameters of the gateway's own list.
+served = json.loads(ask("GET", "/openapi.json")[1])["paths"]
+described = json.loads(subprocess.run(["kobctl", "schema", "--openapi"], check=True, capture_output=True).stdout)["paths"]
+for path, operations in served.items():
+    ours = path.startswith(("/api/objects", "/api/tables", "/api/check", "/api/events"))
+    check(f"kobctl describes {path}", not ours or operations.keys() == described.get(path, {}).keys())
+    for method, operation in operations.items():
+        theirs = described.get(path, {}).get(method, {}).get("parameters", []) if ours else operation["parameters"]
+        check(f"the parameters of {method} {path}", sorted(map(str, operation["parameters"])) == sorted(map(str, theirs)), theirs)
+        check(f"the token of {method} {path}", path.startswith("/api/") != ("security" in operation))
 
 # Slow clients hold up nobody; a hundred listeners hear, one more is refused, and they leave their places free.
 slow = [socket.create_connection((address.hostname, address.port)) for _ in range(300)]

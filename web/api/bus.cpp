@@ -36,6 +36,10 @@ int StatusOf(int code, bool answered)
 
 Problem NoSuch(const std::string& what, const std::string& name)
 {
+    if (kobd_describe(name.c_str()) != nullptr)
+        return {404, name + " is an object, not a " + what + ".", {{"name", name}}};
+    if (kobd_describe_table(name.c_str()) != nullptr)
+        return {404, name + " is a table, not an " + what + ".", {{"name", name}}};
     Problem problem = {404, "There is no " + what + " " + name + "."};
     if (const char* near = kobd_did_you_mean(name.c_str()))
     {

@@ -1,4 +1,6 @@
 // The files of the page, which are part of the program, and the description of the interface.
+#include <sstream>
+
 #include "web/api/kobctl.h"
 #include "web/api/routes.h"
 #include "web/api/services.h"
@@ -17,29 +19,29 @@ const char* TypeOf(std::string_view file)
     return "text/plain; charset=utf-8";
 }
 
-Json ParametersOf(const Route& route)
+// What kobctl says about the parameter, or no more than its name.
+Json ParameterOf(const Json& known, const std::string& name, const char* in)
+{
+    for (const Json& one : known)
+        if (one["name"] == name && one["in"] == in) return one;
+    return {{"name", name}, {"in", in}, {"required", in[0] == 'p'}, {"schema", {{"type", "string"}}}};
+}
+
+Json ParametersOf(const Route& route, const Json& known)
 {
     Json parameters = Json::array();
-    const auto add = [&](const std::string& name, const char* in) {
-        parameters.push_back(
-            {{"name", name}, {"in", in}, {"required", in[0] == 'p'}, {"schema", {{"type", "string"}}}});
-    };
     const std::string path = route.path;
     for (size_t open = 0; (open = path.find('{', open)) != path.npos; ++open)
-        add(path.substr(open + 1, path.find('}', open) - open - 1), "path");
-    std::string_view query = route.query;
-    while (!query.empty())
-    {
-        const size_t blank = std::min(query.find(' '), query.size());
-        add(std::string(query.substr(0, blank)), "query");
-        query.remove_prefix(std::min(blank + 1, query.size()));
-    }
+        parameters.push_back(ParameterOf(known, path.substr(open + 1, path.find('}', open) - open - 1), "path"));
+    std::istringstream names(route.query);
+    for (std::string name; names >> name;) parameters.push_back(ParameterOf(known, name, "query"));
     return parameters;
 }
 
 Json OperationOf(const Route& route)
 {
-    Json operation = {{"summary", route.summary}, {"parameters", ParametersOf(route)}};
+    Json operation = {{"summary", route.summary}};
+    if (!std::string_view(route.path).starts_with("/api/")) operation["security"] = Json::array();  // needs no token
     if (route.body != nullptr)
         operation["requestBody"] = {{"required", true},
                                     {"description", route.body},
@@ -62,6 +64,7 @@ std::string OpenApi(const std::string& kobctl)
         for (char& letter : method) letter = static_cast<char>(letter | 0x20);
         Json& path = api["paths"][route.path];
         if (!path.contains(method)) path[method] = OperationOf(route);
+        path[method]["parameters"] = ParametersOf(route, path[method].value("parameters", Json::array()));
     }
     return TextOf(api);
 }

@@ -7,7 +7,8 @@ constexpr const char* kAssignments = "names and values: {\"webHttpPort\": \"8080
 constexpr const char* kColumns = "columns and values: {\"Enable\": 1}";
 
 const std::vector<Route> kRoutes = {
-    {"GET", "/api/objects/{name}", GetObject, "An object: its description and its value", "secrets", nullptr},
+    {"GET", "/api/objects/{name}", GetObject, "An object: its description and its value", "describe values secrets",
+     nullptr},
     {"PUT", "/api/objects/{name}", PutObject, "Set an object", "", "the value: {\"value\": \"8080\"}"},
     {"GET", "/api/objects", GetObjects,
      "Objects whose name matches one of the patterns (match=wifi*, more than once) or whose name or meaning has all "

@@ -67,8 +67,8 @@ void RowChanges::TakeBack(const std::map<Address, Values>& before, Problem* prob
             if (old.contains(column) && now.contains(column) && old.at(column) != now.at(column))
                 changed[column] = old.at(column);
         const std::string name = address.first + " " + std::to_string(address.second);
-        if (old.empty() != now.empty())
-            left.push_back(name);
+        if (old.empty() || now.empty())
+            left.push_back(name);  // nobody knows: it cannot be read
         else if (!changed.empty())
             (SetBack(address.first, address.second, changed) ? restored : left).push_back(name);
     }

@@ -1,8 +1,9 @@
 // Changes as they happen: the list at the side, and whoever else wants to know.
-import {token} from './api.js';
+import {ask, token} from './api.js';
 import {byId, clock, make} from './dom.js';
 
 const most = 60;  // lines kept
+const pause = 5000;  // milliseconds until a refused listener tries again
 
 const shown = (text) => text === null || text === undefined ? '' : `"${text}"`;
 const fromTo = ({old, new: value}) => old === undefined && value === undefined ? 'has changed' : `${shown(old)} → ${shown(value)}`;
@@ -28,24 +29,48 @@ function showState(up, text) {
   byId('state').textContent = text;
 }
 
-// `listeners` has a function for a type of event. `whenUp` is called when the router has come back.
-export function startLive(listeners, whenUp) {
-  const source = new EventSource(`/api/events?token=${token()}`);
+// The browser does not say why a listener was refused, but another request is told whether the token is known.
+async function isTokenKnown() {
+  try {
+    await ask('GET', '/api/objects?match=IMEI&values=0');
+  } catch (refusal) {
+    return refusal.problem?.status !== 401;
+  }
+  return true;
+}
+
+// `listeners` has a function for a type of event. `whenUp` is called when the router has come back, `whenLocked` when
+// kobd-web has another token now.
+export function startLive(listeners, whenUp, whenLocked) {
   let up = true;
-  source.addEventListener('error', () => {
-    up = false;
-    showState(false, source.readyState === EventSource.CLOSED ? 'No changes are shown: all places of listeners are taken' : 'kobd-web does not answer');
-  });
-  source.addEventListener('router', (event) => {
-    const state = JSON.parse(event.data);
-    showState(state.up, state.up ? state.why ?? 'Connected' : state.why ?? 'kobd does not answer');
-    if (state.up && !up) whenUp();
-    up = state.up;
-  });
-  for (const type of ['object', 'row', 'network', 'missed', 'scenario'])
-    source.addEventListener(type, (event) => {
-      const data = JSON.parse(event.data);
-      if (sentence[type]) add(type, data);
-      listeners[type]?.(data);
+  async function retry() {
+    if (await isTokenKnown()) {
+      showState(false, 'No changes are shown: all places of listeners are taken');
+      setTimeout(listen, pause);
+    } else {
+      showState(false, 'kobd-web has another token now');
+      whenLocked();
+    }
+  }
+  function listen() {
+    const source = new EventSource(`/api/events?token=${token()}`);
+    source.addEventListener('error', () => {
+      up = false;
+      if (source.readyState === EventSource.CLOSED) retry();
+      else showState(false, 'kobd-web does not answer');
     });
+    source.addEventListener('router', (event) => {
+      const state = JSON.parse(event.data);
+      showState(state.up, state.up ? state.why ?? 'Connected' : state.why ?? 'kobd does not answer');
+      if (state.up && !up) whenUp();
+      up = state.up;
+    });
+    for (const type of ['object', 'row', 'network', 'missed', 'scenario'])
+      source.addEventListener(type, (event) => {
+        const data = JSON.parse(event.data);
+        if (sentence[type]) add(type, data);
+        listeners[type]?.(data);
+      });
+  }
+  listen();
 }

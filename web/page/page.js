@@ -28,7 +28,7 @@ async function start() {
   startPlots();
   startSimulator();
   startHistory();
-  startLive({object: changed, row: rowsChanged, scenario: scenarioStep}, readAgain);
+  startLive({object: changed, row: rowsChanged, scenario: scenarioStep}, readAgain, askForToken);
   addEventListener('hashchange', showView);
   showView();
 }

@@ -20,13 +20,23 @@ Connection::~Connection() { close(socket); }
 
 void Connection::Take(const char* bytes, size_t size)
 {
-    if (phase != Phase::kRequests) return;
     if (in.empty()) since = MonotonicSeconds();
     in.append(bytes, size);
 }
 
+// One read a call: a client that never stops sending must not keep the thread, nor outlive its farewell.
+void Connection::Discard()
+{
+    char bytes[16 * 1024];
+    const ssize_t size = recv(socket, bytes, sizeof bytes, MSG_DONTWAIT);
+    const bool closed = size == 0 || (size < 0 && errno != EAGAIN && errno != EINTR);
+    const bool enough = phase == Phase::kListening ? size > 0 : IsOverdue(MonotonicSeconds());
+    ended = ended || closed || enough;
+}
+
 void Connection::Receive()
 {
+    if (phase != Phase::kRequests) return Discard();
     char bytes[16 * 1024];
     while (in.size() < kHeadMost + kBodyMost)
     {

@@ -10,7 +10,7 @@ namespace kobd::web
 enum class Phase
 {
     kRequests,
-    kListening,  // it gets events and sends nothing more
+    kListening,  // it gets events, and is ended when it sends anything more
     kFarewell,   // its last answer is on its way; what it still sends is thrown away
 };
 
@@ -25,7 +25,8 @@ public:
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
 
-    // Takes what has arrived. Notes in `ended` that the client has closed its side, or the connection is broken.
+    // Takes what has arrived. Notes in `ended` that the client has closed its side, that the
+    // connection is broken, or that the client has sent what it may not.
     void Receive();
 
     // Sends what the socket takes. False: the connection is broken.
@@ -51,5 +52,6 @@ public:
 
 private:
     void Take(const char* bytes, size_t size);
+    void Discard();
 };
 }  // namespace kobd::web

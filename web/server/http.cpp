@@ -1,5 +1,6 @@
 #include "web/server/http.h"
 
+#include "web/server/body.h"
 #include "web/server/limits.h"
 
 namespace kobd::web
@@ -72,14 +73,6 @@ void Write(const Reply& reply, httplib::Response* response)
     else if (reply.status != 204)
         response->set_content(TextOf(reply.body), "application/json");
 }
-
-Json BodyInHand()
-{
-    Json body = Json::parse(in_hand.body, nullptr, false);
-    if (!body.is_object()) throw Problem{400, "The body is no JSON object."};
-    return body;
-}
-
 }  // namespace
 
 Http::Http(const Guard& guard, Services* services) : guard_(guard), services_(*services)
@@ -143,7 +136,7 @@ Reply Http::ReplyTo(const httplib::Request& request)
     const bool api = request.path.starts_with("/api/");
     if (api) guard_.CheckToken(request, request.path == "/api/events");
     const Route& route = FindRoute(request.method, request.path, &call.names);
-    if (route.body != nullptr) call.body = BodyInHand();
+    if (route.body != nullptr) call.body = BodyOf(in_hand.body);
     return route.answer(call);
 }
 }  // namespace kobd::web
