@@ -161,6 +161,7 @@ bool IsCommitted(uint32_t code)
 
 void LoadState()
 {
+    HistoryNameSelf("kobd");
     while (!TryLoad()) sleep(1);
     SimClear();
     MovingStart();

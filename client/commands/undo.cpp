@@ -11,6 +11,7 @@
 #include "client/state/daemon_state.h"
 #include "client/state/past_changes.h"
 #include "daemon/base/result.h"
+#include "host/state/folder.h"
 #include "host/state/stores.h"
 
 namespace kobd::client
@@ -58,11 +59,20 @@ bool IsChange(const Before& before)
     return !before.objects.empty() || !before.stores.empty() || std::ranges::any_of(before.rows, is_change);
 }
 
+// What the system calls kobctl: its own name, or that of an emulator.
+const std::string& OwnProgram()
+{
+    static std::string name;
+    if (name.empty() && host::ReadText("/proc/self/comm", &name)) name.erase(name.find_last_not_of('\n') + 1);
+    return name;
+}
+
 // Whether both are of one kobctl command: it may take several commits, such as a row that is added and then filled.
 bool IsOneStep(const PastChange& newer, const PastChange& older)
 {
     constexpr int64_t kPause = 1;  // seconds: at a prompt, one process runs many commands
-    const bool one_command = newer.process == older.process && newer.program == "kobctl" && older.program == "kobctl";
+    const bool one_command =
+        newer.process == older.process && newer.program == OwnProgram() && older.program == OwnProgram();
     return newer.batch == older.batch || (one_command && newer.time - older.time <= kPause);
 }
 

@@ -1,6 +1,8 @@
 // The history's rows.
 #include "host/state/history.h"
 
+#include <unistd.h>
+
 #include <ctime>
 
 #include "host/state/folder.h"
@@ -11,8 +13,11 @@ namespace
 {
 constexpr int64_t kRowsKept = 10000;
 
+const char* own_name = nullptr;
+
 std::string ProgramOf(int process)
 {
+    if (process == getpid() && own_name != nullptr) return own_name;
     std::string name;
     if (process <= 0 || !ReadText("/proc/" + std::to_string(process) + "/comm", &name)) return "?";
     while (!name.empty() && name.back() == '\n') name.pop_back();
@@ -24,6 +29,8 @@ std::optional<std::string_view> Shown(const std::optional<std::string_view>& tex
     return text && secret ? kSecretText : text;
 }
 }  // namespace
+
+void HistoryNameSelf(const char* name) { own_name = name; }
 
 void History::Add(const Change& change)
 {

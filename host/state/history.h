@@ -46,6 +46,9 @@ private:
     std::string program_;
 };
 
+// What the history calls this process, in place of the name that the system has for its program.
+void HistoryNameSelf(const char* name);
+
 // How the history says that a secret changed.
 inline constexpr std::string_view kSecretText = "(secret)";
 }  // namespace kobd::host
