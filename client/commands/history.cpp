@@ -21,9 +21,10 @@ std::string WhatText(const PastChange& change)
 Json JsonOf(const PastChange& change)
 {
     const auto text_or_null = [](const std::optional<std::string>& text) { return text ? Json(*text) : Json(); };
-    return {{"commit", change.batch},         {"time", change.time},   {"process", change.process},
-            {"program", change.program},      {"what", change.Name()}, {"old", text_or_null(change.old)},
-            {"new", text_or_null(change.now)}};
+    return {{"commit", change.batch},          {"time", change.time},
+            {"process", change.process},       {"program", change.program},
+            {"what", change.Name()},           {"old", text_or_null(change.old)},
+            {"new", text_or_null(change.now)}, {"undo", change.step != 0 ? Json(change.step) : Json()}};
 }
 }  // namespace
 

@@ -11,7 +11,6 @@
 #include "client/state/daemon_state.h"
 #include "client/state/past_changes.h"
 #include "daemon/base/result.h"
-#include "host/state/folder.h"
 #include "host/state/stores.h"
 
 namespace kobd::client
@@ -53,47 +52,14 @@ void TakeBack(const PastChange& change, Before* before)
         row.columns[change.field] = change.old.value_or("");
 }
 
-bool IsChange(const Before& before)
-{
-    const auto is_change = [](const auto& row) { return row.second.is_there || row.second.was_there == true; };
-    return !before.objects.empty() || !before.stores.empty() || std::ranges::any_of(before.rows, is_change);
-}
-
-// What the system calls kobctl: its own name, or that of an emulator.
-const std::string& OwnProgram()
-{
-    static std::string name;
-    if (name.empty() && host::ReadText("/proc/self/comm", &name)) name.erase(name.find_last_not_of('\n') + 1);
-    return name;
-}
-
-// Whether both are of one kobctl command: it may take several commits, such as a row that is added and then filled.
-bool IsOneStep(const PastChange& newer, const PastChange& older)
-{
-    constexpr int64_t kPause = 1;  // seconds: at a prompt, one process runs many commands
-    const bool one_command =
-        newer.process == older.process && newer.program == OwnProgram() && older.program == OwnProgram();
-    return newer.batch == older.batch || (one_command && newer.time - older.time <= kPause);
-}
-
-// Collects what the last so many steps changed. What the daemon noted by itself stays, and a step that changed nothing
-// in the end does not count.
+// Collects what the last so many steps changed, the newest first.
 Failure CollectSteps(const std::vector<PastChange>& changes, int64_t steps, Before* before)
 {
-    Before one;
-    const PastChange* last = nullptr;
-    for (auto change = changes.rbegin(); change != changes.rend() && steps > 0; ++change)
+    for (auto change = changes.rbegin(); change != changes.rend(); ++change)
     {
-        if (change->program == "kobd") continue;
-        if (last != nullptr && !IsOneStep(*last, *change))
-        {
-            if (IsChange(one) && --steps == 0) break;
-            one = {};
-        }
+        if (change->step == 0 || change->step > steps) continue;
         if (change->IsSecret()) return {kInvalidArgument, change->Name() + ": the old value of a secret is not kept"};
-        TakeBack(*change, &one);
         TakeBack(*change, before);
-        last = &*change;
     }
     return {};
 }
@@ -207,7 +173,8 @@ Outcome CommandUndo(const Options& options, const Words& words)
     Failure refused = CollectSteps(changes, *steps, &before);
     if (!refused) refused = MakePlan(before, &plan);
     if (refused) return Failure{refused.code, "undo: " + refused.what + "; nothing was changed"};
-    if (!IsChange(before)) return Failure{kInvalidArgument, "undo: nothing was changed yet"};
+    if (std::ranges::none_of(changes, [](const PastChange& change) { return change.step != 0; }))
+        return Failure{kInvalidArgument, "undo: nothing was changed yet"};
     Words done;
     const Failure failure = CarryOut(options, plan, before, &done);
     Outcome outcome({{"undone", done}}, done.empty() ? "" : "as before: " + Joined(done) + "\n");

@@ -126,7 +126,7 @@ Json History(const Options& options, const Json& arguments)
 
 Json Undo(const Options& options, const Json& arguments)
 {
-    Outcome outcome = CommandUndo(options, {std::to_string(NumberOf(arguments, "commits").value_or(1))});
+    Outcome outcome = CommandUndo(options, {std::to_string(NumberOf(arguments, "count").value_or(1))});
     if (!outcome.failure) outcome.data = Json(outcome.data["undone"]);
     return ReplyOf(outcome, "undone");
 }
@@ -137,7 +137,7 @@ constexpr Argument kRevealed[] = {{"names", kTexts}, {"match", kText}, {"table",
 constexpr Argument kSetTakes[] = {{"values", kValues, true}, {"silent", kFlag}, {"confirm", kNumber}};
 constexpr Argument kCheckTakes[] = {{"values", kValues, true}, {"table", kText}, {"index", kNumber}};
 constexpr Argument kHistoryTakes[] = {{"match", kText}, {"count", kNumber}};
-constexpr Argument kUndoTakes[] = {{"commits", kNumber}};
+constexpr Argument kUndoTakes[] = {{"count", kNumber}};
 constexpr Argument kTableTakes[] = {{"table", kText, true}, {"index", kNumber}};
 constexpr Argument kRowSetTakes[] = {
     {"table", kText, true}, {"index", kNumber, true}, {"values", kValues, true}, {"silent", kFlag}};

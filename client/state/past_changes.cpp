@@ -1,7 +1,12 @@
 // Reading the history.
 #include "client/state/past_changes.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <map>
+#include <span>
+#include <string_view>
+#include <utility>
 
 #include "daemon/base/result.h"
 #include "host/state/folder.h"
@@ -14,6 +19,57 @@ namespace
 std::optional<std::string> TextOf(const host::Query& query, int column)
 {
     return query.IsNull(column) ? std::nullopt : std::optional(std::string(query.Text(column)));
+}
+
+constexpr std::string_view kDaemon = "kobd";  // the author of what it notes by itself
+
+// What the system calls kobctl: its own name, or that of an emulator.
+const std::string& OwnProgram()
+{
+    static std::string name;
+    if (name.empty() && host::ReadText("/proc/self/comm", &name)) name.erase(name.find_last_not_of('\n') + 1);
+    return name;
+}
+
+// Whether both are of one command: commits of one kobctl, or of any program that adds a row and then fills it.
+bool IsOneStep(const PastChange& newer, const PastChange& older)
+{
+    constexpr int64_t kPause = 1;  // seconds: at a prompt, one process runs many commands
+    if (newer.batch == older.batch) return true;
+    if (newer.process != older.process || newer.program != older.program || newer.time - older.time > kPause)
+        return false;
+    const bool same_row = newer.IsRow() && newer.name == older.name && newer.number == older.number;
+    return newer.program == OwnProgram() || (same_row && older.IsRowItself() && older.now);
+}
+
+// Whether a step has changed something in the end: more than rows that came and went.
+bool HasEffect(std::span<PastChange* const> step)
+{
+    std::map<std::pair<std::string, int32_t>, std::pair<bool, bool>> rows;  // whether each was and is there
+    for (const PastChange* change : step)
+    {
+        if (!change->IsRow()) return true;
+        auto& [was, is] =
+            rows.try_emplace({change->name, change->number}, !change->IsRowItself() || change->old, true).first->second;
+        if (change->IsRowItself()) is = change->now.has_value();
+    }
+    return std::ranges::any_of(rows, [](const auto& row) { return row.second.first || row.second.second; });
+}
+
+void CountSteps(std::vector<PastChange>* changes)
+{
+    std::vector<PastChange*> others;
+    for (PastChange& change : *changes)
+        if (change.program != kDaemon) others.push_back(&change);
+    int steps = 0;
+    for (size_t begin = others.size(), end = begin; end > 0; end = begin)
+    {
+        for (--begin; begin > 0 && IsOneStep(*others[begin], *others[begin - 1]);) --begin;
+        const std::span<PastChange* const> step(&others[begin], end - begin);
+        if (!HasEffect(step)) continue;
+        ++steps;
+        for (PastChange* change : step) change->step = steps;
+    }
 }
 }  // namespace
 
@@ -38,6 +94,7 @@ Failure ReadPastChanges(std::vector<PastChange>* changes)
                                 std::string(query.Text(4)), std::string(query.Text(5)),
                                 static_cast<int32_t>(query.Number(6)), std::string(query.Text(7)), TextOf(query, 8),
                                 TextOf(query, 9)});
+    CountSteps(changes);
     if (!state->Failed()) return {};
     return {kSystemError, "cannot read the database in " + host::StateFolderName() + ": " + state->Why()};
 }

@@ -22,6 +22,7 @@ struct PastChange
     std::string field = {};
     std::optional<std::string> old = {};  // nothing: it was not there
     std::optional<std::string> now = {};
+    int step = 0;  // what "kobctl undo STEP" takes back last; 0: it stays, with all that it takes back
 
     bool IsRow() const { return kind == "row"; }
     bool IsRowItself() const { return IsRow() && field.empty(); }  // it was added or deleted
@@ -31,6 +32,7 @@ struct PastChange
     std::string Name() const;
 };
 
-// All that is kept, the oldest first.
+// All that is kept, the oldest first, with their steps. What one command changed is one step, though it took several
+// commits. No step: what the daemon noted by itself at an event, and rows that came and went in one command.
 Failure ReadPastChanges(std::vector<PastChange>* changes);
 }  // namespace kobd::client

@@ -71,8 +71,10 @@ REQUESTS = [
     ("POST", SIM + "/scenarios/passwd", None, 404, "passwd"),
     ("DELETE", SIM, None, 204, ""),
     ("GET", "/api/history?count=1", None, 200, '"FwUrlFilterTable 2'),
-    ("POST", "/api/undo", {"commits": "all"}, 422, "commits"),
-    ("POST", "/api/undo", {"commits": 1}, 200, '"undone"'),
+    ("POST", "/api/undo", {"count": "all"}, 422, "count"),
+    ("POST", "/api/undo", {"count": 1}, 200, '"undone"'),
+    ("POST", TABLE, {"URL": "d.example"}, 201, '"index"'),  # two commits, one step
+    ("POST", "/api/undo", {"count": 1}, 200, '"undone":["FwUrlFilterTable'),
     ("POST", "/api/objects", {}, 405, "GET, PUT"),
     ("GET", "/openapi.json", None, 200, '"3.1.0" "webHttpPort" "/api/undo" "/api/tables/{table}/{index}"'),
     ("GET", "/%2e%2e/etc/passwd", None, 404, ""),

@@ -19,9 +19,9 @@ Reply GetHistory(const Call& call)
 
 Reply PostUndo(const Call& call)
 {
-    const Json commits = call.body.value("commits", Json(1));
-    if (!commits.is_number_integer()) throw Problem{422, "\"commits\" is no integer."};
-    NumberIn(commits.dump(), "The number of commits", 1, kMost);
-    return {RunKobctl(call.services.kobctl, {"undo", commits.dump()})};
+    const Json count = call.body.value("count", Json(1));
+    if (!count.is_number_integer()) throw Problem{422, "\"count\" is no integer."};
+    NumberIn(count.dump(), "The count", 1, kMost);
+    return {RunKobctl(call.services.kobctl, {"undo", count.dump()})};
 }
 }  // namespace kobd::web

@@ -45,7 +45,7 @@ const std::vector<Route> kRoutes = {
     {"DELETE", "/api/sim/scenarios", DeleteScenario, "Stop the scenario that plays", "", nullptr},
 
     {"GET", "/api/history", GetHistory, "What was changed, when, and by which program", "match count", nullptr},
-    {"POST", "/api/undo", PostUndo, "Take back the last commits", "", "how many: {\"commits\": 1}"},
+    {"POST", "/api/undo", PostUndo, "Take back what the last commands changed", "", "how many: {\"count\": 1}"},
 
     {"GET", "/openapi.json", GetOpenApi, "This description", "", nullptr},
     {"GET", "/", GetPage, "The page", "", nullptr},

@@ -4,31 +4,29 @@ import {attempt, byId, make} from './dom.js';
 
 const wrong = () => byId('history').querySelector('.wrong');
 
-async function undo(commits) {
+async function undo(count) {
   byId('undone').textContent = '';
   await attempt(wrong(), async () => {
-    const {undone} = await ask('POST', '/api/undo', {commits});
+    const {undone} = await ask('POST', '/api/undo', {count});
     byId('undone').textContent = `As before: ${undone.join(', ')}`;
   });
   await attempt(make('p'), read);
 }
 
-function line(change, commits, first) {
+function line(change, first) {
   const time = new Date(change.time * 1000);
   return make('tr', {}, make('td', {}, time.toLocaleString([], {hour12: false})), make('td', {}, change.what), make('td', {}, change.old ?? ''), make('td', {}, change.new ?? ''),
     make('td', {}, `${change.program} (${change.process})`),
-    make('td', {}, first ? make('button', {onclick: () => undo(commits), 'aria-label': `Undo ${change.what} and what came after it`}, commits === 1 ? 'Undo' : `Undo the last ${commits}`) : ''));
+    make('td', {}, first && change.undo !== null ? make('button', {onclick: () => undo(change.undo), 'aria-label': `Undo ${change.what} and what came after it`}, change.undo === 1 ? 'Undo' : `Undo the last ${change.undo}`) : ''));
 }
 
 async function read() {
   const {changes} = await ask('GET', '/api/history?count=200');
-  let commits = 0;
-  let commit = null;
+  let above = null;  // what the row above is taken back with
   byId('changes').replaceChildren(...(changes ?? []).reverse().map((change) => {
-    const first = change.commit !== commit;
-    commit = change.commit;
-    if (first) ++commits;
-    return line(change, commits, first);
+    const first = change.undo !== above;
+    above = change.undo;
+    return line(change, first);
   }));
 }
 
