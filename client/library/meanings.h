@@ -7,7 +7,7 @@
 
 namespace kobd::client
 {
-// In the place of a table's number: every table that has the column and no row of its own for it.
+// This stands in the place of a table's number. It means every table that has the column but no row of its own for it.
 inline constexpr uint16_t kEveryTable = UINT16_MAX;
 
 struct Meaning

@@ -1,4 +1,5 @@
-// The bus as the gateway's threads use it: a client of its own for each, and refusals as problem documents.
+// The gateway's threads use the bus through these functions. Each thread has a client of its own. A refusal is thrown
+// as a problem document.
 #pragma once
 
 #include <map>

@@ -1,5 +1,5 @@
-// Runs the kobctl that lies beside this program, for what it knows and the client library does not: the simulator's
-// steps, the history and undo. Words go to it as they are; there is no shell.
+// The gateway runs the kobctl that lies beside it for what the client library does not know: the steps of the
+// simulator, the history and undo. kobctl gets its words as they are; there is no shell.
 #pragma once
 
 #include <sys/types.h>

@@ -1,6 +1,6 @@
-// Hears what changes in the daemon and tells all listeners: one tap for all of them, and only while there are any.
-// Where the daemon has no taps, as on a router, it joins as the module that is told of changes; events then have names
-// alone.
+// The event source hears what changes in the daemon and tells all listeners. It has one tap for all of them, and only
+// while there are any. A router's daemon has no taps. There the event source joins as the module to which changes are
+// announced, and its events have names but no values.
 #pragma once
 
 #include <atomic>
@@ -16,7 +16,7 @@ class EventSource
 public:
     explicit EventSource(Connections& connections) : connections_(connections) {}
 
-    // Until `stop`. For a thread of its own.
+    // Runs until `stop` is true; the caller gives it a thread of its own.
     void Run(const std::atomic<bool>& stop);
 
 private:
