@@ -11,6 +11,7 @@
 #include "daemon/base/messages.h"
 #include "host/bus/bus.h"
 #include "host/objects/object_values.h"
+#include "host/sim/changes_made.h"
 #include "host/sim/moving.h"
 #include "host/sim/simulator.h"
 #include "host/state/folder.h"
@@ -172,6 +173,7 @@ void BeginRequest()
     tried = false;
     const RequestInHand request = BusRequest();
     MovingEvent(request.code);
+    if ((request.code & 0xFFFF) == kClassRequest) ChangesBegin(request.sender, request.connection);
     StoresBeginRequest(Author(), IsCommitted(request.code));
 }
 
@@ -179,6 +181,14 @@ void EndRequest()
 {
     StoresEndRequest();
     if (StoresChanged() && !tried) Commit(What::kStores);  // the request was refused half way
+}
+
+std::vector<std::string> NotSaved()
+{
+    std::vector<std::string> names;
+    ObjectValuesChangedNames(&names);
+    ListsChangedNames(&names);
+    return names;
 }
 
 std::string WhyNotSaved() { return IsChanged() ? not_saved : std::string(); }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace kobd::host
 {
@@ -16,4 +17,7 @@ void EndRequest();
 
 // Why the last commit failed, as long as none has caught up with it; else the empty text.
 std::string WhyNotSaved();
+
+// The objects and tables that were changed since the last commit. A restart loses these changes.
+std::vector<std::string> NotSaved();
 }  // namespace kobd::host

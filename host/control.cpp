@@ -9,9 +9,12 @@
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 #include "daemon/base/tlv.h"
+#include "dictionary/catalogue/view.h"
+#include "host/bus/bus.h"
 #include "host/commit.h"
 #include "host/objects/object_values.h"
 #include "host/objects/sources.h"
+#include "host/sim/changes_made.h"
 #include "host/sim_messages.h"
 #include "host/state/folder.h"
 #include "host/state/report.h"
@@ -33,15 +36,33 @@ void Add(const std::string& text, TlvWriter* answer)
     if (text.size() < kValueBuffer) static_cast<void>(answer->Text(kTagValue, text));
 }
 
+// As many names as fit.
+int AnswerState(TlvWriter* answer)
+{
+    Add(StateFolder(), answer);
+    Add(WhyNotSaved(), answer);
+    for (const std::string& name : NotSaved())
+        if (!answer->Text(NumberOf(name) != kNoObject ? kTagObjectName : kTagTableName, name)) break;
+    return kSuccess;
+}
+
+int AnswerFailed(TlvWriter* answer)
+{
+    const RequestInHand asking = BusRequest();
+    const FailedChange* failed = LastFailedChange(asking.sender, asking.connection);
+    if (failed == nullptr) return kNotFound;
+    const bool row = failed->target.kind == SimKind::kTable;
+    const bool fits = row ? answer->Text(kTagTableName, kTableRows[failed->target.number].name) &&
+                                answer->Int(kTagRowIndex, failed->index)
+                          : answer->Text(kTagObjectName, Sources()[failed->target.number].object);
+    return fits && answer->Int(kTagValue, failed->changed) ? kSuccess : kBufferLimit;
+}
+
 // The result; `answer` gets the items behind it.
 int Answer(const MessageHeader* request, TlvWriter* answer)
 {
-    if (request->id == kHostState)
-    {
-        Add(StateFolder(), answer);
-        Add(WhyNotSaved(), answer);
-        return kSuccess;
-    }
+    if (request->id == kHostState) return AnswerState(answer);
+    if (request->id == kHostFailed) return AnswerFailed(answer);
     if (request->id != kHostFactory) return AnswerSimulator(request, answer);
     const size_t object = NumberOf(NameIn(request));
     if (object == kNoObject) return kNotFound;

@@ -14,20 +14,20 @@ Outcome CommandConfirm(const Options& options, const Words&)
     if (options.resume && (!pending.IsPending() || StartWaiting())) return {};
     if (options.resume) return SystemFailure("confirm --resume");
     if (!pending.IsPending() && pending.Refused().empty())
-        return Failure{kInvalidArgument, "there is nothing to confirm"};
+        return Failure{kInvalidArgument, pending.Ended().empty() ? "there is nothing to confirm"
+                                                                 : "too late to confirm: " + pending.Ended()};
     if (!pending.IsPending())
     {
         const std::string refused = pending.Refused();
         if (const Failure failure = pending.Withdraw()) return Failure{failure.code, "confirm: " + failure.what};
         return {{}, "forgotten: " + refused + "\n"};
     }
-    const std::string names = pending.Names();
     if (pending.IsOverdue())
     {
         const Failure failure = pending.TakeBack(options);
-        return Failure{kInvalidArgument, "too late to confirm " + names + ": " +
-                                             (failure ? failure.what : "the old values are back" + pending.Kept())};
+        return Failure{kInvalidArgument, "too late to confirm: " + (failure ? failure.what : pending.Restored())};
     }
+    const std::string names = pending.Names();
     if (const Failure failure = pending.Withdraw()) return Failure{failure.code, "confirm: " + failure.what};
     return {{}, "kept: " + names + "\n"};
 }

@@ -175,9 +175,12 @@ void LookAtDatabase(const std::string& folder, Report* report)
     if (!state->Open(false) && state->Error() != ENOENT)
         report->Say(kWrong, "state", "the database in " + folder + " cannot be read: " + state->Why());
     const auto texts = AskHost(KOBD_HOST_STATE);
-    if (texts && texts->size() == 2 && !texts->at(1).empty())
+    if (!texts || texts->size() < 2) return;
+    if (!texts->at(1).empty())
         report->Say(kWrong, "state",
                     "the last commit could not be saved: " + texts->at(1) + "; then run kobctl commit");
+    if (const Words names(texts->begin() + 2, texts->end()); !names.empty())
+        report->Say(kNote, "state", "changed, but not saved: " + Joined(names) + "; kobctl commit saves it");
 }
 
 void LookAtState(Report* report)

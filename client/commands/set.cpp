@@ -76,10 +76,9 @@ Failure Send(const Options& options, const Assignments& pairs, Response* respons
     *response = Call(options, options.silent ? KOBD_SET_SILENT : KOBD_SET, SetItems(pairs));
     if (response->too_large) return {kBufferLimit, TooLarge("these values") + "; nothing was set"};
     if (response->code == 0 || response->from_bus) return FailureOfChange(*response, "set");
-    // A check refuses with 2, and then nothing has been changed.
-    const bool refused =
-        std::ranges::any_of(pairs, [](const auto& pair) { return !WhatIsWrong(pair.name, pair.value).empty(); });
-    const Applied applied = refused ? Applied() : FindApplied(options, pairs, *before);
+    // Where the router does not tell which object failed, the values do. A check refuses with 2, and then nothing has
+    // been changed.
+    const Applied applied = response->object.empty() ? FindApplied(options, pairs, *before) : Applied();
     if (!applied.failed.empty() && (response->code != kInvalidArgument || !applied.changed.empty()))
         return FailureWithCode(response->code, AppliedText(applied));
     return {response->code, response->why};

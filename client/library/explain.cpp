@@ -60,7 +60,7 @@ Explained OfRefusal(kobd_client* client)
     const ChangedRows changes = client->changes;
     if (!changes.empty()) return OfChanges(client, code, changes);
     if (asked.id == kReqObjGet && !asked.objects.empty()) return OfGet(code, asked.objects);
-    if (!asked.objects.empty()) return OfSet(code, asked.objects, client->log.Lines());
+    if (!asked.objects.empty()) return OfSet(client, code, asked.objects);
     if (!asked.rows.empty()) return OfRows(client, code, asked.id, asked.rows);
     return Simple("the daemon refuses the request");
 }

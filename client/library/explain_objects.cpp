@@ -1,5 +1,6 @@
 // Objects: what their checks said in the log, else what the dictionary says.
 #include <algorithm>
+#include <cstddef>
 
 #include "client/library/explain.h"
 #include "daemon/base/result.h"
@@ -20,11 +21,9 @@ Explained OfObject(const NameAndValue& pair, const std::string& reason, const st
     return why;
 }
 
-// The pair that was refused, with the reason from the log or the dictionary. Where neither has one, all pairs with
-// what their checks accept.
-Explained WhyNotSet(const Pairs& pairs, const std::vector<LogLine>& log)
+// The pair that was refused, with the reason from the log or the dictionary; nothing where neither has one.
+std::optional<Explained> FindRefused(const Pairs& pairs, const std::vector<LogLine>& log)
 {
-    Words passed;
     for (const NameAndValue& pair : pairs)
     {
         const ObjectEntry* object = FindObject(pair.name);
@@ -42,6 +41,17 @@ Explained WhyNotSet(const Pairs& pairs, const std::vector<LogLine>& log)
             why.text = fault.Text(pair.name, pair.value);
             return why;
         }
+    }
+    return std::nullopt;
+}
+
+// A check has refused one of them without a reason: all pairs with what their checks accept.
+Explained NoneFound(const Pairs& pairs)
+{
+    Words passed;
+    for (const NameAndValue& pair : pairs)
+    {
+        const ObjectEntry* object = FindObject(pair.name);
         passed.push_back(TextOf(pair) + (object->validator != nullptr ? ": it takes " + Accepts(*object) : ""));
     }
     Explained why = {.reason = "the check of one of these values refuses it", .text = Joined(passed)};
@@ -54,16 +64,19 @@ Explained WhyNotSet(const Pairs& pairs, const std::vector<LogLine>& log)
     return why;
 }
 
-// Every value was found right, but the router could not apply one of them.
-Explained WhyNotApplied(const Pairs& pairs)
+// Every value was found right, but the router could not apply one of them. Two objects that are set by one function of
+// the router cannot be told apart.
+Explained WhyNotApplied(const Pairs& pairs, const std::optional<FailedChange>& told)
 {
     Words names;
     for (const NameAndValue& pair : pairs) names.push_back(pair.name);
-    Explained why =
-        Simple("the router could not set " + std::string(names.size() == 1 ? "" : "one of ") + Joined(names));
-    if (pairs.size() != 1) return why;
-    why.object = pairs[0].name;
-    why.value = pairs[0].value;
+    const bool known = told && told->changed < pairs.size() && pairs[told->changed].name == told->name;
+    if (!known && pairs.size() != 1) return Simple("the router could not set one of " + Joined(names));
+    const size_t failed = known ? told->changed : 0;
+    Explained why = Simple("the router could not set " + names[failed]);
+    why.object = pairs[failed].name;
+    why.value = pairs[failed].value;
+    if (pairs.size() > 1) why.text += HowFar(names, failed);
     return why;
 }
 
@@ -77,11 +90,40 @@ std::string WhyNotRead(const std::string& name)
 }
 }  // namespace
 
-Explained OfSet(int code, const Pairs& pairs, const std::vector<LogLine>& log)
+std::optional<FailedChange> AskWhatFailed(kobd_client* client)
 {
-    const bool judged =
-        std::ranges::any_of(pairs, [](const auto& one) { return bool(JudgeObject(one.name, one.value)); });
-    return code == kInvalidArgument || judged ? WhyNotSet(pairs, log) : WhyNotApplied(pairs);
+    constexpr int kLongestMs = 1000;  // the imitated router answers at once, another one never
+    const auto timeout_ms = client->timeout_ms;
+    client->timeout_ms = kLongestMs;
+    const int code = kobd_host_call(client, KOBD_HOST_FAILED, nullptr);
+    client->timeout_ms = timeout_ms;
+    FailedChange failed;
+    kobd_item item{};
+    if (code != kSuccess || kobd_reply_next(client, &item) != 1 || item.text == nullptr) return std::nullopt;
+    failed.name = item.text;
+    if (item.tag == kTagTableName && kobd_reply_next(client, &item) == 1) failed.index = item.number;
+    if (kobd_reply_next(client, &item) != 1 || item.tag != kTagValue || item.number < 0) return std::nullopt;
+    failed.changed = static_cast<size_t>(item.number);
+    return failed;
+}
+
+std::string HowFar(const Words& texts, size_t failed)
+{
+    const auto place = texts.begin() + static_cast<std::ptrdiff_t>(failed);
+    const Words before(texts.begin(), place);
+    const Words after(place + 1, texts.end());
+    std::string text =
+        before.empty() ? "; nothing was set before it" : "; set before it, but not saved: " + Joined(before);
+    if (!after.empty()) text += "; not set: " + Joined(after);
+    return text;
+}
+
+Explained OfSet(kobd_client* client, int code, const Pairs& pairs)
+{
+    if (const auto refused = FindRefused(pairs, client->log.Lines())) return *refused;
+    const bool is_clear = pairs.size() == 1 && code != kInvalidArgument;
+    const auto told = is_clear ? std::nullopt : AskWhatFailed(client);
+    return code == kInvalidArgument && !told ? NoneFound(pairs) : WhyNotApplied(pairs, told);
 }
 
 Explained OfGet(int code, const Pairs& names)

@@ -87,6 +87,36 @@ const LogLine* CheckLine(const ChangedRows& rows, const std::vector<LogLine>& lo
     return found == log.rend() ? nullptr : &*found;
 }
 
+// The rows as the daemon writes them: tables in the dictionary's order, each row once.
+ChangedRows InOrderOfWriting(const ChangedRows& changes)
+{
+    ChangedRows rows;
+    for (const TableEntry& table : kTableRows)
+        for (const RowWithValues& row : changes)
+            if (row.table == table.name &&
+                std::ranges::none_of(
+                    rows, [&](const RowWithValues& one) { return one.table == row.table && one.index == row.index; }))
+                rows.push_back(row);
+    return rows;
+}
+
+// What the imitated router tells of rows that no check refused; nothing where it tells nothing.
+std::optional<Explained> OfFailure(kobd_client* client, const ChangedRows& changes)
+{
+    const auto told = AskWhatFailed(client);
+    if (!told) return std::nullopt;
+    const ChangedRows rows = InOrderOfWriting(changes);
+    Words texts;
+    for (const RowWithValues& row : rows) texts.push_back(row.Text());
+    const size_t failed = told->changed;
+    if (failed >= rows.size() || rows[failed].index != told->index) return std::nullopt;
+    Explained why = Simple("the router could not set " + texts[failed]);
+    why.table = rows[failed].table;
+    why.index = rows[failed].index;
+    if (rows.size() > 1) why.text += HowFar(texts, failed);
+    return why;
+}
+
 // The check of a row writes its reason to the log. Any of the check's rows may be the wrong one.
 Explained OfCheck(const ChangedRows& changes, const std::vector<LogLine>& log)
 {
@@ -140,6 +170,8 @@ Explained OfChanges(kobd_client* client, int code, const ChangedRows& changes)
                                                         return table != nullptr && table->Has(kSet);
                                                     });
     if (code == kIndexNotFound || !all_can_be_set) return OfRows(client, code, kReqTableSet, changes);
+    if (CheckLine(changes, log) == nullptr)
+        if (const auto why = OfFailure(client, changes)) return *why;
     return OfCheck(changes, log);
 }
 }  // namespace kobd::client

@@ -40,7 +40,7 @@ static_assert(int{KOBD_HOST_SIM_SET} == kHostSimSet && int{KOBD_HOST_SIM_SET_ANN
 static_assert(int{KOBD_HOST_SIM_ROW_ADD} == kHostSimRowAdd && int{KOBD_HOST_SIM_ROW_SET} == kHostSimRowSet);
 static_assert(int{KOBD_HOST_SIM_ROW_DEL} == kHostSimRowDel && int{KOBD_HOST_SIM_FAIL} == kHostSimFail);
 static_assert(int{KOBD_HOST_SIM_SLOW} == kHostSimSlow && int{KOBD_HOST_SIM_LIST} == kHostSimList);
-static_assert(int{KOBD_HOST_SIM_CLEAR} == kHostSimClear);
+static_assert(int{KOBD_HOST_SIM_CLEAR} == kHostSimClear && int{KOBD_HOST_FAILED} == kHostFailed);
 static_assert(KOBD_MODULE_DAEMON == kModuleKobd && KOBD_MODULE_NOTIFY == kModuleNotify);
 static_assert(KOBD_MODULE_SERVICES == kModuleServices && KOBD_MODULE_FORWARD == kModuleForward);
 

@@ -139,7 +139,8 @@ int kobd_call(kobd_client* client, enum kobd_request request, const kobd_items* 
 /* Questions that only the imitated router answers; on a router no reply comes in time. */
 enum kobd_host_control {
     KOBD_HOST_STATE = 1,  /* no item; the reply has two values: the state folder, and why the last commit could
-                             not be saved, empty when everything is */
+                             not be saved, empty when everything is; then the objects and tables that were
+                             changed and not committed */
     KOBD_HOST_FACTORY = 2, /* an object name; the reply has its value from the factory */
     /* The simulator: what the imitated router is made to show, refuse and delay. "times" is how often, 0 always. */
     KOBD_HOST_SIM_SET = 3,           /* name and value, for each object */
@@ -150,7 +151,10 @@ enum kobd_host_control {
     KOBD_HOST_SIM_FAIL = 8,          /* object or table, or neither; values: operation, code, times */
     KOBD_HOST_SIM_SLOW = 9,          /* object or table; values: milliseconds, times */
     KOBD_HOST_SIM_LIST = 10,         /* value: how many to leave out; reply: three texts for each thing simulated */
-    KOBD_HOST_SIM_CLEAR = 11         /* no item; ends all of it */
+    KOBD_HOST_SIM_CLEAR = 11,        /* no item; ends all of it */
+    KOBD_HOST_FAILED = 13 /* no item; the reply has what the router could not set in the last request of this client:
+                             object, or table and index; value: how many objects or rows the request had set
+                             before. 1: nothing is known */
 };
 
 /* As kobd_call. */
@@ -206,7 +210,9 @@ typedef struct kobd_explanation {
  * client and is valid until the next call. The check of an object or row gives its reason in the daemon's log alone:
  * the library reads it there, and without the right to read the log it tells what the dictionary knows. After a refused
  * change of rows it may ask the daemon which rows there are, within the deadline of a call.
- * When the router itself fails while it sets several objects (17), those before it stay set, and the text names all. */
+ * When the router itself fails while it sets several objects or rows, those before it stay set. The imitated router
+ * tells which one failed, and the text names the others: which were set, and which were not. Another router does not
+ * tell: the text then names all of them. */
 const kobd_explanation* kobd_explain(kobd_client* client);
 
 /* -- rows ------------------------------------------------------------------------------------- */

@@ -121,6 +121,7 @@ Response WithClient(const Options& options, const std::function<int(kobd_client*
     {
         response.reason = why->reason;
         response.why = why->text;
+        response.object = why->object != nullptr ? why->object : "";
     }
     kobd_client_close(client);
     return response;

@@ -51,6 +51,7 @@ struct Response
     bool too_large = false;   // the request does not fit one message; nothing was sent
     std::string reason = {};  // why it failed, as kobd_explain tells
     std::string why = {};     // the same in full, with the result code in words
+    std::string object = {};  // that was refused, where it is known which one it was
     Items items = {};         // what follows the result
 
     // No reply came in time: what was asked for may be done, or be done later.

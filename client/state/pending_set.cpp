@@ -122,6 +122,7 @@ void PendingSet::Load()
         {
             const std::string value(query.Text(1));
             if (query.Text(0) == "boot") boot_ = value;
+            if (query.Text(0) == "ended") ended_ = value;
             if (query.Text(0) == "due") std::from_chars(value.data(), value.data() + value.size(), due_s_);
         }
         for (host::Query query = state->Ask("SELECT name, old, new FROM pending ORDER BY rowid"); query.Next();)
@@ -162,6 +163,7 @@ Failure PendingSet::Keep(const Assignments& present, int seconds)
         const host::State state;
         for (const auto& [name, value] : present)
             state->Run("INSERT INTO pending(name, old) VALUES(?, ?)", name, value);
+        state->Run("DELETE FROM meta WHERE name = 'ended'");
         state->Run("INSERT OR REPLACE INTO meta VALUES('due', ?), ('boot', ?)", std::to_string(due_s_), boot_);
     };
     if (!host::State()->Write(changes)) return DatabaseFailure("cannot keep the old values in");
@@ -206,22 +208,52 @@ Failure PendingSet::TakeBack(const Options& options)
 {
     Values values;
     Assignments back;
+    restored_.clear();
+    kept_.clear();
     Response response = ReadNamed(options, old_values_, &values);
     for (const OldValue& value : old_values_)
     {
-        if (value.now && response.code == 0 && values[value.name] != *value.now)
-            kept_.push_back(value.name);
-        else
-            back.push_back({value.name, value.old});
+        const bool kept = value.now && response.code == 0 && values[value.name] != *value.now;
+        (kept ? kept_ : restored_).push_back(value.name);
+        if (!kept) back.push_back({value.name, value.old});
     }
     if (response.code == 0 && !back.empty()) response = Call(options, KOBD_SET, SetItems(back));
     if (response.from_bus)
         return {response.code, "the old values of " + Names() + " are not back yet: " + ResultText(response.code) +
                                    "; kobctl goes on trying"};
     if (response.code != 0) return KeepRefused(response.code, ResultText(response.code));
-    Failure failure = Withdraw();
+    Failure failure = IsOverdue() ? End() : Withdraw();
     if (failure) failure.what = "the old values are back, but kobctl " + failure.what;
     return failure;
+}
+
+std::string PendingSet::Restored() const
+{
+    if (kept_.empty()) return "the old values are back: " + Joined(restored_);
+    const std::string kept = "what was changed since stays: " + Joined(kept_);
+    return restored_.empty() ? kept : "the old values are back: " + Joined(restored_) + "; but " + kept;
+}
+
+// The process that waits has no terminal: how the set ended is kept for those who ask later.
+Failure PendingSet::End()
+{
+    char now[sizeof "2000-12-31 23:59:59"];
+    const time_t seconds = time(nullptr);
+    tm parts = {};
+    strftime(now, sizeof now, "%F %T", localtime_r(&seconds, &parts));
+    const std::string ended = "the time was up at " + std::string(now) + ", " + Restored();
+    const auto changes = [&]
+    {
+        const host::State state;
+        state->Run("DELETE FROM pending");
+        state->Run("DELETE FROM refused");
+        state->Run("INSERT OR REPLACE INTO meta VALUES('ended', ?)", ended);
+    };
+    if (!host::State()->Write(changes)) return DatabaseFailure("cannot write");
+    old_values_.clear();
+    refused_.clear();
+    ended_ = ended;
+    return {};
 }
 
 Failure PendingSet::KeepRefused(int code, const std::string& why)
@@ -250,8 +282,7 @@ std::string RestoreOverdue(const std::string& command)
     if (!MayBePending()) return "";
     PendingSet pending;
     if (!pending.IsOverdue()) return pending.Error().what;
-    const std::string names = pending.Names();
     const Failure failure = pending.TakeBack({});
-    return failure ? failure.what : "not confirmed in time, the old values are back: " + names + pending.Kept();
+    return failure ? failure.what : "not confirmed in time, " + pending.Restored();
 }
 }  // namespace kobd::client

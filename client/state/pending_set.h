@@ -48,8 +48,11 @@ public:
     // when it refuses them.
     Failure TakeBack(const Options& options);
 
-    // "; but what was changed since stays: NAME, NAME" for what TakeBack has not set back; else the empty text.
-    std::string Kept() const { return kept_.empty() ? "" : "; but what was changed since stays: " + Joined(kept_); }
+    // "the old values are back: NAME, NAME; but what was changed since stays: NAME", of what TakeBack did.
+    std::string Restored() const;
+
+    // How the last set ended whose time was up, with the date, until the next Begin; else the empty text.
+    const std::string& Ended() const { return ended_; }
 
     // "NAME=VALUE, NAME=VALUE", without the values of secrets, of the old values that the daemon refused, until
     // Withdraw; else the empty text.
@@ -65,6 +68,7 @@ private:
 
     void Load();
     Failure Keep(const Assignments& present, int seconds);
+    Failure End();
     Failure KeepRefused(int code, const std::string& why);
     Assignments OldValues() const;
 
@@ -73,8 +77,10 @@ private:
     int64_t due_s_ = 0;  // on the clock that runs since the machine started
     std::string boot_;   // which start of the machine that was
     std::vector<OldValue> old_values_;
-    Words refused_;  // NAME=VALUE, without the value of a secret
-    Words kept_;     // names
+    std::string ended_;
+    Words refused_;   // NAME=VALUE, without the value of a secret
+    Words restored_;  // names
+    Words kept_;      // names
 };
 
 // Whether there may be a pending set, or old values that were refused. Only looks, and makes no state folder.

@@ -67,7 +67,8 @@ enum RequestId : uint16_t
 // Class 9. Each is answered like a request.
 enum HostControlId : uint16_t
 {
-    kHostState = 1,    // no item is looked at  -> 2:state folder 2:why the last commit failed, or the empty text
+    kHostState = 1,    // no item is looked at  -> 2:state folder 2:why the last commit failed, or the empty text;
+                       // 1 or 3:name of what is not committed, ...
     kHostFactory = 2,  // 1:object  -> 2:its value from the factory
 
     // The simulator: what a client makes the imitated router show, refuse or delay. 1:object or 3:table, where both may
@@ -83,6 +84,9 @@ enum HostControlId : uint16_t
     kHostSimClear = 11,        // no item is looked at
 
     kHostTap = 12,  // 2:identifier of a shared memory, into which all messages are copied (host/bus/tap_ring.h)
+
+    // Of the sender's last request: what the router could not set, and how many objects or rows it had set before.
+    kHostFailed = 13,  // no item is looked at  -> 1:object, or 3:table 4:index, 2:how many
 };
 
 // Class 3, received: network events. Nobody answers them.

@@ -69,6 +69,14 @@ void RefuseTruncated(MessageHeader* request)
     MessageSendReply(reply);
 }
 
+void Control(MessageHeader* header, const BusHeader& seen)
+{
+    if (bus.hooks.control == nullptr) return;
+    in_hand = {seen.sender, seen.code, seen.reply_queue};
+    bus.hooks.control(header);
+    in_hand = {};
+}
+
 void Handle(MessageHeader* header, const BusHeader& seen)
 {
     const MsgHandler* row = FindHandler(seen.code);
@@ -88,8 +96,7 @@ void Dispatch(QueueMessage& message, size_t received)
     const HandlingRequest handling(bus.queue);
     if (header->length > received - sizeof(MessageHeader)) return RefuseTruncated(header);
     if (seen.code == MessageCode(kHostTap, kClassHostControl)) return AnswerTap(header);
-    if (header->message_class == kClassHostControl)
-        return bus.hooks.control != nullptr ? bus.hooks.control(header) : void();
+    if (header->message_class == kClassHostControl) return Control(header, seen);
     TapReceived(header, seen.sender, seen.reply_queue);
     Handle(header, seen);
     TapHandled();

@@ -10,6 +10,7 @@
 
 #include "dictionary/catalogue/secrets.h"
 #include "host/objects/sources.h"
+#include "host/sim/changes_made.h"
 #include "host/sim/moving.h"
 #include "host/sim/simulator.h"
 #include "host/state/folder.h"
@@ -156,6 +157,11 @@ void ObjectValuesLoad(Database* database)
 
 bool ObjectValuesChanged() { return !values.changed.empty(); }
 
+void ObjectValuesChangedNames(std::vector<std::string>* names)
+{
+    for (const size_t number : values.changed) names->push_back(StateName(number));
+}
+
 void ObjectValuesWrite(Database* database, History* history)
 {
     for (const size_t number : values.changed) WriteValue(number, database, history);
@@ -189,7 +195,7 @@ catch (const std::bad_alloc&)
 int ObjectValueSet(size_t number, const char* value)
 try
 {
-    return Set(number, value, false);
+    return NoteChange({SimKind::kObject, number}, 0, Set(number, value, false));
 }
 catch (const std::bad_alloc&)
 {
@@ -199,7 +205,7 @@ catch (const std::bad_alloc&)
 int ObjectAction(size_t number, const char* value)
 try
 {
-    return Set(number, value, true);
+    return NoteChange({SimKind::kObject, number}, 0, Set(number, value, true));
 }
 catch (const std::bad_alloc&)
 {

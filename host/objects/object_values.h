@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "host/state/history.h"
 
@@ -17,6 +18,9 @@ void ObjectValuesLoad(Database* database);
 bool ObjectValuesChanged();
 void ObjectValuesWrite(Database* database, History* history);
 void ObjectValuesWritten();
+
+// Adds the names of the objects that changed since then.
+void ObjectValuesChangedNames(std::vector<std::string>* names);
 
 // To be called when the database is another one: the next commit writes every value that differs from the factory's.
 void ObjectValuesAllChanged();

@@ -225,6 +225,12 @@ bool ListsChanged()
     return std::ranges::any_of(AllLists(), [](const List& list) { return list.kept && !list.changed.empty(); });
 }
 
+void ListsChangedNames(std::vector<std::string>* names)
+{
+    for (const List& list : AllLists())
+        if (list.kept && !list.changed.empty()) names->emplace_back(list.table);
+}
+
 void ListsWrite(Database* database, History* history)
 {
     for (List& list : AllLists())

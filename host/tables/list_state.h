@@ -3,6 +3,9 @@
 // the factory's.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "host/state/history.h"
 
 namespace kobd::host
@@ -16,6 +19,9 @@ void ListsLoad(Database* database);
 bool ListsChanged();
 void ListsWrite(Database* database, History* history);
 void ListsWritten();
+
+// Adds the names of the tables whose rows changed since then.
+void ListsChangedNames(std::vector<std::string>* names);
 
 // To be called when the database is another one: the next commit writes all rows of the lists that clients have
 // changed.

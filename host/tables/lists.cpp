@@ -11,6 +11,7 @@
 
 #include "dictionary/catalogue/view.h"
 #include "dictionary/row_field.h"
+#include "host/sim/changes_made.h"
 #include "host/state/report.h"
 #include "host/tables/nvram_columns.h"
 #include "host/tables/row_cells.h"
@@ -97,6 +98,27 @@ int HandOut(List& list, const Row* found, void* row)
     if (sim_marks.table[list.number] != 0) list.moved.HandOut(list.number, row, simulated);
     return 0;
 }
+
+int SetRow(List& in, int32_t index, const void* row)
+{
+    if (const int code = SimAskTable(in.number, SimOperation::kSet)) return code;
+    const Row* found = in.rows.Find(index);
+    if (found == nullptr) return kIndexNotFound;
+    const char* given = static_cast<const char*>(row);
+    std::vector<char> next(given, given + found->block.size());
+    memcpy(next.data(), &index, sizeof index);
+    in.moved.TakeBack(in.number, found->block.data(), next.data());
+    Row* real = RowToSet(&in, index, &next);
+    if (const int code = MoveToNvram(in, next.data())) return code;
+    ClearBehindTexts(*in.layout, next.data());
+    if (next != real->block)
+    {
+        in.changed.insert(index);
+        real->block = std::move(next);
+    }
+    ShowAgain(&in, index);
+    return 0;
+}
 }  // namespace
 
 std::span<List> AllLists()
@@ -169,23 +191,7 @@ int ListSet(size_t list, int32_t index, const void* row)
 try
 {
     List& in = AllLists()[list];
-    if (const int code = SimAskTable(in.number, SimOperation::kSet)) return code;
-    const Row* found = in.rows.Find(index);
-    if (found == nullptr) return kIndexNotFound;
-    const char* given = static_cast<const char*>(row);
-    std::vector<char> next(given, given + found->block.size());
-    memcpy(next.data(), &index, sizeof index);
-    in.moved.TakeBack(in.number, found->block.data(), next.data());
-    Row* real = RowToSet(&in, index, &next);
-    if (const int code = MoveToNvram(in, next.data())) return code;
-    ClearBehindTexts(*in.layout, next.data());
-    if (next != real->block)
-    {
-        in.changed.insert(index);
-        real->block = std::move(next);
-    }
-    ShowAgain(&in, index);
-    return 0;
+    return NoteChange({SimKind::kTable, in.number}, index, SetRow(in, index, row));
 }
 catch (const std::bad_alloc&)
 {
