@@ -10,11 +10,13 @@
 
 namespace kobd::test
 {
-std::string Exec(const std::string& program)
+std::string Emulator()
 {
-    const std::string emulator = KOBD_EMULATOR;  // empty where programs run by themselves
-    return "exec " + emulator + " " + kPrograms + program + " \"$@\"\n";
+    const char* told = getenv("KOBD_EMULATOR");
+    return told != nullptr ? told : KOBD_EMULATOR;
 }
+
+std::string Exec(const std::string& program) { return "exec " + Emulator() + " " + kPrograms + program + " \"$@\"\n"; }
 
 void PutOnPath(const std::string& name, const std::string& lines)
 {

@@ -8,6 +8,9 @@ namespace kobd::test
 {
 inline const std::string kUciFolder = "/tmp/uci-on-path/";
 
+// What runs a program of the build; empty where programs run by themselves.
+std::string Emulator();
+
 // Puts a script of that name with these lines into kUciFolder and the folder at the front of PATH.
 void PutOnPath(const std::string& name, const std::string& lines);
 

@@ -13,6 +13,7 @@
 #include "daemon/base/clock.h"
 #include "tests/items.h"
 #include "tests/namespaces.h"
+#include "tests/uci_on_path.h"
 
 namespace kobd::test
 {
@@ -29,9 +30,8 @@ pid_t DaemonProcess::Spawn()
     setenv("KOBD_STATE_DIR", state_folder_.c_str(), 1);
     dup2(open("/tmp/kobd.out", O_WRONLY | O_CREAT | O_APPEND, 0600), STDOUT_FILENO);
     const std::string program = kPrograms + "kobd";
-    const char* emulator = getenv("KOBD_EMULATOR");
-    if (emulator == nullptr) emulator = KOBD_EMULATOR;  // empty where the daemon runs by itself
-    if (*emulator != 0) execlp(emulator, emulator, program.c_str(), "-F", nullptr);
+    if (const std::string emulator = Emulator(); !emulator.empty())
+        execlp(emulator.c_str(), emulator.c_str(), program.c_str(), "-F", nullptr);
     execl(program.c_str(), program.c_str(), "-F", nullptr);
     _exit(127);
 }

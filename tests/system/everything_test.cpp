@@ -140,7 +140,7 @@ protected:
     void SetUp() override
     {
         DaemonTest::SetUp();
-        if (*KOBD_EMULATOR != 0) PutUciOnPath();  // elsewhere the daemon finds our uci by itself
+        if (!Emulator().empty()) PutUciOnPath();  // elsewhere the daemon finds our uci by itself
     }
 };
 using EveryObject = Everything;

@@ -2,9 +2,11 @@
 #include "tests/system/kobctl_program.h"
 
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <sstream>
 
@@ -25,6 +27,7 @@ pid_t StartShell(const std::string& line, int output)
     PutOnPath("kobctl", Exec("kobctl"));
     const pid_t process = fork();
     if (process != 0) return process;
+    prctl(PR_SET_PDEATHSIG, SIGKILL);  // a shell that waits for what never comes ends with its test
     dup2(output >= 0 ? output : OpenAnew(kOutput), STDOUT_FILENO);
     dup2(OpenAnew(kErrors), STDERR_FILENO);
     unsetenv("COLUMNS");

@@ -41,7 +41,7 @@ protected:
         if (IsSkipped()) return;
         PutOnPath("built-uci", ExecUci());
         PutOnPath("kobd", Exec("kobd"));
-        if (*KOBD_EMULATOR != 0) PutUciOnPath();  // elsewhere the daemon finds our uci by itself
+        if (!Emulator().empty()) PutUciOnPath();  // elsewhere the daemon finds our uci by itself
         ASSERT_TRUE(daemon_.Start());
     }
     void TearDown() override { BusClientClose(&listener_); }

@@ -9,6 +9,7 @@
 #include "tests/state_sql.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/injected_fault.h"
+#include "tests/uci_on_path.h"
 
 namespace kobd::test
 {
@@ -19,7 +20,7 @@ namespace fs = std::filesystem;
 // Starts the daemon from /tmp as a shell does; the exit status that the shell sees.
 int StartByShell(const std::string& options, const std::string& streams = " >/tmp/kobd.out 2>&1 </dev/null")
 {
-    const std::string program = std::string("exec " KOBD_EMULATOR " ") + kPrograms + "kobd ";
+    const std::string program = "exec " + Emulator() + " " + kPrograms + "kobd ";
     return system(("cd /tmp && KOBD_STATE_DIR=state " + program + options + streams).c_str());
 }
 
