@@ -29,7 +29,7 @@ TEST_F(System, EverySignalLogsItsNumberAndEndsWithStatusZero)
 
 TEST_F(System, QueuesOfKilledClientsAreReclaimed)
 {
-    for (int i = 0; i < 20; ++i)
+    for (int i = 0; i < 1000; ++i)
     {
         const pid_t victim = fork();
         if (victim == 0)
