@@ -22,7 +22,7 @@ using KobctlConfirm = DaemonTest;
 
 TEST_F(KobctlConfirm, OldValuesReturnAlsoToTheNextDaemonAndStay)
 {
-    EXPECT_EQ(RunLine("set --confirm 1 webHttpPort=82 webHttpEnable=0").status, 0);
+    EXPECT_EQ(RunLine("set --confirm 4 webHttpPort=82 webHttpEnable=0").status, 0);
     Restart();
     EXPECT_EQ(GetObject("webHttpPort"), "82");
     EXPECT_TRUE(PortBecomes("80"));
