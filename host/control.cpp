@@ -66,7 +66,8 @@ int Answer(const MessageHeader* request, TlvWriter* answer)
     if (request->id != kHostFactory) return AnswerSimulator(request, answer);
     const size_t object = NumberOf(NameIn(request));
     if (object == kNoObject) return kNotFound;
-    Add(ObjectFactoryValue(object), answer);
+    const size_t shown = AccessorOf(object, &ObjectAccessors::getter);  // LANIP is read as networkLanSettingIp
+    if (shown != kNoObject) Add(ObjectFactoryValue(shown), answer);
     return kSuccess;
 }
 }  // namespace

@@ -141,7 +141,7 @@ enum kobd_host_control {
     KOBD_HOST_STATE = 1,  /* no item; the reply has two values: the state folder, and why the last commit could
                              not be saved, empty when everything is; then the objects and tables that were
                              changed and not committed */
-    KOBD_HOST_FACTORY = 2, /* an object name; the reply has its value from the factory */
+    KOBD_HOST_FACTORY = 2, /* an object name; the reply has its value from the factory, if any */
     /* The simulator: what the imitated router is made to show, refuse and delay. "times" is how often, 0 always. */
     KOBD_HOST_SIM_SET = 3,           /* name and value, for each object */
     KOBD_HOST_SIM_SET_ANNOUNCED = 4, /* the same, and each is announced */
