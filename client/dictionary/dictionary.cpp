@@ -68,6 +68,8 @@ Words KnownNames()
 
 std::string NoSuchName(const std::string& kind, const std::string& name)
 {
+    if (kind == "object" && FindTable(name) != nullptr) return name + " is a table, not an object";
+    if (kind == "table" && FindObject(name) != nullptr) return name + " is an object, not a table";
     return "there is no " + kind + " " + name + DidYouMean(name, kind == "table" ? AllNames(kTableRows) : KnownNames());
 }
 

@@ -24,7 +24,7 @@ const ColumnDef* FindColumn(const TableEntry& table, std::string_view name);
 Words KnownNames();
 
 // "there is no KIND NAME", with the name that was probably meant: a table's for the kind "table", else also an
-// object's.
+// object's. Of a table's name in the place of an object's it says that it is one, and the other way round.
 std::string NoSuchName(const std::string& kind, const std::string& name);
 
 // The names of the objects that can be read, in their order.

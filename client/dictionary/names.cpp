@@ -1,11 +1,10 @@
-// Patterns, and the distance between names by single letters changed, added or left out.
+// Patterns, and the distance between names by single letters changed, added or left out, or by two exchanged.
 #include "client/dictionary/names.h"
 
 #include <fnmatch.h>
 
 #include <algorithm>
 #include <cctype>
-#include <utility>
 #include <vector>
 
 #include "daemon/base/result.h"
@@ -18,19 +17,19 @@ char Lower(char letter) { return static_cast<char>(tolower(static_cast<unsigned 
 
 size_t Distance(std::string_view a, std::string_view b)
 {
-    std::vector<size_t> row(b.size() + 1);
-    for (size_t j = 0; j <= b.size(); ++j) row[j] = j;
+    const size_t width = b.size() + 1;
+    std::vector<size_t> parts((a.size() + 1) * width);  // the distances of the first i and j letters
+    const auto at = [&](size_t i, size_t j) -> size_t& { return parts[i * width + j]; };
+    const auto same = [&](size_t i, size_t j) { return Lower(a[i - 1]) == Lower(b[j - 1]); };
+    for (size_t i = 0; i <= a.size(); ++i) at(i, 0) = i;
+    for (size_t j = 0; j <= b.size(); ++j) at(0, j) = j;
     for (size_t i = 1; i <= a.size(); ++i)
-    {
-        size_t diagonal = std::exchange(row[0], i);
         for (size_t j = 1; j <= b.size(); ++j)
         {
-            const size_t same = diagonal + (Lower(a[i - 1]) != Lower(b[j - 1]));
-            diagonal = row[j];
-            row[j] = std::min({row[j] + 1, row[j - 1] + 1, same});
+            at(i, j) = std::min({at(i - 1, j) + 1, at(i, j - 1) + 1, at(i - 1, j - 1) + (same(i, j) ? 0 : 1)});
+            if (i > 1 && j > 1 && same(i, j - 1) && same(i - 1, j)) at(i, j) = std::min(at(i, j), at(i - 2, j - 2) + 1);
         }
-    }
-    return row[b.size()];
+    return at(a.size(), b.size());
 }
 }  // namespace
 
@@ -60,7 +59,8 @@ bool MatchesName(const std::string& pattern, const std::string& name, bool exact
 std::string_view NearestName(std::string_view name, const Words& known)
 {
     std::string_view nearest;
-    size_t least = std::max<size_t>(2, name.size() / 3);
+    constexpr size_t kShort = 5;  // letters: of a shorter name, two wrong letters are half or more
+    size_t least = name.size() < kShort ? 1 : std::max<size_t>(2, name.size() / 3);
     for (const std::string& candidate : known)
     {
         const size_t distance = Distance(name, candidate);
