@@ -30,6 +30,7 @@ Failure ReadNames(const Options& options, const Words& words, const std::string&
 {
     Words all;
     if (Failure failure = WithLines(words, &all)) return failure;
+    if (all.empty()) return {kWrongUse, "no name was given: standard input has no lines"};
     std::set<std::string> taken(names->begin(), names->end());
     const auto add = [&](const std::string& name)
     {

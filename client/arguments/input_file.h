@@ -17,6 +17,7 @@ struct InputFile
 };
 
 // Reads the file whole; "-" is standard input. A byte order mark goes, and a line may end with "\r\n".
+// Fails for a text in UTF-16.
 Failure ReadInput(const std::string& path, InputFile* file);
 
 // Appends what is left to read of the open file. False with errno when it cannot be read.

@@ -174,6 +174,10 @@ Outcome CommandImport(const Options& options, const Words& words)
 {
     InputFile input;
     if (Failure failure = ReadInput(words[0], &input).In("import")) return failure;
+    if (const size_t first = input.text.find_first_not_of(" \t\n");
+        first != input.text.npos && input.text[first] == '{')
+        return Failure{kInvalidArgument,
+                       "import: " + input.name + " is JSON; import takes what kobctl export writes without --json"};
     SettingsFile file;
     RouterState router;
     LineErrors errors;

@@ -2,8 +2,15 @@
 // the line can be edited, completed with TAB, and called back with the arrows; it is loaded when it is there, and a
 // router does not need it. What was typed may hold passwords, so that nothing of it is kept after the end.
 #include <dlfcn.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <cerrno>
+#include <clocale>
+#include <csignal>
+#include <cstdio>
 #include <cstring>
+#include <cwchar>
 #include <iostream>
 
 #include "client/commands/commands.h"
@@ -29,7 +36,8 @@ struct Editor
 };
 
 Editor editor;
-Words candidates;  // for the word in hand
+volatile sig_atomic_t interrupted = 0;  // by Ctrl-C since the last prompt
+Words candidates;                       // for the word in hand
 
 template <class Symbol>
 bool Find(void* library, const char* name, Symbol* symbol)
@@ -65,6 +73,22 @@ char** Complete(const char* text, int start, int)
     return editor.completion_matches(text, NextCandidate);
 }
 
+// In place of the function of libedit, which goes on reading after a signal. Drops bytes that are no UTF-8.
+int ReadCharacter(FILE* terminal)
+{
+    constexpr size_t kInvalid = -1;
+    constexpr size_t kMoreFollows = -2;
+    wchar_t character = 0;
+    std::mbstate_t state = {};
+    for (char byte = 0; interrupted == 0 && read(fileno(terminal), &byte, 1) == 1;)
+    {
+        const size_t used = std::mbrtowc(&character, &byte, 1, &state);
+        if (used == kInvalid) state = {};
+        if (used != kInvalid && used != kMoreFollows) return static_cast<int>(character);
+    }
+    return EOF;
+}
+
 bool LoadEditor()
 {
     void* library = dlopen(kLibrary, RTLD_NOW);
@@ -77,6 +101,8 @@ bool LoadEditor()
         !Find(library, "rl_completion_matches", &editor.completion_matches) ||
         !Find(library, "rl_attempted_completion_function", &completion))
         return false;
+    int (**read_character)(FILE*) = nullptr;
+    if (Find(library, "rl_getc_function", &read_character)) *read_character = ReadCharacter;
     Find(library, "rl_completion_append_character", &editor.append);
     Find(library, "rl_attempted_completion_over", &editor.over);
     if (Find(library, "rl_completer_word_break_characters", &breaks)) *breaks = kBreaks;
@@ -100,14 +126,59 @@ bool ReadLine(bool edited, std::string* line)
     free(typed);
     return true;
 }
+
+// Without SA_RESTART, so that Ctrl-C ends the reading of a line.
+void NoteInterrupts()
+{
+    struct sigaction action = {};
+    action.sa_handler = [](int) { interrupted = 1; };
+    sigaction(SIGINT, &action, nullptr);
+}
+
+// The next line. Ctrl-C drops what was typed so far and begins another one.
+bool ReadWholeLine(bool edited, std::string* line)
+{
+    for (;;)
+    {
+        interrupted = 0;
+        if (ReadLine(edited, line)) return true;
+        if (interrupted == 0) return false;
+        std::cin.clear();
+        clearerr(stdin);
+        std::cout << "\n";
+    }
+}
+
+// Runs the command in a process of its own, so that Ctrl-C ends the command alone. Returns its exit status.
+int RunApart(const Words& words)
+{
+    std::cout << std::flush;
+    const pid_t process = fork();
+    if (process == 0)
+    {
+        signal(SIGINT, SIG_DFL);
+        const int status = RunCommand(words, {});
+        fflush(stdout);
+        _exit(status);
+    }
+    int status = 0;
+    pid_t ended = process;
+    while (process != -1 && (ended = waitpid(process, &status, 0)) == -1 && errno == EINTR) continue;
+    if (ended == -1) SayError(SystemFailure("the command cannot run").what);
+    if (ended == -1) return 1;
+    if (interrupted != 0) std::cout << "\n";
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);  // as shells tell it
+}
 }  // namespace
 
 int RunPrompt()
 {
+    setlocale(LC_CTYPE, "C.UTF-8");  // for libedit; nothing else depends on it
     const bool edited = LoadEditor();
     std::cout << "Type a command, help, or exit." << (edited ? " TAB completes.\n" : "\n");
+    NoteInterrupts();
     int status = 0;
-    for (std::string line; ReadLine(edited, &line);)
+    for (std::string line; ReadWholeLine(edited, &line);)
     {
         Words words;
         if (const Failure failure = SplitLine(line, &words))
@@ -115,7 +186,7 @@ int RunPrompt()
         else if (!words.empty() && (words[0] == "exit" || words[0] == "quit"))
             return status;
         else if (!words.empty())
-            status = RunCommand(words[0] == "kobctl" ? Words(words.begin() + 1, words.end()) : words, {});
+            status = RunApart(words[0] == "kobctl" ? Words(words.begin() + 1, words.end()) : words);
     }
     std::cout << "\n";
     return status;

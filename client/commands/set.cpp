@@ -110,8 +110,8 @@ Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
     PendingSet pending;
     if (const Failure failure = pending.Begin(options, pairs))
         return Failure{failure.code, "set --confirm: " + failure.what + "; nothing was set"};
-    const std::string said =
-        "the old values return in " + std::to_string(options.confirm_s) + " seconds unless kobctl confirm follows";
+    const std::string said = "the old values return in " + Counted(static_cast<size_t>(options.confirm_s), "second") +
+                             " unless kobctl confirm follows";
     Response response;
     Values before;
     Outcome outcome = Send(options, pairs, &response, &before);

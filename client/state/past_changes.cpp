@@ -34,7 +34,7 @@ const std::string& OwnProgram()
 // Whether both are of one command: commits of one kobctl, or of any program that adds a row and then fills it.
 bool IsOneStep(const PastChange& newer, const PastChange& older)
 {
-    constexpr int64_t kPause = 1;  // seconds: at a prompt, one process runs many commands
+    constexpr int64_t kPause = 1;  // seconds: in a batch, one process runs many commands
     if (newer.batch == older.batch) return true;
     if (newer.process != older.process || newer.program != older.program || newer.time - older.time > kPause)
         return false;

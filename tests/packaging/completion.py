@@ -25,6 +25,10 @@ LINES = {  # what is typed, and the words that kobctl then gets
     "event EthernetIPA\t": "<event><EthernetIPAdd>",
     "import settin\t": "<import><settings.txt>",
     "help tab\t": "<help><table>",
+    "sim fail IMEI g\t": "<sim><fail><IMEI><get>",
+    "sim row DnsClientT\t set 1 DnsS\t9": "<sim><row><DnsClientTable><set><1><DnsServer=9>",
+    "check DnsClientT\t 1 DnsS\t9": "<check><DnsClientTable><1><DnsServer=9>",
+    "rpcd call desc\t": "<rpcd><call><describe>",
 }
 SHELLS = {
     "bash": (["bash", "--norc", "--noprofile", "-i"], "PS1= ; bind 'set bell-style none'; . %s/kobctl.bash"),
@@ -84,11 +88,15 @@ def prompt_fails(folder):
     """The prompt of kobctl itself, which loads libedit."""
     SHELLS["kobctl"] = ([BUILD + "/kobctl"], "")
     prompt = Shell("kobctl", folder)
-    seen = prompt.run("describe webHttpPo\t\n", r"an integer from 1 to 65535")
+    failed = False
+    for typed, expected in (("", "kobctl> "), ("dropped\x03", "kobctl> "), ("watch\n", "waiting for kobd"),
+                            ("\x03", "kobctl> "), ("describe webHttpPo\t\n", "an integer from 1 to 65535")):
+        seen = prompt.run(typed, re.escape(expected))
+        if seen != expected:
+            print("kobctl's prompt: %r: %s" % (typed, seen))
+            failed = True
     prompt.end()
-    if seen != "an integer from 1 to 65535":
-        print("kobctl's prompt: " + seen)
-    return seen != "an integer from 1 to 65535"
+    return failed
 
 
 def main():
