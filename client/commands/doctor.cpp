@@ -23,6 +23,7 @@
 #include "client/state/pending_set.h"
 #include "daemon/base/log.h"
 #include "daemon/base/messages.h"
+#include "dictionary/catalogue/secrets.h"
 #include "host/state/database.h"
 #include "host/state/folder.h"
 #include "platform/message.h"
@@ -33,6 +34,7 @@ namespace
 {
 constexpr unsigned long kLeastFree = 256 * 1024;  // bytes: a commit's pages
 constexpr size_t kLinesShown = 3;                 // of the log
+constexpr int64_t kSlowUs = 100'000;              // microseconds: a daemon at rest answers in fewer than 1000
 
 enum Finding
 {
@@ -78,6 +80,10 @@ void LookAtDaemon(const Options& options, Report* report)
     const auto spent = std::chrono::steady_clock::now() - start;
     const auto us = std::chrono::duration_cast<std::chrono::microseconds>(spent).count();
     const std::string process = daemon.process != 0 ? "process " + std::to_string(daemon.process) : "kobd";
+    if (response.code == 0 && us > kSlowUs)
+        return report->Say(kNote, "daemon",
+                           process + " answers slowly, after " + std::to_string(us / 1000) +
+                               " milliseconds: another request may keep it busy, or the machine is loaded");
     report->Judge(response.code == 0, "daemon",
                   process + (response.code == 0 ? " answers in " + std::to_string(us) + " microseconds"
                                                 : " does not answer: " + response.reason),
@@ -240,13 +246,22 @@ void LookAtUci(Report* report)
     report->Say(kNote, "uci", "not on the PATH, kobd uses its own");
 }
 
+// The message with "(secret)" in the place of a refused password, key or PIN: "wifiKey0(secret) verify error".
+std::string WithoutSecret(const std::string& message)
+{
+    const std::string name = message.substr(0, message.find('('));
+    const size_t end = message.rfind(')');
+    if (!IsSecretObject(name) || end == message.npos) return message;
+    return name + "(secret)" + message.substr(end + 1);
+}
+
 // Notes the last of the log's lines that `matters` picks. False when there are none.
 bool NoteLines(const char* subject, bool (*matters)(const LogLine&), Report* report)
 {
     std::vector<LogLine> lines = LastLogLines();
     std::erase_if(lines, [&](const LogLine& line) { return !matters(line); });
     for (size_t i = lines.size() - std::min(lines.size(), kLinesShown); i < lines.size(); ++i)
-        report->Say(kNote, subject, lines[i].time + " " + lines[i].function + ": " + lines[i].message);
+        report->Say(kNote, subject, lines[i].time + " " + lines[i].function + ": " + WithoutSecret(lines[i].message));
     return !lines.empty();
 }
 
