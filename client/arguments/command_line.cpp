@@ -40,7 +40,7 @@ Failure ReadTimeout(const std::string& text, Options* options)
 
 Failure ReadPoll(const std::string& text, Options* options)
 {
-    return ReadSeconds(text, 0.01, "--poll takes seconds from 0.01", &options->poll_ms);
+    return ReadSeconds(text, 0.01, "--poll takes a number of seconds from 0.01, such as 0.05", &options->poll_ms);
 }
 
 Failure ReadPcap(const std::string& text, Options* options)
@@ -117,6 +117,7 @@ constexpr Option kOptions[] = {
     {"openapi", &Options::openapi, nullptr},
     {"yang", &Options::yang, nullptr},
     {"announce", &Options::announce, nullptr},
+    {"all", &Options::all, nullptr},
     {"diff", &Options::diff, nullptr},
     {"dry-run", &Options::dry_run, nullptr},
     {"code", nullptr, ReadCode},

@@ -32,6 +32,7 @@ struct Options
     std::optional<int> timeout_ms = {};  // how long an answer of the daemon may take, when it was given
     int count = 0;                       // messages or lines to wait for; 0: without end
     bool announce = false;
+    bool all = false;      // a pattern may match everything
     bool diff = false;     // show what a set changes
     bool dry_run = false;  // show what an import would change
     int code = 17;         // that a simulated operation fails with: invoke failed

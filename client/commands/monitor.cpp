@@ -6,6 +6,7 @@
 #include "client/commands/commands.h"
 #include "client/output/terminal.h"
 #include "client/traffic/capture_file.h"
+#include "client/traffic/change_rows.h"
 #include "client/traffic/listener.h"
 #include "client/traffic/message_text.h"
 #include "daemon/base/messages.h"
@@ -20,6 +21,8 @@ struct Asked
 {
     Json json = {};
     std::string text = {};
+    bool is_table_set = false;
+    bool wanted = true;  // a pattern matches it
 };
 
 std::string MicrosecondsText(uint64_t nanoseconds)
@@ -62,6 +65,28 @@ void AddAnswer(const kobd_tapped& message, const MessageContent& content, Asked*
                    "  " + MicrosecondsText(message.took_ns);
 }
 
+void AddItems(const MessageContent& content, Asked* asked)
+{
+    for (const Json& item : content.json) asked->json["items"].push_back(item);
+    asked->text += " " + content.text;
+}
+
+// A table set with the rows that its change file has, or else with none yet: its announcements name them.
+Asked TableSet(const kobd_tapped& message, const MessageContent& content, const Words& patterns, bool secrets)
+{
+    Asked asked = Beginning(message, content);
+    asked.is_table_set = true;
+    asked.wanted = IsAskedFor(patterns, message);
+    const std::optional<std::string> bytes = ReadChangeFile(message);
+    if (!bytes) return asked;
+    kobd_tapped rows = message;
+    rows.payload = {bytes->data(), bytes->size()};
+    asked.is_table_set = false;
+    asked.wanted = IsAskedFor(patterns, rows);
+    AddItems(ContentOf(rows, secrets), &asked);
+    return asked;
+}
+
 class Monitor
 {
 public:
@@ -76,8 +101,14 @@ public:
             return Flush();
         }
         if (message.kind == KOBD_TAP_RECEIVED) Flush();  // the one before it wanted no answer
+        if (IsTableSet(message)) return (void)(asked_ = TableSet(message, content, patterns_, options_.secrets));
         if (!IsAskedFor(patterns_, message)) return;
         Asked asked = Beginning(message, content);
+        if (asked_ && asked_->is_table_set && message.id == kEventTableChanged)
+        {
+            asked_->wanted = true;
+            AddItems(content, &*asked_);
+        }
         if (message.kind == KOBD_TAP_RECEIVED && message.message_class == kClassRequest)
             asked_ = std::move(asked);
         else if (asked_)
@@ -89,7 +120,7 @@ public:
     // Prints the request that waits for its answer, and what was sent because of it.
     void Flush()
     {
-        if (asked_) Print(std::move(*asked_));
+        if (asked_ && asked_->wanted) Print(std::move(*asked_));
         for (Asked& sent : sent_) Print(std::move(sent));
         asked_.reset();
         sent_.clear();

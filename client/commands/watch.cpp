@@ -1,5 +1,5 @@
-// kobctl watch [PATTERN...]: what the daemon sends to other modules, with old and new values; with --poll, values that
-// change without a word.
+// kobctl watch [PATTERN...]: what the daemon sends to other modules, with old and new values; with --poll, values whose
+// changes are not announced.
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
@@ -125,13 +125,15 @@ Failure ReadOrWait(const Options& options, const Words& names, Values* values)
 
 Outcome WatchValues(const Options& options, const Words& patterns)
 {
-    if (patterns.empty()) return Failure{kWrongUse, "watch --poll takes NAME..."};
+    if (patterns.empty()) return Failure{kWrongUse, "watch --poll takes the names of the objects to read"};
     const Words readable = ReadableObjects();
     Words names;
     if (Failure failure = ReadNames(options, patterns, "object that can be read", readable, &names)) return failure;
     for (const std::string& name : names)
         if (std::ranges::find(readable, name) == readable.end())
-            return Failure{kNotFound, name + " is no object that can be read" + DidYouMean(name, readable)};
+            return Failure{kNotFound, FindTable(name) != nullptr
+                                          ? name + " is a table, and --poll reads objects only"
+                                          : name + " is no object that can be read" + DidYouMean(name, readable)};
     Values before;
     if (Failure failure = ReadOrWait(options, names, &before)) return failure;
     for (int printed = 0; !IsEnough(options, printed) && Pause(options.poll_ms);)

@@ -32,7 +32,7 @@ std::string WhyNotJoined(uint32_t module)
 {
     kobd_module seen = {};
     const bool taken = kobd_module_look(module, &seen) != 0 || seen.claimed != 0;
-    return taken ? "another program has it" : "the system has no message queue for it, see kobctl doctor";
+    return taken ? "another program receives them" : "the system has no message queue for it, see kobctl doctor";
 }
 
 bool IsThere()
@@ -103,7 +103,7 @@ Failure Listener::Open(bool tap_alone)
         if (there && client_ == nullptr)
             if (const int opened = kobd_client_open(&client_)) return FailureWithCode(opened, "kobd cannot be asked");
         const bool answers = there && Answers(client_);
-        if (!answers && !told) SayError(there ? "waiting for kobd, which does not answer" : "waiting for kobd");
+        if (!answers && !told) SayError(there ? "waiting for kobd, which runs and does not answer" : "waiting for kobd");
         told = true;
         if (!answers) continue;
         kobd_client_set_timeout(client_, kTapMs);
@@ -113,7 +113,7 @@ Failure Listener::Open(bool tap_alone)
     Close();
     if (code != KOBD_TIMEOUT) return FailureWithCode(code, "kobd cannot be tapped");
     if (tap_alone)
-        return {code, "this daemon's message bus shows no messages to others: only the imitated router's does"};
+        return {code, "the message bus of this router shows its messages to no other program; only the imitated router's does"};
     return Join();
 }
 
@@ -125,7 +125,7 @@ Failure Listener::Join()
         if (kobd_watch_open(&watch, module) == KOBD_SUCCESS)
             joined_.push_back({module, watch});
         else
-            SayError("not watching the " + ModuleName(module) + ", " + WhyNotJoined(module));
+            SayError("cannot watch the " + ModuleName(module) + ": " + WhyNotJoined(module));
     }
     return joined_.empty() ? Failure{KOBD_INITIALIZE_FAILED, "nothing could be watched"} : Failure();
 }
@@ -165,7 +165,7 @@ Failure Listener::Next(std::optional<kobd_tapped>* message)
         return Open(tap_alone_);
     }
     if (code == KOBD_SUCCESS && tapped.missed != 0)
-        SayError(Counted(tapped.missed, "message") + " missed, they came faster than they could be shown");
+        SayError("missed " + Counted(tapped.missed, "message") + ", because they came faster than they could be shown");
     if (code == KOBD_SUCCESS && !IsOwn(tapped)) *message = tapped;
     return {};
 }
