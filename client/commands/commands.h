@@ -44,8 +44,9 @@ int RunCommand(const Words& command_line, const Options& defaults);
 // The prompt of kobctl alone at a terminal. Returns the exit status of the last command.
 int RunPrompt();
 
-// Shows values by name: the value by itself when it stands alone, else NAME=VALUE.
-Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone);
+// Shows values by name: the value by itself when it stands alone, else NAME=VALUE; behind it "(simulated)" where it is.
+Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone,
+                      const Words& simulated = {});
 
 // A name with its kind, its meaning and its unit, of which the last two may be NULL.
 Json MeaningJson(const std::string& name, const char* kind, const char* meaning, const char* unit);

@@ -7,7 +7,9 @@
 #include "client/dictionary/names.h"
 #include "client/requests/network_event.h"
 #include "client/rows/table_rows.h"
+#include "client/rpcd/methods.h"
 #include "client/sim/scenario.h"
+#include "client/sim/step.h"
 #include "client/state/daemon_state.h"
 #include "host/state/stores.h"
 
@@ -44,11 +46,21 @@ private:
     std::string text_ = {};
 };
 
-void AddObjects(const std::string& end, Candidates* found)
+// Whether the command can do something with the object.
+bool Takes(std::string_view command, const ObjectEntry& object)
+{
+    if (command == "set" || command == "check") return object.access != Access::kReadOnly;
+    if (command == "reset") return object.access == Access::kReadWrite;
+    if (command == "get") return object.access != Access::kWriteOnly;
+    return command != "sim set" || !CheckSimValue(object.name, "");
+}
+
+void AddObjects(const Place& place, const std::string& end, Candidates* found)
 {
     const kobd_description* object = nullptr;
     for (size_t i = 0; (object = kobd_object_at(i)) != nullptr; ++i)
-        found->Add(object->name + end, object->meaning != nullptr ? object->meaning : "");
+        if (Takes(place.command->name, kObjectRows[i]))
+            found->Add(object->name + end, object->meaning != nullptr ? object->meaning : "");
 }
 
 void AddTables(Candidates* found)
@@ -68,7 +80,7 @@ void AddValues(const kobd_description& of, Candidates* found)
 void AddAssignments(const Place& place, Candidates* found)
 {
     const size_t equals = place.word.find('=');
-    if (equals == place.word.npos) return AddObjects("=", found);
+    if (equals == place.word.npos) return AddObjects(place, "=", found);
     const kobd_description* object = kobd_describe(place.word.substr(0, equals).c_str());
     if (object != nullptr) AddValues(*object, found);
 }
@@ -127,7 +139,7 @@ void AddNames(const Place& place, Candidates* found)
         for (const std::string& name : EventNames()) found->Add(name);
         return;
     }
-    AddObjects("", found);
+    AddObjects(place, "", found);
     if (command == "describe") AddTables(found);
 }
 
@@ -151,9 +163,29 @@ void AddRowChange(const Options& options, const Place& place, Candidates* found)
     if (place.words.size() > 2) AddTables(found);
 }
 
+// An object with its value, or the change of a row as for "table set".
+void AddChecked(const Options& options, const Place& place, Candidates* found)
+{
+    const bool rows = !place.words.empty() && FindTable(place.words[0]) != nullptr;
+    if (rows) return AddRowChange(options, place, found);
+    if (place.words.empty()) AddTables(found);
+    AddAssignments(place, found);
+}
+
+// Behind the table and the operation of "sim row".
+void AddSimRow(const Options& options, const Place& place, Candidates* found)
+{
+    const bool add = place.words[1] == "add";
+    if (!add && place.words.size() == 2) return AddIndexes(options, place, found);
+    if (add || place.words[1] == "set") AddColumns(place, found);
+}
+
 void AddPlace(const Options& options, const Place& place, Candidates* found)
 {
     if (place.command->name == std::string_view("table set")) return AddRowChange(options, place, found);
+    if (place.command->name == std::string_view("check")) return AddChecked(options, place, found);
+    const bool behind_operation = place.words.size() > 1 && place.command->name == std::string_view("sim row");
+    if (behind_operation) return AddSimRow(options, place, found);
     const std::string form = WordForm(place);
     if (form == "NAME=VALUE") AddAssignments(place, found);
     if (form == "COLUMN=VALUE") AddColumns(place, found);
@@ -163,10 +195,15 @@ void AddPlace(const Options& options, const Place& place, Candidates* found)
     if (form == "KEY") AddKeys(place, "", found);
     if (form == "KEY=VALUE") AddKeys(place, "=", found);
     if (form == "FILE") AddFiles(place, found);
-    if (form == "OPERATION")
-        for (const char* operation : {"get", "set", "add", "del", "next", "commit"}) found->Add(operation);
+    if (form == "OPERATION" && place.words.size() == 1)
+        for (const std::string& operation : SimOperations(place.words[0])) found->Add(operation);
+    if (place.command->name == std::string_view("sim fail") && place.words.empty()) found->Add("commit");
     if (form == "add|set|del")
         for (const char* operation : {"add", "set", "del"}) found->Add(operation);
+    if (form == "list|call")
+        for (const char* word : {"list", "call"}) found->Add(word);
+    if (form == "METHOD" && place.words.size() == 1 && place.words[0] == "call")
+        for (const Method& method : Methods()) found->Add(method.name);
 }
 
 // The commands, or the second words of those that begin with `first`.

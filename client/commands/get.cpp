@@ -1,9 +1,14 @@
 // kobctl get NAME...: one value alone, several by name.
+#include <unistd.h>
+
+#include <algorithm>
+
 #include "client/arguments/given_names.h"
 #include "client/commands/commands.h"
 #include "client/dictionary/dictionary.h"
 #include "client/output/terminal.h"
 #include "client/requests/request.h"
+#include "client/sim/step.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -19,16 +24,29 @@ std::string WhyMissing(const std::string& name)
     if (FindTable(name) != nullptr) return name + " is a table, not an object";
     return NoSuchName("object", name) + ": " + CodeText(kNotFound);
 }
+// Those that show a simulated value. A program gets values alone, and costs no other request.
+Words Simulated(const Options& options, const Words& names)
+{
+    if (options.json || isatty(STDOUT_FILENO) == 0) return {};
+    const std::vector<SimLine> lines = SimLinesInPassing();
+    Words simulated;
+    for (const std::string& name : names)
+        if (ShowsSimulated(lines, name)) simulated.push_back(name);
+    return simulated;
+}
 }  // namespace
 
-Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone)
+Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone,
+                      const Words& simulated)
 {
     Outcome outcome;
     outcome.data = Json::object();
     for (const auto& [name, value] : values)
     {
         outcome.data[name] = value;
-        outcome.text += alone ? Shown(value) + "\n" : name + "=" + ShownInLine(value) + "\n";
+        const bool marked = std::ranges::find(simulated, name) != simulated.end();
+        outcome.text +=
+            (alone ? Shown(value) : name + "=" + ShownInLine(value)) + (marked ? "  (simulated)" : "") + "\n";
     }
     return outcome;
 }
@@ -48,7 +66,7 @@ Outcome CommandGet(const Options& options, const Words& words)
         else
             missing.push_back(WhyMissing(name));
     if (found.empty() && missing.size() == 1) return Failure{kNotFound, missing[0]};
-    Outcome outcome = ValuesOutcome(found, names.size() == 1 && names == words);
+    Outcome outcome = ValuesOutcome(found, names.size() == 1 && names == words, Simulated(options, names));
     for (const std::string& name : names)
         outcome.data[name] = values.contains(name) ? ValueJson(kobd_describe(name.c_str()), values.at(name)) : Json();
     outcome.notes = missing;

@@ -1,4 +1,4 @@
-// kobctl list [PATTERN...], describe NAME...: from the dictionary alone. kobctl show: the
+// kobctl list [PATTERN...], describe NAME...: from the dictionary; describe adds what is simulated. kobctl show: the
 // names as the running daemon lists them.
 #include <algorithm>
 
@@ -7,6 +7,7 @@
 #include "client/dictionary/names.h"
 #include "client/output/terminal.h"
 #include "client/requests/request.h"
+#include "client/sim/step.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -82,6 +83,7 @@ Outcome CommandDescribe(const Options& options, const Words& words)
     Words names;
     if (Failure failure = ReadNames(options, words, "object or table", KnownNames(), &names)) return failure;
     Outcome outcome(Json::array(), "");
+    const std::vector<SimLine> simulated = options.json ? std::vector<SimLine>() : SimLinesInPassing();
     for (const std::string& name : names)
     {
         const ObjectEntry* object = FindObject(name);
@@ -93,7 +95,7 @@ Outcome CommandDescribe(const Options& options, const Words& words)
         }
         const Outcome one = object != nullptr ? DescribedObject(*object) : DescribedTable(*table);
         outcome.data.push_back(one.data);
-        outcome.text += one.text;
+        outcome.text += one.text + Field("simulated", Escaped(Joined(SimNotes(simulated, name))));
     }
     return outcome;
 }

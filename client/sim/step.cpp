@@ -187,6 +187,14 @@ Failure NotImitated(const Response& response, const std::string& what)
 }
 }  // namespace
 
+Words SimOperations(const std::string& name)
+{
+    const ObjectEntry* object = nullptr;
+    const TableEntry* table = nullptr;
+    Items items;
+    return ReadTarget(name, &object, &table, &items) ? Words() : OperationsOf(object, table);
+}
+
 Failure CheckSimValue(const std::string& name, const std::string& value)
 {
     const ObjectEntry* object = FindObject(name);
@@ -229,5 +237,36 @@ Failure ReadSimLines(const Options& options, std::vector<SimLine>* lines)
             lines->push_back({items[i].text, items[i + 1].text, items[i + 2].text});
         if (lines->size() == before) return {};
     }
+}
+
+std::vector<SimLine> SimLinesInPassing()
+{
+    Options hasty;
+    hasty.timeout_ms = 100;
+    std::vector<SimLine> lines;
+    if (ReadSimLines(hasty, &lines)) lines.clear();
+    return lines;
+}
+
+Words SimNotes(const std::vector<SimLine>& lines, const std::string& name)
+{
+    Words notes;
+    for (const auto& [of, what, how] : lines)
+        if (what == "value" && ShowsSimulated({{of, what, how}}, name))
+            notes.push_back("shows " + how);
+        else if (of == name && what != "value" && what != "network")
+            notes.push_back(what == "row" ? "row " + how : what == "slow" ? "is slow" : what + " fails");
+    return notes;
+}
+
+bool ShowsSimulated(const std::vector<SimLine>& lines, const std::string& name)
+{
+    const ObjectEntry* object = FindObject(name);
+    const auto shows = [&](const SimLine& line)
+    {
+        const ObjectEntry* of = line.what == "value" ? FindObject(line.name) : nullptr;
+        return of != nullptr && AccessorsOf(*of).getter.name == AccessorsOf(*object).getter.name;
+    };
+    return object != nullptr && std::ranges::any_of(lines, shows);
 }
 }  // namespace kobd::client

@@ -66,6 +66,13 @@ TEST_F(KobctlTerminal, NothingFromTheNetworkSteersATerminal)
         << "no line of its own";
 }
 
+TEST_F(KobctlTerminal, ASimulatedValueIsMarkedForAPersonAlone)
+{
+    ASSERT_EQ(Said("sim set RSRP=-120"), "");
+    EXPECT_EQ(OnTerminal("get RSRP webHttpPort"), "RSRP=-120  (simulated)\r\nwebHttpPort=80\r\n");
+    EXPECT_EQ(Said("get RSRP"), "-120\n");
+}
+
 TEST_F(KobctlTerminal, ColoursAreForTerminalsThatWantThem)
 {
     unsetenv("NO_COLOR");
