@@ -54,6 +54,9 @@ Json MeaningJson(const std::string& name, const char* kind, const char* meaning,
 // The meaning with the unit behind it.
 std::string MeaningText(const char* meaning, const char* unit);
 
+// What history shows, for a program: a pattern that matches nothing is no error.
+Outcome HistoryOutcome(const Options& options, const Words& words);
+
 // What describe and table describe show of a table.
 Outcome DescribedTable(const TableEntry& table);
 }  // namespace kobd::client

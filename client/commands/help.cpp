@@ -76,7 +76,7 @@ Outcome CommandHelp(const Options&, const Words& words)
 {
     if (words.empty() || words[0] == "help") return {{}, Overview()};
     const Command* command = FindNamed(Commands(), words[0]);
-    if (command != nullptr && *command->group != 0) return {{}, Page(*command)};
+    if (command != nullptr) return {{}, Page(*command)};
     return Failure{kWrongUse, "there is no command " + words[0] + DidYouMean(words[0], AllNames(Commands()))};
 }
 }  // namespace kobd::client

@@ -2,10 +2,12 @@
 #include <algorithm>
 
 #include "client/commands/commands.h"
-#include "client/dictionary/names.h"
+#include "client/dictionary/dictionary.h"
 #include "client/output/terminal.h"
 #include "client/state/daemon_state.h"
 #include "client/state/past_changes.h"
+#include "daemon/base/result.h"
+#include "host/state/stores.h"
 
 namespace kobd::client
 {
@@ -26,9 +28,18 @@ Json JsonOf(const PastChange& change)
             {"what", change.Name()},           {"old", text_or_null(change.old)},
             {"new", text_or_null(change.now)}, {"undo", change.step != 0 ? Json(change.step) : Json()}};
 }
+// Whether something of this name could have changed: an object, a row of a table, or a key of a store.
+bool IsKnown(const std::string& pattern)
+{
+    Words names = KnownNames();
+    for (const char* store : {"nvram", "config"})
+        for (const std::string& key : host::StoreKeys(store)) names.push_back(std::string(store) + " " + key);
+    const bool row = FindTable(pattern.substr(0, pattern.find(' '))) != nullptr;
+    return row || std::ranges::any_of(names, [&](const std::string& name) { return MatchesName(pattern, name); });
+}
 }  // namespace
 
-Outcome CommandHistory(const Options& options, const Words& words)
+Outcome HistoryOutcome(const Options& options, const Words& words)
 {
     UseStateToShow();
     std::vector<PastChange> changes;
@@ -45,6 +56,17 @@ Outcome CommandHistory(const Options& options, const Words& words)
                         change.program + " (" + std::to_string(change.process) + ")  " + change.Name() + ": " +
                         WhatText(change) + "\n";
     }
+    return outcome;
+}
+
+Outcome CommandHistory(const Options& options, const Words& words)
+{
+    Outcome outcome = HistoryOutcome(options, words);
+    if (outcome.failure || !outcome.data.empty()) return outcome;
+    if (!words.empty() && !IsKnown(words[0]))
+        return Failure{kNotFound,
+                       "no object, table or key matches '" + words[0] + "'" + DidYouMean(words[0], KnownNames())};
+    SayError("no change" + (words.empty() ? "" : " of " + words[0]) + " is recorded");
     return outcome;
 }
 }  // namespace kobd::client

@@ -1,4 +1,5 @@
 // kobctl table dump and table get.
+#include "client/arguments/given_names.h"
 #include "client/commands/commands.h"
 #include "client/dictionary/column_value.h"
 #include "client/output/terminal.h"
@@ -58,10 +59,15 @@ Outcome RowsOutcome(const Tables& tables, TableRows rows)
 }
 }  // namespace
 
-Outcome TableDump(const Options& options, const Words& names)
+Outcome TableDump(const Options& options, const Words& words)
 {
     Tables tables;
     TableRows rows;
+    Words names;
+    Words dumpable;
+    for (const TableEntry& table : kTableRows)
+        if (table.Has(kNext)) dumpable.emplace_back(table.name);
+    if (Failure failure = ReadNames(options, words, "table with rows to read", dumpable, &names)) return failure;
     if (Failure failure = ReadTables(names, &tables)) return failure;
     if (Failure failure = DumpRows(options, "table dump", tables, &rows)) return failure;
     return RowsOutcome(tables, rows);

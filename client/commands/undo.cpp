@@ -1,4 +1,4 @@
-// kobctl undo [COUNT] and kobctl reset NAME...: values and rows as they were.
+// kobctl undo [COUNT]: values and rows as they were.
 #include <unistd.h>
 
 #include <algorithm>
@@ -181,20 +181,5 @@ Outcome CommandUndo(const Options& options, const Words& words)
     if (failure) outcome.failure = {failure.code, "undo: " + failure.what};
     AddNotSaved("undone", &outcome);
     return outcome;
-}
-
-Outcome CommandReset(const Options& options, const Words& words)
-{
-    Words pairs;
-    for (const std::string& name : words)
-    {
-        const auto texts = AskHost(KOBD_HOST_FACTORY, {{KOBD_TAG_OBJECT_NAME, name}});
-        if (FindObject(name) != nullptr && (!texts || texts->empty()))
-            return Failure{kSystemError, "reset: nobody tells the factory value of " + name + "; nothing was set"};
-        if (Failure failure = CheckObject(name, texts && !texts->empty() ? texts->front() : ""))
-            return Failure{failure.code, "reset: " + failure.what + "; nothing was set"};
-        pairs.push_back(name + "=" + texts->front());
-    }
-    return CommandSet(options, pairs);
 }
 }  // namespace kobd::client

@@ -113,7 +113,9 @@ Json Describe(const Options& options, const Json& arguments)
     Words names;
     if (Failure failure = AskedNames(arguments, "object or table", known, &names))
         return ErrorReply(failure, AskedTexts(arguments));
-    return ReplyOf(CommandDescribe(options, names), "described");
+    Options as_json = options;  // which does without what is simulated
+    as_json.json = true;
+    return ReplyOf(CommandDescribe(as_json, names), "described");
 }
 
 Json History(const Options& options, const Json& arguments)
@@ -121,7 +123,7 @@ Json History(const Options& options, const Json& arguments)
     Options some = options;
     some.count = NumberOf(arguments, "count").value_or(0);
     const std::string pattern = TextOf(arguments, "match");
-    return ReplyOf(CommandHistory(some, pattern.empty() ? Words() : Words{pattern}), "changes");
+    return ReplyOf(HistoryOutcome(some, pattern.empty() ? Words() : Words{pattern}), "changes");
 }
 
 Json Undo(const Options& options, const Json& arguments)
