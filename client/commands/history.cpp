@@ -66,7 +66,8 @@ Outcome CommandHistory(const Options& options, const Words& words)
     if (!words.empty() && !IsKnown(words[0]))
         return Failure{kNotFound,
                        "no object, table or key matches '" + words[0] + "'" + DidYouMean(words[0], KnownNames())};
-    SayError("no change" + (words.empty() ? "" : " of " + words[0]) + " is recorded");
+    const bool all = words.empty() || words[0].empty();
+    SayError("no change" + (all ? "" : " of " + words[0]) + " is recorded");
     return outcome;
 }
 }  // namespace kobd::client

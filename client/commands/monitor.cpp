@@ -72,7 +72,7 @@ void AddItems(const MessageContent& content, Asked* asked)
 }
 
 // A table set with the rows that its change file has, or else with none yet: its announcements name them.
-Asked TableSet(const kobd_tapped& message, const MessageContent& content, const Words& patterns, bool secrets)
+Asked AskedTableSet(const kobd_tapped& message, const MessageContent& content, const Words& patterns, bool secrets)
 {
     Asked asked = Beginning(message, content);
     asked.is_table_set = true;
@@ -101,7 +101,7 @@ public:
             return Flush();
         }
         if (message.kind == KOBD_TAP_RECEIVED) Flush();  // the one before it wanted no answer
-        if (IsTableSet(message)) return (void)(asked_ = TableSet(message, content, patterns_, options_.secrets));
+        if (IsTableSet(message)) return (void)(asked_ = AskedTableSet(message, content, patterns_, options_.secrets));
         if (!IsAskedFor(patterns_, message)) return;
         Asked asked = Beginning(message, content);
         if (asked_ && asked_->is_table_set && message.id == kEventTableChanged)

@@ -36,8 +36,8 @@ struct Editor
 };
 
 Editor editor;
-volatile sig_atomic_t interrupted = 0;  // by Ctrl-C since the last prompt
-Words candidates;                       // for the word in hand
+volatile sig_atomic_t ctrl_c = 0;  // whether it was pressed since the last prompt
+Words candidates;                  // for the word in hand
 
 template <class Symbol>
 bool Find(void* library, const char* name, Symbol* symbol)
@@ -80,7 +80,7 @@ int ReadCharacter(FILE* terminal)
     constexpr size_t kMoreFollows = -2;
     wchar_t character = 0;
     std::mbstate_t state = {};
-    for (char byte = 0; interrupted == 0 && read(fileno(terminal), &byte, 1) == 1;)
+    for (char byte = 0; ctrl_c == 0 && read(fileno(terminal), &byte, 1) == 1;)
     {
         const size_t used = std::mbrtowc(&character, &byte, 1, &state);
         if (used == kInvalid) state = {};
@@ -131,7 +131,7 @@ bool ReadLine(bool edited, std::string* line)
 void NoteInterrupts()
 {
     struct sigaction action = {};
-    action.sa_handler = [](int) { interrupted = 1; };
+    action.sa_handler = [](int) { ctrl_c = 1; };
     sigaction(SIGINT, &action, nullptr);
 }
 
@@ -140,9 +140,9 @@ bool ReadWholeLine(bool edited, std::string* line)
 {
     for (;;)
     {
-        interrupted = 0;
+        ctrl_c = 0;
         if (ReadLine(edited, line)) return true;
-        if (interrupted == 0) return false;
+        if (ctrl_c == 0) return false;
         std::cin.clear();
         clearerr(stdin);
         std::cout << "\n";
@@ -166,7 +166,7 @@ int RunApart(const Words& words)
     while (process != -1 && (ended = waitpid(process, &status, 0)) == -1 && errno == EINTR) continue;
     if (ended == -1) SayError(SystemFailure("the command cannot run").what);
     if (ended == -1) return 1;
-    if (interrupted != 0) std::cout << "\n";
+    if (ctrl_c != 0) std::cout << "\n";
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);  // as shells tell it
 }
 }  // namespace

@@ -22,7 +22,7 @@ Words Resettable()
     return names;
 }
 
-Failure CheckPatterns(const Options& options, const Words& words, const Words& all)
+Failure CheckBreadth(const Options& options, const Words& words, const Words& all)
 {
     for (const std::string& word : words)
         if (HasWildcards(word) && !options.all &&
@@ -75,11 +75,11 @@ Failure PlanReset(const Options& options, const Words& names, const Words& given
     return {};
 }
 
-Failure Plan(const Options& options, const Words& words, Assignments* pairs)
+Failure ReadReset(const Options& options, const Words& words, Assignments* pairs)
 {
     const Words all = Resettable();
     Words names;
-    if (Failure failure = CheckPatterns(options, words, all)) return failure;
+    if (Failure failure = CheckBreadth(options, words, all)) return failure;
     if (Failure failure = ReadNames(options, words, "object that can be set", all, &names)) return failure;
     for (const std::string& name : names)
         if (Failure failure = CheckName(name)) return failure;
@@ -92,7 +92,7 @@ Failure Plan(const Options& options, const Words& words, Assignments* pairs)
 Outcome CommandReset(const Options& options, const Words& words)
 {
     Assignments pairs;
-    if (Failure failure = Plan(options, words, &pairs))
+    if (Failure failure = ReadReset(options, words, &pairs))
         return failure.code == kWrongUse ? failure
                                          : Failure{failure.code, "reset: " + failure.what + "; nothing was set"};
     Words assignments;
