@@ -152,9 +152,10 @@ enum kobd_host_control {
     KOBD_HOST_SIM_SLOW = 9,          /* object or table; values: milliseconds, times */
     KOBD_HOST_SIM_LIST = 10,         /* value: how many to leave out; reply: three texts for each thing simulated */
     KOBD_HOST_SIM_CLEAR = 11,        /* no item; ends all of it */
-    KOBD_HOST_FAILED = 13 /* no item; the reply has what the router could not set in the last request of this client:
-                             object, or table and index; value: how many objects or rows the request had set
-                             before. 1: nothing is known */
+    KOBD_HOST_FAILED = 13 /* no item; the reply has what the router could not set in the last request of this client,
+                             or, of a dump, the row behind which it could not read the next one: object, or table
+                             and index; value: how many objects or rows the request had set before. 1: nothing is
+                             known */
 };
 
 /* As kobd_call. */

@@ -85,7 +85,8 @@ enum HostControlId : uint16_t
 
     kHostTap = 12,  // 2:identifier of a shared memory, into which all messages are copied (host/bus/tap_ring.h)
 
-    // Of the sender's last request: what the router could not set, and how many objects or rows it had set before.
+    // Of the sender's last request: what the router could not set, or the row behind which it could not list the next
+    // one, and how many objects or rows the request had set before.
     kHostFailed = 13,  // no item is looked at  -> 1:object, or 3:table 4:index, 2:how many
 };
 

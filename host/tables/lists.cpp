@@ -222,8 +222,11 @@ int ListNext(size_t list, int32_t previous, void* row)
 try
 {
     List& in = AllLists()[list];
-    if (const int code = SimAskTable(in.number, SimOperation::kNext)) return code;
-    return HandOut(in, in.rows.Next(previous), row);
+    const Row* next = in.rows.Next(previous);
+    int code = SimAskTable(in.number, SimOperation::kNext);
+    if (code == 0 && next == nullptr) return kIndexNotFound;
+    if (code == 0) code = HandOut(in, next, row);
+    return code == 0 ? 0 : NoteChange({SimKind::kTable, in.number}, previous, code);
 }
 catch (const std::bad_alloc&)
 {
