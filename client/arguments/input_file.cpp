@@ -43,10 +43,10 @@ bool ReadAll(FILE* file, std::string* bytes)
 Words LineTexts(const InputFile& file, const LineErrors& errors, size_t most)
 {
     Words texts;
-    for (const auto& [line, what] : errors)
+    for (const auto& [line, error] : errors)
     {
         if (texts.size() == most) break;
-        texts.push_back(file.name + ":" + std::to_string(line) + ": " + what);
+        texts.push_back(file.name + ":" + std::to_string(line) + ": " + error.what);
     }
     if (errors.size() > texts.size()) texts.push_back("and " + std::to_string(errors.size() - texts.size()) + " more");
     return texts;

@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <map>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "client/arguments/words.h"
 
@@ -23,8 +25,22 @@ Failure ReadInput(const std::string& path, InputFile* file);
 // Appends what is left to read of the open file. False with errno when it cannot be read.
 [[nodiscard]] bool ReadAll(FILE* file, std::string* bytes);
 
-// What is wrong with lines of such a file, by their numbers from 1.
-using LineErrors = std::multimap<size_t, std::string>;
+// What is wrong with a line. It begins with "NAME=VALUE: " where a value is wrong, perhaps behind the name of its
+// table.
+struct LineError
+{
+    LineError(std::string text, std::string of = "", std::optional<std::string> wrong = {})
+        : what(std::move(text)), name(std::move(of)), value(std::move(wrong))
+    {
+    }
+
+    std::string what;
+    std::string name = {};                  // of the object, table or column; empty: not known
+    std::optional<std::string> value = {};  // nothing: not known
+};
+
+// The same of such a file, by the numbers of its lines from 1.
+using LineErrors = std::multimap<size_t, LineError>;
 
 // "FILE:LINE: WHAT" for each error, and how many there are beyond `most`.
 Words LineTexts(const InputFile& file, const LineErrors& errors, size_t most = SIZE_MAX);

@@ -20,12 +20,14 @@ enum Verdict
 // The verdicts so far, and the worst of them.
 struct Judgement
 {
-    void Say(Verdict verdict, const std::string& item, const std::string& why)
+    // `what` names the item in parts: "name" and "value", or "table", "index", "column" and "value".
+    void Say(Verdict verdict, const Json& what, const std::string& item, const std::string& why)
     {
         static constexpr const char* kWords[] = {"ok", "open", "refused"};
         static constexpr Colour kColours[] = {Colour::kGreen, Colour::kYellow, Colour::kRed};
         static constexpr size_t kWidth = 9;
-        data.push_back({{"item", item}, {"verdict", kWords[verdict]}, {"why", why}});
+        data.push_back(what);
+        data.back().update({{"item", item}, {"verdict", kWords[verdict]}, {"reason", why}});
         text += Coloured(kColours[verdict], kWords[verdict], kWidth) + item + (why.empty() ? "" : ": ") + why + "\n";
         worst = std::max(worst, verdict);
     }
@@ -35,6 +37,11 @@ struct Judgement
     Verdict worst = kOk;
 };
 
+Json JsonOf(const Assignment& pair)
+{
+    return {{"name", pair.name}, {"value", ValueJson(kobd_describe(pair.name.c_str()), pair.value)}};
+}
+
 std::string DecidedBy(const std::string& check)
 {
     return "the daemon decides (" + check + ")" + RuleOf(check, "; it takes ");
@@ -42,12 +49,12 @@ std::string DecidedBy(const std::string& check)
 
 // Judges an item: `wrong` is what the dictionary says against it, `check` the name of the check that it has; both may
 // be empty. Drops the item from the start of `wrong`, because the line shows it already.
-void JudgeItem(const std::string& shown, const Assignment& item, std::string wrong, const char* check,
+void JudgeItem(const Json& what, const std::string& shown, const Assignment& item, std::string wrong, const char* check,
                Judgement* judgement)
 {
     if (wrong.starts_with(item.Text() + ": ")) wrong.erase(0, item.Text().size() + 2);
-    if (!wrong.empty()) return judgement->Say(kRefused, shown, wrong);
-    judgement->Say(*check == 0 ? kOk : kOpen, shown, *check == 0 ? "" : DecidedBy(check));
+    if (!wrong.empty()) return judgement->Say(kRefused, what, shown, wrong);
+    judgement->Say(*check == 0 ? kOk : kOpen, what, shown, *check == 0 ? "" : DecidedBy(check));
 }
 
 void JudgeObjects(const Assignments& pairs, Judgement* judgement)
@@ -56,18 +63,20 @@ void JudgeObjects(const Assignments& pairs, Judgement* judgement)
     {
         const ObjectEntry* object = FindObject(pair.name);
         const bool checked = object != nullptr && object->validator != nullptr;
-        JudgeItem(pair.Text(), pair, WhatIsWrong(pair.name, pair.value), checked ? object->validator : "", judgement);
+        JudgeItem(JsonOf(pair), pair.Text(), pair, WhatIsWrong(pair.name, pair.value), checked ? object->validator : "",
+                  judgement);
     }
-    if (!FitsOneRequest(SetItems(pairs))) judgement->Say(kRefused, "all of them", TooLarge("these values"));
+    if (!FitsOneRequest(SetItems(pairs)))
+        judgement->Say(kRefused, Json::object(), "all of them", TooLarge("these values"));
 }
 
 void JudgeRow(const Options& options, const RowAddress& row, Judgement* judgement)
 {
-    if (!row.table->Has(kSet)) return judgement->Say(kRefused, row.Text(), NoOperation(*row.table, kSet));
+    if (!row.table->Has(kSet)) return judgement->Say(kRefused, JsonOf(row), row.Text(), NoOperation(*row.table, kSet));
     std::string missing;
     const Failure failure = FindMissingRow(options, "cannot tell whether this row exists", {row}, &missing);
-    if (failure) return judgement->Say(kOpen, row.Text(), failure.what);
-    JudgeItem(row.Text(), {}, missing, row.table->validator, judgement);
+    if (failure) return judgement->Say(kOpen, JsonOf(row), row.Text(), failure.what);
+    JudgeItem(JsonOf(row), row.Text(), {}, missing, row.table->validator, judgement);
 }
 
 void JudgeChange(const Options& options, const RowChange& change, Judgement* judgement)
@@ -76,7 +85,11 @@ void JudgeChange(const Options& options, const RowChange& change, Judgement* jud
     for (const Assignment& pair : change.values)
     {
         const std::string wrong = JudgeCell(*change.row.table, pair.name, pair.value).Text(pair.name, pair.value);
-        JudgeItem(change.row.Text() + " " + pair.Text(), pair, wrong, "", judgement);
+        Json what = JsonOf(change.row);
+        what.update(
+            {{"column", pair.name},
+             {"value", ValueJson(kobd_describe_column(change.row.table->name, pair.name.c_str()), pair.value)}});
+        JudgeItem(what, change.row.Text() + " " + pair.Text(), pair, wrong, "", judgement);
     }
 }
 

@@ -9,6 +9,8 @@
 #include "client/arguments/command_line.h"
 #include "client/dictionary/dictionary.h"
 #include "client/output/outcome.h"
+#include "client/rows/row_address.h"
+#include "client/state/past_changes.h"
 
 namespace kobd::client
 {
@@ -48,14 +50,17 @@ int RunPrompt();
 Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone,
                       const Words& simulated = {});
 
-// A name with its kind, its meaning and its unit, of which the last two may be NULL.
+// A name, or "TABLE COLUMN", with its kind, its meaning and its unit, of which the last two may be NULL.
 Json MeaningJson(const std::string& name, const char* kind, const char* meaning, const char* unit);
 
 // The meaning with the unit behind it.
 std::string MeaningText(const char* meaning, const char* unit);
 
-// What history shows, for a program: a pattern that matches nothing is no error.
-Outcome HistoryOutcome(const Options& options, const Words& words);
+// A row as the JSON of every command names it.
+inline Json JsonOf(const RowAddress& row) { return {{"table", row.table->name}, {"index", row.index}}; }
+
+// The changes that history shows.
+Failure ReadAskedChanges(const Options& options, const Words& words, std::vector<PastChange>* changes);
 
 // What describe and table describe show of a table.
 Outcome DescribedTable(const TableEntry& table);

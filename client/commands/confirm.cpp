@@ -11,24 +11,25 @@ Outcome CommandConfirm(const Options& options, const Words&)
 {
     PendingSet pending;
     if (const Failure& error = pending.Error()) return Failure{error.code, "confirm: " + error.what};
-    if (options.resume && (!pending.IsPending() || StartWaiting())) return {};
+    const bool waits = options.resume && pending.IsPending();
+    if (options.resume && (!waits || StartWaiting())) return {{{"waiting", waits}}, ""};
     if (options.resume) return SystemFailure("confirm --resume");
     if (!pending.IsPending() && pending.Refused().empty())
         return Failure{kInvalidArgument, pending.Ended().empty() ? "there is nothing to confirm"
                                                                  : "too late to confirm: " + pending.Ended()};
     if (!pending.IsPending())
     {
-        const std::string refused = pending.Refused();
+        Outcome outcome({{"forgotten", pending.RefusedNames()}}, "forgotten: " + pending.Refused() + "\n");
         if (const Failure failure = pending.Withdraw()) return Failure{failure.code, "confirm: " + failure.what};
-        return {{}, "forgotten: " + refused + "\n"};
+        return outcome;
     }
     if (pending.IsOverdue())
     {
         const Failure failure = pending.TakeBack(options);
         return Failure{kInvalidArgument, "too late to confirm: " + (failure ? failure.what : pending.Restored())};
     }
-    const std::string names = pending.Names();
+    const Words names = pending.PendingNames();
     if (const Failure failure = pending.Withdraw()) return Failure{failure.code, "confirm: " + failure.what};
-    return {{}, "kept: " + names + "\n"};
+    return {{{"kept", names}}, "kept: " + Joined(names) + "\n"};
 }
 }  // namespace kobd::client

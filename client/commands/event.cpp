@@ -8,6 +8,8 @@ Outcome CommandEvent(const Options& options, const Words& words)
 {
     const NetworkEvent* event = nullptr;
     if (Failure failure = FindEvent(words[0], &event)) return failure;
-    return SendEvent(options, *event, words.size() > 1 ? words[1] : "");
+    const std::string text = words.size() > 1 ? words[1] : "";
+    if (Failure failure = SendEvent(options, *event, text)) return failure;
+    return {{{"sent", event->name}, {"text", text}}, ""};
 }
 }  // namespace kobd::client

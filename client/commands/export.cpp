@@ -32,7 +32,7 @@ Outcome CommandExport(const Options& options, const Words& words)
     if (words.empty() || words[0] == "-") return outcome;
     outcome.failure = Save(words[0], options.json ? JsonLine(outcome.data) : outcome.text);
     outcome.text.clear();
-    outcome.data = {};
+    outcome.data = outcome.failure ? Json() : Json{{"written", words[0]}};
     return outcome;
 }
 }  // namespace kobd::client

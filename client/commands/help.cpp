@@ -70,13 +70,15 @@ std::string Page(const Command& command)
     return "kobctl " + Usage(command) + ": " + command.summary + "\n\n" +
            (command.run == nullptr ? SecondCommands(command) + "\n" : "") + details;
 }
+
+Outcome HelpOutcome(const std::string& text) { return {{{"help", text}}, text}; }
 }  // namespace
 
 Outcome CommandHelp(const Options&, const Words& words)
 {
-    if (words.empty() || words[0] == "help") return {{}, Overview()};
+    if (words.empty() || words[0] == "help") return HelpOutcome(Overview());
     const Command* command = FindNamed(Commands(), words[0]);
-    if (command != nullptr) return {{}, Page(*command)};
+    if (command != nullptr) return HelpOutcome(Page(*command));
     return Failure{kWrongUse, "there is no command " + words[0] + DidYouMean(words[0], AllNames(Commands()))};
 }
 }  // namespace kobd::client

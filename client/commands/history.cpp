@@ -20,14 +20,35 @@ std::string WhatText(const PastChange& change)
     return quoted(change.old) + " -> " + quoted(change.now);
 }
 
+// Which object, row, column of a row, or key of a store has changed.
+Json WhatJson(const PastChange& change)
+{
+    if (change.kind == "object") return {{"name", change.name}};
+    if (!change.IsRow()) return {{"store", change.kind}, {"key", change.name}};
+    Json what = {{"table", change.name}, {"index", change.number}};
+    if (!change.IsRowItself()) what["column"] = change.field;
+    return what;
+}
+
 Json JsonOf(const PastChange& change)
 {
-    const auto text_or_null = [](const std::optional<std::string>& text) { return text ? Json(*text) : Json(); };
-    return {{"commit", change.batch},          {"time", change.time},
-            {"process", change.process},       {"program", change.program},
-            {"what", change.Name()},           {"old", text_or_null(change.old)},
-            {"new", text_or_null(change.now)}, {"undo", change.step != 0 ? Json(change.step) : Json()}};
+    Json json = {
+        {"commit", change.batch}, {"time", change.time}, {"process", change.process}, {"program", change.program}};
+    json.update(WhatJson(change));
+    const kobd_description* described = change.kind == "object" ? kobd_describe(change.name.c_str())
+                                        : change.IsRow()
+                                            ? kobd_describe_column(change.name.c_str(), change.field.c_str())
+                                            : nullptr;
+    const auto value_or_null = [&](const std::optional<std::string>& text)
+    { return text ? ValueJson(described, *text) : Json(); };
+    if (change.IsRowItself())
+        json["row"] = WhatText(change);
+    else
+        json.update({{"old", value_or_null(change.old)}, {"new", value_or_null(change.now)}});
+    json["undo"] = change.step != 0 ? Json(change.step) : Json();
+    return json;
 }
+
 // Whether something of this name could have changed: an object, a row of a table, or a key of a store.
 bool IsKnown(const std::string& pattern)
 {
@@ -39,15 +60,26 @@ bool IsKnown(const std::string& pattern)
 }
 }  // namespace
 
-Outcome HistoryOutcome(const Options& options, const Words& words)
+Failure ReadAskedChanges(const Options& options, const Words& words, std::vector<PastChange>* changes)
 {
     UseStateToShow();
-    std::vector<PastChange> changes;
-    if (Failure failure = ReadPastChanges(&changes)) return Failure{failure.code, "history: " + failure.what};
+    if (Failure failure = ReadPastChanges(changes)) return {failure.code, "history: " + failure.what};
     if (!words.empty())
-        std::erase_if(changes, [&](const PastChange& change) { return !MatchesName(words[0], change.Name()); });
-    if (options.count > 0 && changes.size() > static_cast<size_t>(options.count))
-        changes.erase(changes.begin(), changes.end() - options.count);
+        std::erase_if(*changes, [&](const PastChange& change) { return !MatchesName(words[0], change.Name()); });
+    if (options.count > 0 && changes->size() > static_cast<size_t>(options.count))
+        changes->erase(changes->begin(), changes->end() - options.count);
+    return {};
+}
+
+Outcome CommandHistory(const Options& options, const Words& words)
+{
+    std::vector<PastChange> changes;
+    if (Failure failure = ReadAskedChanges(options, words, &changes)) return failure;
+    const bool all = words.empty() || words[0].empty();
+    if (changes.empty() && !all && !IsKnown(words[0]))
+        return Failure{kNotFound,
+                       "no object, table or key matches '" + words[0] + "'" + DidYouMean(words[0], KnownNames())};
+    if (changes.empty()) SayError("no change" + (all ? "" : " of " + words[0]) + " is recorded");
     Outcome outcome(Json::array(), "");
     for (const PastChange& change : changes)
     {
@@ -56,18 +88,6 @@ Outcome HistoryOutcome(const Options& options, const Words& words)
                         change.program + " (" + std::to_string(change.process) + ")  " + change.Name() + ": " +
                         WhatText(change) + "\n";
     }
-    return outcome;
-}
-
-Outcome CommandHistory(const Options& options, const Words& words)
-{
-    Outcome outcome = HistoryOutcome(options, words);
-    if (outcome.failure || !outcome.data.empty()) return outcome;
-    if (!words.empty() && !IsKnown(words[0]))
-        return Failure{kNotFound,
-                       "no object, table or key matches '" + words[0] + "'" + DidYouMean(words[0], KnownNames())};
-    const bool all = words.empty() || words[0].empty();
-    SayError("no change" + (all ? "" : " of " + words[0]) + " is recorded");
     return outcome;
 }
 }  // namespace kobd::client

@@ -47,7 +47,7 @@ public:
         if (!lost_.empty()) return;
         const std::string name = plan.table->name;
         if (const Failure failure = ReplaceRows(options_, plan))
-            return (void)refused_tables_.emplace(plan.line, name + ": " + failure.what);
+            return (void)refused_tables_.emplace(plan.line, LineError(name + ": " + failure.what, name));
         Say(plan.line, name + ": rows set");
         ++tables_;
     }
@@ -69,10 +69,12 @@ public:
     Outcome Finish() const
     {
         LineErrors refused = refused_tables_;
-        for (const auto& [value, reason] : refused_) refused.emplace(value->line, reason);
+        for (const auto& [value, reason] : refused_)
+            refused.emplace(value->line, LineError(reason, value->name, value->value));
         Outcome outcome({{"values_set", values_}, {"tables_set", tables_}, {"refused", refused.size()}},
                         Counted(values_, "value") + " and the rows of " + Counted(tables_, "table") + " set, " +
                             Counted(refused.size(), "line") + " refused\n");
+        if (!refused.empty()) outcome.data["mistakes"] = MistakesJson(refused);
         outcome.notes = LineTexts(file_, refused);
         if (!lost_.empty()) outcome.failure = {kSystemError, "import: " + lost_ + "; what was set before is listed"};
         return outcome;
@@ -137,25 +139,69 @@ std::string RowText(const std::string& table, const Assignments& values)
     return text;
 }
 
+Json CellsJson(const TableEntry& table, const Assignments& values, bool keep_empty = false)
+{
+    Json cells = Json::object();
+    for (const auto& [column, value] : values)
+        if (keep_empty || !value.empty())
+            cells[column] = ValueJson(kobd_describe_column(table.name, column.c_str()), value);
+    return cells;
+}
+
+// The rows that are set in place, by their index, with the cells that change.
+Json RowsInPlace(const TablePlan& plan)
+{
+    Json rows = Json::array();
+    for (size_t i = 0; i < std::min(plan.old.size(), plan.wanted.size()); ++i)
+    {
+        const Assignments now = Missing(plan.old[i], plan.wanted[i]);
+        Assignments was;
+        for (const Assignment& cell : now) was.push_back({cell.name, plan.old[i].ValueOf(cell.name)});
+        if (!now.empty())
+            rows.push_back({{"index", plan.old[i].index},
+                            {"old", CellsJson(*plan.table, was, true)},
+                            {"new", CellsJson(*plan.table, now, true)}});
+    }
+    return rows;
+}
+
+// The rows that go, with null as "new"; then those that come, without an index and with null as "old". A row that goes
+// and comes again as it was is left out.
+Json RowsReplaced(const TablePlan& plan)
+{
+    Json old = Json::array();
+    Json wanted = Json::array();
+    Json rows = Json::array();
+    for (const Row& row : plan.old) old.push_back(CellsJson(*plan.table, ExportedValues(*plan.table, row)));
+    for (const Assignments& row : plan.wanted) wanted.push_back(CellsJson(*plan.table, row));
+    for (size_t i = 0; i < old.size(); ++i)
+        if (std::ranges::find(wanted, old[i]) == wanted.end())
+            rows.push_back({{"index", plan.old[i].index}, {"old", old[i]}, {"new", nullptr}});
+    for (const Json& row : wanted)
+        if (std::ranges::find(old, row) == old.end())
+            rows.push_back({{"index", nullptr}, {"old", nullptr}, {"new", row}});
+    return rows;
+}
+
 // What an import would change. A row that only changes is one that goes and one that comes; one that goes and comes
 // again as it was is not shown.
 Outcome Differences(const ImportPlan& plan, const RouterState& router)
 {
-    Outcome outcome = {{{"values", Json::object()}, {"tables", Json::object()}}, ""};
+    Outcome outcome = {{{"objects", Json::object()}, {"tables", Json::object()}}, ""};
     for (const FileValue* value : plan.values)
     {
         const auto old = router.values.find(value->name);
         const bool known = old != router.values.end();
         const kobd_description* object = kobd_describe(value->name.c_str());
-        outcome.data["values"][value->name] = {{"old", known ? ValueJson(object, old->second) : Json()},
-                                               {"new", ValueJson(object, value->value)}};
+        outcome.data["objects"][value->name] = {{"old", known ? ValueJson(object, old->second) : Json()},
+                                                {"new", ValueJson(object, value->value)}};
         if (known) outcome.text += DiffLine('-', Assignment{value->name, old->second}.Text());
         outcome.text += DiffLine('+', Assignment{value->name, value->value}.Text());
     }
     for (const TablePlan& table : plan.tables)
     {
         const std::string name = table.table->name;
-        outcome.data["tables"][name] = {{"rows_that_go", table.old.size()}, {"rows_that_come", table.wanted.size()}};
+        outcome.data["tables"][name] = table.InPlace() ? RowsInPlace(table) : RowsReplaced(table);
         Words old;
         Words wanted;
         for (const Row& row : table.old) old.push_back(RowText(name, ExportedValues(*table.table, row)));
@@ -188,6 +234,7 @@ Outcome CommandImport(const Options& options, const Words& words)
     Outcome outcome = Failure{kInvalidArgument, "import: " + input.name + " has " + Counted(errors.size(), "mistake") +
                                                     "; nothing was changed"};
     outcome.notes = LineTexts(input, errors, kMistakesShown);
+    outcome.mistakes = MistakesJson(errors);
     return outcome;
 }
 }  // namespace kobd::client

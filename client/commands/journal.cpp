@@ -25,7 +25,7 @@ void PrintLines(const Options& options, const std::string& path, std::streamoff*
     file.seekg(*place);
     for (std::string line; std::getline(file, line) && !file.eof();)
     {
-        (void)Print(options, {line, Shown(line) + "\n"});
+        (void)Print(options, {{{"text", line}}, Shown(line) + "\n"});
         *place = file.tellg();
         if (++*printed == options.count) break;
     }

@@ -14,13 +14,20 @@ namespace kobd::client
 {
 namespace
 {
-// The positions of the name in the dictionary: "7", or "7 and 12" for a name that stands there twice.
-std::string Positions(const std::string& name)
+// The positions of the name in the dictionary: 7, or 7 and 12 for a name that stands there twice.
+std::vector<size_t> Positions(const std::string& name)
 {
-    std::string positions;
+    std::vector<size_t> positions;
     for (size_t i = 0; i < kObjectRows.size(); ++i)
-        if (name == kObjectRows[i].name) positions += (positions.empty() ? "" : " and ") + std::to_string(i + 1);
+        if (name == kObjectRows[i].name) positions.push_back(i + 1);
     return positions;
+}
+
+std::string PositionsText(const std::vector<size_t>& positions)
+{
+    std::string text;
+    for (const size_t position : positions) text += (text.empty() ? "" : " and ") + std::to_string(position);
+    return text + (positions.size() > 1 ? " (requests reach the first)" : "");
 }
 
 std::string Field(const char* name, const std::string& value)
@@ -34,8 +41,7 @@ std::string Field(const char* name, const std::string& value)
 Outcome DescribedObject(const ObjectEntry& object)
 {
     const kobd_description& described = *kobd_describe(object.name);
-    const std::string positions = Positions(object.name);
-    const bool twice = positions.find(' ') != std::string::npos;
+    const std::vector<size_t> positions = Positions(object.name);
     const std::string meaning = described.meaning != nullptr ? described.meaning : "";
     const std::string unit = described.unit != nullptr ? described.unit : "";
     const std::string check = described.check != nullptr ? described.check : "";
@@ -48,11 +54,11 @@ Outcome DescribedObject(const ObjectEntry& object)
              {"accepts", described.accepts},
              {"limitation", object.limitation != nullptr ? object.limitation : ""},
              {"validator", check},
-             {"position", positions}},
+             {"positions", positions}},
             std::string(object.name) + "\n" + Field("meaning", meaning) + Field("unit", unit) +
                 Field("type", described.type) + Field("access", described.access) +
                 Field("accepts", described.accepts) + Field("checked", check.empty() ? "" : "by " + check) +
-                Field("position", positions + (twice ? " (requests reach the first)" : ""))};
+                Field("position", PositionsText(positions))};
 }
 }  // namespace
 

@@ -42,9 +42,9 @@ std::string Program(const kobd_tapped& message)
 Asked Beginning(const kobd_tapped& message, const MessageContent& content)
 {
     Asked asked;
-    asked.json = {
-        {"time", TimeText(message.time_us, true)}, {"process", message.process},      {"program", message.program},
-        {"module", ModuleName(message.module)},    {"message", MessageName(message)}, {"items", content.json}};
+    asked.json = {{"time", TimeJson(message.time_us)}, {"process", message.process},
+                  {"program", message.program},        {"module", ModuleName(message.module)},
+                  {"message", MessageName(message)},   {"items", content.json}};
     const bool sent = message.kind == KOBD_TAP_SENT;
     asked.text = TimeText(message.time_us, true) + "  " + Program(message) + "  " +
                  (sent ? "to " + ModuleName(message.module) + ": " : "") + MessageName(message) +
@@ -55,7 +55,7 @@ Asked Beginning(const kobd_tapped& message, const MessageContent& content)
 void AddAnswer(const kobd_tapped& message, const MessageContent& content, Asked* asked)
 {
     const int result = ResultOf(message);
-    asked->json["result"] = result;
+    asked->json["code"] = result;
     asked->json["answer"] = content.json;
     asked->json["took_us"] = static_cast<double>(message.took_ns) / 1000;
     asked->text += " -> " +

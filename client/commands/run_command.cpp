@@ -47,7 +47,7 @@ Failure CheckWords(const Command& command, const CommandLine& line)
 // Runs the command that the line begins with. `first` becomes its first word, for the help that an error names.
 Outcome Run(CommandLine line, std::string* first)
 {
-    if (line.words.empty() && line.options.version) return {{}, "kobctl " KOBD_VERSION "\n"};
+    if (line.words.empty() && line.options.version) return {{{"version", KOBD_VERSION}}, "kobctl " KOBD_VERSION "\n"};
     if (line.words.empty() && !line.options.help) return Failure{kWrongUse, "no command given"};
     const std::string name = line.words.empty() ? "help" : line.words[0];
     const Command* command = FindNamed(kCommands, name);

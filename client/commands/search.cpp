@@ -110,9 +110,11 @@ private:
 
 Json MeaningJson(const std::string& name, const char* kind, const char* meaning, const char* unit)
 {
-    Json json = {{"name", name}, {"kind", kind}};
-    if (meaning != nullptr) json["meaning"] = meaning;
-    if (unit != nullptr) json["unit"] = unit;
+    const size_t blank = name.find(' ');  // of a column
+    Json json = blank == name.npos ? Json{{"name", name}}
+                                   : Json{{"table", name.substr(0, blank)}, {"column", name.substr(blank + 1)}};
+    json.update(
+        {{"kind", kind}, {"meaning", meaning != nullptr ? meaning : ""}, {"unit", unit != nullptr ? unit : ""}});
     return json;
 }
 

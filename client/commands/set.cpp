@@ -87,16 +87,15 @@ Failure Send(const Options& options, const Assignments& pairs, Response* respons
 // What was set; with --diff also what was there before, where it is known and differs.
 Outcome SetOutcome(const Options& options, const Assignments& pairs, const Values& before)
 {
-    Outcome outcome;
+    Outcome outcome({{"set", ValuesJson(pairs)}}, "");
     for (const Assignment& pair : pairs)
     {
+        if (!options.diff) continue;
         const kobd_description* object = kobd_describe(pair.name.c_str());
         const auto old = before.find(pair.name);
         const bool known = old != before.end();
-        Json now = ValueJson(object, pair.value);
-        outcome.data[pair.name] = now;
-        if (!options.diff) continue;
-        outcome.data[pair.name] = {{"old", known ? ValueJson(object, old->second) : Json()}, {"new", std::move(now)}};
+        outcome.data["set"][pair.name] = {{"old", known ? ValueJson(object, old->second) : Json()},
+                                          {"new", ValueJson(object, pair.value)}};
         if (known && old->second == pair.value) continue;
         if (known) outcome.text += DiffLine('-', pair.name + "=" + old->second);
         outcome.text += DiffLine('+', pair.Text());
@@ -119,7 +118,7 @@ Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
     {
         pending.NoteNewValues(options);
         outcome = SetOutcome(options, pairs, before);
-        outcome.data = {{"set", outcome.data}, {"confirm_within", options.confirm_s}};
+        outcome.data["confirm_within"] = options.confirm_s;
         outcome.text += said + "\n";
         AddNotSaved("set", &outcome);
         return outcome;
@@ -150,6 +149,7 @@ Outcome CommandSet(const Options& options, const Words& words)
 Outcome CommandCommit(const Options& options, const Words&)
 {
     Outcome outcome = FailureOfChange(Call(options, KOBD_UPDATE, {}), "commit");
+    if (!outcome.failure) outcome.data = {{"committed", true}};
     AddNotSaved("committed", &outcome);
     return outcome;
 }

@@ -40,14 +40,24 @@ Numbers NumbersOf(const std::string& how)
 
 std::string Often(int times) { return times == 0 ? "always" : times == 1 ? "once" : std::to_string(times) + " times"; }
 
+// The object, table or network by name; nothing of the commit, which has none.
+Json NamedJson(const std::string& name)
+{
+    return name.empty() ? Json::object() : Json{{FindTable(name) != nullptr ? "table" : "name", name}};
+}
+
 // The line for a person, and its data.
 std::string LineText(const SimLine& line, Json* data)
 {
-    *data = {{"name", line.name}, {"what", line.what}};
+    *data = NamedJson(line.name);
+    (*data)["what"] = line.what;
     if (line.what == "value" || line.what == "network" || line.what == "row")
     {
-        (*data)[line.what == "row" ? "row" : "value"] = line.how;
         const std::string how = Shown(line.how);
+        const size_t blank = line.how.find(' ');  // of a row: "8 added"
+        if (line.what != "row") (*data)["value"] = ValueJson(kobd_describe(line.name.c_str()), line.how);
+        if (line.what == "row") (*data)["index"] = NumberJson(line.how.substr(0, blank));
+        if (line.what == "row") (*data)["row"] = line.how.substr(blank + 1);
         if (line.what == "value") return line.name + "=" + how;
         return line.name + " " + (line.what == "row" ? "row " : "network is ") + how;
     }
@@ -61,16 +71,41 @@ std::string LineText(const SimLine& line, Json* data)
 }
 }  // namespace
 
-Outcome SimSet(const Options& options, const Words& words) { return Send("set", options, words); }
-Outcome SimFail(const Options& options, const Words& words) { return Send("fail", options, words); }
-Outcome SimSlow(const Options& options, const Words& words) { return Send("slow", options, words); }
-Outcome SimClear(const Options& options, const Words& words) { return Send("clear", options, words); }
+Outcome SimSet(const Options& options, const Words& words)
+{
+    Assignments pairs;
+    if (Failure failure = Send("set", options, words)) return failure;
+    if (Failure failure = ReadAssignments("sim set", words, &pairs)) return failure;
+    return {{{"set", ValuesJson(pairs)}}, ""};
+}
+
+Outcome SimFail(const Options& options, const Words& words)
+{
+    if (Failure failure = Send("fail", options, words)) return failure;
+    Json data = NamedJson(words.size() > 1 ? words[0] : "");
+    data.update({{"what", words.back()}, {"code", options.code}, {"times", options.times}});
+    return {std::move(data), ""};
+}
+
+Outcome SimSlow(const Options& options, const Words& words)
+{
+    if (Failure failure = Send("slow", options, words)) return failure;
+    Json data = NamedJson(words[0]);
+    data.update({{"what", "slow"}, {"milliseconds", NumberJson(words[1])}, {"times", options.times}});
+    return {std::move(data), ""};
+}
+
+Outcome SimClear(const Options& options, const Words& words)
+{
+    if (Failure failure = Send("clear", options, words)) return failure;
+    return {{{"cleared", true}}, ""};
+}
 
 Outcome SimRow(const Options& options, const Words& words)
 {
     Items answer;
     if (Failure failure = Send("row", options, words, &answer)) return failure;
-    if (answer.empty() || !answer[0].number) return {};
+    if (answer.empty() || !answer[0].number) return {{{"table", words[0]}, {"index", NumberJson(words[2])}}, ""};
     return {{{"table", words[0]}, {"index", *answer[0].number}}, std::to_string(*answer[0].number) + "\n"};
 }
 

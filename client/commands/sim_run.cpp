@@ -77,7 +77,7 @@ private:
         text_ = step.text;
         if (terminal_) return ShowTime();
         (void)Print(options_,
-                    {{{"time", step.at}, {"line", step.line}, {"step", step.text}}, time + Shown(step.text) + "\n"});
+                    {{{"at", step.at}, {"line", step.line}, {"step", step.text}}, time + Shown(step.text) + "\n"});
         fflush(stdout);
     }
 
@@ -194,6 +194,7 @@ Outcome SimRun(const Options& options, const Words& words)
     ReadScenario(file, &scenario, &errors);
     Outcome outcome;
     outcome.notes = LineTexts(file, errors);
+    if (!errors.empty()) outcome.mistakes = MistakesJson(errors);
     if (!errors.empty())
     {
         outcome.failure = {kWrongUse,

@@ -32,6 +32,8 @@ Outcome Get(const std::string& store, const Words& keys)
             missing.push_back(store + " has no " + key);
     }
     Outcome outcome = ValuesOutcome(found, keys.size() == 1);
+    for (const std::string& key : keys)
+        if (!outcome.data.contains(key)) outcome.data[key] = nullptr;
     outcome.notes = missing;
     return outcome;
 }
@@ -45,7 +47,9 @@ Outcome Set(const std::string& store, const Words& words)
     for (const auto& [key, value] : pairs)
         if (const std::string why = host::StoreSet(store.c_str(), key, value, getpid()); !why.empty())
             return Failure{kSystemError, store + " set " + key + ": not set: " + why};
-    return {};
+    Outcome outcome({{"set", Json::object()}}, "");
+    for (const auto& [key, value] : pairs) outcome.data["set"][key] = value;
+    return outcome;
 }
 }  // namespace
 

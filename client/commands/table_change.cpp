@@ -41,8 +41,6 @@ void NoteOldPorts(const RowChange& change)
     SayError("note: SrcPort of " + change.row.Text() +
              " keeps its old ports; add SrcPort= to have it made of MinPort " + "and MaxPort");
 }
-
-Json JsonOf(const RowAddress& row) { return {{"table", row.table->name}, {"index", row.index}}; }
 }  // namespace
 
 Outcome TableSet(const Options& options, const Words& words)

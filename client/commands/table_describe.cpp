@@ -16,13 +16,13 @@ Json ColumnsJson(const TableEntry& table)
     Json columns = Json::array();
     for (const ColumnDef& column : table.layout.columns)
     {
+        const kobd_description& described = *kobd_describe_column(table.name, column.name);
         columns.push_back({{"name", column.name},
                            {"type", ColumnTypeName(column.type)},
                            {"width", FieldWidth(column)},
-                           {"takes", Takes(column)}});
-        const kobd_description& described = *kobd_describe_column(table.name, column.name);
-        if (described.meaning != nullptr) columns.back()["meaning"] = described.meaning;
-        if (described.unit != nullptr) columns.back()["unit"] = described.unit;
+                           {"accepts", Takes(column)},
+                           {"meaning", described.meaning != nullptr ? described.meaning : ""},
+                           {"unit", described.unit != nullptr ? described.unit : ""}});
         if (column.alias_of != nullptr) columns.back()["alias_of"] = column.alias_of;
     }
     return columns;
@@ -120,6 +120,6 @@ Outcome TableMax(const Options& options, const Words& name)
     if (response.items.empty() || !response.items[0].number)
         return Failure{kSystemError, "table max " + name[0] + ": the reply holds no number"};
     const int32_t most = *response.items[0].number;
-    return {{{name[0], most}}, std::to_string(most) + "\n"};
+    return {{{"table", name[0]}, {"max_rows", most}}, std::to_string(most) + "\n"};
 }
 }  // namespace kobd::client

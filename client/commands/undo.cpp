@@ -131,7 +131,7 @@ Failure CarryOut(const Options& options, const Plan& plan, const Before& before,
     {
         if (Failure failure = FailureOfChange(Call(options, KOBD_SET, SetItems(plan.objects)), "the values"))
             return failure;
-        done->push_back(NamesOf(plan.objects));
+        for (const Assignment& object : plan.objects) done->push_back(object.name);
     }
     if (!plan.set.empty())
     {

@@ -23,7 +23,7 @@ Outcome CommandWait(const Options& options, const Words&)
         left.timeout_ms = static_cast<int>(std::max<long long>(ms, 0));
         // Answered by the daemon alone, whatever its platform does.
         const Response response = Call(left, KOBD_TABLE_MAX_ROW, {Item(kTagTableName, "FlowTable")});
-        if (!response.from_bus) return {};
+        if (!response.from_bus) return {{{"answers", true}}, ""};
         if (ms > 0 && response.code != KOBD_TIMEOUT) continue;
         if (response.code != KOBD_TIMEOUT) return FailureOf(response, "wait");
         return FailureWithCode(KOBD_TIMEOUT, "wait: no answer within " + std::to_string(timeout_ms) + " ms");

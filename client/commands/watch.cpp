@@ -31,11 +31,16 @@ std::string ChangeText(const ValueChange& change)
     return Escaped(change.name) + ": " + quoted(change.old) + " -> " + quoted(change.now);
 }
 
-Json ChangeJson(const ValueChange& change)
+// `table` is that of the column that has changed, empty for an object.
+Json ChangeJson(const ValueChange& change, const std::string& table = "")
 {
+    const char* name = change.name.c_str();
+    const kobd_description* described = table.empty() ? kobd_describe(name) : kobd_describe_column(table.c_str(), name);
     const auto value_or_null = [&](const std::optional<std::string>& value)
-    { return value ? ValueJson(kobd_describe(change.name.c_str()), ShownValue(change, value)) : Json(); };
-    return {{"name", change.name}, {"old", value_or_null(change.old)}, {"new", value_or_null(change.now)}};
+    { return value ? ValueJson(described, ShownValue(change, value)) : Json(); };
+    return {{table.empty() ? "name" : "column", change.name},
+            {"old", value_or_null(change.old)},
+            {"new", value_or_null(change.now)}};
 }
 
 void Show(const Options& options, const Json& json, const std::string& line)
@@ -49,12 +54,9 @@ void ShowMessage(const Options& options, const kobd_tapped& message, const std::
     const MessageContent content = ContentOf(message, false);
     const std::string time = TimeText(message.time_us);
     std::string line = time + "  " + ModuleName(message.module) + "  " + MessageName(message);
-    Json json = {{"time", time},
-                 {"module", ModuleName(message.module)},
-                 {"id", message.id},
-                 {"event", MessageName(message)},
-                 {"process", message.process},
-                 {"program", message.program}};
+    Json json = {
+        {"time", TimeJson(message.time_us)}, {"module", ModuleName(message.module)}, {"id", message.id},
+        {"message", MessageName(message)},   {"process", message.process},           {"program", message.program}};
     for (const Json& thing : content.json) json.update(thing);
     json.erase("columns");
     if (message.id == kEventTableChanged && json.contains("table"))
@@ -64,7 +66,7 @@ void ShowMessage(const Options& options, const kobd_tapped& message, const std::
     if (!changes.empty()) json["changes"] = Json::array();
     for (const ValueChange& change : changes)
     {
-        json["changes"].push_back(ChangeJson(change));
+        json["changes"].push_back(ChangeJson(change, json.value("table", "")));
         line += (&change == &changes.front() ? "  " : ", ") + ChangeText(change);
     }
     if (message.process != 0)
@@ -144,8 +146,9 @@ Outcome WatchValues(const Options& options, const Words& patterns)
         {
             const ValueChange change = {name, before[name], value};
             if (value == before[name] || IsEnough(options, printed++)) continue;
-            const std::string time = TimeText(static_cast<int64_t>(::time(nullptr)) * 1'000'000);
-            Show(options, {{"time", time}, {"changes", {ChangeJson(change)}}}, time + "  " + ChangeText(change));
+            const int64_t time_us = static_cast<int64_t>(::time(nullptr)) * 1'000'000;
+            Show(options, {{"time", TimeJson(time_us)}, {"changes", Json::array({ChangeJson(change)})}},
+                 TimeText(time_us) + "  " + ChangeText(change));
         }
         before = now;
     }

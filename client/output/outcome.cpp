@@ -48,12 +48,15 @@ void PrintData(const Json& data)
     fwrite(line.data(), 1, line.size(), stdout);
 }
 
-void PrintFailure(const Options& options, const Failure& failure, const std::string& command)
+void PrintFailure(const Options& options, const Outcome& outcome, const std::string& command)
 {
+    const Failure& failure = outcome.failure;
     const bool wrong_use = failure.code == kWrongUse;
     const std::string help = "; see kobctl help" + (command.empty() ? "" : " " + command);
     const std::string what = failure.what + (wrong_use ? help : "");
-    if (options.json) PrintData({{"error", what}, {"code", wrong_use ? kInvalidArgument : failure.code}});
+    Json data = {{"error", what}, {"code", wrong_use ? kInvalidArgument : failure.code}};
+    if (!outcome.mistakes.is_null()) data["mistakes"] = outcome.mistakes;
+    if (options.json) PrintData(data);
     SayError(what);
 }
 }  // namespace
@@ -80,6 +83,35 @@ Json ValueJson(const kobd_description* of, const std::string& value)
     return NumberJson(value);
 }
 
+Json TimeJson(int64_t microseconds)
+{
+    constexpr int64_t kSecond = 1'000'000;
+    if (microseconds % kSecond == 0) return microseconds / kSecond;
+    return static_cast<double>(microseconds) / static_cast<double>(kSecond);
+}
+
+Json ValuesJson(const Assignments& pairs)
+{
+    Json values = Json::object();
+    for (const auto& [name, value] : pairs) values[name] = ValueJson(kobd_describe(name.c_str()), value);
+    return values;
+}
+
+Json MistakesJson(const LineErrors& errors)
+{
+    Json mistakes = Json::array();
+    for (const auto& [line, error] : errors)
+    {
+        Json& one = mistakes.emplace_back(Json{{"line", line}});
+        if (!error.name.empty()) one["name"] = error.name;
+        if (error.value) one["value"] = *error.value;
+        const std::string item = error.value ? error.name + "=" + *error.value + ": " : "";
+        const size_t at = item.empty() ? std::string::npos : error.what.find(item);
+        one["reason"] = at == std::string::npos ? error.what : error.what.substr(at + item.size());
+    }
+    return mistakes;
+}
+
 int Print(const Options& options, const Outcome& outcome, const std::string& command)
 {
     if (options.json)
@@ -87,7 +119,7 @@ int Print(const Options& options, const Outcome& outcome, const std::string& com
     else
         fwrite(outcome.text.data(), 1, outcome.text.size(), stdout);
     for (const std::string& note : outcome.notes) SayError(note);
-    if (outcome.failure) PrintFailure(options, outcome.failure, command);
+    if (outcome.failure) PrintFailure(options, outcome, command);
     if (outcome.failure) return outcome.failure.code == kWrongUse ? 2 : 1;
     return outcome.status != 0 ? outcome.status : outcome.notes.empty() ? 0 : 1;
 }

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "client/arguments/command_line.h"
+#include "client/arguments/input_file.h"
 #include "client/library/kobd_client.h"
 
 namespace kobd::client
@@ -23,6 +24,15 @@ Json NumberJson(const std::string& text);
 // The value as its type has it: a number, true or false; a text where it is none. `of` may be nullptr: a text.
 Json ValueJson(const kobd_description* of, const std::string& value);
 
+// A time as the JSON of every command has it: seconds since 1970, with their microseconds.
+Json TimeJson(int64_t microseconds);
+
+// The values of objects by name, as their types have them.
+Json ValuesJson(const Assignments& pairs);
+
+// What is wrong with lines of a file: {"line", "name", "value", "reason"}, name and value where they are known.
+Json MistakesJson(const LineErrors& errors);
+
 struct [[nodiscard]] Outcome
 {
     Outcome() = default;
@@ -33,7 +43,8 @@ struct [[nodiscard]] Outcome
     std::string text = {};                // the same for a person, in whole lines
     std::vector<std::string> notes = {};  // lines for standard error: what is missing in the data, and why
     Failure failure = {};
-    int status = 0;  // exit status where nothing failed
+    Json mistakes = {};  // with --json part of the failure: the lines that are wrong
+    int status = 0;      // exit status where nothing failed
 };
 
 // Prints the outcome and returns the exit status: 1 when something failed or is missing; 2 for wrong use; else the

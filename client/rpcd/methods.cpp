@@ -5,6 +5,7 @@
 #include "client/commands/commands.h"
 #include "client/dictionary/names.h"
 #include "client/rpcd/errors.h"
+#include "client/rpcd/reply_data.h"
 #include "client/rpcd/row_methods.h"
 #include "daemon/base/result.h"
 #include "dictionary/catalogue/secrets.h"
@@ -96,7 +97,7 @@ Json CheckValues(const Options& options, const Json& arguments)
     if (arguments.contains("table")) return CheckRow(options, arguments);
     const Words words = WordsOf(ValuesOf(arguments));
     if (words.empty()) return ErrorReply({kInvalidArgument, "no values given"});
-    return ReplyOf(CommandCheck(options, words), "checks");
+    return ReplyOf(WithChecks(CommandCheck(options, words)), "checks");
 }
 
 Json Confirm(const Options& options, const Json&)
@@ -115,7 +116,7 @@ Json Describe(const Options& options, const Json& arguments)
         return ErrorReply(failure, AskedTexts(arguments));
     Options as_json = options;  // which does without what is simulated
     as_json.json = true;
-    return ReplyOf(CommandDescribe(as_json, names), "described");
+    return ReplyOf(WithDescriptions(CommandDescribe(as_json, names)), "described");
 }
 
 Json History(const Options& options, const Json& arguments)
@@ -123,7 +124,9 @@ Json History(const Options& options, const Json& arguments)
     Options some = options;
     some.count = NumberOf(arguments, "count").value_or(0);
     const std::string pattern = TextOf(arguments, "match");
-    return ReplyOf(HistoryOutcome(some, pattern.empty() ? Words() : Words{pattern}), "changes");
+    std::vector<PastChange> changes;
+    const Failure failure = ReadAskedChanges(some, pattern.empty() ? Words() : Words{pattern}, &changes);
+    return failure ? ErrorReply(failure) : Json{{"changes", ChangesOf(changes)}};
 }
 
 Json Undo(const Options& options, const Json& arguments)

@@ -33,5 +33,6 @@ void AddNotSaved(const std::string& what, Outcome* outcome)
     if (outcome->failure || !texts || texts->size() < 2 || texts->at(1).empty()) return;
     outcome->notes.push_back(what + ", but not saved: " + texts->at(1));
     outcome->status = kNotSaved;
+    if (outcome->data.is_object()) outcome->data["saved"] = false;
 }
 }  // namespace kobd::client

@@ -16,6 +16,6 @@ bool UseDaemonsState();
 void UseStateToShow();
 
 // Where what was just changed could not be saved, adds the line "WHAT, but not saved: REASON" to the outcome, whose
-// exit status becomes 3.
+// exit status becomes 3 and whose data says so.
 void AddNotSaved(const std::string& what, Outcome* outcome);
 }  // namespace kobd::client

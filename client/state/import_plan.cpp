@@ -17,7 +17,7 @@ using FirstLines = std::map<std::string, size_t>;  // where a name stood first
 bool IsFirst(const std::string& name, size_t line, FirstLines* lines, LineErrors* errors)
 {
     const auto [found, fresh] = lines->emplace(name, line);
-    if (!fresh) errors->emplace(line, name + " is already in line " + std::to_string(found->second));
+    if (!fresh) errors->emplace(line, LineError(name + " is already in line " + std::to_string(found->second), name));
     return fresh;
 }
 
@@ -38,7 +38,7 @@ void PlanValues(const SettingsFile& file, const RouterState& router, ImportPlan*
         const auto present = router.values.find(value.name);
         if (present != router.values.end() && present->second == value.value) continue;
         if (const std::string wrong = WhyNotSet(value); !wrong.empty())
-            errors->emplace(value.line, wrong);
+            errors->emplace(value.line, LineError(wrong, value.name, value.value));
         else
             plan->values.push_back(&value);
     }
@@ -80,7 +80,8 @@ void CheckRow(const TableEntry& table, const FileRow& row, LineErrors* errors)
         if (wrong.empty() && column->alias_of != nullptr)
             wrong = value.name + " is another name of " + column->alias_of;
         if (wrong.empty() && !IsFirst(value.name, value.line, &lines, errors)) continue;
-        if (!wrong.empty()) errors->emplace(value.line, std::string(table.name) + ": " + wrong);
+        if (!wrong.empty())
+            errors->emplace(value.line, LineError(std::string(table.name) + ": " + wrong, value.name, value.value));
     }
 }
 
@@ -114,11 +115,12 @@ bool Differs(const TablePlan& plan)
 void PlanTable(const FileTable& from, const RouterState& router, ImportPlan* plan, LineErrors* errors)
 {
     const TableEntry* table = FindTable(from.name);
-    if (const std::string why = WhyNoTable(from, table); !why.empty()) return (void)errors->emplace(from.line, why);
+    if (const std::string why = WhyNoTable(from, table); !why.empty())
+        return (void)errors->emplace(from.line, LineError(why, from.name));
     const auto rows = router.rows.find(from.name);
     const std::vector<Row> present = rows != router.rows.end() ? rows->second : std::vector<Row>();
     if (const std::string why = WhyNotSoMany(*table, present.size(), from.rows.size()); !why.empty())
-        errors->emplace(from.line, why);
+        errors->emplace(from.line, LineError(why, from.name));
     TablePlan one = {table, from.line};
     size_t next = 0;  // row of the file
     for (const Row& row : present)

@@ -186,6 +186,20 @@ void PendingSet::NoteNewValues(const Options& options)
     state->Write(changes);  // after a failure all old values return, which is what was promised
 }
 
+Words PendingSet::PendingNames() const
+{
+    Words names;
+    for (const OldValue& value : old_values_) names.push_back(value.name);
+    return names;
+}
+
+Words PendingSet::RefusedNames() const
+{
+    Words names;
+    for (const std::string& pair : refused_) names.push_back(pair.substr(0, pair.find('=')));
+    return names;
+}
+
 bool PendingSet::IsOverdue() const { return IsPending() && (boot_ != ThisBoot() || NowS() >= due_s_); }
 
 bool PendingSet::IsUnchanged(const Options& options) const

@@ -32,7 +32,8 @@ public:
 
     bool IsPending() const { return !old_values_.empty(); }
     bool IsOverdue() const;
-    std::string Names() const { return NamesOf(OldValues()); }
+    std::string Names() const { return Joined(PendingNames()); }
+    Words PendingNames() const;
 
     // Whether the values are still, or again, the old ones. False too when they cannot be read.
     bool IsUnchanged(const Options& options) const;
@@ -57,6 +58,7 @@ public:
     // "NAME=VALUE, NAME=VALUE", without the values of secrets, of the old values that the daemon refused, until
     // Withdraw; else the empty text.
     std::string Refused() const { return Joined(refused_); }
+    Words RefusedNames() const;
 
 private:
     struct OldValue

@@ -84,12 +84,12 @@ public:
         const std::string text = is_number ? std::to_string(item.number) : item.text != nullptr ? item.text : "?";
         switch (item.tag)
         {
-            case KOBD_TAG_OBJECT_NAME: return Begin("object", text, IsSecretObject(text));
+            case KOBD_TAG_OBJECT_NAME: return Begin("name", text, IsSecretObject(text));
             case KOBD_TAG_TABLE_NAME: return Begin("table", text, false);
             case KOBD_TAG_ROW_INDEX: return Detail("index", item.number, text);
             case KOBD_TAG_PARENT_PATH: return Detail("parent", text, text);
             case KOBD_TAG_COLUMN_NAME: return Column(text);
-            case KOBD_TAG_VALUE: return Value(secret_ && !secrets_ ? kSecret : text);
+            case KOBD_TAG_VALUE: return Value(secret_ && !secrets_ ? kSecret : text, is_number);
             default: return Detail("tag" + std::to_string(item.tag), text, text);
         }
     }
@@ -122,10 +122,16 @@ private:
         column_ = name;
         secret_ = IsSecretColumn(name);
     }
-    void Value(const std::string& value)
+    void Value(const std::string& value, bool is_number)
     {
-        const bool named = !Thing().empty();
-        (column_.empty() ? Thing()["value"] : Thing()["columns"][column_]) = value;
+        const Json& thing = Thing();
+        const bool named = !thing.empty();
+        const std::string name = thing.value("name", "");
+        const std::string table = thing.value("table", "");
+        const Json json = is_number         ? NumberJson(value)
+                          : column_.empty() ? ValueJson(kobd_describe(name.c_str()), value)
+                                            : ValueJson(kobd_describe_column(table.c_str(), column_.c_str()), value);
+        (column_.empty() ? Thing()["value"] : Thing()["columns"][column_]) = json;
         content.text += (named ? "=" : " ") + Escaped(value);
     }
 

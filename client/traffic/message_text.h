@@ -24,7 +24,7 @@ bool IsAskedFor(const Words& patterns, const kobd_tapped& message);
 struct MessageContent
 {
     std::string text = {};      // "webHttpPort=8080", "FwUrlFilterTable 3 URL=a.example"
-    Json json = Json::array();  // one object a thing: {"object", "value"}, {"table", "index", "columns"}, ...
+    Json json = Json::array();  // one object a thing: {"name", "value"}, {"table", "index", "columns"}, ...
     bool whole = true;          // false: the message was cut
 };
 

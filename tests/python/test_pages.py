@@ -73,7 +73,7 @@ class Ubus(unittest.TestCase):
             run("kobctl", "set", "webHttpPort=8095")
             time.sleep(0.1)
         kind, event = sent.read_text().splitlines()[0].split("\t")
-        self.assertEqual((kind, json.loads(event)["object"]), ("send kobd", "webHttpPort"))
+        self.assertEqual((kind, json.loads(event)["name"]), ("send kobd", "webHttpPort"))
         watchers = run("pgrep", "-P", str(loop.pid), "kobctl").split()
         self.assertEqual(len(watchers), 1)
         loop.send_signal(signal.SIGTERM)

@@ -70,7 +70,7 @@ REQUESTS = [
     ("POST", SIM + "/scenarios/..%2F..%2Fetc", None, 404, ""),
     ("POST", SIM + "/scenarios/passwd", None, 404, "passwd"),
     ("DELETE", SIM, None, 204, ""),
-    ("GET", "/api/history?count=1", None, 200, '"FwUrlFilterTable 2'),
+    ("GET", "/api/history?count=1", None, 200, '"table":"FwUrlFilterTable","index":2'),
     ("POST", "/api/undo", {"count": "all"}, 422, "count"),
     ("POST", "/api/undo", {"count": 1}, 200, '"undone"'),
     ("POST", TABLE, {"URL": "d.example"}, 201, '"index"'),  # two commits, one step

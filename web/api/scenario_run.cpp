@@ -61,7 +61,7 @@ void ScenarioRun::Follow(int output)
     {
         Json step = Json::parse(line, nullptr, false);
         if (step.is_object())
-            Tell({{"playing", true}, {"time", step["time"]}, {"step", step["step"]}});
+            Tell({{"playing", true}, {"time", step["at"]}, {"step", step["step"]}});
         else
             said = line;
     }

@@ -13,11 +13,15 @@ async function undo(count) {
   await attempt(make('p'), read);
 }
 
+// "webHttpPort", "FwUrlFilterTable 3 URL", "nvram eth_status".
+const whatOf = ({name, table, index, column, store, key}) => name ?? [table ?? store, index ?? key, column].filter((part) => part !== undefined).join(' ');
+
 function line(change, first) {
+  const what = whatOf(change);
   const time = new Date(change.time * 1000);
-  return make('tr', {}, make('td', {}, time.toLocaleString([], {hour12: false})), make('td', {}, change.what), make('td', {}, change.old ?? ''), make('td', {}, change.new ?? ''),
+  return make('tr', {}, make('td', {}, time.toLocaleString([], {hour12: false})), make('td', {}, what), make('td', {}, change.old ?? ''), make('td', {}, change.row ?? change.new ?? ''),
     make('td', {}, `${change.program} (${change.process})`),
-    make('td', {}, first && change.undo !== null ? make('button', {onclick: () => undo(change.undo), 'aria-label': `Undo ${change.what} and what came after it`}, change.undo === 1 ? 'Undo' : `Undo the last ${change.undo}`) : ''));
+    make('td', {}, first && change.undo !== null ? make('button', {onclick: () => undo(change.undo), 'aria-label': `Undo ${what} and what came after it`}, change.undo === 1 ? 'Undo' : `Undo the last ${change.undo}`) : ''));
 }
 
 async function read() {

@@ -13,11 +13,12 @@ function showPlaying(text, playing) {
 const scenarioLine = ({name, summary}) => make('div', {class: 'scenario'},
   make('button', {'data-scenario': name, onclick: () => act(() => ask('POST', `/api/sim/scenarios/${part(name)}`))}, name), make('p', {class: 'soft'}, summary));
 
-function lineOf({name, what, value, row, code, milliseconds, times}) {
+function lineOf({name, table, index, what, value, row, code, milliseconds, times}) {
   const often = times === 0 || times === undefined ? '' : `, ${times} times`;
+  name ??= table ?? '';
   if (what === 'value') return `${name} shows ${value}`;
   if (what === 'network') return `the ${name} network is ${value}`;
-  if (what === 'row') return `${name}: row ${row}`;
+  if (what === 'row') return `${name}: row ${index} ${row}`;
   if (what === 'slow') return `${name} takes ${milliseconds} ms${often}`;
   return `${name} ${what} fails with ${code}${often}`;
 }
