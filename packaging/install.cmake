@@ -97,7 +97,7 @@ else()
 endif()
 install(FILES completion/kobctl.zsh DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${KOBD_ZSH_FOLDER} RENAME _kobctl)
 install(DIRECTORY scenarios DESTINATION ${CMAKE_INSTALL_DATADIR}/kobd)
-install(FILES README.md CHANGELOG.md docs/architecture.md docs/comparison.md docs/porting.md docs/protocol.md docs/python.md docs/robustness.md
+install(FILES README.md CHANGELOG.md docs/architecture.md docs/comparison.md docs/json.md docs/json.schema.json docs/porting.md docs/protocol.md docs/python.md docs/robustness.md
   docs/rpcd.md docs/security.md docs/simulator.md docs/uci.md docs/usp.md docs/kobd.lua TYPE DOC)
 
 # -- service of hosts with systemd or with init scripts; OpenWrt's package brings its own. Written when

@@ -1,6 +1,6 @@
 #!/bin/sh
-# check.sh SOURCE_FOLDER BUILD_FOLDER: kobctl schema, judged by other programs, with a daemon of its own. Exit status 77:
-# skipped.
+# check.sh SOURCE_FOLDER BUILD_FOLDER: kobctl schema and what --json prints, judged by other programs, with a daemon of
+# its own. Exit status 77: skipped.
 set -eu
 export source_folder="$1" build_folder="$2"
 skip() { echo "skipped: $1"; exit 77; }
@@ -12,7 +12,7 @@ unshare --ipc --mount --pid --fork --user --map-root-user true 2>/dev/null || sk
 exec unshare --ipc --mount --pid --fork --user --map-root-user sh -eu <<'END'
 # All that is needed goes to /mnt, because the folders may lie below /tmp, which has to be empty.
 mount -t tmpfs none /mnt
-cp -P "$build_folder"/kobd "$build_folder"/kobctl "$build_folder"/libkobd_*.so* "$source_folder/tests/schema/check.mjs" /mnt
+cp -P "$build_folder"/kobd "$build_folder"/kobctl "$build_folder"/libkobd_*.so* "$source_folder"/tests/schema/*.mjs "$source_folder"/docs/json.* /mnt
 cp -r "$source_folder/.cache/schema-checkers/node_modules" /mnt
 mount -t tmpfs none /tmp
 cd /mnt
@@ -25,4 +25,5 @@ KOBD_STATE_DIR=/mnt/state ./kobd -F >log 2>&1 &
 ./kobctl schema --yang >kobd.yang
 yanglint kobd.yang
 node check.mjs schema.json export.json openapi.json
+PATH=/mnt:$PATH node json.mjs json.md json.schema.json
 END
