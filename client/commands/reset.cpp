@@ -97,7 +97,7 @@ Outcome CommandReset(const Options& options, const Words& words)
                                          : Failure{failure.code, "reset: " + failure.what + "; nothing was set"};
     Words assignments;
     for (const Assignment& pair : pairs) assignments.push_back(pair.Text());
-    if (pairs.empty()) return {Json::object(), "the values are those of the factory already\n"};
+    if (pairs.empty()) return {{{"set", Json::object()}}, "the values are those of the factory already\n"};
     Options showing = options;
     showing.diff = !options.json;
     return CommandSet(showing, assignments);
