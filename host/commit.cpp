@@ -85,7 +85,11 @@ try
         not_saved = "the simulator lets the commit fail with " + std::to_string(code);
         return code;
     }
-    if (!IsChanged()) return 0;
+    if (!IsChanged())
+    {
+        not_saved.clear();
+        return 0;
+    }
     const State state;
     if (TryCommit(&*state, what) || (state->KeepDamagedAside() && TryCommit(&*state, what)))
     {

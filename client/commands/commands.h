@@ -62,6 +62,10 @@ inline Json JsonOf(const RowAddress& row) { return {{"table", row.table->name}, 
 // The changes that history shows.
 Failure ReadAskedChanges(const Options& options, const Words& words, std::vector<PastChange>* changes);
 
+// An object's old value, where it is known, and its new one for JSON; `text` gets them as the lines of a diff. Secrets
+// are not shown.
+Json AddDifference(const Assignment& pair, const std::optional<std::string>& old, std::string* text);
+
 // What describe and table describe show of a table.
 Outcome DescribedTable(const TableEntry& table);
 }  // namespace kobd::client

@@ -34,6 +34,7 @@ namespace
 {
 constexpr unsigned long kLeastFree = 256 * 1024;  // bytes: a commit's pages
 constexpr size_t kLinesShown = 3;                 // of the log
+constexpr size_t kNamesShown = 10;                // of what is not committed
 constexpr int64_t kSlowUs = 100'000;              // microseconds: a daemon at rest answers in fewer than 1000
 
 enum Finding
@@ -185,8 +186,14 @@ void LookAtDatabase(const std::string& folder, Report* report)
     if (!texts->at(1).empty())
         report->Say(kWrong, "state",
                     "the last commit could not be saved: " + texts->at(1) + "; then run kobctl commit");
-    if (const Words names(texts->begin() + 2, texts->end()); !names.empty())
-        report->Say(kNote, "state", "changed, but not saved: " + Joined(names) + "; kobctl commit saves it");
+    Words names(texts->begin() + 2, texts->end());
+    if (names.size() > kNamesShown)
+    {
+        names.resize(kNamesShown);
+        names.emplace_back("and others");
+    }
+    if (!names.empty())
+        report->Say(kNote, "state", "set since the last commit: " + Joined(names) + "; kobctl commit saves it");
 }
 
 void LookAtState(Report* report)

@@ -127,7 +127,9 @@ Outcome CarryOut(const Options& options, const InputFile& file, ImportPlan plan)
     import.SendValues(plan.values);
     for (const TablePlan& table : plan.tables) import.SendTable(table);
     import.SendRefusedValues();
-    return import.Finish();
+    Outcome outcome = import.Finish();
+    AddNotSaved("set", &outcome);
+    return outcome;
 }
 
 // A row in one line, as "table set" takes it.
@@ -192,11 +194,8 @@ Outcome Differences(const ImportPlan& plan, const RouterState& router)
     {
         const auto old = router.values.find(value->name);
         const bool known = old != router.values.end();
-        const kobd_description* object = kobd_describe(value->name.c_str());
-        outcome.data["objects"][value->name] = {{"old", known ? ValueJson(object, old->second) : Json()},
-                                                {"new", ValueJson(object, value->value)}};
-        if (known) outcome.text += DiffLine('-', Assignment{value->name, old->second}.Text());
-        outcome.text += DiffLine('+', Assignment{value->name, value->value}.Text());
+        outcome.data["objects"][value->name] = AddDifference(
+            {value->name, value->value}, known ? std::optional(old->second) : std::nullopt, &outcome.text);
     }
     for (const TablePlan& table : plan.tables)
     {

@@ -14,6 +14,7 @@
 #include <iostream>
 
 #include "client/commands/commands.h"
+#include "host/state/folder.h"
 
 namespace kobd::client
 {
@@ -153,6 +154,7 @@ bool ReadWholeLine(bool edited, std::string* line)
 int RunApart(const Words& words)
 {
     std::cout << std::flush;
+    host::State()->Close();  // SQLite allows no connection to cross a fork
     const pid_t process = fork();
     if (process == 0)
     {
@@ -167,6 +169,8 @@ int RunApart(const Words& words)
     if (ended == -1) SayError(SystemFailure("the command cannot run").what);
     if (ended == -1) return 1;
     if (ctrl_c != 0) std::cout << "\n";
+    if (ctrl_c == 0 && WIFSIGNALED(status))
+        SayError(std::string("the command ended by signal: ") + strsignal(WTERMSIG(status)));
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);  // as shells tell it
 }
 }  // namespace

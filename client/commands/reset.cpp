@@ -22,15 +22,14 @@ Words Resettable()
     return names;
 }
 
-Failure CheckBreadth(const Options& options, const Words& words, const Words& all)
+// Patterns must not reset everything unless that is said.
+Failure CheckBreadth(const Options& options, const Words& names, const Words& all)
 {
-    for (const std::string& word : words)
-        if (HasWildcards(word) && !options.all &&
-            std::ranges::all_of(all, [&](const std::string& name) { return MatchesName(word, name); }))
-            return {kWrongUse, "'" + word + "' would reset all " + std::to_string(all.size()) +
-                                   " objects, also the addresses and passwords by which you reach the router; "
-                                   "add --all if you mean it"};
-    return {};
+    const auto is_named = [&](const std::string& name) { return std::ranges::find(names, name) != names.end(); };
+    if (options.all || !std::ranges::all_of(all, is_named)) return {};
+    return {kWrongUse, "this would reset all " + std::to_string(all.size()) +
+                           " objects, also the addresses and passwords by which you reach the router; add --all if you "
+                           "mean it"};
 }
 
 Failure CheckName(const std::string& name)
@@ -79,8 +78,8 @@ Failure ReadReset(const Options& options, const Words& words, Assignments* pairs
 {
     const Words all = Resettable();
     Words names;
-    if (Failure failure = CheckBreadth(options, words, all)) return failure;
     if (Failure failure = ReadNames(options, words, "object that can be set", all, &names)) return failure;
+    if (Failure failure = CheckBreadth(options, names, all)) return failure;
     for (const std::string& name : names)
         if (Failure failure = CheckName(name)) return failure;
     Words given = names;

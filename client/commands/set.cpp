@@ -7,6 +7,7 @@
 #include "client/state/daemon_state.h"
 #include "client/state/pending_set.h"
 #include "daemon/base/result.h"
+#include "host/state/history.h"
 
 namespace kobd::client
 {
@@ -84,6 +85,20 @@ Failure Send(const Options& options, const Assignments& pairs, Response* respons
     return {response->code, response->why};
 }
 
+}  // namespace
+
+Json AddDifference(const Assignment& pair, const std::optional<std::string>& old, std::string* text)
+{
+    const kobd_description* object = kobd_describe(pair.name.c_str());
+    const bool secret = object != nullptr && object->secret != 0;
+    const auto shown = [&](const std::string& value) { return secret ? std::string(host::kSecretText) : value; };
+    if (old) *text += DiffLine('-', pair.name + "=" + shown(*old));
+    *text += DiffLine('+', pair.name + "=" + shown(pair.value));
+    return {{"old", old ? ValueJson(object, shown(*old)) : Json()}, {"new", ValueJson(object, shown(pair.value))}};
+}
+
+namespace
+{
 // What was set; with --diff also what was there before, where it is known and differs.
 Outcome SetOutcome(const Options& options, const Assignments& pairs, const Values& before)
 {
@@ -91,14 +106,12 @@ Outcome SetOutcome(const Options& options, const Assignments& pairs, const Value
     for (const Assignment& pair : pairs)
     {
         if (!options.diff) continue;
-        const kobd_description* object = kobd_describe(pair.name.c_str());
         const auto old = before.find(pair.name);
         const bool known = old != before.end();
-        outcome.data["set"][pair.name] = {{"old", known ? ValueJson(object, old->second) : Json()},
-                                          {"new", ValueJson(object, pair.value)}};
-        if (known && old->second == pair.value) continue;
-        if (known) outcome.text += DiffLine('-', pair.name + "=" + old->second);
-        outcome.text += DiffLine('+', pair.Text());
+        const bool same = known && old->second == pair.value;
+        std::string text;
+        outcome.data["set"][pair.name] = AddDifference(pair, known ? std::optional(old->second) : std::nullopt, &text);
+        if (!same) outcome.text += text;
     }
     return outcome;
 }
@@ -149,7 +162,7 @@ Outcome CommandSet(const Options& options, const Words& words)
 Outcome CommandCommit(const Options& options, const Words&)
 {
     Outcome outcome = FailureOfChange(Call(options, KOBD_UPDATE, {}), "commit");
-    if (!outcome.failure) outcome.data = {{"committed", true}};
+    if (!outcome.failure) outcome.data = {{"saved", true}};
     AddNotSaved("committed", &outcome);
     return outcome;
 }

@@ -95,8 +95,9 @@ struct kobd_client
     bool answered = false;
     kobd::client::Message request;
     kobd::client::Message reply;
-    kobd_bytes left = {};   // of the reply
-    std::string dump = {};  // content of the last dump file
+    kobd_bytes left = {};         // of the reply
+    std::string dump = {};        // content of the last dump file
+    bool host_is_silent = false;  // no imitated router answers: nobody asks again
 
     // Of the last call, for kobd_explain:
     int code = 0;

@@ -93,10 +93,12 @@ std::string WhyNotRead(const std::string& name)
 std::optional<FailedChange> AskWhatFailed(kobd_client* client)
 {
     constexpr int kLongestMs = 1000;  // the imitated router answers at once, another one never
+    if (client->host_is_silent) return std::nullopt;
     const auto timeout_ms = client->timeout_ms;
-    client->timeout_ms = kLongestMs;
+    client->timeout_ms = std::min(timeout_ms.value_or(kLongestMs), kLongestMs);
     const int code = kobd_host_call(client, KOBD_HOST_FAILED, nullptr);
     client->timeout_ms = timeout_ms;
+    client->host_is_silent = !client->answered;
     FailedChange failed;
     kobd_item item{};
     if (code != kSuccess || kobd_reply_next(client, &item) != 1 || item.text == nullptr) return std::nullopt;
@@ -112,8 +114,7 @@ std::string HowFar(const Words& texts, size_t failed)
     const auto place = texts.begin() + static_cast<std::ptrdiff_t>(failed);
     const Words before(texts.begin(), place);
     const Words after(place + 1, texts.end());
-    std::string text =
-        before.empty() ? "; nothing was set before it" : "; set before it, but not saved: " + Joined(before);
+    std::string text = before.empty() ? "; nothing was set before it" : "; set before it: " + Joined(before);
     if (!after.empty()) text += "; not set: " + Joined(after);
     return text;
 }

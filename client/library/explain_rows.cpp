@@ -87,17 +87,25 @@ const LogLine* CheckLine(const ChangedRows& rows, const std::vector<LogLine>& lo
     return found == log.rend() ? nullptr : &*found;
 }
 
-// The rows as the daemon writes them: tables in the dictionary's order, each row once.
+// The rows as the daemon writes them: tables in the dictionary's order, each row once. Without those of the lists that
+// the daemon keeps itself, which the router does not count.
 ChangedRows InOrderOfWriting(const ChangedRows& changes)
 {
     ChangedRows rows;
     for (const TableEntry& table : kTableRows)
         for (const RowWithValues& row : changes)
-            if (row.table == table.name &&
+            if (!table.daemon_list && row.table == table.name &&
                 std::ranges::none_of(
                     rows, [&](const RowWithValues& one) { return one.table == row.table && one.index == row.index; }))
                 rows.push_back(row);
     return rows;
+}
+
+// Whether the row is one of the list that this table has.
+bool IsOf(const RowWithValues& row, const std::string& list)
+{
+    const TableEntry* table = FindTable(row.table);
+    return table != nullptr && table->list_of == list;
 }
 
 // What the imitated router tells of rows that no check refused; nothing where it tells nothing.
@@ -109,7 +117,8 @@ std::optional<Explained> OfFailure(kobd_client* client, const ChangedRows& chang
     Words texts;
     for (const RowWithValues& row : rows) texts.push_back(row.Text());
     const size_t failed = told->changed;
-    if (failed >= rows.size() || rows[failed].index != told->index) return std::nullopt;
+    if (failed >= rows.size() || rows[failed].index != told->index || !IsOf(rows[failed], told->name))
+        return std::nullopt;
     Explained why = Simple("the router could not set " + texts[failed]);
     why.table = rows[failed].table;
     why.index = rows[failed].index;

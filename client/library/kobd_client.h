@@ -226,7 +226,8 @@ int kobd_row_get(kobd_client* client, const char* table, int32_t index, kobd_pai
 typedef void (*kobd_row_function)(void* context, const char* table, int32_t index, const char* const* columns,
                                   const char* const* values, size_t count);
 
-/* Calls each with every row of the table, or of count tables, whatever their size. Returns as kobd_dump does, or 7. */
+/* Calls each with every row of the table, or of count tables, whatever their size. Returns as kobd_dump does, or 7; 4
+ * also when the imitated router could not read all rows. A router that is not imitated does not tell: fewer rows come. */
 int kobd_rows(kobd_client* client, const char* table, kobd_row_function each, void* context);
 int kobd_rows_of(kobd_client* client, const char* const* tables, size_t count, kobd_row_function each, void* context);
 

@@ -19,7 +19,11 @@ Failure AddOne(const Options& options, const TableEntry& table, Row* there)
 {
     if (Failure failure = AddRow(options, table, &there->index)) return failure;
     TableRows present;
-    if (Failure failure = DumpRows(options, "table dump", {&table}, &present)) return failure;
+    if (Failure failure = DumpRows(options, "table dump", {&table}, &present))
+    {
+        if (const Failure more = DeleteRow(options, {&table, there->index})) failure.what += "; " + more.what;
+        return failure;
+    }
     for (const Row& row : present[table.name])
         if (row.index == there->index) *there = row;
     return {};

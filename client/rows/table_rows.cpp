@@ -2,7 +2,6 @@
 #include "client/rows/table_rows.h"
 
 #include "client/dictionary/names.h"
-#include "daemon/base/result.h"
 
 namespace kobd::client
 {
@@ -14,18 +13,7 @@ std::string Row::ValueOf(std::string_view column) const
 
 namespace
 {
-// The table whose next row the imitated router could not give; the empty text when there is none. The daemon ends such
-// a table without a word.
-std::string CutTable(kobd_client* client)
-{
-    constexpr int kLongestMs = 1000;  // the imitated router answers at once, another one never
-    kobd_client_set_timeout(client, kLongestMs);
-    kobd_item item{};
-    const bool cut = kobd_host_call(client, KOBD_HOST_FAILED, nullptr) == 0 && kobd_reply_next(client, &item) == 1;
-    return cut && item.tag == KOBD_TAG_TABLE_NAME && item.text != nullptr ? item.text : "";
-}
-
-Response Dump(const Options& options, const Tables& tables, TableRows* rows, std::string* cut)
+Response Dump(const Options& options, const Tables& tables, TableRows* rows)
 {
     std::vector<const char*> names;
     for (const TableEntry* table : tables)
@@ -39,13 +27,8 @@ Response Dump(const Options& options, const Tables& tables, TableRows* rows, std
         Row& row = (*static_cast<TableRows*>(into))[table].emplace_back(Row{index});
         for (size_t i = 0; i < count; ++i) row.values.push_back({columns[i], values[i]});
     };
-    return WithClient(options,
-                      [&](kobd_client* client)
-                      {
-                          const int code = kobd_rows_of(client, names.data(), names.size(), keep, rows);
-                          if (code == 0) *cut = CutTable(client);
-                          return code;
-                      });
+    return WithClient(
+        options, [&](kobd_client* client) { return kobd_rows_of(client, names.data(), names.size(), keep, rows); });
 }
 }  // namespace
 
@@ -60,9 +43,7 @@ Response ReadOneRow(const Options& options, const std::string& table, Row* row)
 
 Failure DumpRows(const Options& options, const std::string& what, const Tables& tables, TableRows* rows)
 {
-    std::string cut;
-    const Response response = Dump(options, tables, rows, &cut);
-    if (response.code != 0) return {response.code, what + ": " + response.why};
-    return cut.empty() ? Failure() : Failure{kSystemError, what + ": the router could not read all rows of " + cut};
+    const Response response = Dump(options, tables, rows);
+    return response.code == 0 ? Failure() : Failure{response.code, what + ": " + response.why};
 }
 }  // namespace kobd::client

@@ -27,11 +27,17 @@ void UseStateToShow()
     if (!UseDaemonsState()) SayError("no kobd answers; this is the state in " + host::StateFolderName());
 }
 
-void AddNotSaved(const std::string& what, Outcome* outcome)
+std::string WhyNotSaved()
 {
     const auto texts = AskHost(KOBD_HOST_STATE);
-    if (outcome->failure || !texts || texts->size() < 2 || texts->at(1).empty()) return;
-    outcome->notes.push_back(what + ", but not saved: " + texts->at(1));
+    return texts && texts->size() > 1 ? texts->at(1) : "";
+}
+
+void AddNotSaved(const std::string& what, Outcome* outcome)
+{
+    const std::string why = outcome->failure ? "" : WhyNotSaved();
+    if (why.empty()) return;
+    outcome->notes.push_back(what + ", but not saved: " + why);
     outcome->status = kNotSaved;
     if (outcome->data.is_object()) outcome->data["saved"] = false;
 }

@@ -15,6 +15,9 @@ bool UseDaemonsState();
 // is where no daemon answered.
 void UseStateToShow();
 
+// Why the last commit could not be saved; the empty text when everything is saved, and where nobody tells.
+std::string WhyNotSaved();
+
 // Where what was just changed could not be saved, adds the line "WHAT, but not saved: REASON" to the outcome, whose
 // exit status becomes 3 and whose data says so.
 void AddNotSaved(const std::string& what, Outcome* outcome);

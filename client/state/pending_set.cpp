@@ -13,6 +13,7 @@
 
 #include "client/dictionary/dictionary.h"
 #include "client/requests/request.h"
+#include "client/sim/step.h"
 #include "client/state/daemon_state.h"
 #include "client/state/waiting_process.h"
 #include "daemon/base/result.h"
@@ -222,20 +223,34 @@ Failure PendingSet::TakeBack(const Options& options)
 {
     Values values;
     Assignments back;
+    Assignments differing;  // those of `back` that the router shows otherwise
     restored_.clear();
     kept_.clear();
+    const std::vector<SimLine> simulated = SimLinesInPassing();
     Response response = ReadNamed(options, old_values_, &values);
     for (const OldValue& value : old_values_)
     {
-        const bool kept = value.now && response.code == 0 && values[value.name] != *value.now;
+        const std::string& shown = values[value.name];
+        const bool is_simulated = ShowsSimulated(simulated, value.name);
+        const bool kept = response.code == 0 && value.now && shown != *value.now && shown != value.old && !is_simulated;
         (kept ? kept_ : restored_).push_back(value.name);
         if (!kept) back.push_back({value.name, value.old});
+        if (!kept && (shown != value.old || is_simulated)) differing.push_back({value.name, value.old});
     }
-    if (response.code == 0 && !back.empty()) response = Call(options, KOBD_SET, SetItems(back));
+    if (response.code == 0)
+        response = differing.empty() ? Call(options, KOBD_UPDATE, {}) : Call(options, KOBD_SET, SetItems(differing));
     if (response.from_bus)
         return {response.code, "the old values of " + Names() + " are not back yet: " + ResultText(response.code) +
                                    "; kobctl goes on trying"};
-    if (response.code != 0) return KeepRefused(response.code, ResultText(response.code));
+    if (response.code != 0) return KeepRefused(options, response.code, back);
+    if (const std::string why = WhyNotSaved(); !why.empty())
+        return {kSystemError,
+                "the old values of " + Names() + " are back, but not saved: " + why + "; kobctl goes on trying"};
+    return Finish();
+}
+
+Failure PendingSet::Finish()
+{
     Failure failure = IsOverdue() ? End() : Withdraw();
     if (failure) failure.what = "the old values are back, but kobctl " + failure.what;
     return failure;
@@ -255,7 +270,7 @@ Failure PendingSet::End()
     const time_t seconds = time(nullptr);
     tm parts = {};
     strftime(now, sizeof now, "%F %T", localtime_r(&seconds, &parts));
-    const std::string ended = "the time was up at " + std::string(now) + ", " + Restored();
+    const std::string ended = "restored at " + std::string(now) + ": " + Restored();
     const auto changes = [&]
     {
         const host::State state;
@@ -270,14 +285,25 @@ Failure PendingSet::End()
     return {};
 }
 
-Failure PendingSet::KeepRefused(int code, const std::string& why)
+// Of the old values that were sent, those that the router still does not show were refused.
+Failure PendingSet::KeepRefused(const Options& options, int code, const Assignments& sent)
 {
-    const std::string names = Names();
-    if (const Failure failure =
-            Write({"INSERT OR REPLACE INTO refused SELECT name, old FROM pending", "DELETE FROM pending"}))
-        return failure;
+    Values values;
+    const bool known = ReadNamed(options, sent, &values).code == 0;
+    Assignments refused = sent;
+    std::erase_if(refused, [&](const Assignment& pair) { return known && values[pair.name] == pair.value; });
+    if (refused.empty()) return Finish();
+    const auto changes = [&]
+    {
+        const host::State state;
+        for (const auto& [name, value] : refused)
+            state->Run("INSERT OR REPLACE INTO refused VALUES(?, ?)", name, value);
+        state->Run("DELETE FROM pending");
+    };
+    if (!host::State()->Write(changes)) return DatabaseFailure("cannot write");
     old_values_.clear();
-    return {code, "the daemon refused the old values of " + names + ": " + why + "; kobctl doctor shows them"};
+    return {code, "the router refused the old values of " + NamesOf(refused) + ": " + ResultText(code) +
+                      "; kobctl doctor shows them"};
 }
 
 bool MayBePending()

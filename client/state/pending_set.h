@@ -70,8 +70,9 @@ private:
 
     void Load();
     Failure Keep(const Assignments& present, int seconds);
+    Failure Finish();
     Failure End();
-    Failure KeepRefused(int code, const std::string& why);
+    Failure KeepRefused(const Options& options, int code, const Assignments& sent);
     Assignments OldValues() const;
 
     int lock_ = -1;

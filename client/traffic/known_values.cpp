@@ -4,6 +4,7 @@
 
 #include "client/dictionary/names.h"
 #include "daemon/base/messages.h"
+#include "daemon/base/result.h"
 
 namespace kobd::client
 {
@@ -56,7 +57,14 @@ Failure KnownValues::Read(const Options& options, const Words& patterns)
     Tables tables;
     for (const TableEntry& table : kTableRows)
         if (table.Has(kNext) && !table.daemon_list && IsWanted(patterns, table.name)) tables.push_back(&table);
-    return tables.empty() ? Failure() : DumpRows(options, "watch", tables, &rows_);
+    if (tables.empty() || !DumpRows(options, "watch", tables, &rows_)) return {};
+    for (const TableEntry* table : tables)  // one that cannot be read must not hide the others
+        if (Failure failure = DumpRows(options, "watch", {table}, &rows_))
+        {
+            if (failure.code != kSystemError) return failure;
+            SayError(failure.what);
+        }
+    return {};
 }
 
 void KnownValues::Note(const kobd_tapped& message)

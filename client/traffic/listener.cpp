@@ -103,7 +103,8 @@ Failure Listener::Open(bool tap_alone)
         if (there && client_ == nullptr)
             if (const int opened = kobd_client_open(&client_)) return FailureWithCode(opened, "kobd cannot be asked");
         const bool answers = there && Answers(client_);
-        if (!answers && !told) SayError(there ? "waiting for kobd, which runs and does not answer" : "waiting for kobd");
+        if (!answers && !told)
+            SayError(there ? "waiting for kobd, which runs and does not answer" : "waiting for kobd");
         told = true;
         if (!answers) continue;
         kobd_client_set_timeout(client_, kTapMs);
@@ -113,7 +114,9 @@ Failure Listener::Open(bool tap_alone)
     Close();
     if (code != KOBD_TIMEOUT) return FailureWithCode(code, "kobd cannot be tapped");
     if (tap_alone)
-        return {code, "the message bus of this router shows its messages to no other program; only the imitated router's does"};
+        return {
+            code,
+            "the message bus of this router shows its messages to no other program; only the imitated router's does"};
     return Join();
 }
 

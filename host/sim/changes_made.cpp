@@ -1,5 +1,8 @@
-// One failure is remembered: whoever asks, asks at once.
+// The failures of the last clients: whoever asks, asks at once.
 #include "host/sim/changes_made.h"
+
+#include <algorithm>
+#include <array>
 
 namespace kobd::host
 {
@@ -7,23 +10,34 @@ namespace
 {
 struct Requester
 {
-    uint32_t process;
-    int32_t connection;
+    uint32_t process = 0;
+    int32_t connection = 0;
     bool operator==(const Requester&) const = default;
 };
 
-Requester in_hand = {};
-int32_t changed = 0;  // by the request in hand
+struct Remembered
+{
+    Requester requester = {};
+    FailedChange failed = {};
+};
 
-Requester failed_for = {};
-FailedChange failed = {};
+Requester in_hand;
+int32_t changed = 0;  // by the request in hand
+std::array<Remembered, 64> remembered;
+size_t oldest = 0;
+
+Remembered* Find(const Requester& requester)
+{
+    const auto found = std::ranges::find(remembered, requester, &Remembered::requester);
+    return found != remembered.end() ? &*found : nullptr;
+}
 }  // namespace
 
 void ChangesBegin(uint32_t process, int32_t connection)
 {
     in_hand = {process, connection};
     changed = 0;
-    if (failed_for == in_hand) failed_for = {};
+    if (Remembered* last = Find(in_hand)) *last = {};
 }
 
 int NoteChange(SimTarget target, int32_t index, int code)
@@ -33,13 +47,19 @@ int NoteChange(SimTarget target, int32_t index, int code)
         ++changed;
         return 0;
     }
-    failed_for = in_hand;
-    failed = {target, index, changed};
+    Remembered* place = Find(in_hand);
+    if (place == nullptr)
+    {
+        place = &remembered[oldest];
+        oldest = (oldest + 1) % remembered.size();
+    }
+    *place = {in_hand, {target, index, changed}};
     return code;
 }
 
 const FailedChange* LastFailedChange(uint32_t process, int32_t connection)
 {
-    return failed_for == Requester{process, connection} && process != 0 ? &failed : nullptr;
+    const Remembered* found = process != 0 ? Find({process, connection}) : nullptr;
+    return found != nullptr ? &found->failed : nullptr;
 }
 }  // namespace kobd::host

@@ -10,9 +10,9 @@ namespace kobd::host
 {
 struct FailedChange
 {
-    SimTarget target;  // an object, or a table
-    int32_t index;     // of its row
-    int32_t changed;   // objects or rows that the request had set before
+    SimTarget target = {};  // an object, or a table
+    int32_t index = 0;      // of its row
+    int32_t changed = 0;    // objects or rows that the request had set before
 };
 
 // A request of this process and connection begins: what its last one did is forgotten.
@@ -22,7 +22,7 @@ void ChangesBegin(uint32_t process, int32_t connection);
 // `index`. Returns the code.
 int NoteChange(SimTarget target, int32_t index, int code);
 
-// Where the last request of this process and connection failed; nullptr when it did not, or when another client's has
-// failed since.
+// Where the last request of this process and connection failed; nullptr when it did not, or when those of 64 other
+// clients have failed since.
 const FailedChange* LastFailedChange(uint32_t process, int32_t connection);
 }  // namespace kobd::host
