@@ -72,7 +72,8 @@ void LookAtDaemon(const Options& options, Report* report)
     kobd_module daemon{};
     const int error = kobd_module_look(KOBD_MODULE_DAEMON, &daemon);
     if (error != EACCES && daemon.claimed == 0)
-        return report->Say(kWrong, "daemon", "kobd is not running on this bus: start it");
+        return report->Say(kWrong, "daemon",
+                           "kobd is not running on this bus: start it with service kobd start, or ./run in a clone");
     const auto start = std::chrono::steady_clock::now();
     const Response response = Call(options, KOBD_TABLE_MAX_ROW, {Item(kTagTableName, "FlowTable")});
     if (error == EACCES && response.code != 0) return report->Say(kWrong, "daemon", response.reason);
@@ -181,12 +182,10 @@ void LookAtDatabase(const std::string& folder, Report* report)
     const host::State state;
     if (!state->Open(false) && state->Error() != ENOENT)
         report->Say(kWrong, "state", "the database in " + folder + " cannot be read: " + state->Why());
-    const auto texts = AskHost(KOBD_HOST_STATE);
-    if (!texts || texts->size() < 2) return;
-    if (!texts->at(1).empty())
+    if (const std::string why = WhyNotSaved(); !why.empty())
         report->Say(kWrong, "state",
-                    "the last commit could not be saved: " + texts->at(1) + "; then run kobctl commit");
-    Words names(texts->begin() + 2, texts->end());
+                    "the last commit could not be saved: " + why + "; mend that and run kobctl commit");
+    Words names = NotCommitted();
     if (names.size() > kNamesShown)
     {
         names.resize(kNamesShown);
@@ -198,9 +197,12 @@ void LookAtDatabase(const std::string& folder, Report* report)
 
 void LookAtState(Report* report)
 {
-    UseDaemonsState();
+    const bool answers = UseDaemonsState();
     const std::string folder = host::StateFolderName();
     struct statvfs disk;
+    if (!answers && access(folder.c_str(), F_OK) != 0 && errno == ENOENT)
+        return report->Say(kNote, "state",
+                           "there is no folder " + folder + ": no kobd has run with it; KOBD_STATE_DIR names another");
     if (access(folder.c_str(), R_OK | W_OK | X_OK) != 0 || statvfs(folder.c_str(), &disk) != 0)
         return report->Say(kWrong, "state",
                            folder + ": " + strerror(errno) + ": " +
@@ -296,7 +298,9 @@ Outcome CommandDoctor(const Options& options, const Words&)
     LookAtState(&report);
     LookAtUci(&report);
     (void)NoteLines("uci", IsOfCellularList, &report);
-    if (!NoteLines("refusals", IsRefusal, &report)) report.Say(kWell, "refusals", "none in the log");
+    const bool hidden = access(kLogFile, F_OK) == 0 && access(kLogFile, R_OK) != 0;
+    if (!NoteLines("refusals", IsRefusal, &report))
+        report.Say(hidden ? kNote : kWell, "refusals", hidden ? "unknown, the log cannot be read" : "none in the log");
     Outcome outcome(report.data, report.text);
     outcome.status = report.wrong ? 1 : 0;
     return outcome;

@@ -59,14 +59,13 @@ Applied FindApplied(const Options& options, const Assignments& pairs, const Valu
     return applied;
 }
 
-// "the router could not set webHttpPort; changed before it: webLanguage".
+// "set: webLanguage; the router could not set one of webHttpPort, webHttpsPort".
 std::string AppliedText(const Applied& applied)
 {
     const bool one = applied.failed.size() == 1;
-    std::string text = "the router could not set " + std::string(one ? "" : "one of ") + Joined(applied.failed) +
-                       "; changed before it: " + (applied.changed.empty() ? "nothing" : Joined(applied.changed));
-    if (!applied.unknown.empty()) text += "; unknown: " + Joined(applied.unknown);
-    return text;
+    return "set: " + (applied.changed.empty() ? "nothing" : Joined(applied.changed)) +
+           (applied.unknown.empty() ? "" : "; unknown: " + Joined(applied.unknown)) + "; the router could not set " +
+           (one ? "" : "one of ") + Joined(applied.failed);
 }
 
 // Sends the values. `response` is what came back, `before` what could be read.

@@ -90,6 +90,10 @@ Outcome TableDel(const Options& options, const Words& words)
 {
     RowAddresses rows;
     if (Failure failure = ReadRows(words, &rows)) return failure;
+    std::string missing;
+    if (rows.size() > 1)
+        if (Failure failure = FindMissingRow(options, "table del", rows, &missing)) return failure;
+    if (!missing.empty()) return FailureWithCode(kIndexNotFound, missing + "; nothing was deleted");
     Words deleted;
     Outcome outcome({{"table", rows[0].table->name}, {"deleted", Json::array()}}, "");
     for (const RowAddress& row : rows)

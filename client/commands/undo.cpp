@@ -166,15 +166,24 @@ Outcome CommandUndo(const Options& options, const Words& words)
         const Response response = Call(options, KOBD_GET, {});
         return Failure{kNotRunning, "undo: " + (response.from_bus ? response.reason : "this router keeps no history")};
     }
+    if (const Words names = NotCommitted(); !names.empty())
+        return Failure{kInvalidArgument,
+                       "undo: set since the last commit: " + Joined(names) +
+                           "; run kobctl commit first, then undo takes that back; nothing was changed"};
     std::vector<PastChange> changes;
     if (Failure failure = ReadPastChanges(&changes)) return Failure{failure.code, "undo: " + failure.what};
+    int recorded = 0;
+    for (const PastChange& change : changes) recorded = std::max(recorded, change.step);
+    if (recorded == 0) return Failure{kInvalidArgument, "undo: no change is recorded that could be taken back"};
+    if (*steps > recorded)
+        return Failure{kInvalidArgument, "undo: only " + std::to_string(recorded) +
+                                             (recorded == 1 ? " change is" : " changes are") +
+                                             " recorded; nothing was changed"};
     Before before;
     Plan plan;
     Failure refused = CollectSteps(changes, *steps, &before);
     if (!refused) refused = MakePlan(before, &plan);
     if (refused) return Failure{refused.code, "undo: " + refused.what + "; nothing was changed"};
-    if (std::ranges::none_of(changes, [](const PastChange& change) { return change.step != 0; }))
-        return Failure{kInvalidArgument, "undo: nothing was changed yet"};
     Words done;
     const Failure failure = CarryOut(options, plan, before, &done);
     Outcome outcome({{"undone", done}}, done.empty() ? "" : "as before: " + Joined(done) + "\n");

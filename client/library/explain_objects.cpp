@@ -76,7 +76,7 @@ Explained WhyNotApplied(const Pairs& pairs, const std::optional<FailedChange>& t
     Explained why = Simple("the router could not set " + names[failed]);
     why.object = pairs[failed].name;
     why.value = pairs[failed].value;
-    if (pairs.size() > 1) why.text += HowFar(names, failed);
+    if (pairs.size() > 1) why.text = HowFar(names, failed) + why.text;
     return why;
 }
 
@@ -114,9 +114,8 @@ std::string HowFar(const Words& texts, size_t failed)
     const auto place = texts.begin() + static_cast<std::ptrdiff_t>(failed);
     const Words before(texts.begin(), place);
     const Words after(place + 1, texts.end());
-    std::string text = before.empty() ? "; nothing was set before it" : "; set before it: " + Joined(before);
-    if (!after.empty()) text += "; not set: " + Joined(after);
-    return text;
+    return "set: " + (before.empty() ? "nothing" : Joined(before)) +
+           (after.empty() ? "" : "; not set: " + Joined(after)) + "; ";
 }
 
 Explained OfSet(kobd_client* client, int code, const Pairs& pairs)

@@ -122,7 +122,7 @@ std::optional<Explained> OfFailure(kobd_client* client, const ChangedRows& chang
     Explained why = Simple("the router could not set " + texts[failed]);
     why.table = rows[failed].table;
     why.index = rows[failed].index;
-    if (rows.size() > 1) why.text += HowFar(texts, failed);
+    if (rows.size() > 1) why.text = HowFar(texts, failed) + why.text;
     return why;
 }
 

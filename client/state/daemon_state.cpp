@@ -1,6 +1,8 @@
 // Asking the imitated router about its state.
 #include "client/state/daemon_state.h"
 
+#include <unistd.h>
+
 #include "client/requests/request.h"
 #include "host/state/folder.h"
 
@@ -24,13 +26,22 @@ bool UseDaemonsState()
 
 void UseStateToShow()
 {
-    if (!UseDaemonsState()) SayError("no kobd answers; this is the state in " + host::StateFolderName());
+    if (UseDaemonsState()) return;
+    const std::string folder = host::StateFolderName();
+    const bool there = access(folder.c_str(), F_OK) == 0;
+    SayError("no kobd answers; this is the state in " + folder + (there ? "" : ", a folder that does not exist"));
 }
 
 std::string WhyNotSaved()
 {
     const auto texts = AskHost(KOBD_HOST_STATE);
     return texts && texts->size() > 1 ? texts->at(1) : "";
+}
+
+Words NotCommitted()
+{
+    const auto texts = AskHost(KOBD_HOST_STATE);
+    return texts && texts->size() > 2 ? Words(texts->begin() + 2, texts->end()) : Words();
 }
 
 void AddNotSaved(const std::string& what, Outcome* outcome)

@@ -18,6 +18,9 @@ void UseStateToShow();
 // Why the last commit could not be saved; the empty text when everything is saved, and where nobody tells.
 std::string WhyNotSaved();
 
+// The objects and tables that were set since the last commit; none where nobody tells.
+Words NotCommitted();
+
 // Where what was just changed could not be saved, adds the line "WHAT, but not saved: REASON" to the outcome, whose
 // exit status becomes 3 and whose data says so.
 void AddNotSaved(const std::string& what, Outcome* outcome);
