@@ -1,5 +1,5 @@
-// kobctl watch [PATTERN...]: what the daemon sends to other modules, with old and new values; with --poll, values whose
-// changes are not announced.
+// kobctl watch [PATTERN...]: what the daemon sends to other modules, with old and new values, and network events; with
+// --poll, values whose changes are not announced.
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
@@ -75,6 +75,12 @@ void ShowMessage(const Options& options, const kobd_tapped& message, const std::
     Show(options, json, line + (content.whole ? "" : " (cut)"));
 }
 
+// What the daemon sends to other modules, and network events, which it is sent itself.
+bool IsNews(const kobd_tapped& message)
+{
+    return message.kind == KOBD_TAP_SENT || (message.kind == KOBD_TAP_RECEIVED && message.message_class == kClassEvent);
+}
+
 bool IsEnough(const Options& options, int printed) { return options.count != 0 && printed >= options.count; }
 
 Outcome WatchAnnouncements(const Options& options, const Words& patterns)
@@ -89,7 +95,7 @@ Outcome WatchAnnouncements(const Options& options, const Words& patterns)
         failure = listener.Next(&message);
         if (!message) continue;
         known.Note(*message);
-        if (message->kind != KOBD_TAP_SENT || !IsAskedFor(patterns, *message)) continue;
+        if (!IsNews(*message) || !IsAskedFor(patterns, *message)) continue;
         ShowMessage(options, *message,
                     message->module == kModuleNotify ? known.ChangesOf(options, *message) : std::vector<ValueChange>());
         ++printed;

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "client/library/connection.h"
+#include "client/library/explain.h"
 #include "daemon/base/dump_file.h"
 #include "daemon/base/result.h"
 
@@ -66,8 +67,12 @@ int kobd_dump(kobd_client* client, enum kobd_request request, const kobd_items* 
     if (const int code = kobd_call(client, request, items)) return code;
     kobd_item item{};
     const bool named = kobd_reply_next(client, &item) == 1 && item.text != nullptr;
-    const std::string wrong = named ? Take(item.text, &client->dump) : "the reply names no file";
+    std::string wrong = named ? Take(item.text, &client->dump) : "the reply names no file";
+    // The daemon ends a table without a word where the router cannot give the next row.
+    if (wrong.empty() && request == KOBD_TABLE_DUMP)
+        if (const auto failed = AskWhatFailed(client)) wrong = "the router could not read all rows of " + failed->name;
+    client->answered = true;
     if (!wrong.empty()) return Ended(client, {.code = kSystemError, .reason = wrong, .text = wrong});
     *content = {client->dump.data(), client->dump.size()};
-    return kSuccess;
+    return Ended(client, kSuccess);
 }

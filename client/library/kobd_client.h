@@ -188,7 +188,8 @@ int kobd_get_many(kobd_client* client, const char* const* names, size_t count, k
 
 /* Sends a request that is answered with a dump file (KOBD_SHOW, KOBD_TABLE_DUMP), reads the file and removes it.
  * *content has its bytes until the next call on this client: names in lines, or items. Returns as kobd_call does; 4
- * also when the reply names no dump file, or the file cannot be read. */
+ * also when the reply names no dump file, when the file cannot be read, and when the imitated router could not read all
+ * rows of a table. Another router does not tell that: its dump has fewer rows. */
 int kobd_dump(kobd_client* client, enum kobd_request request, const kobd_items* items, kobd_bytes* content);
 
 /* -- why a call was refused ------------------------------------------------------------------- */
@@ -226,8 +227,7 @@ int kobd_row_get(kobd_client* client, const char* table, int32_t index, kobd_pai
 typedef void (*kobd_row_function)(void* context, const char* table, int32_t index, const char* const* columns,
                                   const char* const* values, size_t count);
 
-/* Calls each with every row of the table, or of count tables, whatever their size. Returns as kobd_dump does, or 7; 4
- * also when the imitated router could not read all rows. A router that is not imitated does not tell: fewer rows come. */
+/* Calls each with every row of the table, or of count tables, whatever their size. Returns as kobd_dump does, or 7. */
 int kobd_rows(kobd_client* client, const char* table, kobd_row_function each, void* context);
 int kobd_rows_of(kobd_client* client, const char* const* tables, size_t count, kobd_row_function each, void* context);
 

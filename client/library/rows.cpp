@@ -3,7 +3,6 @@
 #include <memory>
 
 #include "client/library/connection.h"
-#include "client/library/explain.h"
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 
@@ -92,12 +91,8 @@ int kobd_rows_of(kobd_client* client, const char* const* tables, size_t count, k
     if (const int code = kobd_dump(client, KOBD_TABLE_DUMP, &items, &content)) return code;
     const auto rows = ReadRows(content);
     if (!rows) return EndedUnread(client, "the dump file holds no rows that can be read");
-    // The daemon ends a table without a word where the router cannot give the next row.
-    if (const auto failed = AskWhatFailed(client))
-        return EndedUnread(client, "the router could not read all rows of " + failed->name);
-    client->answered = true;
     for (const RowWithValues& row : *rows) Tell(row, each, context);
-    return Ended(client, kobd::kSuccess);
+    return kobd::kSuccess;
 }
 
 int kobd_row_add(kobd_client* client, const char* table, const char* parent_path, int32_t* index)
