@@ -25,6 +25,7 @@ Requester in_hand;
 int32_t changed = 0;  // by the request in hand
 std::array<Remembered, 64> remembered;
 size_t oldest = 0;
+bool any = false;  // a request pays for a look only once something has failed
 
 Remembered* Find(const Requester& requester)
 {
@@ -37,7 +38,7 @@ void ChangesBegin(uint32_t process, int32_t connection)
 {
     in_hand = {process, connection};
     changed = 0;
-    if (Remembered* last = Find(in_hand)) *last = {};
+    if (Remembered* last = any ? Find(in_hand) : nullptr) *last = {};
 }
 
 int NoteChange(SimTarget target, int32_t index, int code)
@@ -54,6 +55,7 @@ int NoteChange(SimTarget target, int32_t index, int code)
         oldest = (oldest + 1) % remembered.size();
     }
     *place = {in_hand, {target, index, changed}};
+    any = true;
     return code;
 }
 
