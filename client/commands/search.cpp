@@ -53,22 +53,43 @@ int ScoreIn(const std::string& text, const std::string& word)
     return best;
 }
 
-// 0 when one of the words is found nowhere. A word in the name weighs more than one in the meaning.
-int Score(const std::string& name, const char* meaning, const char* unit, const Words& words)
+// What people call it, and what the dictionary does.
+std::string InOurWords(const std::string& word)
+{
+    for (const auto& [theirs, ours] : {std::pair("wlan", "wifi"), {"wi-fi", "wifi"}})
+        if (word == theirs) return ours;
+    return word;
+}
+
+// What is searched, in lower case.
+struct Texts
+{
+    std::string name = {};
+    std::string parts = {};  // of the name
+    std::string meaning = {};
+    std::string unit = {};
+    std::string table = {};  // what the table of a column means
+};
+
+// A word in the name weighs more than one in the meaning. 0: not found.
+int ScoreOf(const Texts& texts, const std::string& word)
 {
     constexpr int kInName = 3;
     constexpr int kWholeName = 20;
-    const std::string lower = InLowerCase(name);
-    const std::string parts = InLowerCase(Parted(name));
-    const std::string text = InLowerCase(std::string(meaning != nullptr ? meaning : ""));
-    const std::string in = InLowerCase(std::string(unit != nullptr ? unit : ""));
+    const int in_name = std::max(ScoreIn(texts.name, word), ScoreIn(texts.parts, word));
+    const int score = kInName * in_name + ScoreIn(texts.meaning, word) + ScoreIn(texts.unit, word);
+    return score + (texts.name == word ? kWholeName : 0);
+}
+
+// 0 when one of the words is found nowhere, or all of them only in what the table means.
+int Score(const Texts& texts, const Words& words)
+{
     int sum = 0;
     for (const std::string& word : words)
     {
-        const int in_name = std::max(ScoreIn(lower, word), ScoreIn(parts, word));
-        const int score = kInName * in_name + ScoreIn(text, word) + ScoreIn(in, word);
-        if (score == 0) return 0;
-        sum += score + (lower == word ? kWholeName : 0);
+        const int score = std::max(ScoreOf(texts, word), ScoreOf(texts, InOurWords(word)));
+        if (score == 0 && ScoreIn(texts.table, word) == 0) return 0;
+        sum += score;
     }
     return sum;
 }
@@ -91,16 +112,19 @@ public:
             Try(table->name, "table", table->meaning, nullptr);
             for (size_t c = 0; c < table->column_count; ++c)
                 Try(std::string(table->name) + " " + table->columns[c]->name, "column", table->columns[c]->meaning,
-                    table->columns[c]->unit);
+                    table->columns[c]->unit, table->meaning);
         }
         std::ranges::stable_sort(hits_, std::greater(), &Hit::score);
         return hits_;
     }
 
 private:
-    void Try(const std::string& name, const char* kind, const char* meaning, const char* unit)
+    void Try(const std::string& name, const char* kind, const char* meaning, const char* unit,
+             const char* table = nullptr)
     {
-        if (const int score = Score(name, meaning, unit, words_)) hits_.push_back({name, kind, meaning, unit, score});
+        const auto lower = [](const char* text) { return InLowerCase(text != nullptr ? text : ""); };
+        const Texts texts = {InLowerCase(name), InLowerCase(Parted(name)), lower(meaning), lower(unit), lower(table)};
+        if (const int score = Score(texts, words_)) hits_.push_back({name, kind, meaning, unit, score});
     }
 
     Words words_ = {};
@@ -126,6 +150,7 @@ std::string MeaningText(const char* meaning, const char* unit)
 
 Outcome CommandSearch(const Options& options, const Words& words)
 {
+    if (std::ranges::find(words, "") != words.end()) return Failure{kWrongUse, "search takes words, and one is empty"};
     std::vector<Hit> hits = Search(words).Run();
     if (options.count > 0 && hits.size() > static_cast<size_t>(options.count))
         hits.resize(static_cast<size_t>(options.count));
