@@ -67,7 +67,8 @@ void ReadSettings(std::string_view text, SettingsFile* file, LineErrors* errors)
     size_t number = 0;
     for (const std::string_view line : LinesOf(text))
         if (std::string what = ReadLine(++number, line, file); !what.empty()) errors->emplace(number, what);
-    if (!file->ended) errors->emplace(std::max<size_t>(number, 1), "the last line is not 'end', so the file is incomplete");
+    if (!file->ended)
+        errors->emplace(std::max<size_t>(number, 1), "the last line is not 'end', so the file is incomplete");
 }
 
 namespace
