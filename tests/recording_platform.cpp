@@ -256,23 +256,8 @@ int getCurrWanInterfaceSNMP_net(char* name, size_t size) { return CopyText(platf
     int getter(char* value) { return RecordGet(#getter, value); }
 #define DEFINE_SET(setter) \
     int setter(const char* value) { return RecordSet(#setter, value); }
-#define DEFINE_NOTHING(...)
-
-// SHARED(f) and OWN(f) make two arguments of one, which shifts DEFINE_NOTHING to the third place.
-#define SHARED(accessor) accessor, shared
-#define OWN(accessor) accessor, own
-#define THIRD(first, second, third, ...) third
-#define PICK(define, ...) THIRD(__VA_ARGS__, DEFINE_NOTHING, define, unused)
-#define GET(...) PICK(DEFINE_GET, __VA_ARGS__)(__VA_ARGS__)
-#define SET(...) PICK(DEFINE_SET, __VA_ARGS__)(__VA_ARGS__)
-#define OBJECT(name, type, getter, setter, ...) GET(getter) SET(setter)
-#define RO(name, type, getter, ...) GET(getter)
-#define WO(name, type, setter, ...) SET(setter)
-#define ACTION(name, type, setter, ...) SET(setter)
-#include "dictionary/catalogue/objects.def"
-#undef GET
-#undef SET
-#undef SHARED
+#define DEFINE_ACTION(setter) DEFINE_SET(setter)
+#include "dictionary/catalogue/accessor_definitions.def"
 
 // The list operations.
 #define DEFINE_ADD(function) \
@@ -298,15 +283,4 @@ int getCurrWanInterfaceSNMP_net(char* name, size_t size) { return CopyText(platf
     {                                                                         \
         return RecordList("path", #function, index, " " + std::string(path)); \
     }
-#define SHARED(function) function, shared
-#define ADD(...) PICK(DEFINE_ADD, __VA_ARGS__)(__VA_ARGS__)
-#define DEL(...) PICK(DEFINE_DEL, __VA_ARGS__)(__VA_ARGS__)
-#define GET(...) PICK(DEFINE_ROW_GET, __VA_ARGS__)(__VA_ARGS__)
-#define SET(...) PICK(DEFINE_ROW_SET, __VA_ARGS__)(__VA_ARGS__)
-#define PATH(...) PICK(DEFINE_PATH, __VA_ARGS__)(__VA_ARGS__)
-#define NEXT(...) PICK(DEFINE_NEXT, __VA_ARGS__)(__VA_ARGS__)
-#define VALIDATE(...)
-#define TABLE(name, layout, max_rows, ...) __VA_ARGS__
-#define OWN_LIST(...)
-#define SAME_LIST(...)
-#include "dictionary/catalogue/tables.def"
+#include "dictionary/catalogue/operation_definitions.def"

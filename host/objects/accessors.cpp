@@ -48,19 +48,4 @@ consteval size_t RowOf(std::string_view accessor)
     int setter(const char* value) { return ObjectValueSet(RowOf(#setter), value); }
 #define DEFINE_ACTION(setter) \
     int setter(const char* value) { return ObjectAction(RowOf(#setter), value); }
-#define DEFINE_NOTHING(...)
-
-// SHARED(f) and OWN(f) make two arguments of one, which shifts DEFINE_NOTHING to the third place.
-#define SHARED(accessor) accessor, shared
-#define OWN(accessor) accessor, own
-#define THIRD(first, second, third, ...) third
-#define PICK(define, ...) THIRD(__VA_ARGS__, DEFINE_NOTHING, define, unused)
-#define GET(...) PICK(DEFINE_GET, __VA_ARGS__)(__VA_ARGS__)
-#define SET(...) PICK(DEFINE_SET, __VA_ARGS__)(__VA_ARGS__)
-#define ACT(...) PICK(DEFINE_ACTION, __VA_ARGS__)(__VA_ARGS__)
-
-#define OBJECT(name, type, getter, setter, ...) GET(getter) SET(setter)
-#define RO(name, type, getter, ...) GET(getter)
-#define WO(name, type, setter, ...) ACT(setter)
-#define ACTION(name, type, setter, ...) ACT(setter)
-#include "dictionary/catalogue/objects.def"
+#include "dictionary/catalogue/accessor_definitions.def"
