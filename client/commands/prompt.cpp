@@ -150,7 +150,7 @@ bool ReadWholeLine(bool edited, std::string* line)
     }
 }
 
-// Runs the command in a process of its own, so that Ctrl-C ends the command alone. Returns its exit status.
+// Runs the command in a child process, so that Ctrl-C ends only the command. Returns its exit status.
 int RunApart(const Words& words)
 {
     std::cout << std::flush;

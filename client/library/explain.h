@@ -25,7 +25,7 @@ struct FailedChange
 // Asks the imitated router; nothing where it does not tell.
 std::optional<FailedChange> AskWhatFailed(kobd_client* client);
 
-// "; set before it: A, B; not set: C", of what was to be set in this order, the one at `failed` failing.
+// "set: A, B; not set: C; ", of what was to be set in this order, the one at `failed` failing.
 std::string HowFar(const Words& texts, size_t failed);
 
 // A set of objects. Asks the imitated router which one it could not set, where no check has refused one.

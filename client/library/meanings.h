@@ -7,7 +7,7 @@
 
 namespace kobd::client
 {
-// This stands in the place of a table's number. It means every table that has the column but no row of its own for it.
+// Stands where the number of a table would. The meaning is then that of the column in every table without a row for it.
 inline constexpr uint16_t kEveryTable = UINT16_MAX;
 
 struct Meaning

@@ -138,13 +138,6 @@ void PendingSet::Load()
     if (state->Failed()) error_ = DatabaseFailure("cannot read");
 }
 
-Assignments PendingSet::OldValues() const
-{
-    Assignments pairs;
-    for (const OldValue& value : old_values_) pairs.push_back({value.name, value.old});
-    return pairs;
-}
-
 Failure PendingSet::Begin(const Options& options, const Assignments& pairs)
 {
     if (error_) return error_;

@@ -73,7 +73,6 @@ private:
     Failure Finish();
     Failure End();
     Failure KeepRefused(const Options& options, int code, const Assignments& sent);
-    Assignments OldValues() const;
 
     int lock_ = -1;
     Failure error_;

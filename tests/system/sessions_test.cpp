@@ -1,4 +1,4 @@
-// This test replays each file in sessions/ with a real daemon of its own and compares the whole output with the file.
+// Replays each file in sessions/. Each has its own daemon, and all that is printed is compared with the file.
 //
 // A session is what a person sees. A line "$ COMMAND" is run by the shell, together with lines "> ..." behind it; its
 // output follows, lines of standard error after "! ", and the exit status in brackets where it is not 0. "$ kill kobd"

@@ -1,5 +1,4 @@
-// The gateway's threads use the bus through these functions. Each thread has a client of its own. A refusal is thrown
-// as a problem document.
+// The bus, for the threads of the gateway. Each thread has its own client. A refusal is thrown as a problem document.
 #pragma once
 
 #include <map>

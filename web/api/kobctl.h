@@ -1,5 +1,5 @@
-// The gateway runs the kobctl that lies beside it for what the client library does not know: the steps of the
-// simulator, the history and undo. kobctl gets its words as they are; there is no shell.
+// The client library has no steps of the simulator, no history and no undo. For these the gateway runs the kobctl in
+// its own folder. kobctl gets its words as they are; there is no shell.
 #pragma once
 
 #include <sys/types.h>

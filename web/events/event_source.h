@@ -16,7 +16,7 @@ class EventSource
 public:
     explicit EventSource(Connections& connections) : connections_(connections) {}
 
-    // Runs until `stop` is true; the caller gives it a thread of its own.
+    // Returns when `stop` is true. Call it on a thread that does nothing else.
     void Run(const std::atomic<bool>& stop);
 
 private:
