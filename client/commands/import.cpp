@@ -6,6 +6,7 @@
 #include "client/commands/commands.h"
 #include "client/output/terminal.h"
 #include "client/rows/import_rows.h"
+#include "client/state/daemon_state.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client

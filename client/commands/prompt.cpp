@@ -14,6 +14,7 @@
 #include <iostream>
 
 #include "client/commands/commands.h"
+#include "host/state/database.h"
 #include "host/state/folder.h"
 
 namespace kobd::client

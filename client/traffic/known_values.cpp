@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "client/dictionary/names.h"
+#include "client/output/outcome.h"
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 
