@@ -53,19 +53,18 @@ bool IsInTheWay(What what) { return unread && what == What::kAll && ListsChanged
 // Writes what changed; everything, where the database may be another one than before.
 bool TryCommit(Database* database, What what)
 {
-    if (!database->Open()) return false;
-    if (IsInTheWay(what) && (!database->MoveAside("replaced, since it could not be read") || !database->Open()))
+    if (IsInTheWay(what) && (!database->Open() || !database->MoveAside("replaced, since it could not be read")))
         return false;
-    if (database->Openings() != known)
-    {
-        ObjectValuesAllChanged();
-        ListsAllChanged();
-    }
     const int author = Author();
     History history(database, author, author == getpid() ? "" : BusProgram());
     const bool written = database->Write(
         [&]
         {
+            if (database->Openings() != known)
+            {
+                ObjectValuesAllChanged();
+                ListsAllChanged();
+            }
             if (what == What::kAll) ObjectValuesWrite(database, &history);
             if (what == What::kAll) ListsWrite(database, &history);
             StoresWrite(database, &history);

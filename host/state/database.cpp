@@ -173,6 +173,8 @@ sqlite3_stmt* Database::Prepared(const char* sql)
     return statement;
 }
 
+int64_t Database::LastRow() const { return sqlite3_last_insert_rowid(connection_); }
+
 bool Database::Begin()
 {
     error_ = 0;

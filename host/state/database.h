@@ -93,6 +93,9 @@ public:
         return !Failed();
     }
 
+    // The number of the row that was inserted last, of a table that numbers its rows.
+    int64_t LastRow() const;
+
     // Opens the database and runs `changes` in one transaction, which is on the disk when this returns. False when
     // anything has failed; nothing has changed then. Inside of another Write it always fails.
     template <typename Changes>

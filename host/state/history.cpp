@@ -11,7 +11,8 @@ namespace kobd::host
 {
 namespace
 {
-constexpr int64_t kRowsKept = 10000;
+constexpr int64_t kRowsKept = 10000;  // at most
+constexpr int64_t kRowsAtOnce = 64;   // that go together: each time, the oldest page is written besides the newest
 
 const char* own_name = nullptr;
 
@@ -34,22 +35,20 @@ void HistoryNameSelf(const char* name) { own_name = name; }
 
 void History::Add(const Change& change)
 {
-    if (batch_ == 0)
-    {
-        Query last = database_->Ask("SELECT batch FROM history ORDER BY id DESC LIMIT 1");
-        batch_ = (last.Next() ? last.Number(0) : 0) + 1;
-        time_ = time(nullptr);
-        if (program_.empty()) program_ = ProgramOf(process_);
-    }
+    const bool first = added_++ == 0;
+    if (first) time_ = time(nullptr);
+    if (first && program_.empty()) program_ = ProgramOf(process_);
     database_->Run(
         "INSERT INTO history(batch, time, process, program, kind, name, number, field, old, new)"
-        " VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
-        batch_, time_, int64_t{process_}, program_, std::string_view(change.kind), change.name, change.number,
+        " VALUES(ifnull((SELECT batch FROM history ORDER BY id DESC LIMIT 1), 0) + ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
+        int64_t{first}, time_, int64_t{process_}, program_, std::string_view(change.kind), change.name, change.number,
         change.field, Shown(change.old, change.secret), Shown(change.now, change.secret));
 }
 
 void History::Finish()
 {
-    if (batch_ != 0) database_->Run("DELETE FROM history WHERE id <= (SELECT max(id) FROM history) - ?", kRowsKept);
+    const int64_t last = database_->LastRow();
+    if (added_ != 0 && last / kRowsAtOnce != (last - added_) / kRowsAtOnce)
+        database_->Run("DELETE FROM history WHERE id <= ?", last - (kRowsKept - kRowsAtOnce));
 }
 }  // namespace kobd::host

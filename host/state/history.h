@@ -41,7 +41,7 @@ public:
 private:
     Database* database_;
     int process_;
-    int64_t batch_ = 0;  // 0: nothing was added yet
+    int64_t added_ = 0;
     int64_t time_ = 0;
     std::string program_;
 };

@@ -53,6 +53,7 @@ extern "C"
     LOADED(int, sqlite3_bind_text,
            (sqlite3_stmt * statement, int place, const char* text, int bytes, void (*release)(void*)),
            (statement, place, text, bytes, release), SQLITE_ERROR)
+    LOADED(sqlite3_int64, sqlite3_last_insert_rowid, (sqlite3 * connection), (connection), 0)
     LOADED(int, sqlite3_step, (sqlite3_stmt * statement), (statement), SQLITE_ERROR)
     LOADED(int, sqlite3_reset, (sqlite3_stmt * statement), (statement), SQLITE_ERROR)
     LOADED(int, sqlite3_clear_bindings, (sqlite3_stmt * statement), (statement), SQLITE_ERROR)
