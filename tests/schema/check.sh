@@ -25,5 +25,6 @@ KOBD_STATE_DIR=/mnt/state ./kobd -F >log 2>&1 &
 ./kobctl schema --yang >kobd.yang
 yanglint kobd.yang
 node check.mjs schema.json export.json openapi.json
-PATH=/mnt:$PATH node json.mjs json.md json.schema.json
+# An example ends with Ctrl-C, which a shell in the background lets its programs ignore.
+PATH=/mnt:$PATH env --default-signal=INT node json.mjs json.md json.schema.json
 END
