@@ -59,9 +59,6 @@ std::string MeaningText(const char* meaning, const char* unit);
 // A row as the JSON of every command names it.
 inline Json JsonOf(const RowAddress& row) { return {{"table", row.table->name}, {"index", row.index}}; }
 
-// The changes that history shows.
-Failure ReadAskedChanges(const Options& options, const Words& words, std::vector<PastChange>* changes);
-
 // An object's old value, where it is known, and its new one for JSON; `text` gets them as the lines of a diff. Secrets
 // are not shown.
 Json AddDifference(const Assignment& pair, const std::optional<std::string>& old, std::string* text);

@@ -58,7 +58,6 @@ bool IsKnown(const std::string& pattern)
     const bool row = FindTable(pattern.substr(0, pattern.find(' '))) != nullptr;
     return row || std::ranges::any_of(names, [&](const std::string& name) { return MatchesName(pattern, name); });
 }
-}  // namespace
 
 Failure ReadAskedChanges(const Options& options, const Words& words, std::vector<PastChange>* changes)
 {
@@ -70,6 +69,7 @@ Failure ReadAskedChanges(const Options& options, const Words& words, std::vector
         changes->erase(changes->begin(), changes->end() - options.count);
     return {};
 }
+}  // namespace
 
 Outcome CommandHistory(const Options& options, const Words& words)
 {

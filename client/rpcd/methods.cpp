@@ -5,7 +5,6 @@
 #include "client/commands/commands.h"
 #include "client/dictionary/names.h"
 #include "client/rpcd/errors.h"
-#include "client/rpcd/reply_data.h"
 #include "client/rpcd/row_methods.h"
 #include "daemon/base/result.h"
 #include "dictionary/catalogue/secrets.h"
@@ -97,7 +96,7 @@ Json CheckValues(const Options& options, const Json& arguments)
     if (arguments.contains("table")) return CheckRow(options, arguments);
     const Words words = WordsOf(ValuesOf(arguments));
     if (words.empty()) return ErrorReply({kInvalidArgument, "no values given"});
-    return ReplyOf(WithChecks(CommandCheck(options, words)), "checks");
+    return ReplyOf(CommandCheck(options, words), "checks");
 }
 
 Json Confirm(const Options& options, const Json&)
@@ -116,7 +115,7 @@ Json Describe(const Options& options, const Json& arguments)
         return ErrorReply(failure, AskedTexts(arguments));
     Options as_json = options;  // which does without what is simulated
     as_json.json = true;
-    return ReplyOf(WithDescriptions(CommandDescribe(as_json, names)), "described");
+    return ReplyOf(CommandDescribe(as_json, names), "described");
 }
 
 Json History(const Options& options, const Json& arguments)
@@ -124,9 +123,7 @@ Json History(const Options& options, const Json& arguments)
     Options some = options;
     some.count = NumberOf(arguments, "count").value_or(0);
     const std::string pattern = TextOf(arguments, "match");
-    std::vector<PastChange> changes;
-    const Failure failure = ReadAskedChanges(some, pattern.empty() ? Words() : Words{pattern}, &changes);
-    return failure ? ErrorReply(failure) : Json{{"changes", ChangesOf(changes)}};
+    return ReplyOf(CommandHistory(some, pattern.empty() ? Words() : Words{pattern}), "changes");
 }
 
 Json Undo(const Options& options, const Json& arguments)

@@ -4,7 +4,6 @@
 #include "client/commands/commands.h"
 #include "client/dictionary/column_value.h"
 #include "client/rpcd/errors.h"
-#include "client/rpcd/reply_data.h"
 #include "daemon/base/result.h"
 #include "dictionary/catalogue/secrets.h"
 
@@ -85,6 +84,6 @@ Json DeleteOneRow(const Options& options, const Json& arguments)
 Json CheckRow(const Options& options, const Json& arguments)
 {
     if (!arguments.contains("index")) return ErrorReply({kInvalidArgument, "index is missing, the row's number"});
-    return ReplyOf(WithChecks(CommandCheck(options, RowWords(arguments))), "checks");
+    return ReplyOf(CommandCheck(options, RowWords(arguments)), "checks");
 }
 }  // namespace kobd::client
