@@ -16,7 +16,6 @@ namespace kobd
 {
 namespace
 {
-constexpr int kApnMax = 4;
 constexpr int kVolteApn = 2;              // the APN that carries voice calls (IMS)
 constexpr size_t kInterfaceBuffer = 128;  // name of a WAN interface with its zero byte
 

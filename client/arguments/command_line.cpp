@@ -79,7 +79,8 @@ Failure ReadSpeed(const std::string& text, Options* options)
 
 Failure ReadConfirm(const std::string& text, Options* options)
 {
-    return ReadNumber(text, kLongestConfirm, "--confirm takes seconds from 1 to 604800", &options->confirm_s);
+    const std::string number = text.size() > 1 && text.ends_with('s') ? text.substr(0, text.size() - 1) : text;
+    return ReadNumber(number, kLongestConfirm, "--confirm takes seconds from 1 to 604800", &options->confirm_s);
 }
 
 Failure ReadParent(const std::string& text, Options* options)

@@ -1,6 +1,7 @@
 // Words to integers, lists and assignments.
 #include "client/arguments/words.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace kobd::client
@@ -42,8 +43,16 @@ bool ReadAssignment(std::string_view word, Assignments* pairs)
 Failure ReadAssignments(const std::string& takes, const Words& words, Assignments* pairs)
 {
     for (const std::string& word : words)
+    {
         if (!ReadAssignment(word, pairs)) return {kWrongUse, takes + ", not '" + word + "'"};
+        if (IsGivenTwice(*pairs)) return {kWrongUse, pairs->back().name + " is given twice"};
+    }
     return {};
+}
+
+bool IsGivenTwice(const Assignments& pairs)
+{
+    return !pairs.empty() && std::ranges::count(pairs, pairs.back().name, &Assignment::name) > 1;
 }
 
 std::string NamesOf(const Assignments& pairs)

@@ -35,7 +35,11 @@ using Assignments = std::vector<Assignment>;
 // Appends the assignment that the word says. False for a word of another form.
 [[nodiscard]] bool ReadAssignment(std::string_view word, Assignments* pairs);
 
-// Reads all words. `takes` begins the failure for a word of another form: "set takes NAME=VALUE".
+// Whether the last assignment has the name of one before it.
+bool IsGivenTwice(const Assignments& pairs);
+
+// Reads all words. `takes` begins the failure for a word of another form: "set takes NAME=VALUE". Fails, too, for a name
+// that stands twice.
 Failure ReadAssignments(const std::string& takes, const Words& words, Assignments* pairs);
 
 // "NAME, NAME".

@@ -1,5 +1,7 @@
 // kobctl confirm: keeps what set --confirm changed. With --resume, at the start of the service: goes on waiting, or
 // restores the old values as soon as the daemon answers.
+#include <algorithm>
+
 #include "client/commands/commands.h"
 #include "client/state/pending_set.h"
 #include "client/state/waiting_process.h"
@@ -28,8 +30,14 @@ Outcome CommandConfirm(const Options& options, const Words&)
         const Failure failure = pending.TakeBack(options);
         return Failure{kInvalidArgument, "too late to confirm: " + (failure ? failure.what : pending.Restored())};
     }
-    const Words names = pending.PendingNames();
+    const Words kept = pending.ChangedNames(options);
+    Words unchanged = pending.PendingNames();
+    std::erase_if(unchanged, [&](const std::string& name) { return std::ranges::find(kept, name) != kept.end(); });
     if (const Failure failure = pending.Withdraw()) return Failure{failure.code, "confirm: " + failure.what};
-    return {{{"kept", names}}, "kept: " + Joined(names) + "\n"};
+    Outcome outcome({{"kept", kept}}, kept.empty() ? "" : "kept: " + Joined(kept) + "\n");
+    if (unchanged.empty()) return outcome;
+    outcome.data["unchanged"] = unchanged;
+    outcome.text += "nothing to keep, since the old value is back: " + Joined(unchanged) + "\n";
+    return outcome;
 }
 }  // namespace kobd::client

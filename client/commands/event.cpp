@@ -9,6 +9,7 @@ Outcome CommandEvent(const Options& options, const Words& words)
     const NetworkEvent* event = nullptr;
     if (Failure failure = FindEvent(words[0], &event)) return failure;
     const std::string text = words.size() > 1 ? words[1] : "";
+    if (Failure failure = CheckEventText(*event, text)) return failure;
     if (Failure failure = SendEvent(options, *event, text)) return failure;
     return {{{"sent", event->name}, {"text", text}}, ""};
 }

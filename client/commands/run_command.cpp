@@ -84,7 +84,10 @@ int RunCommand(const Words& command_line, const Options& defaults)
     CommandLine line = {defaults};
     std::string first;
     Outcome outcome = ReadCommandLine(command_line, &line);
-    if (!outcome.failure) outcome = Run(line, &first);
+    if (!outcome.failure)
+        outcome = Run(line, &first);
+    else if (!line.words.empty() && FindNamed(kCommands, line.words[0]) != nullptr)
+        first = line.words[0];
     const int status = Print(line.options, outcome, first);
     return FlushOutput() || status != 0 ? status : 1;
 }

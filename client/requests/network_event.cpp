@@ -24,6 +24,13 @@ Failure FindEvent(const std::string& name, const NetworkEvent** event)
     return {kWrongUse, "there is no event " + name + ", the events are " + Joined(EventNames())};
 }
 
+Failure CheckEventText(const NetworkEvent& event, const std::string& text)
+{
+    if (event.id != kEvtApnIPChange || ReadInteger(text, 1, kApnMax)) return {};
+    return {kWrongUse, std::string(event.name + kPrefix.size()) + " takes the number of an APN profile, 1 to " +
+                           std::to_string(kApnMax) + (text.empty() ? "" : ", not '" + text + "'")};
+}
+
 Failure SendEvent(const Options& options, const NetworkEvent& event, const std::string& text)
 {
     const size_t length = text.empty() ? 0 : text.size() + 1;  // the daemon reads the text to its zero byte

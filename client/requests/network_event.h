@@ -14,6 +14,9 @@ Words EventNames();
 // Finds the event of this name, "NetworkUp" or "EvtNetworkUp". The failure names all events.
 Failure FindEvent(const std::string& name, const NetworkEvent** event);
 
+// Whether the daemon takes this text with the event. It would silently ignore another one.
+Failure CheckEventText(const NetworkEvent& event, const std::string& text);
+
 // Sends the event with a text, or without one where it is empty.
 Failure SendEvent(const Options& options, const NetworkEvent& event, const std::string& text);
 }  // namespace kobd::client

@@ -16,6 +16,7 @@ struct RowAddress
     const TableEntry* table;
     int32_t index;
 
+    bool operator==(const RowAddress&) const = default;
     std::string Text() const;  // "FwUrlFilterTable 3"; the table alone where there is no index yet
 };
 

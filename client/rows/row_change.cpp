@@ -1,6 +1,7 @@
 // Changes of rows, sent through the library.
 #include "client/rows/row_change.h"
 
+#include <algorithm>
 #include <csignal>
 #include <memory>
 
@@ -59,7 +60,8 @@ private:
 
 Failure ReadColumnValue(const std::string& word, Assignments* values)
 {
-    if (ReadAssignment(word, values)) return {};
+    if (ReadAssignment(word, values))
+        return IsGivenTwice(*values) ? Failure{kWrongUse, values->back().name + " is given twice"} : Failure();
     return {kWrongUse, "'" + word + "' is neither COLUMN=VALUE nor a table" + DidYouMean(word, AllNames(kTableRows))};
 }
 
@@ -67,12 +69,13 @@ Failure ReadChanges(const Words& words, RowChanges* changes)
 {
     for (size_t i = 0; i < words.size();)
     {
-        RowChange change = {{nullptr, kNoIndexYet}};
-        if (Failure failure = ReadTable(words[i++], &change.row.table)) return failure;
-        if (Failure failure = ReadRowIndex(i < words.size() ? words[i++] : "", &change.row.index)) return failure;
+        RowAddress row = {nullptr, kNoIndexYet};
+        if (Failure failure = ReadTable(words[i++], &row.table)) return failure;
+        if (Failure failure = ReadRowIndex(i < words.size() ? words[i++] : "", &row.index)) return failure;
+        auto change = std::ranges::find(*changes, row, &RowChange::row);
+        if (change == changes->end()) change = changes->insert(change, {row});
         for (; i < words.size() && FindTable(words[i]) == nullptr; ++i)
-            if (Failure failure = ReadColumnValue(words[i], &change.values)) return failure;
-        changes->push_back(change);
+            if (Failure failure = ReadColumnValue(words[i], &change->values)) return failure;
     }
     return {};
 }

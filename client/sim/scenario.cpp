@@ -87,7 +87,8 @@ Failure ReadEvent(const Words& words, ScenarioStep* step)
 {
     if (words.size() < 2 || words.size() > 3) return {kWrongUse, "event takes NAME and perhaps a text"};
     if (words.size() == 3) step->event_text = words[2];
-    return FindEvent(words[1], &step->event);
+    if (Failure failure = FindEvent(words[1], &step->event)) return failure;
+    return CheckEventText(*step->event, step->event_text);
 }
 
 Failure ReadStep(const CommandLine& line, ScenarioStep* step)

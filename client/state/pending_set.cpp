@@ -196,12 +196,14 @@ Words PendingSet::RefusedNames() const
 
 bool PendingSet::IsOverdue() const { return IsPending() && (boot_ != ThisBoot() || NowS() >= due_s_); }
 
-bool PendingSet::IsUnchanged(const Options& options) const
+Words PendingSet::ChangedNames(const Options& options) const
 {
     Values values;
-    if (ReadNamed(options, old_values_, &values).code != 0) return false;
-    return std::all_of(old_values_.begin(), old_values_.end(),
-                       [&](const OldValue& value) { return values[value.name] == value.old; });
+    const bool known = ReadNamed(options, old_values_, &values).code == 0;
+    Words names;
+    for (const OldValue& value : old_values_)
+        if (!known || values[value.name] != value.old) names.push_back(value.name);
+    return names;
 }
 
 Failure PendingSet::Withdraw()

@@ -35,8 +35,8 @@ public:
     std::string Names() const { return Joined(PendingNames()); }
     Words PendingNames() const;
 
-    // Whether the values are still, or again, the old ones. False too when they cannot be read.
-    bool IsUnchanged(const Options& options) const;
+    // The names whose values are not, or not again, the old ones. All when they cannot be read.
+    Words ChangedNames(const Options& options) const;
 
     // To be called when the new values are set: one that is another value by the end of the time was set by somebody
     // else, and stays.

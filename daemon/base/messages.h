@@ -117,6 +117,9 @@ inline constexpr NetworkEvent kNetworkEvents[] = {
     {"EvtEthernetIPDel", kEvtEthernetIPDel},
 };
 
+// The text of kEvtApnIPChange is the number of an APN profile, from 1 to this; the other events have no text.
+inline constexpr int kApnMax = 4;
+
 // Class 3, sent to kModuleNotify.
 enum NotifyEvent : uint16_t
 {

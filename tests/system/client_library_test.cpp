@@ -84,8 +84,8 @@ TEST_F(ClientLibrary, ExplainsWhatWasRefused)
     ASSERT_EQ(kobd_row_add(client_, "FwUrlFilterTable", nullptr, &index), 0);
     EXPECT_EQ(kobd_explain(client_), nullptr) << "it was done";
     const std::string url_rule =
-        "rows with a host or URL of letters, digits and .?&_=, no hyphen, no IPv4 address, no "
-        "doubled slash";
+        "rows with a URL such as example.com/ads or http://example.com:80/: letters, digits and .?&_=/, no hyphen, no bare "
+        "IPv4 address";
     const struct
     {
         std::function<int()> call;
