@@ -38,8 +38,8 @@ using Assignments = std::vector<Assignment>;
 // Whether the last assignment has the name of one before it.
 bool IsGivenTwice(const Assignments& pairs);
 
-// Reads all words. `takes` begins the failure for a word of another form: "set takes NAME=VALUE". Fails, too, for a name
-// that stands twice.
+// Reads all words. `takes` begins the failure for a word of another form: "set takes NAME=VALUE". Fails, too, for a
+// name that stands twice.
 Failure ReadAssignments(const std::string& takes, const Words& words, Assignments* pairs);
 
 // "NAME, NAME".

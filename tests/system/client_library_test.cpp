@@ -84,7 +84,8 @@ TEST_F(ClientLibrary, ExplainsWhatWasRefused)
     ASSERT_EQ(kobd_row_add(client_, "FwUrlFilterTable", nullptr, &index), 0);
     EXPECT_EQ(kobd_explain(client_), nullptr) << "it was done";
     const std::string url_rule =
-        "rows with a URL such as example.com/ads or http://example.com:80/: letters, digits and .?&_=/, no hyphen, no bare "
+        "rows with a URL such as example.com/ads or http://example.com:80/: letters, digits and .?&_=/, no hyphen, no "
+        "bare "
         "IPv4 address";
     const struct
     {
