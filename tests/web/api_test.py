@@ -2,6 +2,8 @@
 A table of requests, then clients that are slow, dead, many or rude."""
 import http.client
 import json
+import pathlib
+import re
 import select
 import socket
 import subprocess
@@ -164,6 +166,16 @@ for path, operations in served.items():
         theirs = described.get(path, {}).get(method, {}).get("parameters", []) if ours else operation["parameters"]
         check(f"the parameters of {method} {path}", sorted(map(str, operation["parameters"])) == sorted(map(str, theirs)), theirs)
         check(f"the token of {method} {path}", path.startswith("/api/") != ("security" in operation))
+
+# What the page about the gateway shows, as it is shown.
+page = (pathlib.Path(__file__).parents[2] / "docs/web.md").read_text().replace("0123456789abcdef" * 2, token)
+header, *commands = re.findall("^    ((?:T=|curl ).*)$", page.replace("localhost:8088", address.netloc), re.M)
+for command in commands:
+    done = subprocess.run(["sh", "-c", header + "\n" + command.replace("curl", "curl -sS --fail-with-body --max-time 2")],
+                          capture_output=True, text=True)
+    listens = "/api/events" in command
+    right = (done.returncode, '"up":true' in done.stdout) == (28, True) if listens else done.returncode == 0
+    check(command, right and len(commands) > 3, done.stdout + done.stderr)
 
 # Slow clients hold up nobody; a hundred listeners hear, one more is refused, and they leave their places free.
 slow = [socket.create_connection((address.hostname, address.port)) for _ in range(300)]
