@@ -22,8 +22,10 @@ std::string WhyMissing(const std::string& name)
         return name + " cannot be read: " + CodeText(kMethodUnavailable) + ", it is write-only";
     if (object != nullptr) return "the router could not read " + name + ", see the log";
     if (FindTable(name) != nullptr) return name + " is a table, not an object";
-    return NoSuchName("object", name) + ": " + CodeText(kNotFound);
+    const bool like_none = NearestName(name, KnownNames()).empty();
+    return NoSuchName("object", name) + (like_none ? "; try kobctl search " + name : "") + ": " + CodeText(kNotFound);
 }
+
 // Those that show a simulated value. A program gets values alone, and costs no other request.
 Words Simulated(const Options& options, const Words& names)
 {

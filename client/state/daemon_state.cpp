@@ -29,7 +29,11 @@ void UseStateToShow()
     if (UseDaemonsState()) return;
     const std::string folder = host::StateFolderName();
     const bool there = access(folder.c_str(), F_OK) == 0;
-    SayError("no kobd answers; this is the state in " + folder + (there ? "" : ", a folder that does not exist"));
+    Options options;
+    options.timeout_ms = 2000;
+    const Response response = Call(options, KOBD_GET, {});
+    const std::string why = response.from_bus ? response.reason : "kobd does not tell where its state is";
+    SayError(why + "; this is the state in " + folder + (there ? "" : ", a folder that does not exist"));
 }
 
 std::string WhyNotSaved()
