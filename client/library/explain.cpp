@@ -1,7 +1,10 @@
 // Why the last call failed: no answer, or a refusal.
 #include "client/library/explain.h"
 
+#include <pwd.h>
+
 #include <cerrno>
+#include <cstdio>
 
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
@@ -35,6 +38,31 @@ Asked ReadRequest(const Message& request)
     return asked;
 }
 
+// The user of the daemon's queue, by name where that is known; "another user" where the system does not tell.
+std::string UserOfDaemon()
+{
+    FILE* queues = fopen("/proc/sysvipc/msg", "re");
+    if (queues == nullptr) return "another user";
+    std::string name = "another user";
+    char line[256];
+    while (fgets(line, sizeof line, queues) != nullptr)
+    {
+        int key = 0;
+        unsigned uid = 0;
+        if (sscanf(line, "%d %*d %*o %*u %*u %*d %*d %u", &key, &uid) != 2 || key != static_cast<int>(kModuleKobd))
+            continue;
+        const struct passwd* user = getpwuid(uid);
+        name = user != nullptr ? user->pw_name : "user " + std::to_string(uid);
+    }
+    fclose(queues);
+    return name;
+}
+
+std::string AnotherUsers(const std::string& user)
+{
+    return "kobd runs as " + user + ", and only " + (user == "root" ? "root" : user + " and root") + " may ask it";
+}
+
 std::string WhyNoAnswer(const kobd_client& client)
 {
     BusModule daemon;
@@ -44,7 +72,7 @@ std::string WhyNoAnswer(const kobd_client& client)
         case kInitializeFailed: return "the system has no message queue for the answer, see kobctl doctor";
         case kBufferLimit: return "a message of " + std::to_string(kMessageMax) + " bytes cannot hold this request";
         case kNotRunning:
-            return BusModuleLook(kModuleKobd, &daemon) == EACCES ? "kobd runs as another user: be that user or root"
+            return BusModuleLook(kModuleKobd, &daemon) == EACCES ? AnotherUsers(UserOfDaemon())
                                                                  : "kobd is not running on this bus";
         case kSystemError: return "the reply cannot be read";
         case kMallocFailed: return "the system has no memory left";

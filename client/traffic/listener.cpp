@@ -98,7 +98,7 @@ Failure Listener::Open(bool tap_alone)
     int code = KOBD_NOT_RUNNING;
     for (bool told = false; code == KOBD_NOT_RUNNING && !Stopped(); Pause())
     {
-        if (IsAnotherUsers()) return {KOBD_NOT_RUNNING, "kobd runs as another user: be that user or root"};
+        if (IsAnotherUsers()) return {KOBD_NOT_RUNNING, Call({}, KOBD_GET, {}).reason};
         const bool there = IsThere();
         if (there && client_ == nullptr)
             if (const int opened = kobd_client_open(&client_)) return FailureWithCode(opened, "kobd cannot be asked");
