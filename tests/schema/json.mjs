@@ -9,7 +9,8 @@ const ajv = new (createRequire(import.meta.url)("ajv/dist/2020").default)({ allE
 ajv.addSchema({ ...JSON.parse(schema), $id: "json" });
 const fits = (name) => ajv.getSchema(`json#/$defs/${encodeURIComponent(name)}`);
 const wrongs = [];
-const lines = (command) => spawnSync("bash", ["-c", command], { encoding: "utf8", timeout: 30000 }).stdout.split("\n").filter((line) => line !== "");
+// A bash whose input is a socket would read ~/.bashrc.
+const lines = (command) => spawnSync("bash", ["--norc", "-c", command], { encoding: "utf8", stdio: ["ignore", "pipe", "inherit"], timeout: 30000 }).stdout.split("\n").filter((line) => line !== "");
 
 const examples = page.split(/^##+ /m).slice(1).flatMap((section) =>
     [...section.matchAll(/^ {4}\$ (.*)$/gm)].map(([, command]) => [section.split("\n")[0].replace("A failure", "failure"), command]));
