@@ -38,6 +38,7 @@ TEST_F(BusQueues, OnlyWhatAClientCertainlyLeftIsRemoved)
         bool received, replied, strange, goes;
         pid_t beside = 0;  // the key is that of the process with this number more
         uid_t user = geteuid();
+        bool given = false;  // to this user
     } cases[] = {
         {"a client with a reply", kClientMode, true, true, false, true},
         {"a client killed as it made its queue", kClientMode, false, true, false, true},
@@ -48,6 +49,7 @@ TEST_F(BusQueues, OnlyWhatAClientCertainlyLeftIsRemoved)
         {"another program's mode", 0660, true, false, false, false},
         {"a client of another process namespace", kClientMode, true, false, false, false, 1 << 21},
         {"another user's client", kClientMode, true, false, false, false, 0, kNobody},
+        {"another user's client, given to this one", kClientMode, true, false, false, false, 0, kNobody, true},
     };
     for (const auto& one : cases)
     {
@@ -58,6 +60,7 @@ TEST_F(BusQueues, OnlyWhatAClientCertainlyLeftIsRemoved)
             const int queue = msgget(ClientKey(getpid() + one.beside, 7), IPC_CREAT | IPC_EXCL | one.mode);
             const bool left = (!one.received || (Put(queue, queue) && Take(queue))) &&
                               (!one.replied || Put(queue, queue)) && (!one.strange || Put(queue, queue + 1));
+            if (one.given) GiveQueue(queue, 0);
             return left && write(channel[1], &queue, sizeof queue) > 0 ? 0 : 1;
         };
         const int result = InChild(one.user, leave);
