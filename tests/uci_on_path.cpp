@@ -20,9 +20,9 @@ std::string Exec(const std::string& program) { return "exec " + Emulator() + " "
 
 void PutOnPath(const std::string& name, const std::string& lines)
 {
-    mkdir(kUciFolder.c_str(), 0700);
+    mkdir(kUciFolder.c_str(), 0755);
     std::ofstream(kUciFolder + name) << "#!/bin/sh\n" << lines;
-    chmod((kUciFolder + name).c_str(), 0700);
+    chmod((kUciFolder + name).c_str(), 0755);
     const std::string path = getenv("PATH") != nullptr ? getenv("PATH") : "/usr/bin:/bin";
     if (!path.starts_with(kUciFolder)) setenv("PATH", (kUciFolder + ":" + path).c_str(), 1);
 }

@@ -9,6 +9,7 @@
 #include "tests/state_sql.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/injected_fault.h"
+#include "tests/system/kobctl_program.h"
 #include "tests/uci_on_path.h"
 
 namespace kobd::test
@@ -139,6 +140,29 @@ TEST_F(StartUp, AHandoverLosesNoSetThatWasAnswered)
         EXPECT_EQ(GetObject("webHttpPort"), answered) << handover;
         last.End(SIGTERM);
     }
+}
+TEST_F(StartUp, ADaemonOfAUserIsAskedByThatUserAndByRootAlone)
+{
+    const std::string as = "as() { as=$1; shift; setpriv --reuid $as --regid $as --clear-groups \"$@\"; };";
+    PutOnPath("kobd", Exec("kobd"));
+    if (RunShell(as + "as 65534 kobctl --version").status != 0) GTEST_SKIP() << "no second user here who could run it";
+    const auto said = RunShell(as + R"(
+mkdir /tmp/home; chown 65534 /tmp/home; export KOBD_STATE_DIR=/tmp/home/state
+setpriv --reuid 65534 --regid 65534 --clear-groups kobd -F >/tmp/kobd.out 2>&1 &
+as 65534 kobctl wait; as 65534 kobctl set webHttpPort=8080
+kobctl set webHttpPort=8081; kobctl table set DnsClientTable 1 Enable=0; kobctl table get DnsClientTable 1 | tail -n 1 | cut -c -8
+as 65534 kobctl undo; as 65534 kobctl get webHttpPort
+as 12345 kobctl get webHttpPort; as 12345 kobctl table set DnsClientTable 1 Enable=1
+as 12345 kobctl doctor | grep daemon; kill $!; wait
+)");
+    EXPECT_EQ(
+        said.Text(),
+        "    1  0\nas before: DnsClientTable 1\n8081\n"
+        "WRONG daemon   kobd runs as nobody, and only nobody and root may ask it\n"
+        "WRONG queue    0x5A510001 (kobd): Permission denied: be the daemon's user or root\n"
+        "WRONG state    /tmp/home/state: Permission denied: KOBD_STATE_DIR has to name the daemon's folder\n"
+        "! kobctl: get: kobd runs as nobody, and only nobody and root may ask it: Message not running (3)\n"
+        "! kobctl: table set: kobd runs as nobody, and only nobody and root may ask it: Message not running (3)\n");
 }
 }  // namespace
 }  // namespace kobd::test
