@@ -17,6 +17,7 @@ struct Hit
     const char* meaning;  // may be nullptr, like the unit
     const char* unit;
     int score;
+    bool lacks_one = false;  // of the words
 };
 
 std::string InLowerCase(std::string text)
@@ -81,17 +82,18 @@ int ScoreOf(const Texts& texts, const std::string& word)
     return score + (texts.name == word ? kWholeName : 0);
 }
 
-// 0 when one of the words is found nowhere, or all of them only in what the table means.
-int Score(const Texts& texts, const Words& words)
+// The sum over the words, and how many of them are found nowhere. 0 when all are found only in what the table means.
+std::pair<int, size_t> Score(const Texts& texts, const Words& words)
 {
     int sum = 0;
+    size_t lacking = 0;
     for (const std::string& word : words)
     {
         const int score = std::max(ScoreOf(texts, word), ScoreOf(texts, InOurWords(word)));
-        if (score == 0 && ScoreIn(texts.table, word) == 0) return 0;
+        if (score == 0 && ScoreIn(texts.table, word) == 0) ++lacking;
         sum += score;
     }
-    return sum;
+    return {sum, lacking};
 }
 
 class Search
@@ -102,7 +104,8 @@ public:
         for (const std::string& word : words) words_.push_back(InLowerCase(word));
     }
 
-    // All hits, the best first; those of one score in the order of the dictionary.
+    // All hits, the best first; those of one score in the order of the dictionary. Where nothing has all words, the
+    // best of those that have all but one.
     std::vector<Hit> Run()
     {
         for (size_t i = 0; const kobd_description* object = kobd_object_at(i); ++i)
@@ -114,7 +117,11 @@ public:
                 Try(std::string(table->name) + " " + table->columns[c]->name, "column", table->columns[c]->meaning,
                     table->columns[c]->unit, table->meaning);
         }
+        constexpr size_t kMostLackingOne = 10;
+        const bool none = std::ranges::all_of(hits_, &Hit::lacks_one);
+        if (!none) std::erase_if(hits_, [](const Hit& hit) { return hit.lacks_one; });
         std::ranges::stable_sort(hits_, std::greater(), &Hit::score);
+        if (none) hits_.resize(std::min(hits_.size(), kMostLackingOne));
         return hits_;
     }
 
@@ -124,7 +131,8 @@ private:
     {
         const auto lower = [](const char* text) { return InLowerCase(text != nullptr ? text : ""); };
         const Texts texts = {InLowerCase(name), InLowerCase(Parted(name)), lower(meaning), lower(unit), lower(table)};
-        if (const int score = Score(texts, words_)) hits_.push_back({name, kind, meaning, unit, score});
+        const auto [score, lacking] = Score(texts, words_);
+        if (score > 0 && lacking <= 1) hits_.push_back({name, kind, meaning, unit, score, lacking == 1});
     }
 
     Words words_ = {};
@@ -161,10 +169,10 @@ Outcome CommandSearch(const Options& options, const Words& words)
         outcome.data.push_back(MeaningJson(hit.name, hit.kind, hit.meaning, hit.unit));
         grid.lines.push_back({hit.name, MeaningText(hit.meaning, hit.unit)});
     }
-    if (hits.empty())
-        outcome.notes.push_back("no name, meaning or unit has '" + Joined(words, "' and '") + "'");
-    else
-        outcome.text = TableText(grid);
+    if (!hits.empty()) outcome.text = TableText(grid);
+    if (hits.empty() || hits.front().lacks_one)
+        outcome.notes.push_back("no name, meaning or unit has '" + Joined(words, "' and '") + "'" +
+                                (hits.empty() ? "" : "; these have all words but one"));
     return outcome;
 }
 }  // namespace kobd::client
