@@ -167,6 +167,12 @@ for path, operations in served.items():
         check(f"the parameters of {method} {path}", sorted(map(str, operation["parameters"])) == sorted(map(str, theirs)), theirs)
         check(f"the token of {method} {path}", path.startswith("/api/") != ("security" in operation))
 
+# A request that succeeds answers with a status that the description has.
+for method, path, _, status, _ in REQUESTS:
+    described = [list(operations.get(method.lower(), {}).get("responses", {})) for template, operations in served.items()
+                 if re.fullmatch(re.sub(r"\{\w+\}", "[^/]+", template), path.split("?")[0])]
+    check(f"the status of {method} {path}", status >= 300 or any({str(status), "2XX"} & set(one) for one in described), described)
+
 # What the page about the gateway shows, as it is shown.
 page = (pathlib.Path(__file__).parents[2] / "docs/web.md").read_text().replace("0123456789abcdef" * 2, token)
 header, *commands = re.findall("^    ((?:T=|curl ).*)$", page.replace("localhost:8088", address.netloc), re.M)
