@@ -155,6 +155,12 @@ TEST_F(BusQueues, RootAndADaemonOfAnotherUserHearEachOther)
         EXPECT_EQ(Call(Message(kAnnounce, "to root")), 0);
         EXPECT_EQ(reply_.Payload(), "to root");
         EXPECT_EQ(BusClientReceive(&listener, reply_.Header(), 1000), 0);
+        const auto sees_it = []
+        {
+            BusModule look;
+            return BusModuleLook(kModuleNotify, &look) == 0 && look.claimed && look.process != 0 ? 0 : 1;
+        };
+        EXPECT_EQ(InChild(kNobody, sees_it), 0) << "the daemon's user sees that the listener is there";
     }
     kill(child, SIGKILL);
     int status = 0;
