@@ -167,6 +167,8 @@ for path, operations in served.items():
         check(f"the parameters of {method} {path}", sorted(map(str, operation["parameters"])) == sorted(map(str, theirs)), theirs)
         check(f"the token of {method} {path}", path.startswith("/api/") != ("security" in operation))
 
+types = {one["name"]: one["schema"]["type"] for one in served["/api/objects"]["get"]["parameters"]}
+check("several patterns, and one search", (types["match"], types["search"]) == ("array", "string"), types)
 # A request that succeeds answers with a status that the description has.
 for method, path, _, status, _ in REQUESTS:
     described = [list(operations.get(method.lower(), {}).get("responses", {})) for template, operations in served.items()
