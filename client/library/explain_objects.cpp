@@ -54,7 +54,8 @@ Explained NoneFound(const Pairs& pairs)
         const ObjectEntry* object = FindObject(pair.name);
         passed.push_back(TextOf(pair) + (object->validator != nullptr ? ": it takes " + Accepts(*object) : ""));
     }
-    Explained why = {.reason = "the check of one of these values refuses it", .text = Joined(passed)};
+    Explained why = {.reason = "the check of one of these values refuses it",
+                     .text = (pairs.size() > 1 ? "one of these values: " : "") + Joined(passed, "; ")};
     if (pairs.size() != 1) return why;
     const ObjectEntry& object = *FindObject(pairs[0].name);
     why.object = pairs[0].name;
