@@ -125,6 +125,7 @@ TEST_F(StateFaults, ADamagedDatabaseIsKeptAsideAndTheFactoryServes)
         Empty();
         LoadState();
         AddUrl("a.example.net");
+        webHttpPortSet("8080");
         ASSERT_EQ(update_config(), 0);
         Sql("PRAGMA wal_checkpoint(TRUNCATE)");
         State()->Close();
@@ -137,6 +138,9 @@ TEST_F(StateFaults, ADamagedDatabaseIsKeptAsideAndTheFactoryServes)
         EXPECT_NE(output.Text().find("kobd.db is " + said), std::string::npos);
         EXPECT_NE(FilesLike(Path("kobd.db.damaged-")) > 0, is_empty);
         EXPECT_EQ(Urls(), Texts());
+        char port[64] = "";
+        EXPECT_EQ(WebHttpPortGet(port), 0);
+        EXPECT_STREQ(port, "80") << "nothing of a database that cannot be read whole";
         AddUrl("b.example.net");
         CommitAndLoad();
         EXPECT_EQ(Urls(), Texts{"b.example.net"});
