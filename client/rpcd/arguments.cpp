@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "client/dictionary/names.h"
+#include "client/library/json_members.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -87,8 +88,10 @@ Json Example(ArgumentKind kind)
 Failure ReadArguments(const std::string& text, std::span<const Argument> takes, Json* arguments)
 {
     const bool blank = text.find_first_not_of(" \t\r\n") == std::string::npos;
-    *arguments = blank ? Json::object() : Json::parse(text, nullptr, false);
+    std::string twice;
+    *arguments = blank ? Json::object() : ParseMembers<Json>(text, &twice);
     if (!arguments->is_object()) return {kInvalidArgument, "standard input is no JSON object"};
+    if (!twice.empty()) return {kInvalidArgument, twice + " is given twice"};
     arguments->erase(kSession);
     for (const auto& [name, value] : arguments->items())
         if (FindNamed(takes, name) == nullptr)
