@@ -80,7 +80,10 @@ Failure ReadSpeed(const std::string& text, Options* options)
 Failure ReadConfirm(const std::string& text, Options* options)
 {
     const std::string number = text.size() > 1 && text.ends_with('s') ? text.substr(0, text.size() - 1) : text;
-    return ReadNumber(number, kLongestConfirm, "--confirm takes seconds from 1 to 604800", &options->confirm_s);
+    const auto seconds = ReadInteger(number, 1, kLongestConfirm);
+    if (!seconds) return {kWrongUse, "--confirm takes seconds from 1 to 604800, not '" + text + "'"};
+    options->confirm_s = static_cast<int>(*seconds);
+    return {};
 }
 
 Failure ReadParent(const std::string& text, Options* options)

@@ -3,14 +3,20 @@
 #include <algorithm>
 
 #include "client/commands/commands.h"
+#include "client/requests/request.h"
+#include "client/state/daemon_state.h"
 #include "client/state/pending_set.h"
 #include "client/state/waiting_process.h"
+#include "client/traffic/listener.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
 {
 Outcome CommandConfirm(const Options& options, const Words&)
 {
+    constexpr int kReadMs = 1000;  // for values that only word the answer
+    if (!UseDaemonsState() && IsAnotherUsers())
+        return Failure{kNotRunning, "confirm: " + Call({}, KOBD_GET, {}).reason};
     PendingSet pending;
     if (const Failure& error = pending.Error()) return Failure{error.code, "confirm: " + error.what};
     const bool waits = options.resume && pending.IsPending();
@@ -30,14 +36,18 @@ Outcome CommandConfirm(const Options& options, const Words&)
         const Failure failure = pending.TakeBack(options);
         return Failure{kInvalidArgument, "too late to confirm: " + (failure ? failure.what : pending.Restored())};
     }
-    const Words kept = pending.ChangedNames(options);
+    const auto old_values = pending.OldValues();
     Words unchanged = pending.PendingNames();
-    std::erase_if(unchanged, [&](const std::string& name) { return std::ranges::find(kept, name) != kept.end(); });
     if (const Failure failure = pending.Withdraw()) return Failure{failure.code, "confirm: " + failure.what};
+    // From here on all are kept, whether or not the daemon answers.
+    Options quick = options;
+    quick.timeout_ms = std::min(kReadMs, options.timeout_ms.value_or(kReadMs));
+    const Words kept = ChangedNames(quick, old_values);
+    std::erase_if(unchanged, [&](const std::string& name) { return std::ranges::find(kept, name) != kept.end(); });
     Outcome outcome({{"kept", kept}}, kept.empty() ? "" : "kept: " + Joined(kept) + "\n");
     if (unchanged.empty()) return outcome;
     outcome.data["unchanged"] = unchanged;
-    outcome.text += "nothing to keep, since the old value is back: " + Joined(unchanged) + "\n";
+    outcome.text += "unchanged: " + Joined(unchanged) + "\n";
     return outcome;
 }
 }  // namespace kobd::client

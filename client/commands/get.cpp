@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 
 #include "client/arguments/given_names.h"
 #include "client/commands/commands.h"
@@ -22,8 +23,10 @@ std::string WhyMissing(const std::string& name)
         return name + " cannot be read: " + CodeText(kMethodUnavailable) + ", it is write-only";
     if (object != nullptr) return "the router could not read " + name + ", see the log";
     if (FindTable(name) != nullptr) return name + " is a table, not an object";
-    const bool like_none = NearestName(name, KnownNames()).empty();
-    return NoSuchName("object", name) + (like_none ? "; try kobctl search " + name : "") + ": " + CodeText(kNotFound);
+    const bool is_word =
+        !name.empty() && std::ranges::all_of(name, [](char c) { return isalnum(static_cast<unsigned char>(c)) != 0; });
+    const bool searched = is_word && NearestName(name, KnownNames()).empty();
+    return NoSuchName("object", name) + (searched ? "; try kobctl search " + name : "") + ": " + CodeText(kNotFound);
 }
 
 // Those that show a simulated value. A program gets values alone, and costs no other request.

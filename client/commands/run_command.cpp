@@ -86,8 +86,9 @@ int RunCommand(const Words& command_line, const Options& defaults)
     Outcome outcome = ReadCommandLine(command_line, &line);
     if (!outcome.failure)
         outcome = Run(line, &first);
-    else if (!line.words.empty() && FindNamed(kCommands, line.words[0]) != nullptr)
-        first = line.words[0];
+    else
+        for (size_t i = command_line.size(); i-- > 0;)  // in the end the first of them
+            if (command_line[i] != "help" && FindNamed(kCommands, command_line[i]) != nullptr) first = command_line[i];
     const int status = Print(line.options, outcome, first);
     return FlushOutput() || status != 0 ? status : 1;
 }

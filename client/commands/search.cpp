@@ -160,6 +160,8 @@ Outcome CommandSearch(const Options& options, const Words& words)
 {
     if (std::ranges::find(words, "") != words.end()) return Failure{kWrongUse, "search takes words, and one is empty"};
     std::vector<Hit> hits = Search(words).Run();
+    if (options.json)
+        std::erase_if(hits, [](const Hit& hit) { return hit.lacks_one; });  // a program asked for all words
     if (options.count > 0 && hits.size() > static_cast<size_t>(options.count))
         hits.resize(static_cast<size_t>(options.count));
     Outcome outcome(Json::array(), "");

@@ -137,7 +137,7 @@ Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
     }
     if (response.MayBeDone())
         outcome.notes.push_back(said);
-    else if (!pending.ChangedNames(options).empty() || pending.Withdraw())
+    else if (!ChangedNames(options, pending.OldValues()).empty() || pending.Withdraw())
         // Refused after some values were applied: the router itself may refuse what the checks accept.
         if (const Failure failure = pending.TakeBack(options)) outcome.notes.push_back(failure.what);
     return outcome;

@@ -51,8 +51,11 @@ std::string UserOfDaemon()
         unsigned uid = 0;
         if (sscanf(line, "%d %*d %*o %*u %*u %*d %*d %u", &key, &uid) != 2 || key != static_cast<int>(kModuleKobd))
             continue;
-        const struct passwd* user = getpwuid(uid);
-        name = user != nullptr ? user->pw_name : "user " + std::to_string(uid);
+        struct passwd entry = {};
+        struct passwd* user = nullptr;
+        char texts[1024];
+        const bool known = getpwuid_r(uid, &entry, texts, sizeof texts, &user) == 0 && user != nullptr;
+        name = known ? user->pw_name : "user " + std::to_string(uid);
     }
     fclose(queues);
     return name;

@@ -14,7 +14,7 @@ Words EventNames();
 // Finds the event of this name, "NetworkUp" or "EvtNetworkUp". The failure names all events.
 Failure FindEvent(const std::string& name, const NetworkEvent** event);
 
-// Whether the daemon takes this text with the event. It would silently ignore another one.
+// Whether the event needs a number for its text and has it. The daemon says nothing to a number out of range.
 Failure CheckEventText(const NetworkEvent& event, const std::string& text);
 
 // Sends the event with a text, or without one where it is empty.

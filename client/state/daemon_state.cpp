@@ -29,10 +29,9 @@ void UseStateToShow()
     if (UseDaemonsState()) return;
     const std::string folder = host::StateFolderName();
     const bool there = access(folder.c_str(), F_OK) == 0;
-    Options options;
-    options.timeout_ms = 2000;
-    const Response response = Call(options, KOBD_GET, {});
-    const std::string why = response.from_bus ? response.reason : "kobd does not tell where its state is";
+    kobd_module daemon{};
+    const bool seen = kobd_module_look(KOBD_MODULE_DAEMON, &daemon) == 0 && daemon.claimed != 0;
+    const std::string why = seen ? "kobd does not tell where its state is" : Call({}, KOBD_GET, {}).reason;  // at once
     SayError(why + "; this is the state in " + folder + (there ? "" : ", a folder that does not exist"));
 }
 

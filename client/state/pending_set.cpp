@@ -196,12 +196,12 @@ Words PendingSet::RefusedNames() const
 
 bool PendingSet::IsOverdue() const { return IsPending() && (boot_ != ThisBoot() || NowS() >= due_s_); }
 
-Words PendingSet::ChangedNames(const Options& options) const
+Words ChangedNames(const Options& options, const std::vector<PendingSet::OldValue>& old_values)
 {
     Values values;
-    const bool known = ReadNamed(options, old_values_, &values).code == 0;
+    const bool known = ReadNamed(options, old_values, &values).code == 0;
     Words names;
-    for (const OldValue& value : old_values_)
+    for (const PendingSet::OldValue& value : old_values)
         if (!known || values[value.name] != value.old) names.push_back(value.name);
     return names;
 }

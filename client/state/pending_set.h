@@ -35,8 +35,13 @@ public:
     std::string Names() const { return Joined(PendingNames()); }
     Words PendingNames() const;
 
-    // The names whose values are not, or not again, the old ones. All when they cannot be read.
-    Words ChangedNames(const Options& options) const;
+    struct OldValue
+    {
+        std::string name;
+        std::string old;
+        std::optional<std::string> now;  // what it was set to; nothing: not known
+    };
+    const std::vector<OldValue>& OldValues() const { return old_values_; }
 
     // To be called when the new values are set: one that is another value by the end of the time was set by somebody
     // else, and stays.
@@ -61,13 +66,6 @@ public:
     Words RefusedNames() const;
 
 private:
-    struct OldValue
-    {
-        std::string name;
-        std::string old;
-        std::optional<std::string> now;  // what it was set to; nothing: not known
-    };
-
     void Load();
     Failure Keep(const Assignments& present, int seconds);
     Failure Finish();
@@ -84,6 +82,9 @@ private:
     Words restored_;  // names
     Words kept_;      // names
 };
+
+// The names whose values are not, or not again, the old ones. All when they cannot be read.
+Words ChangedNames(const Options& options, const std::vector<PendingSet::OldValue>& old_values);
 
 // Whether there may be a pending set, or old values that were refused. Only looks, and makes no state folder.
 bool MayBePending();

@@ -117,7 +117,7 @@ inline constexpr NetworkEvent kNetworkEvents[] = {
     {"EvtEthernetIPDel", kEvtEthernetIPDel},
 };
 
-// The text of kEvtApnIPChange is the number of an APN profile, from 1 to this; the other events have no text.
+// The text of kEvtApnIPChange is the number of an APN profile, from 1 to this. The daemon reads no text of the others.
 inline constexpr int kApnMax = 4;
 
 // Class 3, sent to kModuleNotify.

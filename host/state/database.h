@@ -6,7 +6,7 @@
 //   cells     their rows: a cell for each column that is not empty or 0
 //   stores    what differs from the factory's in the stores nvram and config
 //   pending   what kobctl set --confirm may have to set back; meta has its time, refused what could not be set back
-//   history   what each commit changed, the last ten thousand changes
+//   history   what each commit changed, of the last ten thousand changes at most
 //
 // A commit is one transaction, on the disk when Commit returns.
 #pragma once

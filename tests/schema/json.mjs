@@ -21,7 +21,7 @@ const more = [
     ["search", "kobctl search e --json"],
     ["describe", "kobctl describe '*' --json"],
     ["table dump", "kobctl table dump $(kobctl list 'F*Table' 'D*Table' node_597Table) --json"],
-    ["confirm", "kobctl confirm --resume --json"],
+    ["confirm", "kobctl confirm --resume --json; kobctl set --confirm 60 webHttpPort=85 webHttpEnable=1 >/dev/null; kobctl set webHttpPort=80 >/dev/null; kobctl confirm --json"],
     ["check", "kobctl check noSuch=1 'webHttpPort=a' --json; kobctl check FwUrlFilterTable 9 URL=a --json"],
     ["import", "printf '[DnsClientTable]\\nend\\n' >a; kobctl import --dry-run a --json; kobctl import a --json"],
     ["import", "printf '[FwUrlFilterTable]\\n[FwUrlFilterTable row]\\nURL=192.0.2.1\\nend\\n' >a; kobctl import a --json"],

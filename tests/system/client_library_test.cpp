@@ -84,9 +84,8 @@ TEST_F(ClientLibrary, ExplainsWhatWasRefused)
     ASSERT_EQ(kobd_row_add(client_, "FwUrlFilterTable", nullptr, &index), 0);
     EXPECT_EQ(kobd_explain(client_), nullptr) << "it was done";
     const std::string url_rule =
-        "rows with a URL such as example.com/ads or http://example.com:80/: letters, digits and .?&_=/, no hyphen, no "
-        "bare "
-        "IPv4 address";
+        "rows with a host and a path of letters, digits and .?&_=, such as example.com/ads, example.com:80/ or "
+        "http://example.com/; no hyphen, no IPv4 address, no doubled slash";
     const struct
     {
         std::function<int()> call;
