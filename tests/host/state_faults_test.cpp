@@ -117,6 +117,7 @@ TEST_F(StateFaults, ADamagedDatabaseIsKeptAsideAndTheFactoryServes)
              "truncate -s -4096 kobd.db",
              "truncate -s 5000 kobd.db",
              "dd if=/dev/urandom of=kobd.db bs=4096 seek=1 count=8 conv=notrunc status=none",
+             "dd if=/dev/urandom of=kobd.db bs=1024 seek=3 count=1 conv=notrunc status=none",  // read after the objects
              "rm kobd.db && mkdir kobd.db",
              "truncate -s 0 kobd.db",
          })
