@@ -1,7 +1,8 @@
 """The examples of the pages print what the pages show: README.md and docs/json.md whole, "..." for what they leave out,
 and the examples of the manual page and of kobctl help, which show no output. test_pages.py runs the samples of
-protocol.md, python.md and usp.md. With KOBD_REWRITE_EXAMPLES=1 the pages get what is printed now; review what changed."""
+protocol.md, python.md and usp.md, and tests/web those of web.md. With KOBD_REWRITE_EXAMPLES=1 the pages get what is printed now; review what changed."""
 
+import json
 import os
 import pathlib
 import re
@@ -97,6 +98,20 @@ class Examples(unittest.TestCase):
                 status, output = run("kobctl set webHttpPort=80; " + command)
                 self.assertEqual(status, 0, output)
                 self.assertIn("Integer value does not match limitation: 70000 [1:65535]", output)
+
+    def test_5_the_scenario_and_the_calls_of_ubus(self):
+        """What docs/simulator.md plays, and what docs/rpcd.md calls, without ubus."""
+        page = (SOURCE / "docs/simulator.md").read_text()
+        (ROOM / "scenario").write_text(textwrap.dedent("".join(re.findall("^    .*\n", page, re.M))))
+        status, output = run("kobctl sim run ./scenario --speed 100")
+        self.assertEqual((status, "event NetworkDown" in output), (0, True), output)
+        page = (SOURCE / "docs/rpcd.md").read_text()
+        calls = re.findall(r"^    (?:\$ )?ubus call kobd (\w+) ('.*')\n((?:    [ {}].*\n)*)", page, re.M)
+        self.assertGreater(len(calls), 3)
+        self.assertTrue(any(shown for *_, shown in calls))
+        for method, arguments, shown in calls:
+            reply = json.loads(run(f"printf %s {arguments} | kobctl rpcd call {method}")[1])
+            self.assertEqual(reply, json.loads(shown)) if shown else self.assertNotIn("error", reply)
 
     def test_4_the_examples_of_the_manual(self):
         commands = [line.split("\t")[0] for line in run("kobctl complete -- ''")[1].splitlines()]
