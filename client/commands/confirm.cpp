@@ -7,7 +7,6 @@
 #include "client/state/daemon_state.h"
 #include "client/state/pending_set.h"
 #include "client/state/waiting_process.h"
-#include "client/traffic/listener.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -15,8 +14,7 @@ namespace kobd::client
 Outcome CommandConfirm(const Options& options, const Words&)
 {
     constexpr int kReadMs = 1000;  // for values that only word the answer
-    if (!UseDaemonsState() && IsAnotherUsers())
-        return Failure{kNotRunning, "confirm: " + Call({}, KOBD_GET, {}).reason};
+    if (!UseDaemonsState() && IsAnotherUsers()) return Failure{kNotRunning, "confirm: " + WhyUnreachable()};
     PendingSet pending;
     if (const Failure& error = pending.Error()) return Failure{error.code, "confirm: " + error.what};
     const bool waits = options.resume && pending.IsPending();

@@ -10,8 +10,7 @@ Outcome CommandEvent(const Options& options, const Words& words)
     if (Failure failure = FindEvent(words[0], &event)) return failure;
     const std::string text = words.size() > 1 ? words[1] : "";
     if (Failure failure = CheckEventText(*event, text)) return failure;
-    if (!text.empty() && event->id != kEvtApnIPChange && event->id != kEvtEthernetIPAdd)
-        SayError("note: nobody reads the text of " + words[0]);
+    if (!text.empty() && !IsTextRead(*event)) SayError("note: nobody reads the text of " + words[0]);
     if (Failure failure = SendEvent(options, *event, text)) return failure;
     return {{{"sent", event->name}, {"text", text}}, ""};
 }

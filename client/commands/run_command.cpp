@@ -84,11 +84,12 @@ int RunCommand(const Words& command_line, const Options& defaults)
     CommandLine line = {defaults};
     std::string first;
     Outcome outcome = ReadCommandLine(command_line, &line);
+    const auto names_command = [](const std::string& word)
+    { return word != "help" && FindNamed(kCommands, word) != nullptr; };
     if (!outcome.failure)
         outcome = Run(line, &first);
-    else
-        for (size_t i = command_line.size(); i-- > 0;)  // in the end the first of them
-            if (command_line[i] != "help" && FindNamed(kCommands, command_line[i]) != nullptr) first = command_line[i];
+    else if (const auto word = std::ranges::find_if(command_line, names_command); word != command_line.end())
+        first = *word;
     const int status = Print(line.options, outcome, first);
     return FlushOutput() || status != 0 ? status : 1;
 }

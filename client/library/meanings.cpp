@@ -33,9 +33,9 @@ constexpr bool HasColumn(std::string_view table, std::string_view column)
 #define COLUMN_MEANING(table, column, unit, text)                                    \
     static_assert(HasColumn(table, column), "there is no column " table " " column); \
     static_assert(sizeof(text) > 1, "the meaning of " table " " column " has no text");
-#include "dictionary/catalogue/meanings/of_columns.def"
-#include "dictionary/catalogue/meanings/of_objects.def"
-#include "dictionary/catalogue/meanings/of_tables.def"
+#include "dictionary/catalogue/meanings/column_meanings.def"
+#include "dictionary/catalogue/meanings/object_meanings.def"
+#include "dictionary/catalogue/meanings/table_meanings.def"
 #undef MEANING
 #undef TABLE_MEANING
 #undef COLUMN_MEANING
@@ -46,49 +46,49 @@ constexpr bool HasColumn(std::string_view table, std::string_view column)
 // Once for each part of the rows.
 #define MEANING(name, unit, text) Number(NumberIn(kObjectNames, name)),
 constexpr uint16_t kObjectNumbers[] = {
-#include "dictionary/catalogue/meanings/of_objects.def"
+#include "dictionary/catalogue/meanings/object_meanings.def"
 };
 #undef MEANING
 #define MEANING(name, unit, text) text "\0"
 constexpr char kObjectTexts[] =
-#include "dictionary/catalogue/meanings/of_objects.def"
+#include "dictionary/catalogue/meanings/object_meanings.def"
     ;
 #undef MEANING
 #define MEANING(name, unit, text) unit "\0"
 constexpr char kObjectUnits[] =
-#include "dictionary/catalogue/meanings/of_objects.def"
+#include "dictionary/catalogue/meanings/object_meanings.def"
     ;
 #undef MEANING
 
 #define TABLE_MEANING(name, text) Number(NumberIn(kTableNames, name)),
 constexpr uint16_t kTableNumbers[] = {
-#include "dictionary/catalogue/meanings/of_tables.def"
+#include "dictionary/catalogue/meanings/table_meanings.def"
 };
 #undef TABLE_MEANING
 #define TABLE_MEANING(name, text) text "\0"
 constexpr char kTableTexts[] =
-#include "dictionary/catalogue/meanings/of_tables.def"
+#include "dictionary/catalogue/meanings/table_meanings.def"
     ;
 #undef TABLE_MEANING
 
 #define COLUMN_MEANING(table, column, unit, text) table == kEvery ? kEveryTable : Number(NumberIn(kTableNames, table)),
 constexpr uint16_t kColumnTables[] = {
-#include "dictionary/catalogue/meanings/of_columns.def"
+#include "dictionary/catalogue/meanings/column_meanings.def"
 };
 #undef COLUMN_MEANING
 #define COLUMN_MEANING(table, column, unit, text) column "\0"
 constexpr char kColumnNames[] =
-#include "dictionary/catalogue/meanings/of_columns.def"
+#include "dictionary/catalogue/meanings/column_meanings.def"
     ;
 #undef COLUMN_MEANING
 #define COLUMN_MEANING(table, column, unit, text) text "\0"
 constexpr char kColumnTexts[] =
-#include "dictionary/catalogue/meanings/of_columns.def"
+#include "dictionary/catalogue/meanings/column_meanings.def"
     ;
 #undef COLUMN_MEANING
 #define COLUMN_MEANING(table, column, unit, text) unit "\0"
 constexpr char kColumnUnits[] =
-#include "dictionary/catalogue/meanings/of_columns.def"
+#include "dictionary/catalogue/meanings/column_meanings.def"
     ;
 #undef COLUMN_MEANING
 }  // namespace

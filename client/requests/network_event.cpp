@@ -31,6 +31,8 @@ Failure CheckEventText(const NetworkEvent& event, const std::string& text)
                            std::to_string(kApnMax) + (text.empty() ? "" : ", not '" + text + "'")};
 }
 
+bool IsTextRead(const NetworkEvent& event) { return event.id == kEvtApnIPChange || event.id == kEvtEthernetIPAdd; }
+
 Failure SendEvent(const Options& options, const NetworkEvent& event, const std::string& text)
 {
     const size_t length = text.empty() ? 0 : text.size() + 1;  // the daemon reads the text to its zero byte

@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
@@ -191,6 +192,14 @@ Response CallHost(const Options& options, kobd_host_control id, const Items& ite
     return CallWith(options, items,
                     [id](kobd_client* client, const kobd_items* built) { return kobd_host_call(client, id, built); });
 }
+
+bool IsAnotherUsers()
+{
+    kobd_module daemon{};
+    return kobd_module_look(KOBD_MODULE_DAEMON, &daemon) == EACCES;
+}
+
+std::string WhyUnreachable() { return Call({}, KOBD_GET, {}).reason; }
 
 std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items)
 {

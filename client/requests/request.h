@@ -71,6 +71,12 @@ Response Call(const Options& options, kobd_request id, const Items& items);
 // The same for what only the imitated router understands: a router gives no answer in time.
 Response CallHost(const Options& options, kobd_host_control id, const Items& items);
 
+// Whether the daemon is one of another user, which nobody may wait for.
+bool IsAnotherUsers();
+
+// Why the daemon cannot be asked, for when none runs or another user's does, which is told at once.
+std::string WhyUnreachable();
+
 // The texts that the imitated router answers this question with; nothing when nobody answers, as on a router.
 std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items = {});
 

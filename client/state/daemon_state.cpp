@@ -31,7 +31,7 @@ void UseStateToShow()
     const bool there = access(folder.c_str(), F_OK) == 0;
     kobd_module daemon{};
     const bool seen = kobd_module_look(KOBD_MODULE_DAEMON, &daemon) == 0 && daemon.claimed != 0;
-    const std::string why = seen ? "kobd does not tell where its state is" : Call({}, KOBD_GET, {}).reason;  // at once
+    const std::string why = seen ? "kobd does not tell where its state is" : WhyUnreachable();
     SayError(why + "; this is the state in " + folder + (there ? "" : ", a folder that does not exist"));
 }
 

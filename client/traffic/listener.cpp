@@ -85,12 +85,6 @@ void Listener::Close()
     joined_.clear();
 }
 
-bool IsAnotherUsers()
-{
-    kobd_module daemon{};
-    return kobd_module_look(KOBD_MODULE_DAEMON, &daemon) == EACCES;
-}
-
 Failure Listener::Open(bool tap_alone)
 {
     constexpr int kTapMs = 2000;  // a daemon that answers other requests and not this one knows no taps
@@ -98,7 +92,7 @@ Failure Listener::Open(bool tap_alone)
     int code = KOBD_NOT_RUNNING;
     for (bool told = false; code == KOBD_NOT_RUNNING && !Stopped(); Pause())
     {
-        if (IsAnotherUsers()) return {KOBD_NOT_RUNNING, Call({}, KOBD_GET, {}).reason};
+        if (IsAnotherUsers()) return {KOBD_NOT_RUNNING, WhyUnreachable()};
         const bool there = IsThere();
         if (there && client_ == nullptr)
             if (const int opened = kobd_client_open(&client_)) return FailureWithCode(opened, "kobd cannot be asked");

@@ -48,9 +48,6 @@ private:
     size_t next_ = 0;  // of the joined modules, which take turns
 };
 
-// Whether the daemon is one of another user, which nobody may wait for.
-bool IsAnotherUsers();
-
 // From the first call on, Ctrl-C and a termination end the listening in order: Stopped() is true then, and when nobody
 // reads standard output any more.
 bool Stopped();
