@@ -22,7 +22,9 @@ namespace
 {
 constexpr const char* kFunction = "Database";
 constexpr const char* kFile = "/kobd.db";
-constexpr int kWaitMs = 2000;            // for other processes: a stopped one must not stop the others
+constexpr int kWaitMs = 2000;    // for other processes: a stopped one must not stop the others
+constexpr int kMakingMs = 1000;  // for a process that is making the database, which may be a busy machine's
+constexpr int kMakingPollMs = 5;
 constexpr off_t kLogBytes = 512 * 1024;  // room of the write-ahead log
 constexpr const char* kOptions =
     // Bytes: a commit writes whole pages, and most change a few bytes of two.
@@ -77,6 +79,18 @@ off_t SizeOf(const std::string& path)
 {
     struct stat state = {};
     return stat(path.c_str(), &state) == 0 ? state.st_size : -1;
+}
+
+// The size in bytes, -1 where there is no such file. A database is empty for a moment while another process makes it.
+off_t SizeOnceMade(const std::string& path)
+{
+    off_t size = SizeOf(path);
+    for (int waited = 0; size == 0 && SizeOf(path + "-wal") <= 0 && waited < kMakingMs; waited += kMakingPollMs)
+    {
+        usleep(kMakingPollMs * 1000);
+        size = SizeOf(path);
+    }
+    return size;
 }
 
 // Whether the database stands in a folder that cannot be written, and was closed before: SQLite would want to make the
@@ -229,7 +243,7 @@ bool Database::OpenFile(bool create)
     const std::string folder = create ? StateFolder() : StateFolderName();
     if (create) UseStateFolder(folder);  // it may have been removed under the daemon
     path_ = std::string(realpath(folder.c_str(), real) != nullptr ? real : folder) + kFile;
-    const off_t size = SizeOf(path_);
+    const off_t size = SizeOnceMade(path_);
     if (size == 0 && SizeOf(path_ + "-wal") > 0)  // emptied: SQLite would remove the log, which has what was committed
         return Note(SQLITE_NOTADB);
     if (size == 0) REPORT(kFunction, "%s is empty, factory values serve", path_.c_str());

@@ -148,6 +148,20 @@ TEST_F(StateFaults, ADamagedDatabaseIsKeptAsideAndTheFactoryServes)
     }
 }
 
+TEST_F(StateFaults, ADatabaseThatAnotherProcessIsMakingIsNotTakenForAnEmptiedOne)
+{
+    Empty();
+    webHttpPortSet("8080");
+    ASSERT_EQ(update_config(), 0);
+    Sql("PRAGMA wal_checkpoint(TRUNCATE)");
+    State()->Close();
+    ASSERT_EQ(InFolder("rm kobd.db-*; mv kobd.db made; : >kobd.db; (sleep 0.2; cat made >kobd.db) &"), 0);
+    const OutputCapture output;
+    LoadState();
+    EXPECT_EQ(output.Text(), "");
+    EXPECT_EQ(Object("webHttpPort"), "8080");
+}
+
 // Whatever happens to the files while the daemon runs: it serves, tells, and the next commit that can be written has
 // all that was committed before.
 TEST_F(StateFaults, FilesThatAreTakenAwayUnderTheDaemonAreMadeAgain)
