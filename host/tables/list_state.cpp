@@ -2,6 +2,7 @@
 #include "host/tables/list_state.h"
 
 #include <algorithm>
+#include <cstring>
 #include <initializer_list>
 #include <map>
 #include <set>
@@ -32,11 +33,11 @@ const FactoryRow kFactoryRows[] = {
 void LoadFactoryRow(const FactoryRow& factory, const List& list, RowList* rows)
 {
     Row* row = rows->Append(rows->LastIndex() + 1);
-    for (const std::string line : factory.lines)
+    for (const char* line : factory.lines)
     {
-        const size_t equals = line.find('=');
-        if (ReadCellInto(*list.layout, line.substr(0, equals), line.substr(equals + 1), row) != ReadCell::kRead)
-            kobd_log_print(kFunction, __LINE__, "factory row of %s: cannot hold %s", factory.table, line.c_str());
+        const char* equals = strchr(line, '=');
+        if (ReadCellInto(*list.layout, {line, equals}, equals + 1, row) != ReadCell::kRead)
+            kobd_log_print(kFunction, __LINE__, "factory row of %s: cannot hold %s", factory.table, line);
     }
 }
 
@@ -59,8 +60,12 @@ void LoadFactoryRows()
         list.simulated = {};
         list.moved = {};
     }
+    List* list = nullptr;
     for (const FactoryRow& factory : kFactoryRows)
-        if (List* list = FindList(factory.table)) LoadFactoryRow(factory, *list, &list->rows);
+    {
+        if (list == nullptr || strcmp(list->table, factory.table) != 0) list = FindList(factory.table);
+        if (list != nullptr) LoadFactoryRow(factory, *list, &list->rows);
+    }
 }
 
 // Reads the cells of the lists in the order of their keys: list, row, field.
@@ -78,9 +83,9 @@ public:
              query.Next();)
         {
             if (query.Text(2) == kOtherBytes)
-                BeginRow(query.Text(0), query.Number(1), std::string(query.Text(3)));
+                BeginRow(query.Text(0), query.Number(1), query.Text(3));
             else if (row_ != nullptr)
-                ReadField(std::string(query.Text(2)), std::string(query.Text(3)));
+                ReadField(query.Text(2), query.Text(3));
         }
         EndRow();
         for (const auto& [list, index] : last) list->rows.RaiseLastIndex(index);
@@ -102,24 +107,27 @@ private:
         return list;
     }
 
-    void BeginRow(std::string_view table, int64_t number, std::string other_bytes)
+    void BeginRow(std::string_view table, int64_t number, std::string_view other_bytes)
     {
         EndRow();
-        list_ = FindList(table);
-        other_bytes_ = std::move(other_bytes);
+        if (list_ == nullptr || list_->table != table) list_ = FindList(table);
+        other_bytes_ = other_bytes;
         if (list_ == nullptr || !list_->own) return;
         row_ = number < INT32_MAX ? list_->rows.Append(static_cast<int32_t>(number)) : nullptr;
         if (row_ == nullptr)
             kobd_log_print(kFunction, __LINE__, "%s: row %lld cannot be", list_->table, static_cast<long long>(number));
     }
 
-    void ReadField(const std::string& field, const std::string& value)
+    void ReadField(std::string_view field, std::string_view value)
     {
-        const ReadCell read = ReadCellInto(*list_->layout, field, value, row_);
-        if (read != ReadCell::kRead && told_.emplace(list_, field).second)  // once, not for every row
+        value_ = value;
+        const ReadCell read = ReadCellInto(*list_->layout, field, value_, row_);
+        if (read == ReadCell::kRead) return;
+        const auto [told, is_new] = told_.emplace(list_, field);
+        if (is_new)  // once, not for every row
             kobd_log_print(
                 kFunction, __LINE__, "%s row %d: %s %s, it stays in the database", list_->table, IndexOf(*row_),
-                read == ReadCell::kUnknown ? "there is no column" : "cannot hold the text of", field.c_str());
+                read == ReadCell::kUnknown ? "there is no column" : "cannot hold the text of", told->second.c_str());
     }
 
     void EndRow()
@@ -134,6 +142,7 @@ private:
     List* list_ = nullptr;
     Row* row_ = nullptr;  // whose cells are being read
     std::string other_bytes_;
+    std::string value_;  // of the cell that is being read: its memory serves all of them
     std::set<std::pair<const List*, std::string>> told_ = {};  // columns that could not be read
 };
 
@@ -241,7 +250,8 @@ void ListsWritten()
 {
     for (List& list : AllLists())
     {
-        list.own = list.own || (list.kept && !list.changed.empty());
+        if (list.changed.empty()) continue;
+        list.own = list.own || list.kept;
         list.changed.clear();
     }
 }

@@ -23,10 +23,11 @@ bool IsText(ValueType type)
            type == VT_STRING_UPPER;
 }
 
-std::string TextOf(const ColumnDef& column, const char* row)
+// Valid until the next call, and as long as the row is unchanged.
+std::string_view TextOf(const ColumnDef& column, const char* row)
 {
     static std::array<char, kFieldTextMax> buffer;
-    return std::string(FieldText(row, column, buffer));
+    return FieldText(row, column, buffer);
 }
 
 bool IsZero(const ColumnDef& column, const char* row)
@@ -45,20 +46,27 @@ std::string Difference(const std::vector<char>& row, const std::vector<char>& sa
     return bytes;
 }
 
+bool IsSameNumber(std::string_view one, std::string_view other)
+{
+    return one.size() == other.size() && strncasecmp(one.data(), other.data(), one.size()) == 0;
+}
+
 bool ReadColumn(const ColumnDef& column, const std::string& value, std::vector<char>* row)
 {
     if (value.size() != strlen(value.c_str())) return false;
+    char* field = row->data() + column.offset;
     if (column.type == VT_STRING_PTR)
     {
         const uint32_t address = LowText(value);
-        memcpy(row->data() + column.offset, &address, sizeof address);
+        memcpy(field, &address, sizeof address);
         return address != 0;
     }
-    const std::vector<char> before = *row;
+    if (IsText(column.type)) return TableFieldFromString(row->data(), column, value.c_str()) == 0;
+    const std::string before(field, FieldWidth(column));
     if (TableFieldFromString(row->data(), column, value.c_str()) == 0 &&
-        (IsText(column.type) || strcasecmp(TextOf(column, row->data()).c_str(), value.c_str()) == 0))
+        IsSameNumber(TextOf(column, row->data()), value))
         return true;
-    *row = before;
+    before.copy(field, before.size());
     return false;
 }
 }  // namespace
@@ -87,7 +95,7 @@ Cells CellsOf(const RowLayout& layout, const Row& row)
             memcpy(said.data() + column.offset, row.block.data() + column.offset, FieldWidth(column));
             continue;
         }
-        const std::string text = TextOf(column, row.block.data());
+        const std::string text(TextOf(column, row.block.data()));
         if (!text.empty() && TableFieldFromString(said.data(), column, text.c_str()) == 0)
             cells.emplace_back(column.name, text);
     }
@@ -95,7 +103,7 @@ Cells CellsOf(const RowLayout& layout, const Row& row)
     return cells;
 }
 
-ReadCell ReadCellInto(const RowLayout& layout, const std::string& field, const std::string& value, Row* row)
+ReadCell ReadCellInto(const RowLayout& layout, std::string_view field, const std::string& value, Row* row)
 {
     if (field == kPathField)
     {
@@ -116,8 +124,10 @@ bool AddOtherBytes(const std::string& bytes, Row* row)
 
 const ColumnDef* FindColumn(const RowLayout& layout, std::string_view name)
 {
-    const auto found = std::find_if(layout.columns.begin(), layout.columns.end(),
-                                    [name](const ColumnDef& column) { return column.name == name; });
+    if (name.empty()) return nullptr;
+    const auto found =
+        std::find_if(layout.columns.begin(), layout.columns.end(),
+                     [name](const ColumnDef& column) { return column.name[0] == name[0] && column.name == name; });
     return found == layout.columns.end() ? nullptr : &*found;
 }
 }  // namespace kobd::host

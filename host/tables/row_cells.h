@@ -10,6 +10,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -36,7 +37,7 @@ enum class ReadCell
 };
 
 // Reads a cell that is not kOtherBytes into the row, which is unchanged where it cannot be.
-ReadCell ReadCellInto(const RowLayout& layout, const std::string& field, const std::string& value, Row* row);
+ReadCell ReadCellInto(const RowLayout& layout, std::string_view field, const std::string& value, Row* row);
 
 // Adds the cell kOtherBytes to a row whose other cells were read. False when they are more bytes than the row has.
 bool AddOtherBytes(const std::string& bytes, Row* row);
