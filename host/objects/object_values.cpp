@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstring>
 #include <new>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,30 +28,43 @@ namespace
 constexpr size_t kValueBuffer = 2048;  // bytes that object get offers
 constexpr int kInvokeFailed = 17;
 
+// An object whose value may differ from what the database has.
+struct ChangedObject
+{
+    size_t number;
+    std::optional<std::string> saved;  // its value there; not known when the database may be another one than before
+};
+
 struct Values
 {
-    std::vector<std::string> running;  // by object
-    std::vector<size_t> changed;       // objects, ascending, whose value may differ from what the database has
+    std::vector<std::string> running;    // by object
+    std::vector<ChangedObject> changed;  // ascending
 };
 Values values;
 
 const char* FactoryText(const Source& source) { return source.kind == SourceKind::Value ? source.text : ""; }
 
-// Remembers that this object has changed, so that a commit looks at these objects alone.
-void Touch(size_t number)
+// What is remembered of this object, so that a commit looks at changed objects alone.
+ChangedObject* Touch(size_t number)
 {
-    const auto place = std::lower_bound(values.changed.begin(), values.changed.end(), number);
-    if (place == values.changed.end() || *place != number) values.changed.insert(place, number);
+    const auto place = std::ranges::lower_bound(values.changed, number, {}, &ChangedObject::number);
+    if (place != values.changed.end() && place->number == number) return &*place;
+    return &*values.changed.insert(place, {number, values.running[number]});
 }
 
-void WriteValue(size_t number, Database* database, History* history)
+std::string SavedValue(size_t number, const std::string& name, Database* database)
 {
+    Query query = database->Ask("SELECT value FROM objects WHERE name = ?", name);
+    return std::string(query.Next() ? query.Text(0) : FactoryText(Sources()[number]));
+}
+
+void WriteValue(const ChangedObject& changed, Database* database, History* history)
+{
+    const size_t number = changed.number;
     const std::string name = StateName(number);
     const std::string_view factory = FactoryText(Sources()[number]);
     const std::string& now = values.running[number];
-    std::string old(factory);
-    if (Query query = database->Ask("SELECT value FROM objects WHERE name = ?", name); query.Next())
-        old = query.Text(0);
+    const std::string old = changed.saved ? *changed.saved : SavedValue(number, name, database);
     if (now == old) return;
     if (now == factory)
         database->Run("DELETE FROM objects WHERE name = ?", name);
@@ -140,6 +154,7 @@ int Set(size_t number, const char* value, bool note)
 void ObjectValuesLoad(Database* database)
 {
     values = {};
+    values.running.reserve(Sources().size());
     for (const Source& source : Sources()) values.running.emplace_back(FactoryText(source));
     if (database == nullptr) return;
     std::vector<std::string> unknown;
@@ -159,20 +174,21 @@ bool ObjectValuesChanged() { return !values.changed.empty(); }
 
 void ObjectValuesChangedNames(std::vector<std::string>* names)
 {
-    for (const size_t number : values.changed) names->push_back(StateName(number));
+    for (const ChangedObject& object : values.changed) names->push_back(StateName(object.number));
 }
 
 void ObjectValuesWrite(Database* database, History* history)
 {
-    for (const size_t number : values.changed) WriteValue(number, database, history);
+    for (const ChangedObject& object : values.changed) WriteValue(object, database, history);
 }
 
 void ObjectValuesWritten() { values.changed.clear(); }
 
 void ObjectValuesAllChanged()
 {
+    for (ChangedObject& object : values.changed) object.saved.reset();
     for (size_t number = 0; number < values.running.size(); ++number)
-        if (values.running[number] != FactoryText(Sources()[number])) Touch(number);
+        if (values.running[number] != FactoryText(Sources()[number])) Touch(number)->saved.reset();
 }
 
 std::string ObjectFactoryValue(size_t number)
