@@ -15,6 +15,7 @@
 #include "host/sim/moving.h"
 #include "host/sim/simulator.h"
 #include "host/state/folder.h"
+#include "host/state/joined_writes.h"
 #include "host/state/report.h"
 #include "host/state/stores.h"
 #include "host/tables/list_state.h"
@@ -166,6 +167,7 @@ bool IsCommitted(uint32_t code)
 void LoadState()
 {
     HistoryNameSelf("kobd");
+    State()->UseFiles(JoinedWrites());
     while (!TryLoad()) sleep(1);
     SimClear();
     MovingStart();

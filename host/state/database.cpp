@@ -124,8 +124,9 @@ Query::~Query()
 void Query::Bind(int place, std::string_view text)
 {
     const char* bytes = text.data() != nullptr ? text.data() : "";
+    const auto kept = texts_stay_ ? SQLITE_STATIC : SQLITE_TRANSIENT;
     if (statement_ != nullptr)
-        database_->Note(sqlite3_bind_text(statement_, place, bytes, static_cast<int>(text.size()), SQLITE_TRANSIENT));
+        database_->Note(sqlite3_bind_text(statement_, place, bytes, static_cast<int>(text.size()), kept));
 }
 
 void Query::Bind(int place, std::optional<std::string_view> text)
@@ -259,7 +260,7 @@ bool Database::OpenFile(bool create)
     const bool frozen = IsFrozen(folder, path_);
     const int code = frozen ? sqlite3_open_v2(FrozenAddress(path_).c_str(), &connection_,
                                               SQLITE_OPEN_READONLY | SQLITE_OPEN_URI | kFlags, nullptr)
-                            : sqlite3_open_v2(path_.c_str(), &connection_, SQLITE_OPEN_READWRITE | kFlags, nullptr);
+                            : sqlite3_open_v2(path_.c_str(), &connection_, SQLITE_OPEN_READWRITE | kFlags, files_);
     if (code != SQLITE_OK) return Note(sqlite3_errcode(connection_));
     return Prepare(frozen);
 }

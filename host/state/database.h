@@ -31,9 +31,18 @@ class Database;
 class Query
 {
 public:
-    Query(Database* database, sqlite3_stmt* statement) : database_(database), statement_(statement) {}
+    // The texts of its values are copied, or `texts_stay` as long as it runs.
+    Query(Database* database, sqlite3_stmt* statement, bool texts_stay)
+        : database_(database), statement_(statement), texts_stay_(texts_stay)
+    {
+    }
     ~Query();
-    Query(Query&& other) noexcept : database_(other.database_), statement_(std::exchange(other.statement_, nullptr)) {}
+    Query(Query&& other) noexcept
+        : database_(other.database_),
+          statement_(std::exchange(other.statement_, nullptr)),
+          texts_stay_(other.texts_stay_)
+    {
+    }
     Query& operator=(Query&&) = delete;
 
     bool Next();
@@ -53,6 +62,7 @@ private:
 
     Database* database_;
     sqlite3_stmt* statement_;  // nullptr: the database has failed before
+    bool texts_stay_;
 };
 
 class Database
@@ -68,6 +78,9 @@ public:
     // are failures, the first with the error ENOENT. False after a failure.
     bool Open(bool create = true);
 
+    // The file system of SQLite, by its name, that it is opened in from then on; nullptr: SQLite's own.
+    void UseFiles(const char* files) { files_ = files; }
+
     // How often it was opened: another number than before means that the file may be another one.
     int Openings() const { return openings_; }
 
@@ -80,15 +93,12 @@ public:
     template <typename... Values>
     Query Ask(const char* sql, const Values&... values)
     {
-        Query query(this, Prepared(sql));
-        int place = 0;
-        (query.Bind(++place, values), ...);
-        return query;
+        return With(false, sql, values...);
     }
     template <typename... Values>
     bool Run(const char* sql, const Values&... values)
     {
-        Query query = Ask(sql, values...);
+        Query query = With(true, sql, values...);
         while (query.Next()) continue;
         return !Failed();
     }
@@ -130,6 +140,15 @@ private:
         ~EndOfTransaction() { database->Rollback(); }
     };
 
+    template <typename... Values>
+    Query With(bool texts_stay, const char* sql, const Values&... values)
+    {
+        Query query(this, Prepared(sql), texts_stay);
+        int place = 0;
+        (query.Bind(++place, values), ...);
+        return query;
+    }
+
     bool Begin();
     bool Commit();
     void Rollback();  // harmless without a transaction
@@ -144,6 +163,7 @@ private:
     std::map<const char*, sqlite3_stmt*> prepared_;
     std::string path_;
     int openings_ = 0;
+    const char* files_ = nullptr;
     bool writing_ = false;  // between Begin and its end
     bool damaged_ = false;  // what failed says that the file is no whole database
     int error_ = 0;
