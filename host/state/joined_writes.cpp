@@ -1,6 +1,7 @@
 // A layer between SQLite and its own file system, for the write-ahead log alone. Writes that follow one another are
 // held until the log is synced or anything else is asked of it. A commit syncs the log before it tells other processes
-// of its pages, so that nobody looks for bytes that are held.
+// of its pages, so that nobody looks for bytes that are held. What a transaction that was given up has left behind is
+// dropped before its lock is released: another process may write there then.
 #include "host/state/joined_writes.h"
 
 #include <sqlite3.h>
@@ -12,26 +13,33 @@ namespace kobd::host
 {
 namespace
 {
-constexpr int kHeldBytes = 4 * 1024;  // three pages with their headers: most commits write two
+using Methods = sqlite3_io_methods;
 
-// The log. Only the daemon's connection has one, so that one room serves.
+constexpr int kWriteLock = 0;  // the place of its lock in the log's index, https://sqlite.org/walformat.html
+
+struct Held
+{
+    std::array<char, 4096> bytes;  // three pages with their headers: most commits write two
+    int count = 0;
+    sqlite3_int64 start = 0;  // where in the log
+};
+Held held;  // of the one connection
+
+// The log, with SQLite's own file behind it.
 struct Log
 {
-    sqlite3_file file;  // first: SQLite knows the log by it
-    sqlite3_int64 start;
-    int held;
+    sqlite3_file file;
     sqlite3_file* below() { return reinterpret_cast<sqlite3_file*>(this + 1); }
 };
-std::array<char, kHeldBytes> room;
 
 Log* LogOf(sqlite3_file* file) { return reinterpret_cast<Log*>(file); }
 
 // Writes what is held. After a failure it is held no longer: SQLite gives the transaction up.
 int WriteHeld(Log* log)
 {
-    const int held = log->held;
-    log->held = 0;
-    return held == 0 ? SQLITE_OK : log->below()->pMethods->xWrite(log->below(), room.data(), held, log->start);
+    const int count = held.count;
+    held.count = 0;
+    return count == 0 ? SQLITE_OK : log->below()->pMethods->xWrite(log->below(), held.bytes.data(), count, held.start);
 }
 
 // Calls a method of the file below, when all that was held is written.
@@ -45,14 +53,14 @@ int Below(sqlite3_file* file, Values... values)
 
 int Write(sqlite3_file* file, const void* bytes, int count, sqlite3_int64 place)
 {
+    constexpr int kRoom = static_cast<int>(sizeof held.bytes);
     Log* log = LogOf(file);
-    const bool follows = log->held != 0 && place == log->start + log->held;
-    if ((log->held != 0 && !follows) || count > kHeldBytes - log->held)
+    if (place != held.start + held.count || count > kRoom - held.count)
         if (const int code = WriteHeld(log)) return code;
-    if (count > kHeldBytes) return log->below()->pMethods->xWrite(log->below(), bytes, count, place);
-    if (log->held == 0) log->start = place;
-    memcpy(room.data() + log->held, bytes, static_cast<size_t>(count));
-    log->held += count;
+    if (count > kRoom) return log->below()->pMethods->xWrite(log->below(), bytes, count, place);
+    if (held.count == 0) held.start = place;
+    memcpy(held.bytes.data() + held.count, bytes, static_cast<size_t>(count));
+    held.count += count;
     return SQLITE_OK;
 }
 
@@ -75,7 +83,6 @@ int Characteristics(sqlite3_file* file)
     return below->pMethods->xDeviceCharacteristics(below);
 }
 
-using Methods = sqlite3_io_methods;
 // Those of the first version: the log is neither mapped nor shared.
 constexpr Methods kMethods = {
     1,
@@ -99,14 +106,30 @@ constexpr Methods kMethods = {
     nullptr,
 };
 
+const Methods* systems = nullptr;  // of the database's own file
+
+int LockIndex(sqlite3_file* file, int first, int count, int flags)
+{
+    constexpr int kUnlock = SQLITE_SHM_UNLOCK | SQLITE_SHM_EXCLUSIVE;
+    if ((flags & kUnlock) == kUnlock && first <= kWriteLock && kWriteLock < first + count) held.count = 0;
+    return systems->xShmLock(file, first, count, flags);
+}
+
 int Open(sqlite3_vfs* files, const char* path, sqlite3_file* file, int flags, int* flags_then)
 {
+    static Methods watched;
     auto* system = static_cast<sqlite3_vfs*>(files->pAppData);
-    if ((flags & SQLITE_OPEN_WAL) == 0) return system->xOpen(system, path, file, flags, flags_then);
-    Log* log = LogOf(file);
-    *log = {};
-    const int code = system->xOpen(system, path, log->below(), flags, flags_then);
-    if (log->below()->pMethods != nullptr) log->file.pMethods = &kMethods;
+    const bool is_log = (flags & SQLITE_OPEN_WAL) != 0;
+    sqlite3_file* below = is_log ? LogOf(file)->below() : file;
+    if (is_log) file->pMethods = nullptr;  // unless it is opened
+    const int code = system->xOpen(system, path, below, flags, flags_then);
+    if (below->pMethods == nullptr) return code;
+    if (is_log) file->pMethods = &kMethods;
+    if ((flags & SQLITE_OPEN_MAIN_DB) == 0) return code;
+    systems = below->pMethods;
+    watched = *systems;
+    watched.xShmLock = LockIndex;
+    below->pMethods = &watched;
     return code;
 }
 }  // namespace
@@ -115,8 +138,8 @@ const char* JoinedWrites()
 {
     static sqlite3_vfs files = {};
     if (files.zName != nullptr) return files.zName;
-    // State lets one thread at a time use SQLite, and nobody asks how much memory it has. It keeps its own locks and
-    // counts where it has been used before, as in a test.
+    // State lets one thread at a time use SQLite, which needs no locks of its own then. Nobody asks how much memory it
+    // has. Both are settings for speed alone: SQLite refuses them where it was used before, and goes on as it was.
     sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
     sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
     sqlite3_vfs* system = sqlite3_vfs_find(nullptr);

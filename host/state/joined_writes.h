@@ -1,9 +1,10 @@
-// The daemon's file system for SQLite: what a commit writes to the log goes there in one write instead of two a page.
+// The daemon's file system for SQLite, in which a commit of up to three pages writes the log once instead of twice a
+// page.
 #pragma once
 
 namespace kobd::host
 {
-// The name of that file system, which is made at the first call. nullptr when memory runs out, which SQLite takes for
-// its own file system.
+// The name of that file system, for one connection at a time. The first call makes it, and has to come before anything
+// else uses SQLite. nullptr, which is the name of SQLite's own file system, when memory runs out.
 const char* JoinedWrites();
 }  // namespace kobd::host
