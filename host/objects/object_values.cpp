@@ -32,24 +32,26 @@ constexpr int kInvokeFailed = 17;
 struct ChangedObject
 {
     size_t number;
-    std::optional<std::string> saved;  // its value there; not known when the database may be another one than before
+    std::optional<std::string> saved;  // its value there, where that is known
 };
 
 struct Values
 {
     std::vector<std::string> running;    // by object
     std::vector<ChangedObject> changed;  // ascending
+    bool are_saved = false;  // the other values are what the database has: they were read from it, and it is the same
 };
 Values values;
 
 const char* FactoryText(const Source& source) { return source.kind == SourceKind::Value ? source.text : ""; }
 
-// What is remembered of this object, so that a commit looks at changed objects alone.
-ChangedObject* Touch(size_t number)
+// Remembers that this object has changed, so that a commit looks at these objects alone.
+void Touch(size_t number)
 {
     const auto place = std::ranges::lower_bound(values.changed, number, {}, &ChangedObject::number);
-    if (place != values.changed.end() && place->number == number) return &*place;
-    return &*values.changed.insert(place, {number, values.running[number]});
+    if (place != values.changed.end() && place->number == number) return;
+    const auto saved = values.are_saved ? std::optional(values.running[number]) : std::nullopt;
+    values.changed.insert(place, {number, saved});
 }
 
 std::string SavedValue(size_t number, const std::string& name, Database* database)
@@ -157,6 +159,7 @@ void ObjectValuesLoad(Database* database)
     values.running.reserve(Sources().size());
     for (const Source& source : Sources()) values.running.emplace_back(FactoryText(source));
     if (database == nullptr) return;
+    values.are_saved = true;
     std::vector<std::string> unknown;
     for (Query query = database->Ask("SELECT name, value FROM objects"); query.Next();)
     {
@@ -186,9 +189,10 @@ void ObjectValuesWritten() { values.changed.clear(); }
 
 void ObjectValuesAllChanged()
 {
+    values.are_saved = false;
     for (ChangedObject& object : values.changed) object.saved.reset();
     for (size_t number = 0; number < values.running.size(); ++number)
-        if (values.running[number] != FactoryText(Sources()[number])) Touch(number)->saved.reset();
+        if (values.running[number] != FactoryText(Sources()[number])) Touch(number);
 }
 
 std::string ObjectFactoryValue(size_t number)
