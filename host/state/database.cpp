@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <vector>
 
 #include "host/state/folder.h"
@@ -23,7 +24,7 @@ namespace
 constexpr const char* kFunction = "Database";
 constexpr const char* kFile = "/kobd.db";
 constexpr int kWaitMs = 2000;    // for other processes: a stopped one must not stop the others
-constexpr int kMakingMs = 1000;  // for a process that is making the database, which may be a busy machine's
+constexpr int kMakingMs = 1000;  // how old an empty database may be that another process is still making
 constexpr int kMakingPollMs = 5;
 constexpr off_t kLogBytes = 512 * 1024;  // room of the write-ahead log
 constexpr const char* kOptions =
@@ -81,16 +82,26 @@ off_t SizeOf(const std::string& path)
     return stat(path.c_str(), &state) == 0 ? state.st_size : -1;
 }
 
+// Whether the file was changed so lately that another process may be making the database; false after the clock was set
+// back.
+bool IsBeingMade(const struct stat& state)
+{
+    timespec now = {};
+    clock_gettime(CLOCK_REALTIME, &now);
+    const int64_t age_ms = (now.tv_sec - state.st_mtim.tv_sec) * 1000 + (now.tv_nsec - state.st_mtim.tv_nsec) / 1000000;
+    return age_ms >= 0 && age_ms < kMakingMs;
+}
+
 // The size in bytes, -1 where there is no such file. A database is empty for a moment while another process makes it.
 off_t SizeOnceMade(const std::string& path)
 {
-    off_t size = SizeOf(path);
-    for (int waited = 0; size == 0 && SizeOf(path + "-wal") <= 0 && waited < kMakingMs; waited += kMakingPollMs)
+    struct stat state = {};
+    for (;;)
     {
+        if (stat(path.c_str(), &state) != 0) return -1;
+        if (state.st_size > 0 || SizeOf(path + "-wal") > 0 || !IsBeingMade(state)) return state.st_size;
         usleep(kMakingPollMs * 1000);
-        size = SizeOf(path);
     }
-    return size;
 }
 
 // Whether the database stands in a folder that cannot be written, and was closed before: SQLite would want to make the

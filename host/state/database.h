@@ -31,7 +31,7 @@ class Database;
 class Query
 {
 public:
-    // The texts of its values are copied, or `texts_stay` as long as it runs.
+    // Where the texts of its values stay valid as long as it runs, they are not copied.
     Query(Database* database, sqlite3_stmt* statement, bool texts_stay)
         : database_(database), statement_(statement), texts_stay_(texts_stay)
     {
@@ -78,7 +78,7 @@ public:
     // are failures, the first with the error ENOENT. False after a failure.
     bool Open(bool create = true);
 
-    // The file system of SQLite, by its name, that it is opened in from then on; nullptr: SQLite's own.
+    // Names the file system of SQLite in which the database is opened from now on; nullptr: SQLite's own.
     void UseFiles(const char* files) { files_ = files; }
 
     // How often it was opened: another number than before means that the file may be another one.

@@ -36,7 +36,7 @@ void LoadFactoryRow(const FactoryRow& factory, const List& list, RowList* rows)
     for (const char* line : factory.lines)
     {
         const char* equals = strchr(line, '=');
-        if (ReadCellInto(*list.layout, {line, equals}, equals + 1, row) != ReadCell::kRead)
+        if (equals == nullptr || ReadCellInto(*list.layout, {line, equals}, equals + 1, row) != ReadCell::kRead)
             kobd_log_print(kFunction, __LINE__, "factory row of %s: cannot hold %s", factory.table, line);
     }
 }

@@ -75,6 +75,7 @@ TEST_F(FileFaults, ACommitThatFailsIsToldLeavesWholeStateAndIsCaughtUpWith)
     const FileFault kCommitFaults[] = {
         {Call::kWrite, "*-wal", ENOSPC, 0, "the first pages of the commit"},
         {Call::kWrite, "*-wal", EDQUOT, 1, "its later pages"},
+        {Call::kWrite, "*-wal", EIO, 1, "the same, by the disk"},
         {Call::kFsync, "*-wal", EIO, 0, "what was written is not on the disk"},
     };
     for (const FileFault& c : kCommitFaults)
@@ -149,6 +150,10 @@ TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStart)
         EXPECT_EQ(Both(), "8081/1") << "nor did a commit";
         EXPECT_EQ(GetObject("webHttpsPort"), "8444");
         EXPECT_EQ(Damaged(kState), 0u);
+
+        RestartStruck(c);
+        EXPECT_EQ(Said("set webHttpsPort=8445; kobctl set webHttpPort=9090; kobctl undo"), "as before: webHttpPort\n");
+        EXPECT_EQ(GetObject("webHttpPort"), "8081") << "what was there, though nobody had read it";
 
         RestartStruck(c);
         ChangeBoth("8082");
