@@ -62,6 +62,8 @@ TEST_F(KobctlTerminal, NothingFromTheNetworkSteersATerminal)
     EXPECT_EQ(Said("nvram get mine"), "a\x1b[2Jb\n") << "a program gets it as it is";
     ASSERT_EQ(Said("nvram set mine='\u202Ea' suppband='1\nIMEI=2'"), "");
     EXPECT_EQ(OnTerminal("nvram get mine"), "\\xe2\\x80\\xaea\r\n") << "it would turn the line";
+    ASSERT_EQ(Said("nvram set mine='\xE2\x41'"), "");
+    EXPECT_EQ(OnTerminal("nvram get mine"), "\\xe2A\r\n") << "no character of UTF-8";
     EXPECT_EQ(Said("get lteSuppband webHttpPort"), "lteSuppband=1\\x0aIMEI=2\nwebHttpPort=80\n")
         << "no line of its own";
 }
@@ -71,6 +73,16 @@ TEST_F(KobctlTerminal, ASimulatedValueIsMarkedForAPersonAlone)
     ASSERT_EQ(Said("sim set RSRP=-120"), "");
     EXPECT_EQ(OnTerminal("get RSRP webHttpPort"), "RSRP=-120  (simulated)\r\nwebHttpPort=80\r\n");
     EXPECT_EQ(Said("get RSRP"), "-120\n");
+}
+
+TEST_F(KobctlTerminal, APersonIsToldThatAnAnswerTakesLong)
+{
+    EXPECT_EQ(OnTerminal("get webHttpPort 2>&1"), "80\r\n");
+    kill(daemon_.Process(), SIGSTOP);
+    const std::string seen = OnTerminal("get --timeout 3 webHttpPort 2>&1");
+    EXPECT_TRUE(seen.starts_with("kobctl: still waiting for the router; ")) << seen;
+    EXPECT_TRUE(seen.ends_with("Message wait reply timeout (8)\r\n")) << seen;
+    kill(daemon_.Process(), SIGCONT);
 }
 
 TEST_F(KobctlTerminal, ColoursAreForTerminalsThatWantThem)
