@@ -6,6 +6,9 @@
 #include <sys/wait.h>
 #include <termios.h>
 
+#include <ctime>
+
+#include "tests/state_sql.h"
 #include "tests/system/daemon_test.h"
 #include "tests/system/kobctl_program.h"
 
@@ -63,7 +66,11 @@ TEST_F(KobctlConfirm, TheOneThatWaitsHoldsNoLockOfItsCaller)
     const int file = open("/tmp/lock", O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     ASSERT_EQ(dup2(file, kLock), kLock);
     ASSERT_EQ(flock(kLock, LOCK_EX), 0);
+    timespec begin = {};
+    clock_gettime(CLOCK_BOOTTIME, &begin);
     EXPECT_EQ(RunLine("set --confirm 60 webHttpPort=81").status, 0);
+    EXPECT_GT(std::stoll(StateSql("/tmp/state", "SELECT value FROM meta WHERE name = 'due'")), begin.tv_sec + 60)
+        << "not a part of a second too little";
     close(kLock);
     close(file);
     const int other = open("/tmp/lock", O_RDWR | O_CLOEXEC);
