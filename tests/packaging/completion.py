@@ -71,7 +71,7 @@ class Shell:
 
     def end(self):
         os.close(self.terminal)
-        os.waitpid(self.process, 0)
+        return os.waitpid(self.process, 0)[1]
 
 
 def prepare(folder):
@@ -98,7 +98,10 @@ def prompt_fails(folder):
         if seen != expected:
             print("kobctl's prompt: %r: %s" % (typed, seen))
             failed = True
-    prompt.end()
+    prompt.run("exit\n", "(?!)")  # which nothing matches: until it has ended
+    if (status := prompt.end()) != 0:
+        print("kobctl's prompt ends with %d after a command that did what it should" % status)
+        failed = True
     return failed
 
 
