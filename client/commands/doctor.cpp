@@ -180,8 +180,12 @@ void LookAtDamaged(const std::string& folder, Report* report)
 void LookAtDatabase(const std::string& folder, Report* report)
 {
     const host::State state;
-    if (!state->Open(false) && state->Error() != ENOENT)
+    const bool opened = state->Open(false);
+    std::error_code error;
+    if (!opened && state->Error() != ENOENT)
         report->Say(kWrong, "state", "the database in " + folder + " cannot be read: " + state->Why());
+    else if (!opened && std::filesystem::is_empty(folder + "/kobd.db", error) && !error)
+        report->Say(kWrong, "state", folder + "/kobd.db is empty: nothing is stored until the next set");
     if (const std::string why = WhyNotSaved(); !why.empty())
         report->Say(kWrong, "state",
                     "the last commit could not be saved: " + why + "; mend that and run kobctl commit");

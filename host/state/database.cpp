@@ -11,7 +11,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <vector>
 
 #include "host/state/folder.h"
@@ -23,9 +22,8 @@ namespace
 {
 constexpr const char* kFunction = "Database";
 constexpr const char* kFile = "/kobd.db";
-constexpr int kWaitMs = 2000;    // for other processes: a stopped one must not stop the others
-constexpr int kMakingMs = 1000;  // how old an empty database may be that another process is still making
-constexpr int kMakingPollMs = 5;
+constexpr int kWaitMs = 2000;            // for other processes: a stopped one must not stop the others
+constexpr int kLookMs = 5;               // between looks at an empty file
 constexpr off_t kLogBytes = 512 * 1024;  // room of the write-ahead log
 constexpr const char* kOptions =
     // Bytes: a commit writes whole pages, and most change a few bytes of two.
@@ -80,28 +78,6 @@ off_t SizeOf(const std::string& path)
 {
     struct stat state = {};
     return stat(path.c_str(), &state) == 0 ? state.st_size : -1;
-}
-
-// Whether the file was changed so lately that another process may be making the database; false after the clock was set
-// back.
-bool IsBeingMade(const struct stat& state)
-{
-    timespec now = {};
-    clock_gettime(CLOCK_REALTIME, &now);
-    const int64_t age_ms = (now.tv_sec - state.st_mtim.tv_sec) * 1000 + (now.tv_nsec - state.st_mtim.tv_nsec) / 1000000;
-    return age_ms >= 0 && age_ms < kMakingMs;
-}
-
-// The size in bytes, -1 where there is no such file. A database is empty for a moment while another process makes it.
-off_t SizeOnceMade(const std::string& path)
-{
-    struct stat state = {};
-    for (;;)
-    {
-        if (stat(path.c_str(), &state) != 0) return -1;
-        if (state.st_size > 0 || SizeOf(path + "-wal") > 0 || !IsBeingMade(state)) return state.st_size;
-        usleep(kMakingPollMs * 1000);
-    }
 }
 
 // Whether the database stands in a folder that cannot be written, and was closed before: SQLite would want to make the
@@ -208,9 +184,18 @@ bool Database::Begin()
     return writing_;
 }
 
+bool Database::RunCommit()
+{
+    if (Prepared("COMMIT") == nullptr) return false;  // first: memory may run out
+    if (files_ != nullptr) files_->commit_begins();
+    const bool committed = Run("COMMIT");
+    if (files_ != nullptr) files_->commit_ended();
+    return committed;
+}
+
 bool Database::Commit()
 {
-    if (writing_ && !Failed() && Run("COMMIT"))
+    if (writing_ && !Failed() && RunCommit())
     {
         writing_ = false;
         return true;
@@ -241,10 +226,26 @@ bool Database::Open(bool create)
     Close();
     const bool opened = OpenFile(create) || (create && KeepDamagedAside() && OpenFile(true));
     if (opened)
+    {
         ++openings_;
+        looks_ = kLooks;
+    }
     else
         Close();
     return opened;
+}
+
+// The size in bytes, -1 where there is no file. It is empty for a moment while another process makes it, and stays so
+// where the disk is full: it is waited for once until it could be opened.
+off_t Database::SizeOnceMade()
+{
+    off_t size = SizeOf(path_);
+    for (; size == 0 && SizeOf(path_ + "-wal") <= 0 && looks_ > 0; --looks_)
+    {
+        usleep(kLookMs * 1000);
+        size = SizeOf(path_);
+    }
+    return size;
 }
 
 // The path without links, since SQLite is told to follow none.
@@ -255,9 +256,10 @@ bool Database::OpenFile(bool create)
     const std::string folder = create ? StateFolder() : StateFolderName();
     if (create) UseStateFolder(folder);  // it may have been removed under the daemon
     path_ = std::string(realpath(folder.c_str(), real) != nullptr ? real : folder) + kFile;
-    const off_t size = SizeOnceMade(path_);
+    const off_t size = create ? SizeOnceMade() : SizeOf(path_);
     if (size == 0 && SizeOf(path_ + "-wal") > 0)  // emptied: SQLite would remove the log, which has what was committed
         return Note(SQLITE_NOTADB);
+    if (size == 0 && !create) return Fail(ENOENT, strerror(ENOENT), false);
     if (size == 0) REPORT(kFunction, "%s is empty, factory values serve", path_.c_str());
     bool made = false;
     int file = create ? OpenOrCreate(path_, O_RDWR, &made) : open(path_.c_str(), O_RDONLY | O_CLOEXEC);
@@ -265,13 +267,18 @@ bool Database::OpenFile(bool create)
     if (file < 0 && (errno == EROFS || errno == EACCES)) file = open(path_.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
     if (file < 0) return Fail(errno, strerror(errno), errno == EISDIR || errno == ELOOP);
     close(file);
-    if (made) SyncFolder(folder);
+    if (made)
+    {
+        SyncFolder(folder);
+        looks_ = 0;  // nobody else makes it
+    }
     errno = 0;
     constexpr int kFlags = SQLITE_OPEN_NOFOLLOW | SQLITE_OPEN_NOMUTEX;
     const bool frozen = IsFrozen(folder, path_);
     const int code = frozen ? sqlite3_open_v2(FrozenAddress(path_).c_str(), &connection_,
                                               SQLITE_OPEN_READONLY | SQLITE_OPEN_URI | kFlags, nullptr)
-                            : sqlite3_open_v2(path_.c_str(), &connection_, SQLITE_OPEN_READWRITE | kFlags, files_);
+                            : sqlite3_open_v2(path_.c_str(), &connection_, SQLITE_OPEN_READWRITE | kFlags,
+                                              files_ != nullptr ? files_->name : nullptr);
     if (code != SQLITE_OK) return Note(sqlite3_errcode(connection_));
     return Prepare(frozen);
 }

@@ -11,6 +11,8 @@
 // A commit is one transaction, on the disk when Commit returns.
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <map>
 #include <mutex>
@@ -25,6 +27,14 @@ struct sqlite3_stmt;
 namespace kobd::host
 {
 class Database;
+
+// A file system of SQLite, by its name, that is told when a commit begins and when it has ended, well or badly.
+struct DatabaseFiles
+{
+    const char* name;
+    void (*commit_begins)();
+    void (*commit_ended)();
+};
 
 // A statement that runs, with its values. After its end, or an error, which the database remembers, there is no next
 // row.
@@ -75,11 +85,11 @@ public:
 
     // Opens the database where it is not open yet, or where another file has its name by now. One that is not there is
     // made, and a damaged one is kept aside, reported and made anew; without `create`, for those who only read, both
-    // are failures, the first with the error ENOENT. False after a failure.
+    // are failures, the first with the error ENOENT, as is an empty file. False after a failure.
     bool Open(bool create = true);
 
-    // Names the file system of SQLite in which the database is opened from now on; nullptr: SQLite's own.
-    void UseFiles(const char* files) { files_ = files; }
+    // From now on the database is opened in this file system; nullptr: SQLite's own.
+    void UseFiles(const DatabaseFiles* files) { files_ = files; }
 
     // How often it was opened: another number than before means that the file may be another one.
     int Openings() const { return openings_; }
@@ -150,20 +160,25 @@ private:
     }
 
     bool Begin();
+    bool RunCommit();
     bool Commit();
     void Rollback();  // harmless without a transaction
     sqlite3_stmt* Prepared(const char* sql);
     bool Note(int code);  // remembers a failure; false then
     bool Fail(int error, const std::string& why, bool damaged);
     bool HasMoved();
+    off_t SizeOnceMade();
     bool OpenFile(bool create);
     bool Prepare(bool frozen);
+
+    static constexpr int kLooks = 200;  // at an empty file that another process may be making, a second in all
 
     sqlite3* connection_ = nullptr;
     std::map<const char*, sqlite3_stmt*> prepared_;
     std::string path_;
     int openings_ = 0;
-    const char* files_ = nullptr;
+    const DatabaseFiles* files_ = nullptr;
+    int looks_ = kLooks;    // left
     bool writing_ = false;  // between Begin and its end
     bool damaged_ = false;  // what failed says that the file is no whole database
     int error_ = 0;

@@ -2,9 +2,11 @@
 // page.
 #pragma once
 
+#include "host/state/database.h"
+
 namespace kobd::host
 {
-// The name of that file system, for one connection at a time. The first call makes it, and has to come before anything
-// else uses SQLite. nullptr, which is the name of SQLite's own file system, when memory runs out.
-const char* JoinedWrites();
+// That file system, for one connection at a time. The first call makes it, and has to come before anything else uses
+// SQLite. nullptr, which stands for SQLite's own file system, when memory runs out.
+const DatabaseFiles* JoinedWrites();
 }  // namespace kobd::host
