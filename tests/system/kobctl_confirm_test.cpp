@@ -29,6 +29,7 @@ TEST_F(KobctlConfirm, OldValuesReturnAlsoToTheNextDaemonAndStay)
     Restart();
     EXPECT_EQ(GetObject("webHttpPort"), "82");
     EXPECT_TRUE(PortBecomes("80"));
+    EXPECT_TRUE(Await([] { return StateSql("/tmp/state", "SELECT count(*) FROM pending") == "0\n"; }));
     Restart();
     EXPECT_EQ(Said("get webHttpPort webHttpEnable"), "webHttpPort=80\nwebHttpEnable=1\n") << "durable";
     EXPECT_EQ(RunLine("confirm").status, 1) << "there is nothing left";

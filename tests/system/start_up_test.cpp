@@ -1,5 +1,6 @@
 // How the real daemon starts: detached or not, on which state, and when it does not start at all.
 #include <pty.h>
+#include <sys/msg.h>
 #include <sys/sem.h>
 #include <sys/wait.h>
 
@@ -146,6 +147,9 @@ TEST_F(StartUp, ADaemonOfAUserIsAskedByThatUserAndByRootAlone)
     const std::string as = "as() { as=$1; shift; setpriv --reuid $as --regid $as --clear-groups \"$@\"; };";
     PutOnPath("kobd", Exec("kobd"));
     if (RunShell(as + "as 65534 kobctl --version").status != 0) GTEST_SKIP() << "no second user here who could run it";
+    const auto module = static_cast<key_t>(kModuleKobd);  // which a killed daemon of root's may have left to root
+    semctl(semget(module, 1, 0), 0, IPC_RMID);
+    msgctl(msgget(module, 0), IPC_RMID, nullptr);
     const auto said = RunShell(as + R"(
 mkdir /tmp/home; chown 65534 /tmp/home; export KOBD_STATE_DIR=/tmp/home/state
 setpriv --reuid 65534 --regid 65534 --clear-groups kobd -F >/tmp/kobd.out 2>&1 &
