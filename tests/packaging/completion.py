@@ -1,5 +1,6 @@
 """Types lines with TAB into bash, zsh, fish and kobctl's own prompt, and compares what each then runs.
     completion.py SOURCE_FOLDER BUILD_FOLDER"""
+import concurrent.futures
 import ctypes.util
 import os
 import pty
@@ -12,7 +13,7 @@ import tempfile
 import time
 
 SOURCE, BUILD = sys.argv[1:]
-SECONDS = 20  # for a shell to answer
+SECONDS = 10  # for a shell to answer
 LINES = {  # what is typed, and the words that kobctl then gets
     "desc\t systemProductMod\t": "<describe><systemProductModel>",
     "set webHttpE\t1": "<set><webHttpEnable=1>",
@@ -42,6 +43,7 @@ class Shell:
     """A shell at a terminal."""
 
     def __init__(self, name, folder):
+        self.name = name
         command, begin = SHELLS[name]
         environment = {"PATH": folder + ":" + os.environ["PATH"], "TERM": "dumb", "HOME": folder, "LANG": "C.UTF-8",
                        "KOBD_STATE_DIR": folder + "/state"}
@@ -85,6 +87,17 @@ def prepare(folder):
         shutil.copy("%s/completion/kobctl.%s" % (SOURCE, source), folder + "/" + name)
 
 
+def completes_wrongly(shell):
+    """Whether a line is completed to other words than it should be. The first such line is told."""
+    for line, words in LINES.items():
+        ran = shell.run("kobctl " + line + "\n", r"kobctl<[^|]*\|")
+        if ran != "kobctl" + words + "|":
+            print("%s: %r ran %s instead of %s" % (shell.name, line, ran, words))
+            return True
+    shell.end()
+    return False
+
+
 def prompt_fails(folder):
     """The prompt of kobctl itself, which loads libedit. It must not find a daemon that runs on this machine."""
     apart = ["unshare", "--user", "--map-root-user", "--ipc"]
@@ -107,19 +120,12 @@ def prompt_fails(folder):
 
 def main():
     missing = [name for name in SHELLS if shutil.which(name) is None]
-    failed = 0
     with tempfile.TemporaryDirectory() as folder:
         prepare(folder)
-        for name in SHELLS:
-            if name in missing:
-                continue
-            shell = Shell(name, folder)
-            for line, words in LINES.items():
-                ran = shell.run("kobctl " + line + "\n", r"kobctl<[^|]*\|")
-                if ran != "kobctl" + words + "|":
-                    failed += 1
-                    print("%s: %r ran %s instead of %s" % (name, line, ran, words))
-            shell.end()
+        # At the same time: most of it is waiting. All are started before there are threads, since each is a fork.
+        shells = [Shell(name, folder) for name in SHELLS if name not in missing]
+        with concurrent.futures.ThreadPoolExecutor() as threads:
+            failed = sum(threads.map(completes_wrongly, shells))
         if ctypes.util.find_library("edit") is None:
             missing.append("libedit")
         else:
