@@ -1,5 +1,5 @@
-// All measurements of time in one run and one table; with the word "commits", "taps" or "start" those
-// alone. In namespaces of its own, like the tests.
+// Takes all measurements of time in one run and prints them as one table; after the word "commits", "taps" or "start"
+// it takes those alone. It runs in namespaces of its own, as the tests do.
 #include <cstdio>
 #include <filesystem>
 #include <string_view>

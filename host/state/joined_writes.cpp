@@ -118,8 +118,8 @@ const DatabaseFiles* JoinedWrites()
     static sqlite3_vfs files = {};
     static constexpr DatabaseFiles kMade = {"kobd", CommitBegins, CommitEnded};
     if (files.zName != nullptr) return &kMade;
-    // State lets one thread at a time use SQLite, which needs no locks of its own then. Nobody asks how much memory it
-    // has. Both are settings for speed alone: SQLite refuses them where it was used before, and goes on as it was.
+    // SQLite needs no locks of its own, because State lets one thread at a time use it. It need not count its memory,
+    // because nobody asks. Where SQLite was used before, it refuses these settings and is a little slower.
     sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
     sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
     sqlite3_vfs* system = sqlite3_vfs_find(nullptr);

@@ -377,7 +377,7 @@ TEST_F(MovingRouter, AStoppedScenarioLeavesTheRouterAsItWas)
 TEST_F(Simulator, MistakesAreNamedBeforeAnythingRuns)
 {
     WriteScenario(
-        "# wrong in every line but two\nset RSRP=1\nat 5s wait 3s\nat 2s set RSRP=1\nfoo\nrepeat 0\nover 3 RSRP 1..2\n"
+        "# wrong in most lines\nset RSRP=1\nat 5s wait 3s\nat 2s set RSRP=1\nfoo\nrepeat 0\nover 3 RSRP 1..2\n"
         "over 3s RSRP 1-2\nset nosuch=2\nevent Foo\nend\nend\nrepeat 2\nfail webHttpPort add\nset RSRP=1 --times 2\n"
         "row ApnStatusTable set x Status=1\nwait 5\nset \"RSRP=1\n--times 3\nat 1s at 2s clear\nwait 24.1h\nwait "
         "24h\n");
