@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 
@@ -21,6 +22,10 @@ namespace
 constexpr int64_t kCommandMs = 10000;    // for a command as a whole: a stuck one must not stop the daemon
 constexpr long kShortestLookNs = 50000;  // between looks at a shell that is about to end, doubled each time
 constexpr long kLongestLookNs = 5000000;
+
+// A router has no locales: its commands print the same in every country. Before main, since the daemon starts its first
+// commands before it calls any hook.
+[[gnu::constructor]] void UseLocaleOfRouter() { setenv("LC_ALL", "C", 1); }
 
 // What is kept of a command's output.
 struct Output

@@ -50,6 +50,7 @@ TEST(Shell, TakesWhatACommandPrints)
         {"kill -9 $$", -1, "", ""},
         {"echo one | cat; echo two", 0, "one\ntwo\n", "one"},
         {"echo out; exec >&-; sleep 0.3; exit 4", 4, "out\n", "out"},
+        {"echo $LC_ALL", 0, "C\n", "C"},
     };
     for (const auto& one : kCases)
     {
