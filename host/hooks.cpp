@@ -1,5 +1,7 @@
 // The platform's hooks on the host: most have nothing to prepare there; they write a journal line,
 // so that a test or a person sees that the daemon called them and in which order.
+#include <malloc.h>
+
 #include "host/bus/bus.h"
 #include "host/commit.h"
 #include "host/control.h"
@@ -18,9 +20,21 @@ void LoadAndSayReady()
     LoadState();
     TellServiceManager("READY=1");
 }
+
+// glibc gives each thread memory of its own, which it enlarges by a page at a time. One thread of the daemon serves.
+void ShareMemoryOfThreads()
+{
+#ifdef M_ARENA_MAX
+    mallopt(M_ARENA_MAX, 1);
+#endif
+}
 }  // namespace
 
-void LogModuleUpdate() { Journal("LogModuleUpdate"); }
+void LogModuleUpdate()
+{
+    ShareMemoryOfThreads();  // there is one thread yet
+    Journal("LogModuleUpdate");
+}
 
 void checkFirstBootFlag()
 {
