@@ -2,12 +2,14 @@
 // its own and ends them; each expects the namespaces of tests/namespaces.h.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace kobd::bench
 {
-// Stores 1400 values that this build does not know and 2000 rows of a table in a folder that a daemon has used.
-void FillState(const std::string& folder);
+// Stores values of that many objects, at most 1488, and rows of a table in a folder that a daemon has used.
+void FillState(const std::string& folder, size_t values, int64_t rows);
 
 // With the state in memory, where no commit waits for a disk.
 void RoundTrips();

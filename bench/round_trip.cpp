@@ -16,6 +16,7 @@
 #include "bench/phases.h"
 #include "bench/redis.h"
 #include "dictionary/records.h"
+#include "host/objects/sources.h"
 #include "host/state/database.h"
 #include "host/state/folder.h"
 #include "tests/items.h"
@@ -183,20 +184,20 @@ void MeasureAll(std::vector<Case>* cases, const std::string& folder, Series* red
 }
 }  // namespace
 
-void FillState(const std::string& folder)
+void FillState(const std::string& folder, size_t values, int64_t rows)
 {
     host::UseStateFolder(folder);
     const host::State state;
     const auto changes = [&]
     {
+        for (size_t number = 0; number < values; ++number)
+            state->Run("INSERT OR REPLACE INTO objects VALUES(?, 'a value of some length')", host::StateName(number));
+        state->Run("INSERT OR REPLACE INTO lists VALUES('FwUrlFilterTable', ?)", rows);
         state->Run(
-            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1400)"
-            " INSERT INTO objects SELECT 'stored' || i, 'a value of some length ' || i FROM n");
-        state->Run("INSERT OR REPLACE INTO lists VALUES('FwUrlFilterTable', 2000)");
-        state->Run(
-            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 2000)"
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < ?)"
             " INSERT INTO cells SELECT 'FwUrlFilterTable', i, f, iif(f = '', '', 'host' || i || '.example.net')"
-            " FROM n, (SELECT '' AS f UNION ALL SELECT 'URL')");
+            " FROM n, (SELECT '' AS f UNION ALL SELECT 'URL')",
+            rows);
     };
     if (!state->Write(changes)) abort();
     state->Close();
@@ -221,7 +222,7 @@ void Commits(const std::string& disk_folder)
     std::vector<Case> commits = {Cases()[3], Cases()[5]};
     for (const char* stored : {", on disk", ", on disk, 3400 stored"})
     {
-        if (!commits[0].measured.rounds.empty()) FillState(disk_folder);
+        if (!commits[0].measured.rounds.empty()) FillState(disk_folder, 1400, 2000);
         for (Case& one : commits) one.measured = one.limit = {};
         Series redis;
         MeasureAll(&commits, disk_folder, &redis);
