@@ -28,7 +28,8 @@ struct Judgement
         static constexpr size_t kWidth = 9;
         data.push_back(what);
         data.back().update({{"item", item}, {"verdict", kWords[verdict]}, {"reason", why}});
-        text += Coloured(kColours[verdict], kWords[verdict], kWidth) + item + (why.empty() ? "" : ": ") + why + "\n";
+        text += Coloured(kColours[verdict], kWords[verdict], kWidth) +
+                ShownInLine(item + (why.empty() ? "" : ": ") + why) + "\n";
         worst = std::max(worst, verdict);
     }
 

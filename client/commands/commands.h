@@ -9,6 +9,7 @@
 #include "client/arguments/command_line.h"
 #include "client/dictionary/dictionary.h"
 #include "client/output/outcome.h"
+#include "client/requests/request.h"
 #include "client/rows/row_address.h"
 #include "client/state/past_changes.h"
 
@@ -62,6 +63,10 @@ inline Json JsonOf(const RowAddress& row) { return {{"table", row.table->name}, 
 // An object's old value, where it is known, and its new one for JSON; `text` gets them as the lines of a diff. Secrets
 // are not shown.
 Json AddDifference(const Assignment& pair, const std::optional<std::string>& old, std::string* text);
+
+// Sets the values. `response` is what came back, `before` the old values that could be read. Where the router fails
+// half way the failure names what was set, what was not, and what failed.
+Failure SetValues(const Options& options, const Assignments& pairs, Response* response, Values* before);
 
 // What describe and table describe show of a table.
 Outcome DescribedTable(const TableEntry& table);

@@ -16,7 +16,8 @@ namespace
 std::string WhatText(const PastChange& change)
 {
     if (change.IsRowItself()) return change.now ? "added" : "deleted";
-    const auto quoted = [](const std::optional<std::string>& text) { return "\"" + Shown(text.value_or("")) + "\""; };
+    const auto quoted = [](const std::optional<std::string>& text)
+    { return "\"" + ShownInLine(text.value_or("")) + "\""; };
     return quoted(change.old) + " -> " + quoted(change.now);
 }
 

@@ -68,8 +68,9 @@ std::string AppliedText(const Applied& applied)
            (one ? "" : "one of ") + Joined(applied.failed);
 }
 
-// Sends the values. `response` is what came back, `before` what could be read.
-Failure Send(const Options& options, const Assignments& pairs, Response* response, Values* before)
+}  // namespace
+
+Failure SetValues(const Options& options, const Assignments& pairs, Response* response, Values* before)
 {
     // Of a single value there is nothing to tell apart.
     if (pairs.size() > 1 || options.diff) (void)ReadValues(options, SetNames(pairs), before);
@@ -83,8 +84,6 @@ Failure Send(const Options& options, const Assignments& pairs, Response* respons
         return FailureWithCode(response->code, AppliedText(applied));
     return {response->code, response->why};
 }
-
-}  // namespace
 
 Json AddDifference(const Assignment& pair, const std::optional<std::string>& old, std::string* text)
 {
@@ -112,6 +111,7 @@ Outcome SetOutcome(const Options& options, const Assignments& pairs, const Value
         outcome.data["set"][pair.name] = AddDifference(pair, known ? std::optional(old->second) : std::nullopt, &text);
         if (!same) outcome.text += text;
     }
+    if (options.diff && outcome.text.empty()) outcome.text = "the router had these values already\n";
     return outcome;
 }
 
@@ -125,7 +125,7 @@ Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
                              " unless kobctl confirm follows";
     Response response;
     Values before;
-    Outcome outcome = Send(options, pairs, &response, &before);
+    Outcome outcome = SetValues(options, pairs, &response, &before);
     if (!outcome.failure)
     {
         pending.NoteNewValues(options);
@@ -138,8 +138,11 @@ Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
     if (response.MayBeDone())
         outcome.notes.push_back(said);
     else if (!ChangedNames(options, pending.OldValues()).empty() || pending.Withdraw())
+    {
         // Refused after some values were applied: the router itself may refuse what the checks accept.
-        if (const Failure failure = pending.TakeBack(options)) outcome.notes.push_back(failure.what);
+        const Failure failure = pending.TakeBack(options);
+        outcome.failure.what += "; " + (failure ? failure.what : pending.Restored());
+    }
     return outcome;
 }
 }  // namespace
@@ -152,7 +155,7 @@ Outcome CommandSet(const Options& options, const Words& words)
     if (options.confirm_s > 0) return SetUntilConfirmed(options, pairs);
     Response response;
     Values before;
-    Outcome outcome = Send(options, pairs, &response, &before);
+    Outcome outcome = SetValues(options, pairs, &response, &before);
     if (!outcome.failure) outcome = SetOutcome(options, pairs, before);
     if (!options.silent) AddNotSaved("set", &outcome);
     return outcome;

@@ -53,7 +53,7 @@ std::string LineText(const SimLine& line, Json* data)
     (*data)["what"] = line.what;
     if (line.what == "value" || line.what == "network" || line.what == "row")
     {
-        const std::string how = Shown(line.how);
+        const std::string how = ShownInLine(line.how);
         const size_t blank = line.how.find(' ');  // of a row: "8 added"
         if (line.what != "row") (*data)["value"] = ValueJson(kobd_describe(line.name.c_str()), line.how);
         if (line.what == "row") (*data)["index"] = NumberJson(line.how.substr(0, blank));

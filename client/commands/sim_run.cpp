@@ -76,8 +76,8 @@ private:
         snprintf(time, sizeof time, "%7.1fs  ", step.at);
         text_ = step.text;
         if (terminal_) return ShowTime();
-        (void)Print(options_,
-                    {{{"at", step.at}, {"line", step.line}, {"step", step.text}}, time + Shown(step.text) + "\n"});
+        (void)Print(options_, {{{"at", step.at}, {"line", step.line}, {"step", step.text}},
+                               time + ShownInLine(step.text) + "\n"});
         fflush(stdout);
     }
 

@@ -129,8 +129,9 @@ Failure CarryOut(const Options& options, const Plan& plan, const Before& before,
 {
     if (!plan.objects.empty())
     {
-        if (Failure failure = FailureOfChange(Call(options, KOBD_SET, SetItems(plan.objects)), "the values"))
-            return failure;
+        Response response;
+        Values now;
+        if (Failure failure = SetValues(options, plan.objects, &response, &now)) return failure;
         for (const Assignment& object : plan.objects) done->push_back(object.name);
     }
     if (!plan.set.empty())

@@ -114,10 +114,10 @@ Json MistakesJson(const LineErrors& errors)
 
 int Print(const Options& options, const Outcome& outcome, const std::string& command)
 {
-    if (options.json)
-        PrintData(outcome.data);
-    else
-        fwrite(outcome.text.data(), 1, outcome.text.size(), stdout);
+    const bool missing = !outcome.failure && outcome.status == 0 && !outcome.notes.empty();
+    if (options.json && !(missing && outcome.data.empty())) PrintData(outcome.data);
+    if (options.json && missing) PrintData({{"error", Joined(outcome.notes, "; ")}, {"code", kNotFound}});
+    if (!options.json) fwrite(outcome.text.data(), 1, outcome.text.size(), stdout);
     for (const std::string& note : outcome.notes) SayError(note);
     if (outcome.failure) PrintFailure(options, outcome, command);
     if (outcome.failure) return outcome.failure.code == kWrongUse ? 2 : 1;
@@ -126,7 +126,7 @@ int Print(const Options& options, const Outcome& outcome, const std::string& com
 
 void SayError(const std::string& what)
 {
-    fprintf(stderr, "kobctl: %s\n", (isatty(STDERR_FILENO) != 0 ? Escaped(what) : what).c_str());
+    fprintf(stderr, "kobctl: %s\n", (isatty(STDERR_FILENO) != 0 ? Escaped(what) : WithoutLineEnds(what)).c_str());
 }
 
 bool FlushOutput()

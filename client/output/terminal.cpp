@@ -135,13 +135,14 @@ std::string Escaped(std::string_view text)
 
 std::string Shown(std::string_view text) { return OnTerminal() ? Escaped(text) : std::string(text); }
 
-std::string ShownInLine(std::string_view text)
+std::string WithoutLineEnds(std::string_view text)
 {
-    if (OnTerminal()) return Escaped(text);
     std::string out;
     for (const char byte : text) out += byte == '\n' ? "\\x0a" : byte == '\r' ? "\\x0d" : std::string(1, byte);
     return out;
 }
+
+std::string ShownInLine(std::string_view text) { return OnTerminal() ? Escaped(text) : WithoutLineEnds(text); }
 
 std::string Coloured(Colour colour, const std::string& word, size_t width)
 {

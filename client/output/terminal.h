@@ -15,10 +15,13 @@ size_t CharacterLength(std::string_view text);
 // terminal: devices on the network choose their own names.
 std::string Escaped(std::string_view text);
 
+// The text with "\x0a" and "\x0d" in the place of line ends, which cannot begin another line then.
+std::string WithoutLineEnds(std::string_view text);
+
 // The text for standard output: escaped on a terminal, unchanged in a pipe or a file.
 std::string Shown(std::string_view text);
 
-// The same for a part of a line: a line end in it cannot begin another line in a pipe either.
+// The same for a part of a line, in a pipe or a file without line ends.
 std::string ShownInLine(std::string_view text);
 
 // The time with its date, as people here have it: "2026-01-31 13:05:00", with microseconds where asked for. `time_us`

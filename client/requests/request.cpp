@@ -12,6 +12,7 @@
 #include <mutex>
 #include <thread>
 
+#include "client/dictionary/dictionary.h"
 #include "client/output/outcome.h"
 #include "daemon/base/messages.h"
 
@@ -45,7 +46,7 @@ BuiltItems Build(const Items& items)
 class Patience
 {
 public:
-    Patience()
+    explicit Patience(const Words& tables) : cellular_(std::ranges::any_of(tables, IsCellularTable))
     {
         if (isatty(STDERR_FILENO) != 0) teller_ = std::thread([this] { Tell(); });
     }
@@ -68,9 +69,11 @@ private:
         constexpr std::chrono::seconds kSilence(2);
         std::unique_lock lock(mutex_);
         if (!changed_.wait_for(lock, kSilence, [this] { return ended_; }))
-            SayError("still waiting for the router; each value of a cellular table is a command that it runs");
+            SayError(std::string("still waiting for the router") +
+                     (cellular_ ? "; it runs a command for each value of a cellular table" : ""));
     }
 
+    bool cellular_;
     std::mutex mutex_ = {};
     std::condition_variable changed_ = {};
     bool ended_ = false;
@@ -84,6 +87,14 @@ Item Copy(const kobd_item& item)
     return copy;
 }
 
+Words TablesOf(const Items& items)
+{
+    Words tables;
+    for (const Item& item : items)
+        if (item.tag == KOBD_TAG_TABLE_NAME) tables.push_back(item.text);
+    return tables;
+}
+
 // Sends the items with `call`, which waits for the reply.
 template <class CallOne>
 Response CallWith(const Options& options, const Items& items, CallOne call)
@@ -91,20 +102,21 @@ Response CallWith(const Options& options, const Items& items, CallOne call)
     const BuiltItems built = Build(items);
     if (built == nullptr) return {.code = KOBD_BUFFER_LIMIT, .too_large = true};
     Items reply;
-    Response response = WithClient(options,
-                                   [&](kobd_client* client)
-                                   {
-                                       const int code = call(client, built.get());
-                                       for (kobd_item item{}; kobd_reply_next(client, &item) == 1;)
-                                           reply.push_back(Copy(item));
-                                       return code;
-                                   });
+    Response response = WithClient(
+        options,
+        [&](kobd_client* client)
+        {
+            const int code = call(client, built.get());
+            for (kobd_item item{}; kobd_reply_next(client, &item) == 1;) reply.push_back(Copy(item));
+            return code;
+        },
+        TablesOf(items));
     response.items = std::move(reply);
     return response;
 }
 }  // namespace
 
-Response WithClient(const Options& options, const std::function<int(kobd_client*)>& use)
+Response WithClient(const Options& options, const std::function<int(kobd_client*)>& use, const Words& tables)
 {
     kobd_client* client = nullptr;
     if (const int code = kobd_client_open(&client))
@@ -112,7 +124,7 @@ Response WithClient(const Options& options, const std::function<int(kobd_client*
     if (options.timeout_ms) kobd_client_set_timeout(client, *options.timeout_ms);
     Response response;
     {
-        const Patience patience;
+        const Patience patience(tables);
         response.code = use(client);
     }
     const bool unanswered = response.code != 0 && kobd_answered(client) == 0;

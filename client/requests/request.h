@@ -62,8 +62,8 @@ struct Response
 std::string ModuleText(uint32_t module);
 
 // Opens a client that waits as long as the options say, and lets `use` call the library with it. The response has the
-// code that `use` returns, and why.
-Response WithClient(const Options& options, const std::function<int(kobd_client*)>& use);
+// code that `use` returns, and why. `tables` are those that the request names.
+Response WithClient(const Options& options, const std::function<int(kobd_client*)>& use, const Words& tables = {});
 
 // Sends one request and waits for its reply.
 Response Call(const Options& options, kobd_request id, const Items& items);

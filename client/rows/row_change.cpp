@@ -104,9 +104,11 @@ Failure SendChanges(const Options& options, const RowChanges& changes)
     if (built == nullptr) return {kSystemError, "a value is too long for a change file"};
     // A command checks what a person gives; the old values of rows may be what the dictionary refuses.
     const int flags = KOBD_UNCHECKED | (options.silent ? KOBD_SILENT : 0);
+    Words tables;
+    for (const RowChange& change : changes) tables.emplace_back(change.row.table->name);
     const ChangeFilesGoWithUs guard;
-    const Response response =
-        WithClient(options, [&](kobd_client* client) { return kobd_changes_set(client, built.get(), flags); });
+    const Response response = WithClient(
+        options, [&](kobd_client* client) { return kobd_changes_set(client, built.get(), flags); }, tables);
     if (response.from_bus && response.code != kSystemError) return FailureOfChange(response, "table set");
     return response.code == 0 ? Failure() : Failure{response.code, response.why};
 }
@@ -114,8 +116,8 @@ Failure SendChanges(const Options& options, const RowChanges& changes)
 Failure AddRow(const Options& options, const TableEntry& table, int32_t* index)
 {
     const char* parent = options.parent.empty() ? nullptr : options.parent.c_str();
-    const Response response =
-        WithClient(options, [&](kobd_client* client) { return kobd_row_add(client, table.name, parent, index); });
+    const Response response = WithClient(
+        options, [&](kobd_client* client) { return kobd_row_add(client, table.name, parent, index); }, {table.name});
     if (response.from_bus || response.too_large) return FailureOfChange(response, "table add");
     if (response.code == kSystemError) return {response.code, "table add: " + response.why};
     return response.code == 0 ? Failure() : Failure{response.code, response.why};
@@ -124,7 +126,8 @@ Failure AddRow(const Options& options, const TableEntry& table, int32_t* index)
 Failure DeleteRow(const Options& options, const RowAddress& row)
 {
     const Response response =
-        WithClient(options, [&](kobd_client* client) { return kobd_row_del(client, row.table->name, row.index); });
+        WithClient(options, [&](kobd_client* client) { return kobd_row_del(client, row.table->name, row.index); },
+                   {row.table->name});
     if (response.from_bus) return FailureOfChange(response, "table del");
     return response.code == 0 ? Failure() : Failure{response.code, response.why};
 }

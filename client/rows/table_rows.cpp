@@ -27,8 +27,9 @@ Response Dump(const Options& options, const Tables& tables, TableRows* rows)
         Row& row = (*static_cast<TableRows*>(into))[table].emplace_back(Row{index});
         for (size_t i = 0; i < count; ++i) row.values.push_back({columns[i], values[i]});
     };
-    return WithClient(
-        options, [&](kobd_client* client) { return kobd_rows_of(client, names.data(), names.size(), keep, rows); });
+    return WithClient(options,
+                      [&](kobd_client* client) { return kobd_rows_of(client, names.data(), names.size(), keep, rows); },
+                      {names.begin(), names.end()});
 }
 }  // namespace
 
@@ -38,7 +39,8 @@ Response ReadOneRow(const Options& options, const std::string& table, Row* row)
         static_cast<Row*>(into)->values.push_back({column, value});
     };
     return WithClient(options,
-                      [&](kobd_client* client) { return kobd_row_get(client, table.c_str(), row->index, keep, row); });
+                      [&](kobd_client* client) { return kobd_row_get(client, table.c_str(), row->index, keep, row); },
+                      {table});
 }
 
 Failure DumpRows(const Options& options, const std::string& what, const Tables& tables, TableRows* rows)

@@ -80,7 +80,7 @@ TEST_F(KobctlTerminal, APersonIsToldThatAnAnswerTakesLong)
     EXPECT_EQ(OnTerminal("get webHttpPort 2>&1"), "80\r\n");
     kill(daemon_.Process(), SIGSTOP);
     const std::string seen = OnTerminal("get --timeout 3 webHttpPort 2>&1");
-    EXPECT_TRUE(seen.starts_with("kobctl: still waiting for the router; ")) << seen;
+    EXPECT_TRUE(seen.starts_with("kobctl: still waiting for the router\r\n")) << seen;
     EXPECT_TRUE(seen.ends_with("Message wait reply timeout (8)\r\n")) << seen;
     kill(daemon_.Process(), SIGCONT);
 }
