@@ -3,6 +3,7 @@ _kobctl() {
     local line word reply
     read -ra line <<<"${COMP_LINE:0:COMP_POINT}"
     [[ ${COMP_LINE:0:COMP_POINT} == *[[:blank:]] ]] && line+=("")
+    line[-1]=${line[-1]#[\"\']} # an opening quote stays where it is
     word=${line[-1]}
     COMPREPLY=()
     while IFS=$'\t' read -r reply _; do

@@ -1,14 +1,8 @@
 # fish completion for kobctl, which says itself what may stand where.
-function __kobctl_complete
+function __kobctl_lines
     set -l words (commandline -opc)
     set -e words[1]
-    set -l word (commandline -ct)
-    for line in (kobctl complete -- $words "$word" 2>/dev/null)
-        if test "$line" = :files
-            __fish_complete_path "$word"
-        else
-            echo $line
-        end
-    end
+    kobctl complete -- $words (commandline -ct | string trim --left --chars "'\"") 2>/dev/null
 end
-complete -c kobctl -f -a '(__kobctl_complete)'
+complete -c kobctl -f -a '(__kobctl_lines | string match -v :files)'
+complete -c kobctl -n '__kobctl_lines | string match -q :files' -F

@@ -8,10 +8,7 @@
 
 namespace kobd::client
 {
-namespace
-{
-// The words with the lines of standard input in the place of "-".
-Failure WithLines(const Words& words, Words* all)
+Failure ReadWords(const Words& words, Words* all)
 {
     for (const std::string& word : words)
     {
@@ -22,15 +19,14 @@ Failure WithLines(const Words& words, Words* all)
         for (const std::string_view line : LinesOf(file.text))
             if (!line.empty()) all->emplace_back(line);
     }
+    if (all->empty() && !words.empty()) return {kWrongUse, "no name was given: standard input has no lines"};
     return {};
 }
-}  // namespace
 
 Failure ReadNames(const Options& options, const Words& words, const std::string& kind, const Words& known, Words* names)
 {
     Words all;
-    if (Failure failure = WithLines(words, &all)) return failure;
-    if (all.empty()) return {kWrongUse, "no name was given: standard input has no lines"};
+    if (Failure failure = ReadWords(words, &all)) return failure;
     std::set<std::string> taken(names->begin(), names->end());
     const auto add = [&](const std::string& name)
     {

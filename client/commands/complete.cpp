@@ -98,10 +98,11 @@ void AddColumns(const Place& place, Candidates* found)
     const TableEntry* table = LastTable(place.words);
     if (table == nullptr) return;
     const kobd_table_description& described = *kobd_describe_table(table->name);
+    const bool value = place.word.find('=') != place.word.npos;
     for (size_t i = 0; i < described.column_count; ++i)
     {
         const kobd_description& column = *described.columns[i];
-        found->Add(std::string(column.name) + "=", column.meaning != nullptr ? column.meaning : "");
+        if (!value) found->Add(std::string(column.name) + "=", column.meaning != nullptr ? column.meaning : "");
         if (place.word.starts_with(std::string(column.name) + "=")) AddValues(column, found);
     }
 }
@@ -224,7 +225,9 @@ void AddOptions(const Command* command, Candidates* found)
     Words own;
     if (command != nullptr) (void)SplitLine(command->options, &own);
     for (const std::string& option : own) found->Add(option);
-    for (const std::string& option : OptionsOfEveryCommand()) found->Add(option);
+    const bool is_schema = command != nullptr && command->name == std::string_view("schema");
+    for (const std::string& option : OptionsOfEveryCommand())
+        if (!is_schema || option != "--json") found->Add(option);
 }
 
 // Takes the command's one or two words from the front of the words.

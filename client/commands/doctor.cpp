@@ -134,7 +134,7 @@ void LookAtQueue(uint32_t module, const char* whose, Report* report)
     if (seen.has_queue == 0) return report->Say(kNote, "queue", name + "no queue, no program has joined");
     const bool left = seen.messages > 0 && seen.claimed == 0;
     report->Judge(!left && seen.messages < kMessagesOfAReader, "queue",
-                  name + std::to_string(seen.messages) + " messages waiting, the queue holds " +
+                  name + Counted(seen.messages, "message") + " waiting, the queue holds " +
                       std::to_string(seen.capacity) + " bytes",
                   left ? "the program that had it is gone" : "the program that has it does not read");
 }
@@ -173,8 +173,8 @@ void LookAtDamaged(const std::string& folder, Report* report)
             name.starts_with("kobd.db.damaged-") && !name.ends_with("-wal"))
             report->Say(kNote, "state",
                         file->path().string() +
-                            " is a damaged database that was kept: look at it "
-                            "with sqlite3, then remove it");
+                            " is a damaged database that was kept; the daemon began again with the factory's values. "
+                            "Look at it with sqlite3, then remove it");
 }
 
 void LookAtDatabase(const std::string& folder, Report* report)
@@ -183,7 +183,10 @@ void LookAtDatabase(const std::string& folder, Report* report)
     const bool opened = state->Open(false);
     std::error_code error;
     if (!opened && state->Error() != ENOENT)
-        report->Say(kWrong, "state", "the database in " + folder + " cannot be read: " + state->Why());
+        report->Say(kWrong, "state",
+                    "the database in " + folder + " cannot be read: " + state->Why() +
+                        "; a damaged one is kept under another name at the next start or commit, and the factory's "
+                        "values serve then");
     else if (!opened && std::filesystem::is_empty(folder + "/kobd.db", error) && !error)
         report->Say(kWrong, "state", folder + "/kobd.db is empty: nothing is stored until the next set");
     if (const std::string why = WhyNotSaved(); !why.empty())
@@ -222,10 +225,10 @@ void LookAtState(Report* report)
 }
 
 // Without a command, a uci tells its use and changes nothing. Ours begins with its name.
-bool UciIsOurs()
+bool UciIsOurs(const std::string& uci)
 {
     char line[64] = "";
-    FILE* output = popen("uci 2>&1", "re");
+    FILE* output = popen(("'" + uci + "' 2>&1").c_str(), "re");
     if (output == nullptr) return false;
     const bool told = fgets(line, sizeof line, output) != nullptr;
     pclose(output);
@@ -244,19 +247,31 @@ std::string DottedColumns()
     return text;
 }
 
+// The PATH with which the daemon was started; this program's, where none runs or its environment cannot be read.
+std::string PathOfDaemon()
+{
+    kobd_module daemon{};
+    (void)kobd_module_look(KOBD_MODULE_DAEMON, &daemon);
+    std::ifstream variables("/proc/" + std::to_string(daemon.process) + "/environ");
+    for (std::string variable; std::getline(variables, variable, '\0');)
+        if (variable.starts_with("PATH=")) return variable.substr(strlen("PATH="));
+    const char* path = getenv("PATH");
+    return path != nullptr ? path : "";
+}
+
 void LookAtUci(Report* report)
 {
-    const char* path = getenv("PATH");
-    std::istringstream folders(path != nullptr ? path : "");
+    std::istringstream folders(PathOfDaemon());
     for (std::string folder; std::getline(folders, folder, ':');)
     {
-        if (access((folder + "/uci").c_str(), X_OK) != 0) continue;
-        report->Say(kWell, "uci", folder + "/uci");
-        if (UciIsOurs()) return;
+        const std::string uci = folder + "/uci";
+        if (access(uci.c_str(), X_OK) != 0) continue;
+        report->Say(kWell, "uci", uci);
+        if (UciIsOurs(uci)) return;
         return report->Say(kNote, "uci",
                            "keeps no value of a section that tr069_cellular lacks, and never " + DottedColumns());
     }
-    report->Say(kNote, "uci", "not on the PATH, kobd uses its own");
+    report->Say(kNote, "uci", "not on the PATH of kobd, which uses its own");
 }
 
 // The message with "(secret)" in the place of a refused password, key or PIN: "wifiKey0(secret) verify error".

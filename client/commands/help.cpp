@@ -12,7 +12,8 @@ namespace
 constexpr std::string_view kMore = "More";  // the group of commands that the overview only names
 constexpr char kEnd[] =
     "\n"
-    "kobctl help COMMAND has examples. All take --timeout SECONDS (5) and --json.\n"
+    "kobctl help COMMAND has examples. All take --timeout SECONDS (5) and,\n"
+    "but for schema, --json.\n"
     "Exit status: 0 success, 1 refused or failed, 2 wrong use, 3 open or not saved.\n";
 
 std::string Padded(std::string text, size_t width)

@@ -51,21 +51,22 @@ Json JsonOf(const PastChange& change)
 }
 
 // Whether something of this name could have changed: an object, a row of a table, or a key of a store.
-bool IsKnown(const std::string& pattern)
+bool IsKnown(const Options& options, const std::string& pattern)
 {
     Words names = KnownNames();
     for (const char* store : {"nvram", "config"})
         for (const std::string& key : host::StoreKeys(store)) names.push_back(std::string(store) + " " + key);
     const bool row = FindTable(pattern.substr(0, pattern.find(' '))) != nullptr;
-    return row || std::ranges::any_of(names, [&](const std::string& name) { return MatchesName(pattern, name); });
+    return row || std::ranges::any_of(
+                      names, [&](const std::string& name) { return MatchesName(pattern, name, options.exact_case); });
 }
 
 Failure ReadAskedChanges(const Options& options, const Words& words, std::vector<PastChange>* changes)
 {
     UseStateToShow();
     if (Failure failure = ReadPastChanges(changes)) return {failure.code, "history: " + failure.what};
-    if (!words.empty())
-        std::erase_if(*changes, [&](const PastChange& change) { return !MatchesName(words[0], change.Name()); });
+    std::erase_if(*changes,
+                  [&](const PastChange& change) { return !MatchesAny(words, change.Name(), options.exact_case); });
     if (options.count > 0 && changes->size() > static_cast<size_t>(options.count))
         changes->erase(changes->begin(), changes->end() - options.count);
     return {};
@@ -76,11 +77,11 @@ Outcome CommandHistory(const Options& options, const Words& words)
 {
     std::vector<PastChange> changes;
     if (Failure failure = ReadAskedChanges(options, words, &changes)) return failure;
-    const bool all = words.empty() || words[0].empty();
-    if (changes.empty() && !all && !IsKnown(words[0]))
-        return Failure{kNotFound,
-                       "no object, table or key matches '" + words[0] + "'" + DidYouMean(words[0], KnownNames())};
-    if (changes.empty()) SayError("no change" + (all ? "" : " of " + words[0]) + " is recorded");
+    for (const std::string& word : words)
+        if (!IsKnown(options, word))
+            return Failure{kNotFound,
+                           "no object, table or key matches '" + word + "'" + DidYouMean(word, KnownNames())};
+    if (changes.empty()) SayError("no change" + (words.empty() ? "" : " of " + Joined(words)) + " is recorded");
     Outcome outcome(Json::array(), "");
     for (const PastChange& change : changes)
     {

@@ -186,21 +186,24 @@ Json RowsReplaced(const TablePlan& plan)
     return rows;
 }
 
-// What an import would change. A row that only changes is one that goes and one that comes; one that goes and comes
+// What an import would change, and what of it only the daemon can judge. A row that only changes is one that goes and one that comes; one that goes and comes
 // again as it was is not shown.
 Outcome Differences(const ImportPlan& plan, const RouterState& router)
 {
     Outcome outcome = {{{"objects", Json::object()}, {"tables", Json::object()}}, ""};
+    Words open;
     for (const FileValue* value : plan.values)
     {
         const auto old = router.values.find(value->name);
         const bool known = old != router.values.end();
+        if (HasOwnCheck(value)) open.push_back(value->name);
         outcome.data["objects"][value->name] = AddDifference(
             {value->name, value->value}, known ? std::optional(old->second) : std::nullopt, &outcome.text);
     }
     for (const TablePlan& table : plan.tables)
     {
         const std::string name = table.table->name;
+        if (*table.table->validator != 0 && !table.wanted.empty()) open.push_back(name);
         outcome.data["tables"][name] = table.InPlace() ? RowsInPlace(table) : RowsReplaced(table);
         Words old;
         Words wanted;
@@ -211,6 +214,9 @@ Outcome Differences(const ImportPlan& plan, const RouterState& router)
         for (const std::string& row : wanted)
             if (std::ranges::find(old, row) == old.end()) outcome.text += DiffLine('+', row);
     }
+    outcome.data["open"] = open;
+    if (!open.empty())
+        outcome.text += "the daemon decides on " + Joined(open) + ", whose checks only it can make\n";
     if (outcome.text.empty()) outcome.text = "the router has all of it already\n";
     return outcome;
 }

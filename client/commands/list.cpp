@@ -62,14 +62,15 @@ Outcome DescribedObject(const ObjectEntry& object)
 }
 }  // namespace
 
-Outcome CommandList(const Options& options, const Words& patterns)
+Outcome CommandList(const Options& options, const Words& words)
 {
+    Words patterns;
+    if (Failure failure = ReadWords(words, &patterns)) return failure;
     Outcome outcome(Json::array(), "");
     Grid grid = {{"name", "meaning"}, {false, false}, {}};
     const auto add = [&](const char* name, const char* kind, const char* meaning, const char* unit)
     {
-        const auto matches = [&](const std::string& pattern) { return MatchesName(pattern, name, options.exact_case); };
-        if (!patterns.empty() && std::ranges::none_of(patterns, matches)) return;
+        if (!MatchesAny(patterns, name, options.exact_case)) return;
         outcome.data.push_back(options.long_lines ? MeaningJson(name, kind, meaning, unit)
                                                   : Json({{"name", name}, {"kind", kind}}));
         outcome.text += std::string(name) + "\n";

@@ -72,18 +72,19 @@ void AddItems(const MessageContent& content, Asked* asked)
 }
 
 // A table set with the rows that its change file has, or else with none yet: its announcements name them.
-Asked AskedTableSet(const kobd_tapped& message, const MessageContent& content, const Words& patterns, bool secrets)
+Asked AskedTableSet(const Options& options, const kobd_tapped& message, const MessageContent& content,
+                    const Words& patterns)
 {
     Asked asked = Beginning(message, content);
     asked.is_table_set = true;
-    asked.wanted = IsAskedFor(patterns, message);
+    asked.wanted = IsAskedFor(options, patterns, message);
     const std::optional<std::string> bytes = ReadChangeFile(message);
     if (!bytes) return asked;
     kobd_tapped rows = message;
     rows.payload = {bytes->data(), bytes->size()};
     asked.is_table_set = false;
-    asked.wanted = IsAskedFor(patterns, rows);
-    AddItems(ContentOf(rows, secrets), &asked);
+    asked.wanted = IsAskedFor(options, patterns, rows);
+    AddItems(ContentOf(rows, options.secrets), &asked);
     return asked;
 }
 
@@ -101,8 +102,8 @@ public:
             return Flush();
         }
         if (message.kind == KOBD_TAP_RECEIVED) Flush();  // the one before it wanted no answer
-        if (IsTableSet(message)) return (void)(asked_ = AskedTableSet(message, content, patterns_, options_.secrets));
-        if (!IsAskedFor(patterns_, message)) return;
+        if (IsTableSet(message)) return (void)(asked_ = AskedTableSet(options_, message, content, patterns_));
+        if (!IsAskedFor(options_, patterns_, message)) return;
         Asked asked = Beginning(message, content);
         if (asked_ && asked_->is_table_set && message.id == kEventTableChanged)
         {
@@ -147,7 +148,7 @@ private:
 
 Outcome CommandMonitor(const Options& options, const Words& patterns)
 {
-    if (Failure failure = CheckPatterns(patterns)) return failure;
+    if (Failure failure = CheckPatterns(options, patterns)) return failure;
     CaptureFile capture;
     if (!options.pcap.empty() && !capture.Open(options.pcap))
         return Failure{kSystemError, "cannot write " + options.pcap + ": " + strerror(errno)};

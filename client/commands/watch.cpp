@@ -95,7 +95,7 @@ Outcome WatchAnnouncements(const Options& options, const Words& patterns)
         failure = listener.Next(&message);
         if (!message) continue;
         known.Note(*message);
-        if (!IsNews(*message) || !IsAskedFor(patterns, *message)) continue;
+        if (!IsNews(*message) || !IsAskedFor(options, patterns, *message)) continue;
         ShowMessage(options, *message,
                     message->module == kModuleNotify ? known.ChangesOf(options, *message) : std::vector<ValueChange>());
         ++printed;
@@ -165,7 +165,7 @@ Outcome WatchValues(const Options& options, const Words& patterns)
 Outcome CommandWatch(const Options& options, const Words& patterns)
 {
     if (options.poll_ms != 0) return WatchValues(options, patterns);
-    if (Failure failure = CheckPatterns(patterns)) return failure;
+    if (Failure failure = CheckPatterns(options, patterns)) return failure;
     return WatchAnnouncements(options, patterns);
 }
 }  // namespace kobd::client

@@ -56,6 +56,12 @@ bool MatchesName(const std::string& pattern, const std::string& name, bool exact
     return std::search(name.begin(), name.end(), pattern.begin(), pattern.end(), same) != name.end() || pattern.empty();
 }
 
+bool MatchesAny(const Words& patterns, const std::string& name, bool exact_case)
+{
+    return patterns.empty() || std::ranges::any_of(patterns, [&](const std::string& pattern)
+                                                   { return MatchesName(pattern, name, exact_case); });
+}
+
 std::string_view NearestName(std::string_view name, const Words& known)
 {
     std::string_view nearest;

@@ -41,6 +41,9 @@ bool HasWildcards(std::string_view word);
 // and lower case count as the same letter unless `exact_case`.
 bool MatchesName(const std::string& pattern, const std::string& name, bool exact_case = false);
 
+// Whether one of the patterns matches the name; always without patterns.
+bool MatchesAny(const Words& patterns, const std::string& name, bool exact_case);
+
 // The known name that is the fewest changed letters away; the empty text when none is near: of a name below five
 // letters one letter may be wrong. Upper and lower case count as the same letter.
 std::string_view NearestName(std::string_view name, const Words& known);

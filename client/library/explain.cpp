@@ -2,8 +2,10 @@
 #include "client/library/explain.h"
 
 #include <pwd.h>
+#include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 
 #include "daemon/base/messages.h"
@@ -38,9 +40,11 @@ Asked ReadRequest(const Message& request)
     return asked;
 }
 
-// The user of the daemon's queue, by name where that is known; "another user" where the system does not tell.
-std::string UserOfDaemon()
+// The user of the daemon's queue, by name where that is known; "another user" where the system does not tell. `process`
+// is the last one that received from the queue, 0 where that is not known.
+std::string UserOfDaemon(pid_t* process)
 {
+    *process = 0;
     FILE* queues = fopen("/proc/sysvipc/msg", "re");
     if (queues == nullptr) return "another user";
     std::string name = "another user";
@@ -48,21 +52,34 @@ std::string UserOfDaemon()
     while (fgets(line, sizeof line, queues) != nullptr)
     {
         int key = 0;
+        int received = 0;
         unsigned uid = 0;
-        if (sscanf(line, "%d %*d %*o %*u %*u %*d %*d %u", &key, &uid) != 2 || key != static_cast<int>(kModuleKobd))
+        if (sscanf(line, "%d %*d %*o %*u %*u %*d %d %u", &key, &received, &uid) != 3 ||
+            key != static_cast<int>(kModuleKobd))
             continue;
+        *process = received;
         struct passwd entry = {};
         struct passwd* user = nullptr;
         char texts[1024];
         const bool known = getpwuid_r(uid, &entry, texts, sizeof texts, &user) == 0 && user != nullptr;
         name = known ? user->pw_name : "user " + std::to_string(uid);
+        break;
     }
     fclose(queues);
     return name;
 }
 
-std::string AnotherUsers(const std::string& user)
+// Why this user may not ask the daemon of another one.
+std::string AnotherUsers()
 {
+    pid_t process = 0;
+    const std::string user = UserOfDaemon(&process);
+    char left[64];
+    snprintf(left, sizeof left, "ipcrm -Q 0x%08X -S 0x%08X", kModuleKobd, kModuleKobd);
+    if (process > 0 && kill(process, 0) != 0 && errno == ESRCH)
+        return "a kobd of " + user + " has ended and left its place on the bus; " + user + " removes that with " + left;
+    if (geteuid() == 0)
+        return "kobd runs as " + user + ", and this root has not the capability CAP_IPC_OWNER: ask as " + user;
     return "kobd runs as " + user + ", and only " + (user == "root" ? "root" : user + " and root") + " may ask it";
 }
 
@@ -75,8 +92,7 @@ std::string WhyNoAnswer(const kobd_client& client)
         case kInitializeFailed: return "the system has no message queue for the answer, see kobctl doctor";
         case kBufferLimit: return "a message of " + std::to_string(kMessageMax) + " bytes cannot hold this request";
         case kNotRunning:
-            return BusModuleLook(kModuleKobd, &daemon) == EACCES ? AnotherUsers(UserOfDaemon())
-                                                                 : "kobd is not running on this bus";
+            return BusModuleLook(kModuleKobd, &daemon) == EACCES ? AnotherUsers() : "kobd is not running on this bus";
         case kSystemError: return "the reply cannot be read";
         case kMallocFailed: return "the system has no memory left";
         case kTableFull: return "the daemon has no place for one more";

@@ -47,9 +47,9 @@ struct [[nodiscard]] Outcome
     int status = 0;      // exit status where nothing failed
 };
 
-// Prints the outcome, as JSON with an error where something is missing, and returns the exit status: 1 when something failed or is missing; 2 for wrong use; else the
-// outcome's own. The line about a wrong use points to the help of `command`. A command that prints while it runs
-// calls this for each part.
+// Prints the outcome, as JSON with an error where something is missing, and returns the exit status: 1 when something
+// failed or is missing; 2 for wrong use; else the outcome's own. The line about a wrong use points to the help of
+// `command`. A command that prints while it runs calls this for each part.
 int Print(const Options& options, const Outcome& outcome, const std::string& command = "");
 
 // Prints the line "kobctl: WHAT" on standard error.

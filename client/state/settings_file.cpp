@@ -46,7 +46,9 @@ std::string ReadValue(size_t number, std::string_view line, SettingsFile* file)
     if (file->tables.empty())
         file->values.push_back(std::move(value));
     else if (file->tables.back().rows.empty())
-        return value.name + ": a column must follow [" + file->tables.back().name + " row]";
+        return std::exchange(file->tables.back().no_rows_told, true)
+                   ? ""
+                   : value.name + ": a column must follow [TABLE row], not [" + file->tables.back().name + "]";
     else
         file->tables.back().rows.back().push_back(std::move(value));
     return "";

@@ -35,6 +35,7 @@ struct FileTable
     size_t line;
     std::string name;
     std::vector<FileRow> rows = {};
+    bool no_rows_told = false;  // columns stand in no row, and one error says so for all of them
 };
 
 struct SettingsFile

@@ -11,12 +11,6 @@ namespace kobd::client
 {
 namespace
 {
-bool IsWanted(const Words& patterns, const std::string& name)
-{
-    return patterns.empty() ||
-           std::ranges::any_of(patterns, [&](const std::string& pattern) { return MatchesName(pattern, name); });
-}
-
 std::optional<std::string> Find(const Values& values, const std::string& name)
 {
     const auto found = values.find(name);
@@ -53,11 +47,12 @@ Failure KnownValues::Read(const Options& options, const Words& patterns)
 {
     Words names;
     for (const std::string& name : ReadableObjects())
-        if (IsWanted(patterns, name)) names.push_back(name);
+        if (MatchesAny(patterns, name, options.exact_case)) names.push_back(name);
     if (Failure failure = FailureOf(ReadValues(options, names, &values_), "watch")) return failure;
     Tables tables;
     for (const TableEntry& table : kTableRows)
-        if (table.Has(kNext) && !table.daemon_list && IsWanted(patterns, table.name)) tables.push_back(&table);
+        if (table.Has(kNext) && !table.daemon_list && MatchesAny(patterns, table.name, options.exact_case))
+            tables.push_back(&table);
     if (tables.empty() || !DumpRows(options, "watch", tables, &rows_)) return {};
     for (const TableEntry* table : tables)  // one that cannot be read must not hide the others
         if (Failure failure = DumpRows(options, "watch", {table}, &rows_))

@@ -56,12 +56,6 @@ const NetworkEvent* FindEvent(const kobd_tapped& message)
     return found == std::end(kNetworkEvents) ? nullptr : found;
 }
 
-// Whether one of the patterns matches the name.
-bool MatchesOne(const Words& patterns, const std::string& name)
-{
-    return std::ranges::any_of(patterns, [&](const std::string& pattern) { return MatchesName(pattern, name); });
-}
-
 // The text of a network event, which has no items. There may be none.
 std::string EventText(kobd_bytes payload)
 {
@@ -163,27 +157,27 @@ std::string MessageName(const kobd_tapped& message)
     return "message " + std::to_string(message.id);
 }
 
-Failure CheckPatterns(const Words& patterns)
+Failure CheckPatterns(const Options& options, const Words& patterns)
 {
     Words names = AllNames(kObjectRows);
     for (const Words& more : {AllNames(kTableRows), AllNames(kNetworkEvents)})
         names.insert(names.end(), more.begin(), more.end());
     for (const std::string& pattern : patterns)
-        if (pattern.empty() ||
-            std::ranges::none_of(names, [&](const std::string& name) { return MatchesName(pattern, name); }))
+        if (pattern.empty() || std::ranges::none_of(names, [&](const std::string& name)
+                                                    { return MatchesName(pattern, name, options.exact_case); }))
             return {kNotFound, "no object, table or event matches '" + pattern + "'" + DidYouMean(pattern, names)};
     return {};
 }
 
-bool IsAskedFor(const Words& patterns, const kobd_tapped& message)
+bool IsAskedFor(const Options& options, const Words& patterns, const kobd_tapped& message)
 {
     if (patterns.empty()) return true;
-    if (const NetworkEvent* event = FindEvent(message)) return MatchesOne(patterns, event->name);
+    if (const NetworkEvent* event = FindEvent(message)) return MatchesAny(patterns, event->name, options.exact_case);
     kobd_bytes payload = message.payload;
     kobd_item item{};
     while (kobd_bytes_next(&payload, &item) == 1)
         if ((item.tag == KOBD_TAG_OBJECT_NAME || item.tag == KOBD_TAG_TABLE_NAME) && item.text != nullptr &&
-            MatchesOne(patterns, item.text))
+            MatchesAny(patterns, item.text, options.exact_case))
             return true;
     return false;
 }

@@ -16,10 +16,10 @@ std::string ModuleName(uint32_t module);
 std::string MessageName(const kobd_tapped& message);
 
 // Fails for a pattern that matches no object, table or event and so would never show anything.
-Failure CheckPatterns(const Words& patterns);
+Failure CheckPatterns(const Options& options, const Words& patterns);
 
 // Whether one of the patterns matches an object, table or event that the message names; always without patterns.
-bool IsAskedFor(const Words& patterns, const kobd_tapped& message);
+bool IsAskedFor(const Options& options, const Words& patterns, const kobd_tapped& message);
 
 struct MessageContent
 {
