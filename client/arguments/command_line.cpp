@@ -86,6 +86,16 @@ Failure ReadConfirm(const std::string& text, Options* options)
     return {};
 }
 
+Failure ReadColumns(const std::string& text, Options* options)
+{
+    for (size_t start = 0, end = 0; end < text.size(); start = end + 1)
+    {
+        end = std::min(text.find(',', start), text.size());
+        options->columns.push_back(text.substr(start, end - start));
+    }
+    return text.empty() ? Failure{kWrongUse, "--columns takes names with commas between them"} : Failure();
+}
+
 Failure ReadParent(const std::string& text, Options* options)
 {
     options->parent = text;
@@ -110,6 +120,7 @@ constexpr Option kOptions[] = {
     {"confirm", nullptr, ReadConfirm},
     {"resume", &Options::resume, nullptr},
     {"parent", nullptr, ReadParent},
+    {"columns", nullptr, ReadColumns},
     {"follow", &Options::follow, nullptr},
     {"count", nullptr, ReadCount},
     {"secrets", &Options::secrets, nullptr},

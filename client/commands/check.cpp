@@ -90,7 +90,11 @@ void JudgeChange(const Options& options, const RowChange& change, Judgement* jud
         what.update(
             {{"column", pair.name},
              {"value", ValueJson(kobd_describe_column(change.row.table->name, pair.name.c_str()), pair.value)}});
-        JudgeItem(what, change.row.Text() + " " + pair.Text(), pair, wrong, "", judgement);
+        // Where the row has a check of its own, the line of the row says which.
+        if (wrong.empty() && *change.row.table->validator != 0)
+            judgement->Say(kOpen, what, change.row.Text() + " " + pair.Text(), "");
+        else
+            JudgeItem(what, change.row.Text() + " " + pair.Text(), pair, wrong, "", judgement);
     }
 }
 

@@ -147,7 +147,7 @@ void LookAtLog(Report* report)
     report->Judge(access(kLogFile, R_OK) == 0, "log",
                   std::string(kLogFile) + " has " + std::to_string(status.st_size) + " of " +
                       std::to_string(kLogRotateBytes) + " bytes",
-                  "this user cannot read it, so refusals are shown without their reason");
+                  "this user cannot read it, so refusals are shown without their reason; its owner may remove it");
     if (access(kDebugSwitchFile, F_OK) == 0)
         report->Say(kNote, "log", std::string("debug lines are on, rm ") + kDebugSwitchFile + " turns them off");
 }

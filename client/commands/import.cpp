@@ -186,8 +186,8 @@ Json RowsReplaced(const TablePlan& plan)
     return rows;
 }
 
-// What an import would change, and what of it only the daemon can judge. A row that only changes is one that goes and one that comes; one that goes and comes
-// again as it was is not shown.
+// What an import would change, and what of it only the daemon can judge. A row that only changes is one that goes and
+// one that comes; one that goes and comes again as it was is not shown.
 Outcome Differences(const ImportPlan& plan, const RouterState& router)
 {
     Outcome outcome = {{{"objects", Json::object()}, {"tables", Json::object()}}, ""};
@@ -215,8 +215,7 @@ Outcome Differences(const ImportPlan& plan, const RouterState& router)
             if (std::ranges::find(old, row) == old.end()) outcome.text += DiffLine('+', row);
     }
     outcome.data["open"] = open;
-    if (!open.empty())
-        outcome.text += "the daemon decides on " + Joined(open) + ", whose checks only it can make\n";
+    if (!open.empty()) outcome.text += "the daemon decides on " + Joined(open) + ", whose checks only it can make\n";
     if (outcome.text.empty()) outcome.text = "the router has all of it already\n";
     return outcome;
 }

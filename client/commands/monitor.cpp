@@ -127,6 +127,7 @@ public:
         sent_.clear();
     }
 
+    int Printed() const { return printed_; }
     bool IsDone() const { return options_.count != 0 && printed_ >= options_.count; }
 
 private:
@@ -149,6 +150,7 @@ private:
 Outcome CommandMonitor(const Options& options, const Words& patterns)
 {
     if (Failure failure = CheckPatterns(options, patterns)) return failure;
+    StopAfter(options.timeout_ms);
     CaptureFile capture;
     if (!options.pcap.empty() && !capture.Open(options.pcap))
         return Failure{kSystemError, "cannot write " + options.pcap + ": " + strerror(errno)};
@@ -166,6 +168,6 @@ Outcome CommandMonitor(const Options& options, const Words& patterns)
     }
     monitor.Flush();
     if (!capture.Close() && !failure) failure = {kSystemError, "cannot write " + options.pcap + ": " + strerror(errno)};
-    return failure;
+    return failure ? failure : TooFew(options, "monitor", monitor.Printed());
 }
 }  // namespace kobd::client

@@ -162,8 +162,12 @@ Outcome CommandSearch(const Options& options, const Words& words)
     std::vector<Hit> hits = Search(words).Run();
     if (options.json)
         std::erase_if(hits, [](const Hit& hit) { return hit.lacks_one; });  // a program asked for all words
-    if (options.count > 0 && hits.size() > static_cast<size_t>(options.count))
-        hits.resize(static_cast<size_t>(options.count));
+    constexpr size_t kMostAtTerminal = 20;
+    const size_t found = hits.size();
+    const bool short_list = options.count == 0 && !options.json && isatty(STDOUT_FILENO) != 0;
+    hits.resize(std::min(found, short_list           ? kMostAtTerminal
+                                : options.count == 0 ? found
+                                                     : static_cast<size_t>(options.count)));
     Outcome outcome(Json::array(), "");
     Grid grid = {{"name", "meaning"}, {false, false}, {}};
     for (const Hit& hit : hits)
@@ -172,6 +176,9 @@ Outcome CommandSearch(const Options& options, const Words& words)
         grid.lines.push_back({hit.name, MeaningText(hit.meaning, hit.unit)});
     }
     if (!hits.empty()) outcome.text = TableText(grid);
+    if (short_list && hits.size() < found)
+        outcome.text +=
+            "and " + std::to_string(found - hits.size()) + " more, which --count " + std::to_string(found) + " shows\n";
     if (hits.empty() || hits.front().lacks_one)
         outcome.notes.push_back("no name, meaning or unit has '" + Joined(words, "' and '") + "'" +
                                 (hits.empty() ? "" : "; these have all words but one"));

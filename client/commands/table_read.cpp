@@ -42,10 +42,29 @@ Grid GridOf(const TableEntry& table, const std::vector<Row>& rows)
     return grid;
 }
 
+// Leaves of each row the columns that are asked for, in their order.
+Failure ChooseColumns(const Words& asked, const Tables& tables, TableRows* rows)
+{
+    for (const TableEntry* table : tables)
+    {
+        for (const std::string& name : asked)
+            if (const Fault fault = FindColumn(*table, name) != nullptr ? Fault() : JudgeCell(*table, name, ""))
+                return FailureWithCode(fault.code, std::string(table->name) + ": " + fault.reason);
+        for (Row& row : (*rows)[table->name])
+        {
+            Assignments chosen;
+            for (const std::string& name : asked) chosen.push_back({name, row.ValueOf(name)});
+            if (!asked.empty()) row.values = chosen;
+        }
+    }
+    return {};
+}
+
 // The rows, table after table.
-Outcome RowsOutcome(const Tables& tables, TableRows rows)
+Outcome RowsOutcome(const Options& options, const Tables& tables, TableRows rows)
 {
     Outcome outcome;
+    if (Failure failure = ChooseColumns(options.columns, tables, &rows)) return failure;
     for (const TableEntry* table : tables)
     {
         const std::vector<Row>& present = rows[table->name];
@@ -70,7 +89,7 @@ Outcome TableDump(const Options& options, const Words& words)
     if (Failure failure = ReadNames(options, words, "table with rows to read", dumpable, &names)) return failure;
     if (Failure failure = ReadTables(names, &tables)) return failure;
     if (Failure failure = DumpRows(options, "table dump", tables, &rows)) return failure;
-    return RowsOutcome(tables, rows);
+    return RowsOutcome(options, tables, rows);
 }
 
 Outcome TableGet(const Options& options, const Words& words)
@@ -85,6 +104,6 @@ Outcome TableGet(const Options& options, const Words& words)
         if (response.from_bus) return FailureOf(response, "table get");
         if (response.code != 0) return Failure{response.code, response.why};
     }
-    return RowsOutcome({asked[0].table}, rows);
+    return RowsOutcome(options, {asked[0].table}, rows);
 }
 }  // namespace kobd::client

@@ -24,12 +24,22 @@ std::string ShownValue(const ValueChange& change, const std::optional<std::strin
     return IsSecretObject(change.name) || IsSecretColumn(change.name) ? "(secret)" : value.value_or("");
 }
 
+std::string QuotedText(const ValueChange& change, const std::optional<std::string>& value)
+{
+    return value ? "\"" + Escaped(ShownValue(change, value)) + "\"" : "?";
+}
+
+std::string ValueText(const ValueChange& change)
+{
+    return Escaped(change.name) + ": " + QuotedText(change, change.now);
+}
+
 std::string ChangeText(const ValueChange& change)
 {
-    const auto quoted = [&](const std::optional<std::string>& value)
-    { return value ? "\"" + Escaped(ShownValue(change, value)) + "\"" : "?"; };
-    return Escaped(change.name) + ": " + quoted(change.old) + " -> " + quoted(change.now);
+    return Escaped(change.name) + ": " + QuotedText(change, change.old) + " -> " + QuotedText(change, change.now);
 }
+
+std::string NowText() { return TimeText(static_cast<int64_t>(::time(nullptr)) * 1'000'000); }
 
 // `table` is that of the column that has changed, empty for an object.
 Json ChangeJson(const ValueChange& change, const std::string& table = "")
@@ -90,7 +100,8 @@ Outcome WatchAnnouncements(const Options& options, const Words& patterns)
     Failure failure = listener.Open(false);
     if (!failure && listener.IsTap()) failure = known.Read(options, patterns);
     std::optional<kobd_tapped> message;
-    for (int printed = 0; !failure && !Stopped() && !IsEnough(options, printed);)
+    int printed = 0;
+    while (!failure && !Stopped() && !IsEnough(options, printed))
     {
         failure = listener.Next(&message);
         if (!message) continue;
@@ -100,7 +111,7 @@ Outcome WatchAnnouncements(const Options& options, const Words& patterns)
                     message->module == kModuleNotify ? known.ChangesOf(options, *message) : std::vector<ValueChange>());
         ++printed;
     }
-    return failure;
+    return failure ? failure : TooFew(options, "watch", printed);
 }
 
 // Waits until the next look is due. False when it was stopped.
@@ -144,7 +155,10 @@ Outcome WatchValues(const Options& options, const Words& patterns)
                                           : name + " is no object that can be read" + DidYouMean(name, readable)};
     Values before;
     if (Failure failure = ReadOrWait(options, names, &before)) return failure;
-    for (int printed = 0; !IsEnough(options, printed) && Pause(options.poll_ms);)
+    for (const auto& [name, value] : before)  // for a person, who would not know whether it works
+        if (!options.json) Show(options, {}, NowText() + "  " + ValueText({name, {}, value}));
+    int printed = 0;
+    while (!IsEnough(options, printed) && Pause(options.poll_ms))
     {
         Values now;
         if (Failure failure = ReadOrWait(options, names, &now)) return failure;
@@ -158,12 +172,13 @@ Outcome WatchValues(const Options& options, const Words& patterns)
         }
         before = now;
     }
-    return {};
+    return TooFew(options, "watch", printed);
 }
 }  // namespace
 
 Outcome CommandWatch(const Options& options, const Words& patterns)
 {
+    StopAfter(options.timeout_ms);
     if (options.poll_ms != 0) return WatchValues(options, patterns);
     if (Failure failure = CheckPatterns(options, patterns)) return failure;
     return WatchAnnouncements(options, patterns);

@@ -65,6 +65,7 @@ bool MatchesAny(const Words& patterns, const std::string& name, bool exact_case)
 std::string_view NearestName(std::string_view name, const Words& known)
 {
     std::string_view nearest;
+    constexpr size_t kShortestBeginning = 3;
     constexpr size_t kShort = 5;  // letters: of a shorter name, two wrong letters are half or more
     size_t least = name.size() < kShort ? 1 : std::max<size_t>(2, name.size() / 3);
     for (const std::string& candidate : known)
@@ -74,6 +75,14 @@ std::string_view NearestName(std::string_view name, const Words& known)
         least = distance;
         nearest = candidate;
     }
+    const auto begins = [name](std::string_view candidate)
+    {
+        return candidate.size() > name.size() &&
+               std::ranges::equal(candidate.substr(0, name.size()), name, {}, Lower, Lower);
+    };
+    if (nearest.empty() && name.size() >= kShortestBeginning)
+        for (const std::string& candidate : known)
+            if (begins(candidate) && (nearest.empty() || candidate.size() < nearest.size())) nearest = candidate;
     return nearest;
 }
 

@@ -44,8 +44,8 @@ bool MatchesName(const std::string& pattern, const std::string& name, bool exact
 // Whether one of the patterns matches the name; always without patterns.
 bool MatchesAny(const Words& patterns, const std::string& name, bool exact_case);
 
-// The known name that is the fewest changed letters away; the empty text when none is near: of a name below five
-// letters one letter may be wrong. Upper and lower case count as the same letter.
+// The known name that is the fewest changed letters away, of a name below five letters one at most; else the shortest
+// that begins with the name; else the empty text. Upper and lower case count as the same letter.
 std::string_view NearestName(std::string_view name, const Words& known);
 
 // ", did you mean KNOWN?" for the end of an error; the empty text when no known name is near.

@@ -87,7 +87,7 @@ std::string WhyNotRead(const std::string& name)
     if (object == nullptr && FindTable(name) != nullptr) return name + " is a table, not an object";
     if (object == nullptr) return NoSuchName("object", name);
     return object->access == Access::kWriteOnly ? name + " is write-only"
-                                                : "the router could not read " + name + ", see the log";
+                                                : "the router could not read " + name + ", see /tmp/kobd.log";
 }
 }  // namespace
 

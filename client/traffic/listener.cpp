@@ -1,8 +1,9 @@
 #include "client/traffic/listener.h"
 
 #include <unistd.h>
-#include <cerrno>
 
+#include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <ctime>
 
@@ -21,6 +22,7 @@ constexpr long kLookNs = 10'000'000;  // between looks at queues that were empty
 constexpr int kTapWaitMs = 50;
 
 volatile sig_atomic_t stop = 0;
+std::optional<std::chrono::steady_clock::time_point> end_of_time;
 
 void Pause()
 {
@@ -70,7 +72,22 @@ bool Stopped()
         signal(SIGTERM, [](int) { stop = 1; });
         return true;
     }();
-    return installed && (stop != 0 || OutputClosed());
+    return installed && (stop != 0 || OutputClosed() || TimeIsUp());
+}
+
+void StopAfter(std::optional<int> milliseconds)
+{
+    end_of_time.reset();
+    if (milliseconds) end_of_time = std::chrono::steady_clock::now() + std::chrono::milliseconds(*milliseconds);
+}
+
+bool TimeIsUp() { return end_of_time && std::chrono::steady_clock::now() >= *end_of_time; }
+
+Failure TooFew(const Options& options, const std::string& command, int printed)
+{
+    if (!TimeIsUp() || printed >= options.count) return {};
+    return {KOBD_TIMEOUT, command + ": " + std::to_string(printed) + " of " + std::to_string(options.count) +
+                              " lines within " + std::to_string(*options.timeout_ms) + " ms"};
 }
 
 Listener::~Listener() { Close(); }

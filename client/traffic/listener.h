@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "client/arguments/command_line.h"
@@ -48,7 +49,14 @@ private:
     size_t next_ = 0;  // of the joined modules, which take turns
 };
 
-// From the first call on, Ctrl-C and a termination end the listening in order: Stopped() is true then, and when nobody
-// reads standard output any more.
+// From the first call on, Ctrl-C and a termination end the listening in order: Stopped() is true then, when nobody
+// reads standard output any more, and when time is up.
 bool Stopped();
+
+// From now on time is up after so many milliseconds; nothing: never.
+void StopAfter(std::optional<int> milliseconds);
+bool TimeIsUp();
+
+// Fails where time was up before as many lines were printed as --count asks for.
+Failure TooFew(const Options& options, const std::string& command, int printed);
 }  // namespace kobd::client
