@@ -81,7 +81,7 @@ class Shell:
 def prepare(folder):
     """A kobctl that completes as the real one does, and says its words instead of running."""
     with open(folder + "/kobctl", "w") as program:
-        program.write('#!/bin/sh\n[ "$1" = complete ] && exec %s/kobctl "$@"\n'
+        program.write('#!/bin/sh\n[ "$1" = complete ] && exec "%s/kobctl" "$@"\n'
                       "printf 'kobctl'; printf '<%%s>' \"$@\"; echo '|'\n" % BUILD)
     os.chmod(folder + "/kobctl", 0o755)
     open(folder + "/settings.txt", "w").close()
