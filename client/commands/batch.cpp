@@ -50,7 +50,8 @@ Outcome CommandBatch(const Options& options, const Words& words)
         outcome.status = RunCommand(lines[i].words, options);
         if (outcome.status == 0) continue;
         const size_t left = lines.size() - i - 1;
-        outcome.notes.push_back(file.name + ":" + std::to_string(lines[i].number) + ": this command failed" +
+        outcome.notes.push_back(file.name + ":" + std::to_string(lines[i].number) + ": this command ended with " +
+                                std::to_string(outcome.status) +
                                 (left == 0 ? "" : "; " + Counted(left, "command") + " after it did not run"));
     }
     return outcome;

@@ -1,6 +1,7 @@
 // kobctl confirm: keeps what set --confirm changed. With --resume, at the start of the service: goes on waiting, or
 // restores the old values as soon as the daemon answers.
 #include <algorithm>
+#include <cerrno>
 
 #include "client/commands/commands.h"
 #include "client/requests/request.h"
@@ -8,21 +9,27 @@
 #include "client/state/pending_set.h"
 #include "client/state/waiting_process.h"
 #include "daemon/base/result.h"
+#include "host/state/database.h"
+#include "host/state/folder.h"
 
 namespace kobd::client
 {
 Outcome CommandConfirm(const Options& options, const Words&)
 {
     constexpr int kReadMs = 1000;  // for values that only word the answer
-    if (!UseDaemonsState() && IsAnotherUsers()) return Failure{kNotRunning, "confirm: " + WhyUnreachable()};
+    const bool daemons = UseDaemonsState();
+    if (!daemons && IsAnotherUsers()) return Failure{kNotRunning, "confirm: " + WhyUnreachable()};
+    const std::string nothing =
+        "there is nothing to confirm" + (daemons ? "" : " in " + host::StateFolderName() + ", and no kobd answers");
+    if (const host::State state; !options.resume && !state->Open(false) && state->Error() == ENOENT)
+        return Failure{kInvalidArgument, nothing};  // before a folder is made
     PendingSet pending;
     if (const Failure& error = pending.Error()) return Failure{error.code, "confirm: " + error.what};
     const bool waits = options.resume && pending.IsPending();
     if (options.resume && (!waits || StartWaiting())) return {{{"waiting", waits}}, ""};
     if (options.resume) return SystemFailure("confirm --resume");
     if (!pending.IsPending() && pending.Refused().empty())
-        return Failure{kInvalidArgument, pending.Ended().empty() ? "there is nothing to confirm"
-                                                                 : "too late to confirm: " + pending.Ended()};
+        return Failure{kInvalidArgument, pending.Ended().empty() ? nothing : "too late to confirm: " + pending.Ended()};
     if (!pending.IsPending())
     {
         Outcome outcome({{"forgotten", pending.RefusedNames()}}, "forgotten: " + pending.Refused() + "\n");

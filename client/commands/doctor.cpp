@@ -173,26 +173,36 @@ void LookAtDamaged(const std::string& folder, Report* report)
             name.starts_with("kobd.db.damaged-") && !name.ends_with("-wal"))
             report->Say(kNote, "state",
                         file->path().string() +
-                            " is a damaged database that was kept; the daemon began again with the factory's values. "
-                            "Look at it with sqlite3, then remove it");
+                            " is a damaged database that was kept: what kobd could not read of it is in there "
+                            "alone. Look at it with sqlite3, then remove it");
 }
 
-void LookAtDatabase(const std::string& folder, Report* report)
+std::string RemedyOfDamage(bool daemon_runs)
+{
+    return daemon_runs ? "; run kobctl export, stop kobd, move kobd.db and kobd.db-wal away, start kobd, and import"
+                       : "; when kobd meets the damage it keeps the file under another name, and serves what it has "
+                         "read or the factory's values";
+}
+
+void LookAtDatabase(const std::string& folder, bool runs, Report* report)
 {
     const host::State state;
     const bool opened = state->Open(false);
     std::error_code error;
-    if (!opened && state->Error() != ENOENT)
+    std::string found = "ok";
+    if (opened)
+        if (host::Query query = state->Ask("PRAGMA quick_check(1)"); query.Next()) found = query.Text(0);
+    found.erase(0, found.rfind('\n') + 1);  // the line behind the name of the database
+    const bool damaged = found != "ok" || state->IsDamaged();
+    if (damaged || (state->Failed() && state->Error() != ENOENT))
         report->Say(kWrong, "state",
-                    "the database in " + folder + " cannot be read: " + state->Why() +
-                        "; a damaged one is kept under another name at the next start or commit, and the factory's "
-                        "values serve then");
+                    "the database in " + folder + (damaged ? " is damaged: " : " cannot be read: ") +
+                        (state->Failed() ? state->Why() : found) + (damaged ? RemedyOfDamage(runs) : ""));
     else if (!opened && std::filesystem::is_empty(folder + "/kobd.db", error) && !error)
         report->Say(kWrong, "state", folder + "/kobd.db is empty: nothing is stored until the next set");
-    if (const std::string why = WhyNotSaved(); !why.empty())
-        report->Say(kWrong, "state",
-                    "the last commit could not be saved: " + why + "; mend that and run kobctl commit");
-    Words names = NotCommitted();
+    if (const std::string why = NotSaved(); why.starts_with("not"))  // else the line of the daemon says that it is busy
+        report->Say(kWrong, "state", "the last commit was " + why + "; mend that and run kobctl commit");
+    Words names = NotCommitted().value_or(Words());
     if (names.size() > kNamesShown)
     {
         names.resize(kNamesShown);
@@ -218,8 +228,8 @@ void LookAtState(Report* report)
     report->Say(kWell, "state", folder);
     const unsigned long long free_bytes = static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize;
     report->Judge(free_bytes >= kLeastFree, "state", std::to_string(free_bytes / 1024) + " KB free",
-                  "values cannot be made durable; make room");
-    LookAtDatabase(folder, report);
+                  "values may not be made durable; make room");
+    LookAtDatabase(folder, answers, report);
     LookAtDamaged(folder, report);
     LookAtPending(report);
 }
@@ -228,7 +238,8 @@ void LookAtState(Report* report)
 bool UciIsOurs(const std::string& uci)
 {
     char line[64] = "";
-    FILE* output = popen(("'" + uci + "' 2>&1").c_str(), "re");
+    setenv("KOBD_UCI", uci.c_str(), 1);  // the shell reads no text of it
+    FILE* output = popen("exec \"$KOBD_UCI\" 2>&1", "re");
     if (output == nullptr) return false;
     const bool told = fgets(line, sizeof line, output) != nullptr;
     pclose(output);
@@ -248,10 +259,8 @@ std::string DottedColumns()
 }
 
 // The PATH with which the daemon was started; this program's, where none runs or its environment cannot be read.
-std::string PathOfDaemon()
+std::string PathOf(const kobd_module& daemon)
 {
-    kobd_module daemon{};
-    (void)kobd_module_look(KOBD_MODULE_DAEMON, &daemon);
     std::ifstream variables("/proc/" + std::to_string(daemon.process) + "/environ");
     for (std::string variable; std::getline(variables, variable, '\0');)
         if (variable.starts_with("PATH=")) return variable.substr(strlen("PATH="));
@@ -261,12 +270,16 @@ std::string PathOfDaemon()
 
 void LookAtUci(Report* report)
 {
-    std::istringstream folders(PathOfDaemon());
+    kobd_module daemon{};
+    (void)kobd_module_look(KOBD_MODULE_DAEMON, &daemon);
+    std::istringstream folders(PathOf(daemon));
     for (std::string folder; std::getline(folders, folder, ':');)
     {
         const std::string uci = folder + "/uci";
         if (access(uci.c_str(), X_OK) != 0) continue;
         report->Say(kWell, "uci", uci);
+        if (daemon.claimed != 0 && daemon.owner != geteuid())
+            return report->Say(kNote, "uci", "not looked at: kobd is another user's, who may have chosen it");
         if (UciIsOurs(uci)) return;
         return report->Say(kNote, "uci",
                            "keeps no value of a section that tr069_cellular lacks, and never " + DottedColumns());

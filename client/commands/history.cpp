@@ -1,6 +1,7 @@
 // kobctl history [PATTERN]: what was changed, when, and by which program.
 #include <algorithm>
 
+#include "client/arguments/given_names.h"
 #include "client/commands/commands.h"
 #include "client/dictionary/dictionary.h"
 #include "client/output/terminal.h"
@@ -73,8 +74,11 @@ Failure ReadAskedChanges(const Options& options, const Words& words, std::vector
 }
 }  // namespace
 
-Outcome CommandHistory(const Options& options, const Words& words)
+Outcome CommandHistory(const Options& options, const Words& given)
 {
+    Words words;
+    if (Failure failure = ReadWords(given, &words)) return failure;
+    std::erase(words, "");  // which means all
     std::vector<PastChange> changes;
     if (Failure failure = ReadAskedChanges(options, words, &changes)) return failure;
     for (const std::string& word : words)

@@ -80,6 +80,7 @@ struct Plan
     std::vector<RowChange> set = {};
     std::vector<RowAddress> deleted = {};
     std::vector<std::pair<RowChange, std::string>> added = {};  // with the parent's path
+    Words lost = {};                                            // columns of those that this version has not
 };
 
 Failure PlanRow(const std::pair<std::string, int32_t>& address, const RowBefore& before, Plan* plan)
@@ -92,7 +93,11 @@ Failure PlanRow(const std::pair<std::string, int32_t>& address, const RowBefore&
         return {};
     }
     if (!before.is_there && before.was_there != true) return {};
-    for (const auto& [column, value] : before.columns) change.values.push_back({column, value});
+    for (const auto& [column, value] : before.columns)
+        if (before.is_there || FindColumn(*change.row.table, column) != nullptr)
+            change.values.push_back({column, value});
+        else
+            plan->lost.push_back(change.row.Text() + " " + column);
     if (Failure failure = CheckColumns(change)) return failure;
     if (before.is_there)
         plan->set.push_back(change);
@@ -167,9 +172,11 @@ Outcome CommandUndo(const Options& options, const Words& words)
         const Response response = Call(options, KOBD_GET, {});
         return Failure{kNotRunning, "undo: " + (response.from_bus ? response.reason : "this router keeps no history")};
     }
-    if (const Words names = NotCommitted(); !names.empty())
+    const auto not_committed = NotCommitted();
+    if (!not_committed) return Failure{KOBD_TIMEOUT, "undo: kobd is busy, try again; nothing was changed"};
+    if (!not_committed->empty())
         return Failure{kInvalidArgument,
-                       "undo: set since the last commit: " + Joined(names) +
+                       "undo: set since the last commit: " + Joined(*not_committed) +
                            "; run kobctl commit first, then undo takes that back; nothing was changed"};
     std::vector<PastChange> changes;
     if (Failure failure = ReadPastChanges(&changes)) return Failure{failure.code, "undo: " + failure.what};
@@ -188,6 +195,8 @@ Outcome CommandUndo(const Options& options, const Words& words)
     Words done;
     const Failure failure = CarryOut(options, plan, before, &done);
     Outcome outcome({{"undone", done}}, done.empty() ? "" : "as before: " + Joined(done) + "\n");
+    if (!failure && !plan.lost.empty())
+        outcome.text += "but for what this version of kobd has not: " + Joined(plan.lost) + "\n";
     if (failure) outcome.failure = {failure.code, "undo: " + failure.what};
     AddNotSaved("undone", &outcome);
     return outcome;

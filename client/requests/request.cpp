@@ -8,6 +8,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -213,15 +214,32 @@ bool IsAnotherUsers()
 
 std::string WhyUnreachable() { return Call({}, KOBD_GET, {}).reason; }
 
-std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items)
+std::string DatabaseOfDaemon()
+{
+    constexpr std::string_view kFile = "/kobd.db";
+    kobd_module daemon{};
+    if (kobd_module_look(KOBD_MODULE_DAEMON, &daemon) != 0 || daemon.process == 0) return "";
+    std::error_code error;
+    const std::filesystem::path files = "/proc/" + std::to_string(daemon.process) + "/fd";
+    for (std::filesystem::directory_iterator file(files, error), end; !error && file != end; file.increment(error))
+    {
+        std::string path = std::filesystem::read_symlink(file->path(), error).string();
+        error.clear();  // it was closed meanwhile
+        if (const size_t gone = path.rfind(" (deleted)"); gone != path.npos) path.resize(gone);  // under the daemon
+        if (path.ends_with(kFile)) return path;
+    }
+    return "";
+}
+
+std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items, int timeout_ms)
 {
     static bool unanswered = false;  // a router's daemon: asking once more would cost the same wait
     kobd_module daemon{};
     if (unanswered || kobd_module_look(KOBD_MODULE_DAEMON, &daemon) != 0 || daemon.claimed == 0) return {};
     Options options;
-    options.timeout_ms = 2000;
+    options.timeout_ms = timeout_ms;
     const Response response = CallHost(options, question, items);
-    unanswered = response.from_bus;
+    unanswered = response.from_bus && DatabaseOfDaemon().empty();
     if (response.code != 0) return {};
     std::vector<std::string> texts;
     for (const Item& item : response.items) texts.push_back(item.text);

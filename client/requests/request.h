@@ -77,8 +77,14 @@ bool IsAnotherUsers();
 // Why the daemon cannot be asked, for when none runs or another user's does, which is told at once.
 std::string WhyUnreachable();
 
-// The texts that the imitated router answers this question with; nothing when nobody answers, as on a router.
-std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items = {});
+// The path of the database that the daemon has open. The empty text where the system shows none: on a router, and of a
+// daemon of another user.
+std::string DatabaseOfDaemon();
+
+// The texts that the imitated router answers this question with; nothing when there is no answer in time, as on a
+// router.
+std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items = {},
+                                                int timeout_ms = 2000);
 
 using Values = std::map<std::string, std::string>;  // of objects, by name
 

@@ -15,13 +15,17 @@ constexpr int kNotSaved = 3;  // exit status
 
 bool UseDaemonsState()
 {
-    static const bool answered = []
+    static const bool found = []
     {
-        const auto texts = AskHost(KOBD_HOST_STATE);
-        if (texts && !texts->empty()) host::UseStateFolder(texts->front());
-        return texts && !texts->empty();
+        // First what the system shows: a daemon that is busy answers late.
+        std::string folder = DatabaseOfDaemon();
+        folder.resize(folder.empty() ? 0 : folder.rfind('/'));
+        const auto texts = folder.empty() ? AskHost(KOBD_HOST_STATE) : std::nullopt;
+        if (texts && !texts->empty()) folder = texts->front();
+        if (!folder.empty()) host::UseStateFolder(folder);
+        return !folder.empty();
     }();
-    return answered;
+    return found;
 }
 
 void UseStateToShow()
@@ -35,23 +39,26 @@ void UseStateToShow()
     SayError(why + "; this is the state in " + folder + (there ? "" : ", a folder that does not exist"));
 }
 
-std::string WhyNotSaved()
+std::string NotSaved()
 {
-    const auto texts = AskHost(KOBD_HOST_STATE);
-    return texts && texts->size() > 1 ? texts->at(1) : "";
+    constexpr int kLongestMs = 10000;  // another request may be in hand
+    const auto texts = AskHost(KOBD_HOST_STATE, {}, kLongestMs);
+    if (!texts && !DatabaseOfDaemon().empty()) return "it is not known whether that is saved, because kobd is busy";
+    return texts && texts->size() > 1 && !texts->at(1).empty() ? "not saved: " + texts->at(1) : "";
 }
 
-Words NotCommitted()
+std::optional<Words> NotCommitted()
 {
     const auto texts = AskHost(KOBD_HOST_STATE);
-    return texts && texts->size() > 2 ? Words(texts->begin() + 2, texts->end()) : Words();
+    if (!texts) return std::nullopt;
+    return texts->size() > 2 ? Words(texts->begin() + 2, texts->end()) : Words();
 }
 
 void AddNotSaved(const std::string& what, Outcome* outcome)
 {
-    const std::string why = outcome->failure ? "" : WhyNotSaved();
+    const std::string why = outcome->failure ? "" : NotSaved();
     if (why.empty()) return;
-    outcome->notes.push_back(what + ", but not saved: " + why);
+    outcome->notes.push_back(what + ", but " + why);
     outcome->status = kNotSaved;
     if (outcome->data.is_object()) outcome->data["saved"] = false;
 }

@@ -56,7 +56,8 @@ bool HasEffect(std::span<PastChange* const> step)
     return std::ranges::any_of(rows, [](const auto& row) { return row.second.first || row.second.second; });
 }
 
-void CountSteps(std::vector<PastChange>* changes)
+// Where the history has dropped older changes, the oldest step may have lost its beginning, and is none.
+void CountSteps(bool dropped, std::vector<PastChange>* changes)
 {
     std::vector<PastChange*> others;
     for (PastChange& change : *changes)
@@ -66,7 +67,7 @@ void CountSteps(std::vector<PastChange>* changes)
     {
         for (--begin; begin > 0 && IsOneStep(*others[begin], *others[begin - 1]);) --begin;
         const std::span<PastChange* const> step(&others[begin], end - begin);
-        if (!HasEffect(step)) continue;
+        if (!HasEffect(step) || (dropped && begin == 0)) continue;
         ++steps;
         for (PastChange* change : step) change->step = steps;
     }
@@ -85,16 +86,21 @@ Failure ReadPastChanges(std::vector<PastChange>* changes)
 {
     const host::State state;
     const bool opened = state->Open(false);
+    bool dropped = false;
     if (!opened && state->Error() == ENOENT) return {};
     if (opened)
-        for (host::Query query = state->Ask("SELECT batch, time, process, program, kind, name, number, field, old, new"
-                                            " FROM history ORDER BY id");
+        for (host::Query query =
+                 state->Ask("SELECT batch, time, process, program, kind, name, number, field, old, new, id"
+                            " FROM history ORDER BY id");
              query.Next();)
+        {
+            dropped = dropped || (changes->empty() && query.Number(10) > 1);
             changes->push_back({query.Number(0), query.Number(1), query.Number(2), std::string(query.Text(3)),
                                 std::string(query.Text(4)), std::string(query.Text(5)),
                                 static_cast<int32_t>(query.Number(6)), std::string(query.Text(7)), TextOf(query, 8),
                                 TextOf(query, 9)});
-    CountSteps(changes);
+        }
+    CountSteps(dropped, changes);
     if (!state->Failed()) return {};
     return {kSystemError, "cannot read the database in " + host::StateFolderName() + ": " + state->Why()};
 }

@@ -124,6 +124,7 @@ void PendingSet::Load()
             const std::string value(query.Text(1));
             if (query.Text(0) == "boot") boot_ = value;
             if (query.Text(0) == "ended") ended_ = value;
+            if (query.Text(0) == "noted") std::from_chars(value.data(), value.data() + value.size(), noted_);
             if (query.Text(0) == "due") std::from_chars(value.data(), value.data() + value.size(), due_s_);
         }
         for (host::Query query = state->Ask("SELECT name, old, new FROM pending ORDER BY rowid"); query.Next();)
@@ -157,7 +158,7 @@ Failure PendingSet::Keep(const Assignments& present, int seconds)
         const host::State state;
         for (const auto& [name, value] : present)
             state->Run("INSERT INTO pending(name, old) VALUES(?, ?)", name, value);
-        state->Run("DELETE FROM meta WHERE name = 'ended'");
+        state->Run("DELETE FROM meta WHERE name IN ('ended', 'noted')");
         state->Run("INSERT OR REPLACE INTO meta VALUES('due', ?), ('boot', ?)", std::to_string(due_s_), boot_);
     };
     if (!host::State()->Write(changes)) return DatabaseFailure("cannot keep the old values in");
@@ -176,6 +177,7 @@ void PendingSet::NoteNewValues(const Options& options)
     const auto changes = [&]
     {
         for (const auto& [name, value] : values) state->Run("UPDATE pending SET new = ? WHERE name = ?", value, name);
+        state->Run("INSERT OR REPLACE INTO meta SELECT 'noted', ifnull(max(id), 0) FROM history");
     };
     state->Write(changes);  // after a failure all old values return, which is what was promised
 }
@@ -214,6 +216,19 @@ Failure PendingSet::Withdraw()
     return {};
 }
 
+// Whether the history has another value for the object since the set: one may have come and gone. Of a secret it has
+// none.
+bool PendingSet::WasChangedSince(const OldValue& value) const
+{
+    if (noted_ < 0 || IsSecretObject(value.name)) return false;
+    const host::State state;
+    if (!state->Open(false)) return false;
+    host::Query query =
+        state->Ask("SELECT 1 FROM history WHERE id > ? AND kind = 'object' AND name = ? AND new <> ? LIMIT 1", noted_,
+                   value.name, value.old);
+    return query.Next();
+}
+
 Failure PendingSet::TakeBack(const Options& options)
 {
     Values values;
@@ -227,7 +242,8 @@ Failure PendingSet::TakeBack(const Options& options)
     {
         const std::string& shown = values[value.name];
         const bool is_simulated = ShowsSimulated(simulated, value.name);
-        const bool kept = response.code == 0 && value.now && shown != *value.now && shown != value.old && !is_simulated;
+        const bool differs = value.now && shown != *value.now && shown != value.old && !is_simulated;
+        const bool kept = response.code == 0 && (differs || WasChangedSince(value));
         (kept ? kept_ : restored_).push_back(value.name);
         if (!kept) back.push_back({value.name, value.old});
         if (!kept && (shown != value.old || is_simulated)) differing.push_back({value.name, value.old});
@@ -238,9 +254,8 @@ Failure PendingSet::TakeBack(const Options& options)
         return {response.code, "the old values of " + Names() + " are not back yet: " + ResultText(response.code) +
                                    "; kobctl goes on trying"};
     if (response.code != 0) return KeepRefused(options, response.code, back);
-    if (const std::string why = WhyNotSaved(); !why.empty())
-        return {kSystemError,
-                "the old values of " + Names() + " are back, but not saved: " + why + "; kobctl goes on trying"};
+    if (const std::string why = NotSaved(); !why.empty())
+        return {kSystemError, "the old values of " + Names() + " are back, but " + why + "; kobctl goes on trying"};
     return Finish();
 }
 

@@ -70,12 +70,14 @@ private:
     Failure Keep(const Assignments& present, int seconds);
     Failure Finish();
     Failure End();
+    bool WasChangedSince(const OldValue& value) const;
     Failure KeepRefused(const Options& options, int code, const Assignments& sent);
 
     int lock_ = -1;
     Failure error_;
-    int64_t due_s_ = 0;  // on the clock that runs since the machine started
-    std::string boot_;   // which start of the machine that was
+    int64_t due_s_ = 0;   // on the clock that runs since the machine started
+    std::string boot_;    // which start of the machine that was
+    int64_t noted_ = -1;  // the last change of the history that belongs to the set; -1: not known
     std::vector<OldValue> old_values_;
     std::string ended_;
     Words refused_;   // NAME=VALUE, without the value of a secret

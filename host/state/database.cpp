@@ -23,6 +23,7 @@ namespace
 constexpr const char* kFunction = "Database";
 constexpr const char* kFile = "/kobd.db";
 constexpr int kWaitMs = 2000;            // for other processes: a stopped one must not stop the others
+constexpr int kWaitAgainMs = 100;        // after a wait in vain
 constexpr int kLookMs = 5;               // between looks at an empty file
 constexpr off_t kLogBytes = 512 * 1024;  // room of the write-ahead log
 constexpr const char* kOptions =
@@ -66,7 +67,7 @@ std::string TextOf(sqlite3* connection, int code, int error)
 {
     switch (code & 0xFF)
     {
-        case SQLITE_BUSY: return "another process has been writing it for two seconds";
+        case SQLITE_BUSY: return "another process has been writing it for two seconds or more";
         case SQLITE_CORRUPT:
         case SQLITE_NOTADB:
         case SQLITE_ERROR: return connection != nullptr ? sqlite3_errmsg(connection) : sqlite3_errstr(code);
@@ -158,6 +159,7 @@ bool Database::Note(int code)
     if (code == SQLITE_OK) return true;
     const int error = ErrorOf(code);
     const bool damaged = (code & 0xFF) == SQLITE_CORRUPT || (code & 0xFF) == SQLITE_NOTADB;
+    if ((code & 0xFF) == SQLITE_BUSY) WaitAtMost(kWaitAgainMs);
     return Fail(error, TextOf(connection_, code, error), damaged);
 }
 
@@ -181,6 +183,7 @@ bool Database::Begin()
 {
     error_ = 0;
     writing_ = Run("BEGIN IMMEDIATE");
+    if (writing_) WaitAtMost(kWaitMs);
     return writing_;
 }
 
@@ -212,17 +215,27 @@ void Database::Rollback()
     sqlite3_exec(connection_, "ROLLBACK", nullptr, nullptr, nullptr);
 }
 
-bool Database::HasMoved()
+// Whether the name is another file's by now, or the file was emptied, which SQLite sees only when it reads a page. The
+// log of an emptied file must not be written back to it: it goes aside with the file.
+bool Database::IsAnother()
 {
     int moved = 0;
     sqlite3_file_control(connection_, "main", SQLITE_FCNTL_HAS_MOVED, &moved);
-    return moved != 0;
+    const bool emptied = SizeOf(path_) == 0;
+    if (emptied) sqlite3_db_config(connection_, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    return moved != 0 || emptied;
+}
+
+void Database::WaitAtMost(int milliseconds)
+{
+    if (wait_ms_ != milliseconds) sqlite3_busy_timeout(connection_, milliseconds);
+    wait_ms_ = milliseconds;
 }
 
 bool Database::Open(bool create)
 {
     const bool is_read_only = connection_ != nullptr && sqlite3_db_readonly(connection_, "main") == 1;
-    if (connection_ != nullptr && !HasMoved() && !(create && is_read_only)) return true;
+    if (connection_ != nullptr && !IsAnother() && !(create && is_read_only)) return true;
     Close();
     const bool opened = OpenFile(create) || (create && KeepDamagedAside() && OpenFile(true));
     if (opened)
@@ -287,7 +300,7 @@ bool Database::Prepare(bool frozen)
 {
     int keep = 1;  // the log, at its full size
     sqlite3_file_control(connection_, "main", SQLITE_FCNTL_PERSIST_WAL, &keep);
-    sqlite3_busy_timeout(connection_, kWaitMs);
+    WaitAtMost(kWaitMs);
     if (!frozen && !Note(sqlite3_exec(connection_, kOptions, nullptr, nullptr, nullptr))) return false;
     const auto version = [this]
     {
@@ -308,6 +321,7 @@ void Database::Close()
     prepared_.clear();
     sqlite3_close(connection_);
     connection_ = nullptr;
+    wait_ms_ = 0;
     writing_ = false;
 }
 
@@ -323,7 +337,7 @@ bool Database::MoveAside(const char* is)
     return true;
 }
 
-bool Database::KeepDamagedAside() { return Failed() && damaged_ && MoveAside("damaged"); }
+bool Database::KeepDamagedAside() { return IsDamaged() && MoveAside("damaged"); }
 
 // Zeros behind the end mean nothing to SQLite. The lock keeps others from writing there meanwhile.
 void Database::ReserveLog()

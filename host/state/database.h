@@ -98,8 +98,9 @@ public:
     void Close();
 
     // Runs a statement, whose text must be a literal, with these values in the places of its question marks: texts of
-    // any bytes, no text (std::nullopt), numbers. Waits for other processes, two seconds at most. After a failure
-    // in a transaction nothing runs any more until its end.
+    // any bytes, no text (std::nullopt), numbers. Waits for other processes, two seconds at most; once it has waited in
+    // vain, a tenth of a second until a transaction succeeds, since requests behind each other would add their waits
+    // up. After a failure in a transaction nothing runs any more until its end.
     template <typename... Values>
     Query Ask(const char* sql, const Values&... values)
     {
@@ -130,6 +131,7 @@ public:
     // The last failure: its error number as errno has it, EIO for what has none, and its text.
     bool Failed() const { return error_ != 0; }
     int Error() const { return error_; }
+    bool IsDamaged() const { return Failed() && damaged_; }  // it says that the file is no whole database
     std::string Why() const;
 
     // Gives the file another name and reports that it `is` so, with the new name. Open then makes a new one. False when
@@ -166,7 +168,8 @@ private:
     sqlite3_stmt* Prepared(const char* sql);
     bool Note(int code);  // remembers a failure; false then
     bool Fail(int error, const std::string& why, bool damaged);
-    bool HasMoved();
+    bool IsAnother();
+    void WaitAtMost(int milliseconds);
     off_t SizeOnceMade();
     bool OpenFile(bool create);
     bool Prepare(bool frozen);
@@ -179,8 +182,9 @@ private:
     int openings_ = 0;
     const DatabaseFiles* files_ = nullptr;
     int looks_ = kLooks;    // left
+    int wait_ms_ = 0;       // for other processes, now
     bool writing_ = false;  // between Begin and its end
-    bool damaged_ = false;  // what failed says that the file is no whole database
+    bool damaged_ = false;
     int error_ = 0;
     std::string why_;
 };

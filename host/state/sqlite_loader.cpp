@@ -3,6 +3,8 @@
 #include <dlfcn.h>
 #include <sqlite3.h>
 
+#include <cstdarg>
+
 namespace
 {
 constexpr const char* kLibrary = "libsqlite3.so.0";
@@ -31,6 +33,17 @@ extern "C"
         if (call != nullptr) return call(path, connection, flags, vfs);
         *connection = nullptr;
         return SQLITE_ERROR;
+    }
+    // With the arguments of all options that kobctl sets.
+    int sqlite3_db_config(sqlite3* connection, int option, ...)
+    {
+        static const auto call = reinterpret_cast<decltype(&sqlite3_db_config)>(Find("sqlite3_db_config"));
+        va_list arguments;
+        va_start(arguments, option);
+        const int value = va_arg(arguments, int);
+        int* const then = va_arg(arguments, int*);
+        va_end(arguments);
+        return call != nullptr ? call(connection, option, value, then) : SQLITE_ERROR;
     }
     // The text of every failure where there is no library; no connection was made then.
     LOADED(const char*, sqlite3_errstr, (int code), (code), kMissing)

@@ -68,7 +68,7 @@ void LoadFactoryRows()
     }
 }
 
-// Reads the cells of the lists in the order of their keys: list, row, field.
+// Reads the lists that the database has, each with its cells in the order of row and field.
 class Reader
 {
 public:
@@ -76,19 +76,13 @@ public:
 
     void Read()
     {
-        std::map<List*, int32_t> last;
         for (Query query = database_->Ask("SELECT name, last FROM lists"); query.Next();)
-            if (List* list = Take(std::string(query.Text(0)))) last[list] = static_cast<int32_t>(query.Number(1));
-        for (Query query = database_->Ask("SELECT list, number, field, value FROM cells ORDER BY list, number, field");
-             query.Next();)
         {
-            if (query.Text(2) == kOtherBytes)
-                BeginRow(query.Text(0), query.Number(1), query.Text(3));
-            else if (row_ != nullptr)
-                ReadField(query.Text(2), query.Text(3));
+            list_ = Take(std::string(query.Text(0)));
+            if (list_ == nullptr) continue;
+            ReadRows();
+            list_->rows.RaiseLastIndex(static_cast<int32_t>(query.Number(1)));
         }
-        EndRow();
-        for (const auto& [list, index] : last) list->rows.RaiseLastIndex(index);
     }
 
 private:
@@ -107,12 +101,24 @@ private:
         return list;
     }
 
-    void BeginRow(std::string_view table, int64_t number, std::string_view other_bytes)
+    void ReadRows()
+    {
+        for (Query query = database_->Ask(
+                 "SELECT number, field, value FROM cells WHERE list = ? ORDER BY number, field", list_->table);
+             query.Next();)
+        {
+            const bool begins = query.Text(1) == kOtherBytes;
+            if (begins) BeginRow(query.Number(0), query.Text(2));
+            if (!begins && row_ != nullptr && query.Number(0) == IndexOf(*row_))
+                ReadField(query.Text(1), query.Text(2));
+        }
+        EndRow();
+    }
+
+    void BeginRow(int64_t number, std::string_view other_bytes)
     {
         EndRow();
-        if (list_ == nullptr || list_->table != table) list_ = FindList(table);
         other_bytes_ = other_bytes;
-        if (list_ == nullptr || !list_->own) return;
         row_ = number < INT32_MAX ? list_->rows.Append(static_cast<int32_t>(number)) : nullptr;
         if (row_ == nullptr)
             kobd_log_print(kFunction, __LINE__, "%s: row %lld cannot be", list_->table, static_cast<long long>(number));
@@ -139,8 +145,8 @@ private:
     }
 
     Database* database_;
-    List* list_ = nullptr;
-    Row* row_ = nullptr;  // whose cells are being read
+    List* list_ = nullptr;  // whose rows are being read
+    Row* row_ = nullptr;    // whose cells are being read
     std::string other_bytes_;
     std::string value_;  // of the cell that is being read: its memory serves all of them
     std::set<std::pair<const List*, std::string>> told_ = {};  // columns that could not be read

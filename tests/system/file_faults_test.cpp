@@ -89,7 +89,7 @@ TEST_F(FileFaults, ACommitThatFailsIsToldLeavesWholeStateAndIsCaughtUpWith)
         EXPECT_TRUE(LogSays("cannot write the state in /tmp/state: " + why));
         EXPECT_EQ(Both(), "8082/2") << "it serves from memory";
         EXPECT_EQ(Said("set webHttpsPort=8443"), "! kobctl: set, but not saved: " + why + "\n[3]\n");
-        EXPECT_NE(RunLine("doctor").output.find("the last commit could not be saved: " + why), std::string::npos);
+        EXPECT_NE(RunLine("doctor").output.find("the last commit was not saved: " + why), std::string::npos);
         std::filesystem::copy(kState, "/tmp/crashed");  // what a crash now would leave
 
         EXPECT_EQ(Request(kReqUpdate, {}).result, 0) << "and fails again";
