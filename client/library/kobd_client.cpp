@@ -242,6 +242,15 @@ int kobd_host_call(kobd_client* client, enum kobd_host_control control, const ko
     return CallClass(client, kClassHostControl, static_cast<uint16_t>(control), items);
 }
 
+const char* kobd_not_saved(kobd_client* client)
+{
+    if (client->host_is_silent) return nullptr;
+    const int code = kobd_host_call(client, KOBD_HOST_STATE, nullptr);
+    kobd_item item{};
+    const bool told = code == kSuccess && kobd_reply_next(client, &item) == 1 && kobd_reply_next(client, &item) == 1;
+    return told ? item.text : nullptr;
+}
+
 int kobd_answered(const kobd_client* client) { return client->answered ? 1 : 0; }
 
 int kobd_reply_next(kobd_client* client, kobd_item* item) { return kobd_bytes_next(&client->left, item); }

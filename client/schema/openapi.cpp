@@ -51,9 +51,12 @@ Json OperationOf(const Route& route)
     Json success = {{"description", "It is done."}};
     if (route.response != nullptr)
         success["content"] = Content("application/json", Reference(kSchemas, route.response));
-    operation["responses"] = {{std::to_string(route.status), std::move(success)},
-                              {"4XX", {{"$ref", "#/components/responses/Refused"}}},
-                              {"5XX", {{"$ref", "#/components/responses/Refused"}}}};
+    Json& responses = operation["responses"];
+    responses[std::to_string(route.status)] = std::move(success);
+    if (route.status == 204)
+        responses["200"] = {{"description", "It is done, and was not saved."},
+                            {"content", Content("application/json", Reference(kSchemas, "NotSaved"))}};
+    for (const char* kind : {"4XX", "5XX"}) responses[kind] = {{"$ref", "#/components/responses/Refused"}};
     return operation;
 }
 
@@ -95,6 +98,14 @@ Json Rows()
     return {{"anyOf", std::move(any)}};
 }
 
+// The answer to a change: with these, where it was not saved.
+Json AnswerOf(Json properties)
+{
+    properties["saved"] = {{"type", "boolean"}};
+    properties["not_saved"] = {{"type", "string"}, {"description", "why"}};
+    return ObjectOf(std::move(properties));
+}
+
 // What requests and answers are made of.
 Json Frames()
 {
@@ -106,8 +117,8 @@ Json Frames()
     schemas["Value"] = {{"type", "object"}, {"properties", {{"value", value}}}, {"required", {"value"}}};
     schemas["Object"] = ObjectOf({{"name", text}, {"value", text}, {"meaning", text}, {"unit", text}});
     schemas["ObjectList"] = ListOf("objects", Reference(kSchemas, "Object"));
-    schemas["SetObject"] = ObjectOf({{"name", text}, {"value", text}, {"old", text}});
-    schemas["SetObjects"] = ListOf("objects", Reference(kSchemas, "SetObject"));
+    schemas["SetObject"] = AnswerOf({{"name", text}, {"value", text}, {"old", text}});
+    schemas["SetObjects"] = AnswerOf({{"objects", {{"type", "array"}, {"items", Reference(kSchemas, "SetObject")}}}});
     schemas["Verdict"] = ObjectOf({{"name", text},
                                    {"value", text},
                                    {"verdict", {{"type", "string"}, {"enum", {"ok", "open", "refused"}}}},
@@ -115,8 +126,9 @@ Json Frames()
                                    {"right", text}});
     schemas["Verdicts"] = ListOf("results", Reference(kSchemas, "Verdict"));
     schemas["Row"] = Rows();
-    schemas["RowIndex"] = ObjectOf({{"index", number}});
-    schemas["IndexedRow"] = ObjectOf({{"index", number}, {"columns", Reference(kSchemas, "Row")}});
+    schemas["NotSaved"] = AnswerOf(Json::object());
+    schemas["RowIndex"] = AnswerOf({{"index", number}});
+    schemas["IndexedRow"] = AnswerOf({{"index", number}, {"columns", Reference(kSchemas, "Row")}});
     schemas["Table"] = ObjectOf({{"name", text},
                                  {"meaning", text},
                                  {"maxRows", number},
@@ -126,7 +138,7 @@ Json Frames()
         {"type", "object"},
         {"description", "Rows by their index, in tables by their name."},
         {"additionalProperties", {{"type", "object"}, {"additionalProperties", Reference(kSchemas, "Row")}}}};
-    schemas["Changed"] = ObjectOf({{"rows", number}});
+    schemas["Changed"] = AnswerOf({{"rows", number}});
     schemas["Problem"] = ObjectOf({{"title", text},
                                    {"status", number},
                                    {"detail", text},

@@ -118,6 +118,7 @@ _FUNCTIONS: dict[str, tuple[Any, list[Any]]] = {
     "kobd_items_add_number": (c_int, [c_void_p, c_uint16, c_int32]),
     "kobd_call": (c_int, [c_void_p, c_int, c_void_p]),
     "kobd_host_call": (c_int, [c_void_p, c_int, c_void_p]),
+    "kobd_not_saved": (c_char_p, [c_void_p]),
     "kobd_reply_next": (c_int, [c_void_p, POINTER(Item)]),
     "kobd_get": (c_int, [c_void_p, c_char_p, c_char_p, c_size_t]),
     "kobd_set": (c_int, [c_void_p, _TEXTS, _TEXTS, c_size_t]),

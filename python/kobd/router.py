@@ -96,6 +96,13 @@ class Router:
         """Makes durable what was set silently."""
         self._client.check(self._client.call(UPDATE))
 
+    def not_saved(self) -> Optional[str]:
+        """Why what was changed last was not saved: "No space left on device". A change raises nothing then. The empty text
+        when all is saved; None where the daemon does not tell.
+        """
+        why: Optional[bytes] = lib.kobd_not_saved(self._client.handle)
+        return None if why is None else decode(why)
+
     def check(self, name: str, value: Value) -> None:
         """Raises what the dictionary says against the value; the daemon may still refuse it. Changes nothing."""
         why = ctypes.POINTER(Explanation)()

@@ -98,7 +98,9 @@ TEST_F(StateFaults, AProcessThatStopsInATransactionMakesNobodyWaitForLong)
     EXPECT_EQ(Rows("ApnConfigTable"), before) << "a row whose part in nvram cannot be written is not set";
     webHttpPortSet("8081");
     EXPECT_EQ(update_config(), 14);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15)) << "two each, and a busy machine";
+    for (int i = 0; i < 30; ++i) EXPECT_EQ(update_config(), 14);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15))
+        << "two seconds once, a tenth each later";
     EXPECT_NE(output.Text().find("another process has been writing it for two seconds"), std::string::npos);
     EXPECT_EQ(Nvram("eth_status"), "0") << "and reading waits for nobody";
     EXPECT_NE(WhyNotSaved(), "");
@@ -197,6 +199,7 @@ TEST_F(StateFaults, FilesThatAreTakenAwayUnderTheDaemonAreMadeAgain)
              "head -c 20000 /dev/urandom >x && mv x kobd.db",
              "rm kobd.db* && touch kobd.db",
              "rm kobd.db* && mkdir kobd.db",
+             ": >kobd.db",
          })
         for (const std::string meanwhile : {"nothing", "a store is read", "a store is set"})
         {

@@ -144,6 +144,8 @@ TEST_F(StateTest, WhatThisBuildDoesNotKnowOrHoldStaysInTheDatabase)
             c.list + "', " + c.number + ", '', ''), ('" + c.list + "', " + c.number + ", '" + c.field + "', '" +
             c.value + "')");
     Sql("INSERT INTO objects VALUES('newObject', '1')");
+    Sql("INSERT INTO cells VALUES('FwUrlFilterTable', 5, 'URL', 'of no row'), ('FwUrlFilterTablf', 1, 'URL', 'of no "
+        "list')");
     {
         const OutputCapture output;
         LoadState();

@@ -2,6 +2,7 @@
 
 import os
 import select
+import subprocess
 import threading
 import unittest
 import unittest.mock
@@ -131,6 +132,11 @@ class PackageTest(unittest.TestCase):
         self.router.sim.fail("webHttpPort", "set", times=1)
         self.assertEqual(self.refused(Refused, self.router.set, {"webHttpPort": 8092}).code, 17)
         self.router.set({"webHttpPort": 8092})
+        self.assertEqual(self.router.not_saved(), "")
+        subprocess.run(["kobctl", "sim", "fail", "commit", "--times", "1"], check=True)
+        self.router["webHttpPort"] = 8093
+        self.assertEqual(self.router.not_saved(), "the simulator lets the commit fail with 17")
+        self.router.commit()
         self.router.sim.slow("IMEI", 300)
         with Router(timeout=0.05) as impatient:
             self.refused(Timeout, impatient.get, "IMEI")
@@ -158,7 +164,6 @@ class WithoutDaemon(unittest.TestCase):
     def test_it_is_named(self):
         # In an IPC namespace of its own no daemon is found.
         program = "from kobd import *\ntry: Router()['IMEI']\nexcept NotRunning as error: print(error.code)"
-        import subprocess
         import sys
 
         ran = subprocess.run(["unshare", "--ipc", sys.executable, "-c", program], capture_output=True, text=True)

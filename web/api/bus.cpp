@@ -61,6 +61,16 @@ kobd_client* Bus()
     return client;
 }
 
+Reply Saved(Reply reply)
+{
+    const char* why = kobd_not_saved(Bus());
+    if (why == nullptr || *why == 0) return reply;
+    reply.body["saved"] = false;
+    reply.body["not_saved"] = why;
+    if (reply.status == 204) reply.status = 200;  // it has a body now
+    return reply;
+}
+
 bool IsRefusal(int code)
 {
     return code == KOBD_INVALID || code == KOBD_NOT_FOUND || code == kReadOnly || code == kNoSuchColumn;

@@ -8,6 +8,7 @@
 
 #include "client/library/kobd_client.h"
 #include "web/server/problem.h"
+#include "web/server/route.h"
 
 namespace kobd::web
 {
@@ -22,6 +23,9 @@ void Demand(int code);
 
 // Why the last call of this thread's client was refused.
 Problem ProblemOfCall(int code);
+
+// The reply to a change. Where that was not saved, its body has "saved": false, and "not_saved" says why.
+Reply Saved(Reply reply);
 
 // Whether the code says that a request was refused before anything was changed.
 bool IsRefusal(int code);

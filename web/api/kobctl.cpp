@@ -114,6 +114,8 @@ std::string RunKobctlForText(const std::string& path, const Words& words)
     ReadBoth(output, error, &texts);
     int status = 0;
     while (waitpid(process, &status, 0) < 0 && errno == EINTR) continue;
+    constexpr int kNotSaved = 3;  // it was done, and the output says that it was not saved
+    if (WIFEXITED(status) && WEXITSTATUS(status) == kNotSaved && !texts[0].empty()) return texts[0];
     if (status != 0) throw ProblemOf(WIFEXITED(status) ? WEXITSTATUS(status) : 1, texts[1]);
     return texts[0];
 }

@@ -86,13 +86,13 @@ Reply GetObject(const Call& call)
     return {std::move(list[0])};
 }
 
-Reply PutObjects(const Call& call) { return {{{"objects", SetObjects(AssignmentsIn(call.body))}}}; }
+Reply PutObjects(const Call& call) { return Saved({{{"objects", SetObjects(AssignmentsIn(call.body))}}}); }
 
 Reply PutObject(const Call& call)
 {
     ObjectCalled(call.names[0]);
     if (call.body.size() != 1 || !call.body.contains("value")) throw Problem{422, "The body is {\"value\": ...}."};
-    return {SetObjects({{call.names[0], ValueIn(call.body["value"], call.names[0])}})[0]};
+    return Saved({SetObjects({{call.names[0], ValueIn(call.body["value"], call.names[0])}})[0]});
 }
 
 Reply PostCheck(const Call& call)

@@ -112,7 +112,7 @@ Reply PostRow(const Call& call)
     int32_t index = 0;
     Demand(kobd_row_add(Bus(), table.c_str(), call.HasQuery("parent") ? parent.c_str() : nullptr, &index));
     if (!call.body.empty()) FillOrDelete(table, index, call.body);
-    return {{{"index", index}}, 201, "/api/tables/" + table + "/" + std::to_string(index)};
+    return Saved({{{"index", index}}, 201, "/api/tables/" + table + "/" + std::to_string(index)});
 }
 
 Reply PatchTables(const Call& call)
@@ -125,7 +125,7 @@ Reply PatchTables(const Call& call)
     }
     if (changes.Rows() == 0) throw Problem{422, "The body names no column."};
     changes.Store();
-    return {{{"rows", changes.Rows()}}};
+    return Saved({{{"rows", changes.Rows()}}});
 }
 
 Reply PatchRow(const Call& call)
@@ -135,12 +135,12 @@ Reply PatchRow(const Call& call)
     RowChanges changes;
     changes.Add(table.name, IndexIn(call.names[1]), call.body);
     changes.Store();
-    return GetRow(call);
+    return Saved(GetRow(call));
 }
 
 Reply DeleteRow(const Call& call)
 {
     Demand(kobd_row_del(Bus(), TableCalled(call.names[0]).name, IndexIn(call.names[1])));
-    return {{}, 204};
+    return Saved({{}, 204});
 }
 }  // namespace kobd::web

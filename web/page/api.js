@@ -1,4 +1,6 @@
 // Requests to the gateway. The token comes with the address, once, and stays with this tab.
+import {byId} from './dom.js';
+
 const place = 'kobd-token';
 
 export const token = () => sessionStorage.getItem(place) ?? '';
@@ -32,7 +34,10 @@ export async function ask(method, path, body) {
     throw new Refusal({status: 0, detail: 'kobd-web does not answer.'});
   }
   if (!answer.ok) throw new Refusal(await problemOf(answer));
-  return answer.status === 204 ? null : answer.json();
+  const data = answer.status === 204 ? null : await answer.json();
+  if (data?.saved === false) byId('unsaved').textContent = `The last change was not saved: ${data.not_saved ?? 'see kobctl doctor'}`;
+  else if (method !== 'GET') byId('unsaved').textContent = '';
+  return data;
 }
 
 export const part = encodeURIComponent;
