@@ -102,7 +102,8 @@ int Serve(const Options& options, const sigset_t& signals)
     const std::string token = NewToken();
     if (port == 0 || token.empty())
     {
-        fprintf(stderr, "kobd-web: cannot listen on port %d of this machine: %s\n", options.port, strerror(errno));
+        fprintf(stderr, "kobd-web: cannot listen on port %d of this machine: %s; --port takes another\n", options.port,
+                strerror(errno));
         return 1;
     }
     const std::string address = "http://127.0.0.1:" + std::to_string(port) + "/#token=" + token;

@@ -3,6 +3,7 @@
 
 #include <getopt.h>
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
@@ -88,12 +89,17 @@ Failure ReadConfirm(const std::string& text, Options* options)
 
 Failure ReadColumns(const std::string& text, Options* options)
 {
-    for (size_t start = 0, end = 0; end < text.size(); start = end + 1)
+    bool right = true;
+    for (size_t start = 0, end = 0; end < text.size() || start == end; start = end + 1)
     {
         end = std::min(text.find(',', start), text.size());
-        options->columns.push_back(text.substr(start, end - start));
+        const std::string name = text.substr(start, end - start);
+        right = right && !name.empty() && std::ranges::find(options->columns, name) == options->columns.end();
+        options->columns.push_back(name);
+        if (end == text.size()) break;
     }
-    return text.empty() ? Failure{kWrongUse, "--columns takes names with commas between them"} : Failure();
+    if (right) return {};
+    return {kWrongUse, "--columns takes different names with a comma between them, not '" + text + "'"};
 }
 
 Failure ReadParent(const std::string& text, Options* options)

@@ -200,7 +200,8 @@ void LookAtDatabase(const std::string& folder, bool runs, Report* report)
                         (state->Failed() ? state->Why() : found) + (damaged ? RemedyOfDamage(runs) : ""));
     else if (!opened && std::filesystem::is_empty(folder + "/kobd.db", error) && !error)
         report->Say(kWrong, "state", folder + "/kobd.db is empty: nothing is stored until the next set");
-    if (const std::string why = NotSaved(); why.starts_with("not"))  // else the line of the daemon says that it is busy
+    constexpr int kLongestMs = 1000;  // the line of the daemon says whether it is busy
+    if (const std::string why = NotSaved(kLongestMs); why.starts_with("not"))
         report->Say(kWrong, "state", "the last commit was " + why + "; mend that and run kobctl commit");
     Words names = NotCommitted().value_or(Words());
     if (names.size() > kNamesShown)

@@ -22,7 +22,8 @@ std::string WhyMissing(const std::string& name)
     if (object != nullptr && object->access == Access::kWriteOnly)
         return name + " cannot be read: " + CodeText(kMethodUnavailable) + ", it is write-only";
     if (object != nullptr) return "the router could not read " + name + ", see /tmp/kobd.log";
-    if (FindTable(name) != nullptr) return name + " is a table, not an object";
+    if (FindTable(name) != nullptr)
+        return name + " is a table, not an object; kobctl table dump " + name + " shows its rows";
     const bool is_word =
         !name.empty() && std::ranges::all_of(name, [](char c) { return isalnum(static_cast<unsigned char>(c)) != 0; });
     const bool searched = is_word && NearestName(name, KnownNames()).empty();

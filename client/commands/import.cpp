@@ -129,7 +129,7 @@ Outcome CarryOut(const Options& options, const InputFile& file, ImportPlan plan)
     for (const TablePlan& table : plan.tables) import.SendTable(table);
     import.SendRefusedValues();
     Outcome outcome = import.Finish();
-    AddNotSaved("set", &outcome);
+    AddNotSaved(options, "set", &outcome);
     return outcome;
 }
 

@@ -118,7 +118,8 @@ Outcome SetOutcome(const Options& options, const Assignments& pairs, const Value
 // Keeps the old values, then sends the new ones. Prints nothing while it holds the lock of the pending set.
 Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
 {
-    PendingSet pending;
+    std::optional<PendingSet> locked(std::in_place);
+    PendingSet& pending = *locked;
     if (const Failure failure = pending.Begin(options, pairs))
         return Failure{failure.code, "set --confirm: " + failure.what + "; nothing was set"};
     const std::string said = "the old values return in " + Counted(static_cast<size_t>(options.confirm_s), "second") +
@@ -128,11 +129,12 @@ Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
     Outcome outcome = SetValues(options, pairs, &response, &before);
     if (!outcome.failure)
     {
-        pending.NoteNewValues(options);
+        pending.NoteNewValues(options, pairs);
+        locked.reset();  // from here on it can be confirmed
         outcome = SetOutcome(options, pairs, before);
         outcome.data["confirm_within"] = options.confirm_s;
         outcome.text += said + "\n";
-        AddNotSaved("set", &outcome);
+        AddNotSaved(options, "set", &outcome);
         return outcome;
     }
     if (response.MayBeDone())
@@ -157,7 +159,7 @@ Outcome CommandSet(const Options& options, const Words& words)
     Values before;
     Outcome outcome = SetValues(options, pairs, &response, &before);
     if (!outcome.failure) outcome = SetOutcome(options, pairs, before);
-    if (!options.silent) AddNotSaved("set", &outcome);
+    if (!options.silent) AddNotSaved(options, "set", &outcome);
     return outcome;
 }
 
@@ -165,7 +167,7 @@ Outcome CommandCommit(const Options& options, const Words&)
 {
     Outcome outcome = FailureOfChange(Call(options, KOBD_UPDATE, {}), "commit");
     if (!outcome.failure) outcome.data = {{"saved", true}};
-    AddNotSaved("committed", &outcome);
+    AddNotSaved(options, "committed", &outcome);
     return outcome;
 }
 }  // namespace kobd::client

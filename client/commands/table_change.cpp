@@ -61,7 +61,7 @@ Outcome TableSet(const Options& options, const Words& words)
         outcome.data["set"].push_back(JsonOf(change.row));
         NoteOldPorts(change);
     }
-    if (!options.silent) AddNotSaved("set", &outcome);
+    if (!options.silent) AddNotSaved(options, "set", &outcome);
     return outcome;
 }
 
@@ -82,7 +82,7 @@ Outcome TableAdd(const Options& options, const Words& words)
     Outcome outcome(JsonOf(change.row), std::to_string(change.row.index) + "\n");
     if (change.values.empty() && table.daemon_list)
         SayError("note: row " + std::to_string(change.row.index) + " exists once a column of it is set");
-    AddNotSaved("added", &outcome);
+    AddNotSaved(options, "added", &outcome);
     return outcome;
 }
 
@@ -106,7 +106,7 @@ Outcome TableDel(const Options& options, const Words& words)
         deleted.push_back(std::to_string(row.index));
         outcome.data["deleted"].push_back(row.index);
     }
-    AddNotSaved("deleted", &outcome);
+    AddNotSaved(options, "deleted", &outcome);
     return outcome;
 }
 }  // namespace kobd::client

@@ -88,6 +88,16 @@ struct kobd_changes
     std::vector<kobd::client::RowWithValues> rows = {};
 };
 
+namespace kobd::client
+{
+// Whether requests wait for the daemon, which has not looked at the last one then.
+inline bool DaemonIsBusy()
+{
+    BusModule daemon;
+    return BusModuleLook(kModuleKobd, &daemon) == 0 && daemon.claimed && daemon.messages > 0;
+}
+}  // namespace kobd::client
+
 struct kobd_client
 {
     BusClient bus;

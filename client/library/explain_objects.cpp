@@ -99,7 +99,7 @@ std::optional<FailedChange> AskWhatFailed(kobd_client* client)
     client->timeout_ms = std::min(timeout_ms.value_or(kLongestMs), kLongestMs);
     const int code = kobd_host_call(client, KOBD_HOST_FAILED, nullptr);
     client->timeout_ms = timeout_ms;
-    client->host_is_silent = !client->answered;
+    client->host_is_silent = !client->answered && !DaemonIsBusy();
     FailedChange failed;
     kobd_item item{};
     if (code != kSuccess || kobd_reply_next(client, &item) != 1 || item.text == nullptr) return std::nullopt;

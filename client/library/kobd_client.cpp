@@ -246,6 +246,9 @@ const char* kobd_not_saved(kobd_client* client)
 {
     if (client->host_is_silent) return nullptr;
     const int code = kobd_host_call(client, KOBD_HOST_STATE, nullptr);
+    const bool busy = !client->answered && kobd::client::DaemonIsBusy();
+    client->host_is_silent = !client->answered && !busy;
+    if (busy) return "it is not known whether that is saved, because kobd is busy";
     kobd_item item{};
     const bool told = code == kSuccess && kobd_reply_next(client, &item) == 1 && kobd_reply_next(client, &item) == 1;
     return told ? item.text : nullptr;

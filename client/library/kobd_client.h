@@ -161,9 +161,10 @@ enum kobd_host_control {
 /* As kobd_call. */
 int kobd_host_call(kobd_client* client, enum kobd_host_control control, const kobd_items* items);
 
-/* Why what was changed last was not saved: "No space left on device". A change is answered with 0 all the same. The empty
- * text when all is saved; NULL where the daemon does not tell, as on a router, or gives no answer in time. Asks the daemon.
- * The text belongs to the client and is valid until its next call. */
+/* Why what was changed last was not saved, such as "No space left on device", or that this is not known, because the daemon
+ * is busy with other requests. A change is answered with 0 all the same. The empty text when all is saved; NULL where the
+ * daemon does not tell, as on a router. Asks the daemon, within the deadline of a call. The text belongs to the client and
+ * is valid until its next call. */
 const char* kobd_not_saved(kobd_client* client);
 
 /* 1 when the daemon answered the last call, whatever its result; 0 when the library made the code. */

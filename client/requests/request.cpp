@@ -214,6 +214,12 @@ bool IsAnotherUsers()
 
 std::string WhyUnreachable() { return Call({}, KOBD_GET, {}).reason; }
 
+bool IsBusy()
+{
+    kobd_module daemon{};
+    return kobd_module_look(KOBD_MODULE_DAEMON, &daemon) == 0 && daemon.claimed != 0 && daemon.messages > 0;
+}
+
 std::string DatabaseOfDaemon()
 {
     constexpr std::string_view kFile = "/kobd.db";
@@ -239,7 +245,7 @@ std::optional<std::vector<std::string>> AskHost(kobd_host_control question, cons
     Options options;
     options.timeout_ms = timeout_ms;
     const Response response = CallHost(options, question, items);
-    unanswered = response.from_bus && DatabaseOfDaemon().empty();
+    unanswered = response.from_bus && !IsBusy();
     if (response.code != 0) return {};
     std::vector<std::string> texts;
     for (const Item& item : response.items) texts.push_back(item.text);

@@ -77,6 +77,9 @@ bool IsAnotherUsers();
 // Why the daemon cannot be asked, for when none runs or another user's does, which is told at once.
 std::string WhyUnreachable();
 
+// Whether requests wait for the daemon, which has not looked at the last one then.
+bool IsBusy();
+
 // The path of the database that the daemon has open. The empty text where the system shows none: on a router, and of a
 // daemon of another user.
 std::string DatabaseOfDaemon();

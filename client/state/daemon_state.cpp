@@ -17,11 +17,10 @@ bool UseDaemonsState()
 {
     static const bool found = []
     {
-        // First what the system shows: a daemon that is busy answers late.
-        std::string folder = DatabaseOfDaemon();
-        folder.resize(folder.empty() ? 0 : folder.rfind('/'));
-        const auto texts = folder.empty() ? AskHost(KOBD_HOST_STATE) : std::nullopt;
-        if (texts && !texts->empty()) folder = texts->front();
+        constexpr int kIdleMs = 300;  // a daemon that is busy answers later; the system shows what it has open
+        const auto texts = AskHost(KOBD_HOST_STATE, {}, kIdleMs);
+        std::string folder = texts && !texts->empty() ? texts->front() : DatabaseOfDaemon();
+        if (!texts) folder.resize(folder.empty() ? 0 : folder.rfind('/'));
         if (!folder.empty()) host::UseStateFolder(folder);
         return !folder.empty();
     }();
@@ -39,11 +38,10 @@ void UseStateToShow()
     SayError(why + "; this is the state in " + folder + (there ? "" : ", a folder that does not exist"));
 }
 
-std::string NotSaved()
+std::string NotSaved(int longest_ms)
 {
-    constexpr int kLongestMs = 10000;  // another request may be in hand
-    const auto texts = AskHost(KOBD_HOST_STATE, {}, kLongestMs);
-    if (!texts && !DatabaseOfDaemon().empty()) return "it is not known whether that is saved, because kobd is busy";
+    const auto texts = AskHost(KOBD_HOST_STATE, {}, longest_ms);
+    if (!texts && IsBusy()) return "it is not known whether that is saved, because kobd is busy";
     return texts && texts->size() > 1 && !texts->at(1).empty() ? "not saved: " + texts->at(1) : "";
 }
 
@@ -54,9 +52,10 @@ std::optional<Words> NotCommitted()
     return texts->size() > 2 ? Words(texts->begin() + 2, texts->end()) : Words();
 }
 
-void AddNotSaved(const std::string& what, Outcome* outcome)
+void AddNotSaved(const Options& options, const std::string& what, Outcome* outcome)
 {
-    const std::string why = outcome->failure ? "" : NotSaved();
+    constexpr int kLongestMs = 10000;  // another request may be in hand
+    const std::string why = outcome->failure ? "" : NotSaved(options.timeout_ms.value_or(kLongestMs));
     if (why.empty()) return;
     outcome->notes.push_back(what + ", but " + why);
     outcome->status = kNotSaved;

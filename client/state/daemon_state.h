@@ -8,9 +8,9 @@
 
 namespace kobd::client
 {
-// From here on the state folder is that of the running daemon, which is looked for once: where its open database is, or
-// where it says. Without a daemon it is the one that KOBD_STATE_DIR or the user has. Returns whether the folder is the
-// daemon's.
+// From here on the state folder is that of the running daemon, which is looked for once: where it says, or, when it is
+// busy, where the database is that it has open. Without a daemon it is the one that KOBD_STATE_DIR or the user has.
+// Returns whether the folder is the daemon's.
 bool UseDaemonsState();
 
 // The same for a command that shows the state or changes it without the daemon: says on standard error which folder it
@@ -18,13 +18,13 @@ bool UseDaemonsState();
 void UseStateToShow();
 
 // "not saved: REASON" where the last commit failed, or that this is not known; the empty text when everything is saved,
-// and on a router, which does not tell.
-std::string NotSaved();
+// and on a router, which does not tell. Waits so many milliseconds for the answer.
+std::string NotSaved(int longest_ms);
 
 // The objects and tables that were set since the last commit; nothing where the daemon does not tell.
 std::optional<Words> NotCommitted();
 
 // Where what was just changed may not be saved, adds the line "WHAT, but not saved: REASON" to the outcome, whose exit
 // status becomes 3 and whose data says so.
-void AddNotSaved(const std::string& what, Outcome* outcome);
+void AddNotSaved(const Options& options, const std::string& what, Outcome* outcome);
 }  // namespace kobd::client

@@ -25,6 +25,8 @@ namespace kobd::client
 {
 namespace
 {
+constexpr int kQuickMs = 1000;  // for an answer while others wait for the lock
+
 Failure DatabaseFailure(const std::string& what)
 {
     return {kSystemError, what + " the database in " + host::StateFolderName() + ": " + host::State()->Why()};
@@ -153,6 +155,7 @@ Failure PendingSet::Keep(const Assignments& present, int seconds)
 {
     due_s_ = NowS() + 1 + seconds;  // NowS rounds down, and nobody gets less time than asked for
     boot_ = ThisBoot();
+    noted_ = -1;
     const auto changes = [&]
     {
         const host::State state;
@@ -169,10 +172,13 @@ Failure PendingSet::Keep(const Assignments& present, int seconds)
     return failure;
 }
 
-void PendingSet::NoteNewValues(const Options& options)
+void PendingSet::NoteNewValues(const Options& options, const Assignments& sent)
 {
     Values values;
-    if (ReadNamed(options, old_values_, &values).code != 0) return;
+    Options quick = options;  // others wait for the lock meanwhile
+    quick.timeout_ms = std::min(kQuickMs, options.timeout_ms.value_or(kQuickMs));
+    if (ReadNamed(quick, old_values_, &values).code != 0)
+        for (const auto& [name, value] : sent) values.insert_or_assign(name, value);
     const host::State state;
     const auto changes = [&]
     {
@@ -216,16 +222,16 @@ Failure PendingSet::Withdraw()
     return {};
 }
 
-// Whether the history has another value for the object since the set: one may have come and gone. Of a secret it has
+// Whether the history has a third value for the object since the set, which may have come and gone. Of a secret it has
 // none.
 bool PendingSet::WasChangedSince(const OldValue& value) const
 {
-    if (noted_ < 0 || IsSecretObject(value.name)) return false;
+    if (noted_ < 0 || !value.now || IsSecretObject(value.name)) return false;
     const host::State state;
     if (!state->Open(false)) return false;
-    host::Query query =
-        state->Ask("SELECT 1 FROM history WHERE id > ? AND kind = 'object' AND name = ? AND new <> ? LIMIT 1", noted_,
-                   value.name, value.old);
+    host::Query query = state->Ask(
+        "SELECT 1 FROM history WHERE id > ? AND kind = 'object' AND name = ? AND new <> ? AND new <> ? LIMIT 1", noted_,
+        value.name, value.old, *value.now);
     return query.Next();
 }
 
@@ -254,7 +260,7 @@ Failure PendingSet::TakeBack(const Options& options)
         return {response.code, "the old values of " + Names() + " are not back yet: " + ResultText(response.code) +
                                    "; kobctl goes on trying"};
     if (response.code != 0) return KeepRefused(options, response.code, back);
-    if (const std::string why = NotSaved(); !why.empty())
+    if (const std::string why = NotSaved(kQuickMs); !why.empty())
         return {kSystemError, "the old values of " + Names() + " are back, but " + why + "; kobctl goes on trying"};
     return Finish();
 }

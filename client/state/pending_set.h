@@ -45,7 +45,7 @@ public:
 
     // To be called when the new values are set: one that is another value by the end of the time was set by somebody
     // else, and stays.
-    void NoteNewValues(const Options& options);
+    void NoteNewValues(const Options& options, const Assignments& sent);
 
     // Forgets the old values, and those that were refused: the new ones stay.
     Failure Withdraw();

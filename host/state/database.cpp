@@ -23,7 +23,7 @@ namespace
 constexpr const char* kFunction = "Database";
 constexpr const char* kFile = "/kobd.db";
 constexpr int kWaitMs = 2000;            // for other processes: a stopped one must not stop the others
-constexpr int kWaitAgainMs = 100;        // after a wait in vain
+constexpr int kWaitAgainMs = 250;        // after a wait in vain
 constexpr int kLookMs = 5;               // between looks at an empty file
 constexpr off_t kLogBytes = 512 * 1024;  // room of the write-ahead log
 constexpr const char* kOptions =
@@ -67,7 +67,7 @@ std::string TextOf(sqlite3* connection, int code, int error)
 {
     switch (code & 0xFF)
     {
-        case SQLITE_BUSY: return "another process has been writing it for two seconds or more";
+        case SQLITE_BUSY: return "another process is writing it and has not ended in time";
         case SQLITE_CORRUPT:
         case SQLITE_NOTADB:
         case SQLITE_ERROR: return connection != nullptr ? sqlite3_errmsg(connection) : sqlite3_errstr(code);

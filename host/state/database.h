@@ -99,7 +99,7 @@ public:
 
     // Runs a statement, whose text must be a literal, with these values in the places of its question marks: texts of
     // any bytes, no text (std::nullopt), numbers. Waits for other processes, two seconds at most; once it has waited in
-    // vain, a tenth of a second until a transaction succeeds, since requests behind each other would add their waits
+    // vain, a quarter of a second until a transaction succeeds, since requests behind each other would add their waits
     // up. After a failure in a transaction nothing runs any more until its end.
     template <typename... Values>
     Query Ask(const char* sql, const Values&... values)

@@ -36,7 +36,7 @@ export async function ask(method, path, body) {
   if (!answer.ok) throw new Refusal(await problemOf(answer));
   const data = answer.status === 204 ? null : await answer.json();
   if (data?.saved === false) byId('unsaved').textContent = `The last change was not saved: ${data.not_saved ?? 'see kobctl doctor'}`;
-  else if (method !== 'GET') byId('unsaved').textContent = '';
+  else if (method !== 'GET' && /^\/api\/(objects|tables|undo)/.test(path)) byId('unsaved').textContent = '';
   return data;
 }
 
