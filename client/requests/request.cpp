@@ -239,13 +239,14 @@ std::string DatabaseOfDaemon()
 
 std::optional<std::vector<std::string>> AskHost(kobd_host_control question, const Items& items, int timeout_ms)
 {
-    static bool unanswered = false;  // a router's daemon: asking once more would cost the same wait
+    constexpr int kPatientMs = 1000;  // a machine that is loaded lets the imitated router answer late, too
+    static bool unanswered = false;   // a router's daemon: asking once more would cost the same wait
     kobd_module daemon{};
     if (unanswered || kobd_module_look(KOBD_MODULE_DAEMON, &daemon) != 0 || daemon.claimed == 0) return {};
     Options options;
     options.timeout_ms = timeout_ms;
     const Response response = CallHost(options, question, items);
-    unanswered = response.from_bus && !IsBusy();
+    unanswered = response.from_bus && timeout_ms >= kPatientMs && !IsBusy() && DatabaseOfDaemon().empty();
     if (response.code != 0) return {};
     std::vector<std::string> texts;
     for (const Item& item : response.items) texts.push_back(item.text);

@@ -3,6 +3,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "client/requests/request.h"
 #include "host/state/folder.h"
 
@@ -40,8 +42,11 @@ void UseStateToShow()
 
 std::string NotSaved(int longest_ms)
 {
-    const auto texts = AskHost(KOBD_HOST_STATE, {}, longest_ms);
-    if (!texts && IsBusy()) return "it is not known whether that is saved, because kobd is busy";
+    constexpr int kRouterMs = 1000;  // of a router's daemon, which never answers, the system shows no database
+    const auto texts =
+        AskHost(KOBD_HOST_STATE, {}, DatabaseOfDaemon().empty() ? std::min(longest_ms, kRouterMs) : longest_ms);
+    if (!texts && (IsBusy() || !DatabaseOfDaemon().empty()))
+        return "it is not known whether that is saved, because kobd is busy";
     return texts && texts->size() > 1 && !texts->at(1).empty() ? "not saved: " + texts->at(1) : "";
 }
 
