@@ -1,5 +1,5 @@
 // Takes all measurements of time in one run and prints them as one table; after the word "commits", "taps" or "start"
-// it takes those alone. It runs in namespaces of its own, as the tests do.
+// it takes those alone. Like the tests, it runs in its own namespaces.
 #include <cstdio>
 #include <filesystem>
 #include <string_view>

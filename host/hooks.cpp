@@ -21,7 +21,8 @@ void LoadAndSayReady()
     TellServiceManager("READY=1");
 }
 
-// glibc gives each thread memory of its own, which it enlarges by a page at a time. One thread of the daemon serves.
+// glibc gives each thread its own heap and enlarges it by one page at a time. The daemon gains nothing from several
+// heaps, because only one of its threads serves requests.
 void ShareMemoryOfThreads()
 {
 #ifdef M_ARENA_MAX

@@ -90,13 +90,12 @@ Failure ReadConfirm(const std::string& text, Options* options)
 Failure ReadColumns(const std::string& text, Options* options)
 {
     bool right = true;
-    for (size_t start = 0, end = 0; end < text.size() || start == end; start = end + 1)
+    for (size_t start = 0, end = 0; end != text.size() || start == 0; start = end + 1)
     {
         end = std::min(text.find(',', start), text.size());
         const std::string name = text.substr(start, end - start);
         right = right && !name.empty() && std::ranges::find(options->columns, name) == options->columns.end();
         options->columns.push_back(name);
-        if (end == text.size()) break;
     }
     if (right) return {};
     return {kWrongUse, "--columns takes different names with a comma between them, not '" + text + "'"};

@@ -90,7 +90,7 @@ void JudgeChange(const Options& options, const RowChange& change, Judgement* jud
         what.update(
             {{"column", pair.name},
              {"value", ValueJson(kobd_describe_column(change.row.table->name, pair.name.c_str()), pair.value)}});
-        // Where the row has a check of its own, the line of the row says which.
+        // The line of the row names the check of the table, so that the line of a cell says no more than "open".
         if (wrong.empty() && *change.row.table->validator != 0)
             judgement->Say(kOpen, what, change.row.Text() + " " + pair.Text(), "");
         else

@@ -201,8 +201,8 @@ void LookAtDatabase(const std::string& folder, bool runs, Report* report)
     else if (!opened && std::filesystem::is_empty(folder + "/kobd.db", error) && !error)
         report->Say(kWrong, "state", folder + "/kobd.db is empty: nothing is stored until the next set");
     constexpr int kLongestMs = 1000;  // the line of the daemon says whether it is busy
-    if (const std::string why = NotSaved(kLongestMs); why.starts_with("not"))
-        report->Say(kWrong, "state", "the last commit was " + why + "; mend that and run kobctl commit");
+    if (const std::string why = LastSaving(kLongestMs).why_not; !why.empty())
+        report->Say(kWrong, "state", "the last commit was not saved: " + why + "; mend that and run kobctl commit");
     Words names = NotCommitted().value_or(Words());
     if (names.size() > kNamesShown)
     {

@@ -10,6 +10,7 @@
 #include "client/output/terminal.h"
 #include "client/requests/request.h"
 #include "client/sim/step.h"
+#include "daemon/base/log.h"
 #include "daemon/base/result.h"
 
 namespace kobd::client
@@ -21,7 +22,7 @@ std::string WhyMissing(const std::string& name)
     const ObjectEntry* object = FindObject(name);
     if (object != nullptr && object->access == Access::kWriteOnly)
         return name + " cannot be read: " + CodeText(kMethodUnavailable) + ", it is write-only";
-    if (object != nullptr) return "the router could not read " + name + ", see /tmp/kobd.log";
+    if (object != nullptr) return "the router could not read " + name + ", see " + kLogFile;
     if (FindTable(name) != nullptr)
         return name + " is a table, not an object; kobctl table dump " + name + " shows its rows";
     const bool is_word =

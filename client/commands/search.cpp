@@ -165,9 +165,8 @@ Outcome CommandSearch(const Options& options, const Words& words)
     constexpr size_t kMostAtTerminal = 20;
     const size_t found = hits.size();
     const bool short_list = options.count == 0 && !options.json && isatty(STDOUT_FILENO) != 0;
-    hits.resize(std::min(found, short_list           ? kMostAtTerminal
-                                : options.count == 0 ? found
-                                                     : static_cast<size_t>(options.count)));
+    const size_t most = short_list ? kMostAtTerminal : static_cast<size_t>(options.count);  // 0: all
+    if (most != 0) hits.resize(std::min(found, most));
     Outcome outcome(Json::array(), "");
     Grid grid = {{"name", "meaning"}, {false, false}, {}};
     for (const Hit& hit : hits)

@@ -195,9 +195,11 @@ Outcome CommandUndo(const Options& options, const Words& words)
     Words done;
     const Failure failure = CarryOut(options, plan, before, &done);
     Outcome outcome({{"undone", done}}, done.empty() ? "" : "as before: " + Joined(done) + "\n");
-    if (!failure && !plan.lost.empty()) outcome.data["lost"] = plan.lost;
     if (!failure && !plan.lost.empty())
+    {
+        outcome.data["lost"] = plan.lost;
         outcome.text += "but for what this version of kobd has not: " + Joined(plan.lost) + "\n";
+    }
     if (failure) outcome.failure = {failure.code, "undo: " + failure.what};
     AddNotSaved(options, "undone", &outcome);
     return outcome;

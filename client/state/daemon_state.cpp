@@ -40,14 +40,20 @@ void UseStateToShow()
     SayError(why + "; this is the state in " + folder + (there ? "" : ", a folder that does not exist"));
 }
 
-std::string NotSaved(int longest_ms)
+Saving LastSaving(int longest_ms)
 {
-    constexpr int kRouterMs = 1000;  // of a router's daemon, which never answers, the system shows no database
-    const auto texts =
-        AskHost(KOBD_HOST_STATE, {}, DatabaseOfDaemon().empty() ? std::min(longest_ms, kRouterMs) : longest_ms);
-    if (!texts && (IsBusy() || !DatabaseOfDaemon().empty()))
-        return "it is not known whether that is saved, because kobd is busy";
-    return texts && texts->size() > 1 && !texts->at(1).empty() ? "not saved: " + texts->at(1) : "";
+    constexpr int kRouterMs = 1000;  // a router's daemon never answers, and is not asked again after that
+    const int first_ms = std::min(longest_ms, kRouterMs);
+    auto texts = AskHost(KOBD_HOST_STATE, {}, first_ms);
+    if (!texts && longest_ms > first_ms) texts = AskHost(KOBD_HOST_STATE, {}, longest_ms - first_ms);
+    if (texts) return {.why_not = texts->size() > 1 ? texts->at(1) : ""};
+    return {.known = !IsBusy() && DatabaseOfDaemon().empty()};
+}
+
+std::string SavingText(const Saving& saving)
+{
+    if (!saving.known) return "it is not known whether that is saved, because kobd is busy";
+    return saving.why_not.empty() ? "" : "not saved: " + saving.why_not;
 }
 
 std::optional<Words> NotCommitted()
@@ -60,7 +66,8 @@ std::optional<Words> NotCommitted()
 void AddNotSaved(const Options& options, const std::string& what, Outcome* outcome)
 {
     constexpr int kLongestMs = 10000;  // another request may be in hand
-    const std::string why = outcome->failure ? "" : NotSaved(options.timeout_ms.value_or(kLongestMs));
+    if (outcome->failure) return;
+    const std::string why = SavingText(LastSaving(options.timeout_ms.value_or(kLongestMs)));
     if (why.empty()) return;
     outcome->notes.push_back(what + ", but " + why);
     outcome->status = kNotSaved;

@@ -17,9 +17,18 @@ bool UseDaemonsState();
 // is where no daemon answered.
 void UseStateToShow();
 
-// "not saved: REASON" where the last commit failed, or that this is not known; the empty text when everything is saved,
-// and on a router, which does not tell. Waits so many milliseconds for the answer.
-std::string NotSaved(int longest_ms);
+// What became of the last commit.
+struct Saving
+{
+    bool known = true;         // false: the daemon is busy and gave no answer in time
+    std::string why_not = "";  // empty when everything is saved, and on a router, which does not tell
+};
+
+// Waits at most so many milliseconds for the answer.
+Saving LastSaving(int longest_ms);
+
+// "not saved: REASON", or that it is not known; the empty text when all is well.
+std::string SavingText(const Saving& saving);
 
 // The objects and tables that were set since the last commit; nothing where the daemon does not tell.
 std::optional<Words> NotCommitted();

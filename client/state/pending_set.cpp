@@ -260,7 +260,7 @@ Failure PendingSet::TakeBack(const Options& options)
         return {response.code, "the old values of " + Names() + " are not back yet: " + ResultText(response.code) +
                                    "; kobctl goes on trying"};
     if (response.code != 0) return KeepRefused(options, response.code, back);
-    if (const std::string why = NotSaved(kQuickMs); !why.empty())
+    if (const std::string why = SavingText(LastSaving(kQuickMs)); !why.empty())
         return {kSystemError, "the old values of " + Names() + " are back, but " + why + "; kobctl goes on trying"};
     return Finish();
 }

@@ -118,8 +118,9 @@ const DatabaseFiles* JoinedWrites()
     static sqlite3_vfs files = {};
     static constexpr DatabaseFiles kMade = {"kobd", CommitBegins, CommitEnded};
     if (files.zName != nullptr) return &kMade;
-    // SQLite needs no locks of its own, because State lets one thread at a time use it. It need not count its memory,
-    // because nobody asks. Where SQLite was used before, it refuses these settings and is a little slower.
+    // SQLite needs no locks here, because State lets only one thread use it at a time. It need not count its memory,
+    // because nothing asks for the count. Where SQLite was used before, it refuses these settings and is a little
+    // slower.
     sqlite3_config(SQLITE_CONFIG_SINGLETHREAD);
     sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
     sqlite3_vfs* system = sqlite3_vfs_find(nullptr);
