@@ -40,4 +40,19 @@ export async function ask(method, path, body) {
   return data;
 }
 
+// Asks `question` and gives the answer to `take`, but for an answer that comes after a newer question: what was asked
+// for last is what is shown, in whatever order the answers come.
+export function newest(question, take) {
+  let last = 0;
+  return async (...words) => {
+    const mine = ++last;
+    try {
+      const answer = await question(...words);
+      if (mine === last) take(answer, ...words);
+    } catch (error) {
+      if (mine === last) throw error;
+    }
+  };
+}
+
 export const part = encodeURIComponent;

@@ -1,5 +1,5 @@
 // The view of the history: what was changed, and a way back.
-import {ask} from './api.js';
+import {ask, newest} from './api.js';
 import {attempt, byId, make} from './dom.js';
 
 const wrong = () => byId('history').querySelector('.wrong');
@@ -24,15 +24,14 @@ function line(change, first) {
     make('td', {}, first && change.undo !== null ? make('button', {onclick: () => undo(change.undo), 'aria-label': `Undo ${what} and what came after it`}, change.undo === 1 ? 'Undo' : `Undo the last ${change.undo}`) : ''));
 }
 
-async function read() {
-  const {changes} = await ask('GET', '/api/history?count=200');
+const read = newest(() => ask('GET', '/api/history?count=200'), ({changes}) => {
   let above = null;  // what the row above is taken back with
   byId('changes').replaceChildren(...(changes ?? []).reverse().map((change) => {
     const first = change.undo !== above;
     above = change.undo;
     return line(change, first);
   }));
-}
+});
 
 export function startHistory() {
   byId('undo').addEventListener('click', () => undo(1));

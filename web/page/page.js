@@ -28,7 +28,8 @@ async function start() {
   startPlots();
   startSimulator();
   startHistory();
-  startLive({object: changed, row: rowsChanged, scenario: scenarioStep}, readAgain, askForToken);
+  const missed = () => { readAgain(); rowsChanged({}); };
+  startLive({object: changed, row: rowsChanged, scenario: scenarioStep, missed}, missed, askForToken);
   addEventListener('hashchange', showView);
   showView();
 }

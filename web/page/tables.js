@@ -1,5 +1,5 @@
 // The view of tables: rows, a form to change one or to add one, delete.
-import {ask, part} from './api.js';
+import {ask, newest, part} from './api.js';
 import {attempt, byId, inputFor, make, newId} from './dom.js';
 
 let table = null;  // the description with the rows
@@ -26,12 +26,15 @@ function rowForm(row) {
     return make('div', {}, make('label', {for: id}, column.name), input);
   });
   const send = () => row ? ask('PATCH', address(row.index), changes(fields, row)) : ask('POST', address(), changes(fields));
-  return make('form', {class: 'row-form', onsubmit: async (event) => {
+  const form = make('form', {class: 'row-form', onsubmit: async (event) => {
     event.preventDefault();
-    if (await attempt(wrong, send)) await read();
+    if (!await attempt(wrong, send)) return;
+    form.remove();
+    await read();
   }}, make('h3', {}, row ? `Row ${row.index}` : 'New row'), table.accepts ? make('p', {class: 'soft'}, `The table takes ${table.accepts}.`) : null,
   make('div', {class: 'pair'}, ...cells),
-  make('div', {class: 'line'}, make('button', {class: 'main'}, row ? 'Set' : 'Add'), make('button', {type: 'button', onclick: draw}, 'Leave')), wrong);
+  make('div', {class: 'line'}, make('button', {class: 'main'}, row ? 'Set' : 'Add'), make('button', {type: 'button', onclick: () => form.remove()}, 'Leave')), wrong);
+  return form;
 }
 
 function openForm(row) {
@@ -41,7 +44,7 @@ function openForm(row) {
   form.querySelector('input, select')?.focus();
 }
 
-function rowLine(row, wrong) {
+function rowLine(row) {
   const buttons = make('td', {class: 'line'},
     can('set') ? make('button', {'aria-label': `Edit row ${row.index}`, onclick: () => openForm(row)}, 'Edit') : null,
     can('delete') ? make('button', {'aria-label': `Delete row ${row.index}`, onclick: async () => {
@@ -50,29 +53,43 @@ function rowLine(row, wrong) {
   return make('tr', {}, make('td', {}, String(row.index)), ...plain().map((column) => make('td', {}, row.columns[column.name] ?? '')), buttons);
 }
 
-function draw() {
-  const wrong = make('p', {class: 'wrong', role: 'alert'});
+const wrong = make('p', {class: 'wrong', role: 'alert'});
+
+function rowLines() {
   const head = make('tr', {}, make('th', {}, 'Row'), ...plain().map((column) => make('th', {title: column.meaning ?? ''}, column.name)), make('th'));
-  byId('rows').replaceChildren(
-    make('p', {class: 'soft'}, `${table.meaning ? `${table.meaning} ` : ''}${table.rows.length} of at most ${table.maxRows} rows.`),
+  return [make('p', {class: 'soft'}, `${table.meaning ? `${table.meaning} ` : ''}${table.rows.length} of at most ${table.maxRows} rows.`),
     make('div', {class: 'wide', tabindex: '0', role: 'region', 'aria-label': `Rows of ${table.name}`},
-      make('table', {}, make('thead', {}, head), make('tbody', {}, ...table.rows.map((row) => rowLine(row, wrong))))),
-    can('add') ? make('button', {onclick: () => openForm(null)}, 'Add a row') : '', wrong);
+      make('table', {}, make('thead', {}, head), make('tbody', {}, ...table.rows.map(rowLine))))];
 }
 
+function draw() {
+  byId('rows').replaceChildren(...rowLines(), can('add') ? make('button', {onclick: () => openForm(null)}, 'Add a row') : '', wrong);
+}
+
+// A form that is open stays when rows of its table have changed.
+const take = newest(() => ask('GET', `/api/tables/${part(byId('table').value)}`), (answer) => {
+  const isShown = table?.name === answer.name;
+  table = answer;
+  wrong.textContent = '';
+  if (isShown) rowLines().forEach((line, place) => byId('rows').children[place].replaceWith(line));
+  else draw();
+});
+
 async function read() {
-  const name = byId('table').value;
   try {
-    table = await ask('GET', `/api/tables/${part(name)}`);
-    draw();
+    await take();
   } catch (error) {
-    byId('rows').replaceChildren(make('p', {class: 'wrong', role: 'alert'}, error.message));
+    if (table?.name !== byId('table').value) {
+      table = null;
+      byId('rows').replaceChildren(wrong);
+    }
+    wrong.textContent = error.message;
   }
 }
 
-// Somebody has changed rows; a form that is open stays.
+// Somebody has changed rows of a table, or of any.
 export function rowsChanged({table: name}) {
-  if (table?.name === name && !byId('rows').querySelector('form')) read();
+  if (table !== null && (name ?? table.name) === table.name) read();
 }
 
 export async function startTables() {

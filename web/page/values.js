@@ -24,6 +24,7 @@ const short = (error) => error.problem?.reason && error.problem.right ? `${error
 async function save(object, input, element) {
   const {value} = await ask('PUT', `/api/objects/${part(object.name)}`, {value: input.value}).catch((error) => { throw new Error(short(error)); });
   object.value = value;
+  object.news = ++news;
   refresh(element.value, textOf(object, value));
 }
 
@@ -67,15 +68,26 @@ function entry(object) {
   return details;
 }
 
+// The field of an open form shows the new value, unless somebody types in it.
+function follow(object, input) {
+  if (input && input !== document.activeElement && !object.secret) input.value = object.value ?? '';
+}
+
+let news = 0;  // counts what is asked for and what is announced: an answer never replaces what was announced after its question
+
 async function readValues(list) {
+  const mine = ++news;
   const query = list.filter((object) => object.readable).map((object) => `match=${part(object.name)}`).join('&');
   if (query === '') return;
   const answer = await ask('GET', `/api/objects?describe=0&${query}`);
   const values = new Map(answer.objects.map((object) => [object.name, object.value]));
-  for (const object of list) {
+  for (const object of list.filter((one) => !(one.news > mine))) {
+    const before = object.value;
     object.value = values.get(object.name);
+    object.news = mine;
     const element = shown.get(object.name);
     if (element) element.value.textContent = textOf(object, object.value);
+    if (element && object.value !== before) follow(object, element.input);
   }
 }
 
@@ -103,10 +115,11 @@ export function changed({name, new: value}) {
   const object = objects.find((one) => one.name === name);
   if (object === undefined || typeof value !== 'string') return;
   object.value = value;
+  object.news = ++news;
   const element = shown.get(name);
   if (element === undefined) return;
   refresh(element.value, textOf(object, value));
-  if (element.input && element.input !== document.activeElement && !object.secret) element.input.value = value;
+  follow(object, element.input);
 }
 
 export async function startValues() {
@@ -120,4 +133,5 @@ export async function startValues() {
   await search();
 }
 
-export const readAgain = () => search();
+// Changes may have been missed. What is open or typed stays.
+export const readAgain = () => readValues(objects.filter((object) => shown.has(object.name))).catch((error) => { byId('found').textContent = error.message; });
