@@ -156,19 +156,19 @@ Outcome WatchValues(const Options& options, const Words& patterns)
     Values before;
     if (Failure failure = ReadOrWait(options, names, &before)) return failure;
     for (const auto& [name, value] : before)  // for a person, who would not know whether it works
-        if (!options.json) Show(options, {}, NowText() + "  " + ValueText({name, {}, value}));
+        if (!options.json && !options.all) Show(options, {}, NowText() + "  " + ValueText({name, {}, value}));
     int printed = 0;
-    while (!IsEnough(options, printed) && Pause(options.poll_ms))
+    for (bool first = options.all; !IsEnough(options, printed) && (first || Pause(options.poll_ms)); first = false)
     {
         Values now;
         if (Failure failure = ReadOrWait(options, names, &now)) return failure;
         for (const auto& [name, value] : now)
         {
             const ValueChange change = {name, before[name], value};
-            if (value == before[name] || IsEnough(options, printed++)) continue;
+            if ((!options.all && value == before[name]) || IsEnough(options, printed++)) continue;
             const int64_t time_us = static_cast<int64_t>(::time(nullptr)) * 1'000'000;
             Show(options, {{"time", TimeJson(time_us)}, {"changes", Json::array({ChangeJson(change)})}},
-                 TimeText(time_us) + "  " + ChangeText(change));
+                 TimeText(time_us) + "  " + (value == before[name] ? ValueText(change) : ChangeText(change)));
         }
         before = now;
     }
@@ -180,6 +180,7 @@ Outcome CommandWatch(const Options& options, const Words& patterns)
 {
     StopAfter(options.timeout_ms);
     if (options.poll_ms != 0) return WatchValues(options, patterns);
+    if (options.all) return Failure{kWrongUse, "watch --all shows each reading of --poll"};
     if (Failure failure = CheckPatterns(options, patterns)) return failure;
     return WatchAnnouncements(options, patterns);
 }
