@@ -41,7 +41,7 @@ Outcome CommandBatch(const Options& options, const Words& words)
     const std::vector<Line> lines = ReadLines(file, &errors);
     Outcome outcome;
     outcome.notes = LineTexts(file, errors);
-    if (!errors.empty()) outcome.mistakes = MistakesJson(errors);
+    outcome.particulars = MistakesJson(errors);
     if (!errors.empty())
         outcome.failure = {kWrongUse,
                            "batch: " + file.name + " has " + Counted(errors.size(), "mistake") + "; nothing was run"};

@@ -66,7 +66,7 @@ Json AddDifference(const Assignment& pair, const std::optional<std::string>& old
 
 // Sets the values. `response` is what came back, `before` the old values that could be read. Where the router fails
 // half way the failure names what was set, what was not, and what failed.
-Failure SetValues(const Options& options, const Assignments& pairs, Response* response, Values* before);
+Outcome SetValues(const Options& options, const Assignments& pairs, Response* response, Values* before);
 
 // What describe and table describe show of a table.
 Outcome DescribedTable(const TableEntry& table);

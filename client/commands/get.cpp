@@ -25,10 +25,7 @@ std::string WhyMissing(const std::string& name)
     if (object != nullptr) return "the router could not read " + name + ", see " + kLogFile;
     if (FindTable(name) != nullptr)
         return name + " is a table, not an object; kobctl table dump " + name + " shows its rows";
-    const bool is_word =
-        !name.empty() && std::ranges::all_of(name, [](char c) { return isalnum(static_cast<unsigned char>(c)) != 0; });
-    const bool searched = is_word && NearestName(name, KnownNames()).empty();
-    return NoSuchName("object", name) + (searched ? "; try kobctl search " + name : "") + ": " + CodeText(kNotFound);
+    return NoSuchNameFailure("object", name).what;
 }
 
 // Those that show a simulated value. A program gets values alone, and costs no other request.

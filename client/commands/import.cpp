@@ -75,7 +75,7 @@ public:
         Outcome outcome({{"values_set", values_}, {"tables_set", tables_}, {"refused", refused.size()}},
                         Counted(values_, "value") + " and the rows of " + Counted(tables_, "table") + " set, " +
                             Counted(refused.size(), "line") + " refused\n");
-        if (!refused.empty()) outcome.data["mistakes"] = MistakesJson(refused);
+        if (!refused.empty()) outcome.data.update(MistakesJson(refused));
         outcome.notes = LineTexts(file_, refused);
         if (!lost_.empty()) outcome.failure = {kSystemError, "import: " + lost_ + "; what was set before is listed"};
         return outcome;
@@ -239,7 +239,7 @@ Outcome CommandImport(const Options& options, const Words& words)
     Outcome outcome = Failure{kInvalidArgument, "import: " + input.name + " has " + Counted(errors.size(), "mistake") +
                                                     "; nothing was changed"};
     outcome.notes = LineTexts(input, errors, kMistakesShown);
-    outcome.mistakes = MistakesJson(errors);
+    outcome.particulars = MistakesJson(errors);
     return outcome;
 }
 }  // namespace kobd::client

@@ -97,7 +97,7 @@ Outcome CommandDescribe(const Options& options, const Words& words)
         const TableEntry* table = FindTable(name);
         if (object == nullptr && table == nullptr)
         {
-            outcome.notes.push_back(FailureWithCode(kNotFound, NoSuchName("object or table", name)).what);
+            outcome.notes.push_back(NoSuchNameFailure("object or table", name).what);
             continue;
         }
         const Outcome one = object != nullptr ? DescribedObject(*object) : DescribedTable(*table);

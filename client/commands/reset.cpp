@@ -39,7 +39,7 @@ Failure CheckName(const std::string& name)
         return {kInvalidArgument, name +
                                       " is a table, and only objects are reset; change its rows with kobctl table "
                                       "set, add and del"};
-    if (object == nullptr) return FailureWithCode(kNotFound, NoSuchName("object", name));
+    if (object == nullptr) return NoSuchNameFailure("object", name);
     if (object->access == Access::kReadWrite) return {};
     const bool action = object->access == Access::kAction;
     return {kInvalidArgument, name + " cannot be reset: it is " + (action ? "an action" : AccessText(object->access))};

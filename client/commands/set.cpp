@@ -24,7 +24,7 @@ Words SetNames(const Assignments& pairs)
 struct Applied
 {
     Words changed = {};
-    Words unknown = {};  // they cannot be read, or had the new value before
+    Words unknown = {};  // they cannot be read
     Words failed = {};   // the one that failed, or those of which one did
 };
 
@@ -70,19 +70,29 @@ std::string AppliedText(const Applied& applied)
 
 }  // namespace
 
-Failure SetValues(const Options& options, const Assignments& pairs, Response* response, Values* before)
+Outcome SetValues(const Options& options, const Assignments& pairs, Response* response, Values* before)
 {
     // Of a single value there is nothing to tell apart.
     if (pairs.size() > 1 || options.diff) (void)ReadValues(options, SetNames(pairs), before);
     *response = Call(options, options.silent ? KOBD_SET_SILENT : KOBD_SET, SetItems(pairs));
-    if (response->too_large) return {kBufferLimit, TooLarge("these values") + "; nothing was set"};
+    if (response->too_large) return Failure{kBufferLimit, TooLarge("these values") + "; nothing was set"};
     if (response->code == 0 || response->from_bus) return FailureOfChange(*response, "set");
-    // Where the router does not tell which object failed, the values do. A check refuses with 2, and then nothing has
-    // been changed.
-    const Applied applied = response->object.empty() ? FindApplied(options, pairs, *before) : Applied();
-    if (!applied.failed.empty() && (response->code != kInvalidArgument || !applied.changed.empty()))
-        return FailureWithCode(response->code, AppliedText(applied));
-    return {response->code, response->why};
+    for (const Assignment& pair : pairs)
+        if (response->code == kNotFound && FindObject(pair.name) == nullptr && FindTable(pair.name) == nullptr)
+            return NoSuchNameFailure("object", pair.name);
+    Outcome outcome = Failure{response->code, response->why};
+    Applied applied = FindApplied(options, pairs, *before);
+    // A check refuses with 2, and then nothing has been changed.
+    if (applied.failed.empty() || (response->code == kInvalidArgument && applied.changed.empty())) return outcome;
+    // Where the router does not tell which object failed, the values do.
+    if (response->object.empty())
+        outcome.failure = FailureWithCode(response->code, AppliedText(applied));
+    else
+        applied.failed = {response->object};
+    if (applied.changed.empty() && applied.unknown.empty()) return outcome;
+    outcome.particulars = {{"changed", applied.changed}, {"failed", applied.failed}};
+    if (!applied.unknown.empty()) outcome.particulars["unknown"] = applied.unknown;
+    return outcome;
 }
 
 Json AddDifference(const Assignment& pair, const std::optional<std::string>& old, std::string* text)
@@ -144,6 +154,7 @@ Outcome SetUntilConfirmed(const Options& options, const Assignments& pairs)
         // Refused after some values were applied: the router itself may refuse what the checks accept.
         const Failure failure = pending.TakeBack(options);
         outcome.failure.what += "; " + (failure ? failure.what : pending.Restored());
+        outcome.particulars = {};
     }
     return outcome;
 }

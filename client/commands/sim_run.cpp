@@ -194,7 +194,7 @@ Outcome SimRun(const Options& options, const Words& words)
     ReadScenario(file, &scenario, &errors);
     Outcome outcome;
     outcome.notes = LineTexts(file, errors);
-    if (!errors.empty()) outcome.mistakes = MistakesJson(errors);
+    outcome.particulars = MistakesJson(errors);
     if (!errors.empty())
     {
         outcome.failure = {kWrongUse,

@@ -26,6 +26,9 @@ struct [[nodiscard]] Failure
 // A failure whose text ends with its code in words.
 Failure FailureWithCode(int code, const std::string& what);
 
+// There is no such `kind`: "object", "table" or "object or table". Names the nearest name, else kobctl search.
+Failure NoSuchNameFailure(const std::string& kind, const std::string& name);
+
 // A failure of the system, with the reason in errno at its end.
 Failure SystemFailure(const std::string& what);
 }  // namespace kobd::client

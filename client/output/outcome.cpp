@@ -55,7 +55,7 @@ void PrintFailure(const Options& options, const Outcome& outcome, const std::str
     const std::string help = "; see kobctl help" + (command.empty() ? "" : " " + command);
     const std::string what = failure.what + (wrong_use ? help : "");
     Json data = {{"error", what}, {"code", wrong_use ? kInvalidArgument : failure.code}};
-    if (!outcome.mistakes.is_null()) data["mistakes"] = outcome.mistakes;
+    if (!outcome.particulars.is_null()) data.update(outcome.particulars);
     if (options.json) PrintData(data);
     SayError(what);
 }
@@ -99,10 +99,10 @@ Json ValuesJson(const Assignments& pairs)
 
 Json MistakesJson(const LineErrors& errors)
 {
-    Json mistakes = Json::array();
+    Json mistakes;
     for (const auto& [line, error] : errors)
     {
-        Json& one = mistakes.emplace_back(Json{{"line", line}});
+        Json& one = mistakes["mistakes"].emplace_back(Json{{"line", line}});
         if (!error.name.empty()) one["name"] = error.name;
         if (error.value) one["value"] = *error.value;
         const std::string item = error.value ? error.name + "=" + *error.value + ": " : "";

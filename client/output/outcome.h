@@ -30,7 +30,8 @@ Json TimeJson(int64_t microseconds);
 // The values of objects by name, as their types have them.
 Json ValuesJson(const Assignments& pairs);
 
-// What is wrong with lines of a file: {"line", "name", "value", "reason"}, name and value where they are known.
+// {"mistakes": [...]}: what is wrong with lines of a file, as {"line", "name", "value", "reason"} with name and value
+// where they are known. Null where nothing is wrong.
 Json MistakesJson(const LineErrors& errors);
 
 struct [[nodiscard]] Outcome
@@ -43,8 +44,8 @@ struct [[nodiscard]] Outcome
     std::string text = {};                // the same for a person, in whole lines
     std::vector<std::string> notes = {};  // lines for standard error: what is missing in the data, and why
     Failure failure = {};
-    Json mistakes = {};  // with --json part of the failure: the lines that are wrong
-    int status = 0;      // exit status where nothing failed
+    Json particulars = {};  // an object whose members --json adds to those of the failure
+    int status = 0;         // exit status where nothing failed
 };
 
 // Prints the outcome, as JSON with an error where something is missing, and returns the exit status: 1 when something

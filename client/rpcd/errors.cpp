@@ -44,7 +44,12 @@ Json ErrorReply(const Failure& failure, const std::vector<AskedValue>& asked)
 
 Json ReplyOf(const Outcome& outcome, const char* name, const std::vector<AskedValue>& asked)
 {
-    if (outcome.failure) return ErrorReply(outcome.failure, asked);
+    if (outcome.failure)
+    {
+        Json refused = ErrorReply(outcome.failure, asked);
+        if (!outcome.particulars.is_null()) refused["error"].update(outcome.particulars);
+        return refused;
+    }
     Json reply = {{name, outcome.data}};
     if (!outcome.notes.empty()) reply["notes"] = outcome.notes;
     return reply;

@@ -100,7 +100,7 @@ Failure ReadTarget(const std::string& name, const ObjectEntry** object, const Ta
 {
     *object = FindObject(name);
     *table = *object == nullptr ? FindTable(name) : nullptr;
-    if (*object == nullptr && *table == nullptr) return FailureWithCode(kNotFound, NoSuchName("object or table", name));
+    if (*object == nullptr && *table == nullptr) return NoSuchNameFailure("object or table", name);
     const bool daemons = *object != nullptr ? IsDaemons(AccessorsOf(**object).getter) : (*table)->daemon_list;
     if (daemons) return KeptByDaemon(name);
     items->emplace_back(*object != nullptr ? KOBD_TAG_OBJECT_NAME : KOBD_TAG_TABLE_NAME, name);
@@ -200,7 +200,7 @@ Failure CheckSimValue(const std::string& name, const std::string& value)
     const ObjectEntry* object = FindObject(name);
     if (object == nullptr && FindTable(name) != nullptr)
         return {kInvalidArgument, name + " is a table: kobctl sim row changes its rows"};
-    if (object == nullptr) return FailureWithCode(kNotFound, NoSuchName("object", name));
+    if (object == nullptr) return NoSuchNameFailure("object", name);
     const NamedFunction& getter = AccessorsOf(*object).getter;
     if (IsDaemons(getter)) return KeptByDaemon(name);
     if (getter.name.empty()) return Unavailable(name + " cannot be read: there is nothing to simulate");
