@@ -155,6 +155,22 @@ std::string WordForm(const Place& place)
     return forms[std::min(place.words.size(), forms.size() - 1)];
 }
 
+// Columns with a comma between them, of the table that the line names. `before` is what the word has before them.
+void AddColumnList(const Place& place, const std::string& before, Candidates* found)
+{
+    const std::string given = place.word.substr(before.size());
+    const std::string listed = given.substr(0, given.rfind(',') + 1);
+    for (const std::string& word : place.words)
+    {
+        const TableEntry* table = FindTable(word);
+        if (table == nullptr) continue;
+        for (const ColumnDef& column : table->layout.columns)
+            if (("," + listed).find("," + std::string(column.name) + ",") == std::string::npos)
+                found->Add(before + listed + column.name);
+        return;
+    }
+}
+
 // Behind a value of "table set" stands another column or another table, behind a table one of its rows.
 void AddRowChange(const Options& options, const Place& place, Candidates* found)
 {
@@ -262,7 +278,10 @@ Outcome CommandComplete(const Options& options, const Words& line)
     const std::string first = place.words.empty() ? "" : place.words[0];
     const bool alone = place.words.size() <= 1;
     place.command = TakeCommand(&place.words);
+    static const std::string kColumns = "--columns=";
     if (option == "--pcap") found.AddFiles();
+    if (option + "=" == kColumns) AddColumnList(place, "", &found);
+    if (!value && place.word.starts_with(kColumns)) AddColumnList(place, kColumns, &found);
     if (value) return {{}, found.Text()};
     if (place.word.starts_with("-"))
         AddOptions(place.command, &found);
