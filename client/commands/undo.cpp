@@ -194,7 +194,11 @@ Outcome CommandUndo(const Options& options, const Words& words)
     if (refused) return Failure{refused.code, "undo: " + refused.what + "; nothing was changed"};
     Words done;
     const Failure failure = CarryOut(options, plan, before, &done);
-    Outcome outcome({{"undone", done}}, done.empty() ? "" : "as before: " + Joined(done) + "\n");
+    Words shown = done;
+    for (std::string& name : shown)
+        if (const auto object = before.objects.find(name); object != before.objects.end())
+            name += "=" + ShownInLine(object->second);
+    Outcome outcome({{"undone", done}}, done.empty() ? "" : "as before: " + Joined(shown) + "\n");
     if (!failure && !plan.lost.empty())
     {
         outcome.data["lost"] = plan.lost;
