@@ -136,7 +136,8 @@ Failure CarryOut(const Options& options, const Plan& plan, const Before& before,
     {
         Response response;
         Values now;
-        if (Outcome outcome = SetValues(options, plan.objects, &response, &now); outcome.failure) return outcome.failure;
+        if (Outcome outcome = SetValues(options, plan.objects, &response, &now); outcome.failure)
+            return outcome.failure;
         for (const Assignment& object : plan.objects) done->push_back(object.name);
     }
     if (!plan.set.empty())

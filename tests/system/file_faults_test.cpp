@@ -152,7 +152,8 @@ TEST_F(FileFaults, StateThatCannotBeReadIsThereAtTheNextStart)
         EXPECT_EQ(Damaged(kState), 0u);
 
         RestartStruck(c);
-        EXPECT_EQ(Said("set webHttpsPort=8445; kobctl set webHttpPort=9090; kobctl undo"), "as before: webHttpPort=8081\n");
+        EXPECT_EQ(Said("set webHttpsPort=8445; kobctl set webHttpPort=9090; kobctl undo"),
+                  "as before: webHttpPort=8081\n");
         EXPECT_EQ(GetObject("webHttpPort"), "8081") << "what was there, though nobody had read it";
 
         RestartStruck(c);
