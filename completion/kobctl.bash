@@ -1,10 +1,11 @@
 # bash completion for kobctl, which says itself what may stand where.
 _kobctl() {
-    local line word reply
+    local line word reply quoted=
     read -ra line <<<"${COMP_LINE:0:COMP_POINT}"
     [[ ${COMP_LINE:0:COMP_POINT} == *[[:blank:]] ]] && line+=("")
-    line[-1]=${line[-1]#[\"\']} # an opening quote stays where it is
-    word=${line[-1]}
+    word=${line[-1]#[\"\']} # an opening quote stays where it is
+    [[ $word == "${line[-1]}" ]] || quoted=yes
+    line[-1]=$word
     COMPREPLY=()
     while IFS=$'\t' read -r reply _; do
         if [[ $reply == :files ]]; then
@@ -13,8 +14,8 @@ _kobctl() {
             continue
         fi
         [[ $reply == *= ]] && compopt -o nospace
-        # To bash the value behind a "=" is a word of its own.
-        [[ $word == *=* && $COMP_WORDBREAKS == *=* ]] && reply=${reply#*=}
+        # To bash the value behind a "=" is a word of its own, but not in quotes.
+        [[ -z $quoted && $word == *=* && $COMP_WORDBREAKS == *=* ]] && reply=${reply#*=}
         COMPREPLY+=("$reply")
     done < <(kobctl complete -- "${line[@]:1}" 2>/dev/null)
 }

@@ -16,6 +16,8 @@ Failure ReadWords(const Words& words, Words* all)
         if (word != "-") all->push_back(word);
         if (word != "-") continue;
         if (Failure failure = ReadInput(word, &file)) return failure;
+        if (file.text.find('\0') != std::string::npos)
+            return {kInvalidArgument, file.name + " has a zero byte, which no name has"};
         for (const std::string_view line : LinesOf(file.text))
             if (!line.empty()) all->emplace_back(line);
     }

@@ -23,7 +23,9 @@ std::vector<Line> ReadLines(const InputFile& file, LineErrors* errors)
     for (const std::string_view text : LinesOf(file.text))
     {
         Line line = {++number, {}};
-        if (const Failure failure = SplitLine(text, &line.words))
+        if (text.find('\0') != text.npos)
+            errors->emplace(number, "a line cannot hold a zero byte");
+        else if (const Failure failure = SplitLine(text, &line.words))
             errors->emplace(number, failure.what);
         else if (!line.words.empty() && line.words[0] == "batch")
             errors->emplace(number, "a batch cannot run a batch");

@@ -103,6 +103,8 @@ Failure Judge(const Options& options, const Words& words, Judgement* judgement)
     Assignments pairs;
     RowChanges changes;
     const bool rows = words[0].find('=') == std::string::npos;
+    if (rows && (FindObject(words[0]) != nullptr || words.size() == 1))
+        return {kWrongUse, "check takes NAME=VALUE, or TABLE INDEX COLUMN=VALUE, not '" + words[0] + "' alone"};
     Failure failure = rows ? ReadChanges(words, &changes) : ReadAssignments("check takes NAME=VALUE", words, &pairs);
     if (failure) return failure;
     for (const RowChange& change : changes) JudgeChange(options, change, judgement);

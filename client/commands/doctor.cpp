@@ -67,6 +67,25 @@ struct Report
     bool wrong = false;
 };
 
+// "uci (process 4711)", a command that the process has started and waits for; the empty text where it has none.
+std::string CommandOf(int process)
+{
+    const std::string task = std::to_string(process);
+    std::error_code error;
+    for (std::filesystem::directory_iterator thread("/proc/" + task + "/task", error), end; !error && thread != end;
+         thread.increment(error))
+    {
+        int child = 0;
+        std::string name;
+        if (!(std::ifstream(thread->path() / "children") >> child)) continue;
+        // A shell that waits, too: what it runs tells more.
+        if (const std::string of_shell = CommandOf(child); !of_shell.empty()) return of_shell;
+        std::getline(std::ifstream("/proc/" + std::to_string(child) + "/comm"), name);
+        return name + " (process " + std::to_string(child) + ")";
+    }
+    return "";
+}
+
 void LookAtDaemon(const Options& options, Report* report)
 {
     kobd_module daemon{};
@@ -86,10 +105,26 @@ void LookAtDaemon(const Options& options, Report* report)
         return report->Say(kNote, "daemon",
                            process + " answers slowly, after " + std::to_string(us / 1000) +
                                " milliseconds: another request may keep it busy, or the machine is loaded");
+    const std::string command = response.code == 0 ? "" : CommandOf(daemon.process);
     report->Judge(response.code == 0, "daemon",
                   process + (response.code == 0 ? " answers in " + std::to_string(us) + " microseconds"
                                                 : " does not answer: " + response.reason),
-                  "it runs but is stuck; look at its log");
+                  command.empty() ? "look at its log" : "it waits for its command " + command);
+}
+
+// Lists and dumps are handed over in files there, and the log is there.
+void LookAtFiles(Report* report)
+{
+    constexpr unsigned long long kLeastForFiles = 1024 * 1024;  // bytes: the largest dump and some lines of the log
+    const std::filesystem::path folder = std::filesystem::path(kLogFile).parent_path();
+    struct statvfs disk;
+    if (access(folder.c_str(), W_OK | X_OK) != 0 || statvfs(folder.c_str(), &disk) != 0)
+        return report->Say(kWrong, "files",
+                           folder.string() + ": " + strerror(errno) + ": tables cannot be shown or set");
+    const unsigned long long free_bytes = static_cast<unsigned long long>(disk.f_bavail) * disk.f_frsize;
+    report->Judge(free_bytes >= kLeastForFiles, "files",
+                  folder.string() + " has " + std::to_string(free_bytes / 1024) + " KB free",
+                  "tables may not be shown or set; make room");
 }
 
 // A limit of the kernel; nothing where it does not tell.
@@ -328,6 +363,7 @@ Outcome CommandDoctor(const Options& options, const Words&)
     LookAtQueue(KOBD_MODULE_SERVICES, "services", &report);
     LookAtQueue(KOBD_MODULE_FORWARD, "forwarded events", &report);
     LookAtLog(&report);
+    LookAtFiles(&report);
     LookAtState(&report);
     LookAtUci(&report);
     (void)NoteLines("uci", IsOfCellularList, &report);

@@ -38,6 +38,19 @@ Words Simulated(const Options& options, const Words& names)
         if (ShowsSimulated(lines, name)) simulated.push_back(name);
     return simulated;
 }
+// Drops tables and write-only objects that stand on standard input: kobctl list has them, too.
+void PassOver(const Words& words, Words* names)
+{
+    const size_t passed = std::erase_if(
+        *names,
+        [&](const std::string& name)
+        {
+            const ObjectEntry* object = FindObject(name);
+            const bool given = std::ranges::find(words, name) != words.end();
+            return !given && (object != nullptr ? object->access == Access::kWriteOnly : FindTable(name) != nullptr);
+        });
+    if (passed != 0) SayError("get passes over " + Counted(passed, "name") + " of tables and write-only objects");
+}
 }  // namespace
 
 Outcome ValuesOutcome(const std::vector<std::pair<std::string, std::string>>& values, bool alone,
@@ -60,6 +73,7 @@ Outcome CommandGet(const Options& options, const Words& words)
     Words names;
     if (Failure failure = ReadNames(options, words, "object that can be read", ReadableObjects(), &names))
         return failure;
+    if (std::ranges::find(words, "-") != words.end()) PassOver(words, &names);
     Values values;
     if (Failure failure = FailureOf(ReadValues(options, names, &values), "get")) return failure;
     std::vector<std::pair<std::string, std::string>> found;

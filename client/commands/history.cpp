@@ -47,7 +47,7 @@ Json JsonOf(const PastChange& change)
         json["row"] = WhatText(change);
     else
         json.update({{"old", value_or_null(change.old)}, {"new", value_or_null(change.now)}});
-    json["undo"] = change.step != 0 ? Json(change.step) : Json();
+    json["undo"] = change.can_return ? Json(change.step) : Json();
     return json;
 }
 

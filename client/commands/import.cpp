@@ -14,6 +14,7 @@ namespace kobd::client
 namespace
 {
 constexpr size_t kMistakesShown = 20;
+constexpr int kOpenStatus = 3;  // exit status of a dry run of which only the daemon can judge a part
 
 using FileValues = std::span<const FileValue* const>;
 
@@ -76,7 +77,7 @@ public:
                         Counted(values_, "value") + " and the rows of " + Counted(tables_, "table") + " set, " +
                             Counted(refused.size(), "line") + " refused\n");
         if (!refused.empty()) outcome.data.update(MistakesJson(refused));
-        outcome.notes = LineTexts(file_, refused);
+        outcome.notes = LineTexts(file_, refused, kMistakesShown);
         if (!lost_.empty()) outcome.failure = {kSystemError, "import: " + lost_ + "; what was set before is listed"};
         return outcome;
     }
@@ -215,6 +216,7 @@ Outcome Differences(const ImportPlan& plan, const RouterState& router)
             if (std::ranges::find(old, row) == old.end()) outcome.text += DiffLine('+', row);
     }
     outcome.data["open"] = open;
+    if (!open.empty()) outcome.status = kOpenStatus;
     if (!open.empty()) outcome.text += "the daemon decides on " + Joined(open) + ", whose checks only it can make\n";
     if (outcome.text.empty()) outcome.text = "the router has all of it already\n";
     return outcome;

@@ -85,6 +85,15 @@ Outcome CommandList(const Options& options, const Words& words)
     return outcome;
 }
 
+// search shows "TABLE COLUMN".
+std::string WhereColumnIs(const Words& names, const std::string& name)
+{
+    for (const std::string& one : names)
+        if (const TableEntry* table = FindTable(one); table != nullptr && FindColumn(*table, name) != nullptr)
+            return "; kobctl table describe " + one + " describes its column " + name;
+    return "";
+}
+
 Outcome CommandDescribe(const Options& options, const Words& words)
 {
     Words names;
@@ -97,7 +106,7 @@ Outcome CommandDescribe(const Options& options, const Words& words)
         const TableEntry* table = FindTable(name);
         if (object == nullptr && table == nullptr)
         {
-            outcome.notes.push_back(NoSuchNameFailure("object or table", name).what);
+            outcome.notes.push_back(NoSuchNameFailure("object or table", name).what + WhereColumnIs(names, name));
             continue;
         }
         const Outcome one = object != nullptr ? DescribedObject(*object) : DescribedTable(*table);

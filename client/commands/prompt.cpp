@@ -5,12 +5,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <cwchar>
+#include <filesystem>
 #include <iostream>
 
 #include "client/commands/commands.h"
@@ -55,23 +57,53 @@ char* NextCandidate(const char*, int state)
     return next < candidates.size() ? strdup(candidates[next++].c_str()) : nullptr;
 }
 
-// The word from `start` on is completed.
+// The files whose names begin so, folders with a "/" behind them.
+void AddFiles(const std::string& given, Words* found)
+{
+    const size_t slash = given.rfind('/') + 1;  // 0 where there is none
+    const std::string folder = given.substr(0, slash);
+    const std::string begin = given.substr(slash);
+    std::error_code error;
+    for (std::filesystem::directory_iterator file(folder.empty() ? "." : folder, error), end; !error && file != end;
+         file.increment(error))
+    {
+        const std::string name = file->path().filename();
+        if (!name.starts_with(begin) || (name[0] == '.' && begin.empty())) continue;
+        found->push_back(folder + name + (file->is_directory(error) ? "/" : ""));
+    }
+}
+
+// The word as it is typed outside of quotes.
+std::string WithBackslashes(const std::string& word)
+{
+    std::string typed;
+    for (const char c : word) typed += (strchr(" \t\\'\"#", c) != nullptr ? "\\" : "") + std::string(1, c);
+    return typed;
+}
+
+// The word from `start` on is completed, also behind an opening quote; nothing is where a blank belongs to the word.
 char** Complete(const char* text, int start, int)
 {
+    const std::string_view before = std::string_view(*editor.line).substr(0, static_cast<size_t>(start));
+    const std::string quote(text, *text == '"' || *text == '\'' ? 1 : 0);
     Words words;
-    (void)SplitLine(std::string_view(*editor.line).substr(0, static_cast<size_t>(start)), &words);
-    words.emplace_back(text);
+    Words word;
+    if (editor.over != nullptr) *editor.over = 1;  // libedit looks for no files itself
+    if (SplitLine(before, &words) || before.ends_with("\\ ")) return nullptr;
+    (void)SplitLine(text, &word);
+    words.push_back(word.empty() ? "" : word[0]);
     candidates.clear();
-    const Outcome found = CommandComplete({}, words);
-    bool assignments = true;
-    for (const std::string_view line : LinesOf(found.text))
-    {
-        if (line == ":files") continue;
-        candidates.emplace_back(line.substr(0, line.find('\t')));
-        assignments = assignments && candidates.back().ends_with('=');
-    }
-    if (editor.append != nullptr) *editor.append = assignments ? 0 : ' ';
-    if (editor.over != nullptr) *editor.over = found.text.ends_with(":files\n") ? 0 : 1;  // it completes files itself
+    Words found;
+    const Outcome outcome = CommandComplete({}, words);
+    for (const std::string_view line : LinesOf(outcome.text))
+        if (line == ":files")
+            AddFiles(words.back(), &found);
+        else
+            found.emplace_back(line.substr(0, line.find('\t')));
+    const bool goes_on =
+        std::ranges::all_of(found, [](const auto& one) { return one.ends_with('=') || one.ends_with('/'); });
+    for (const std::string& one : found) candidates.push_back(quote.empty() ? WithBackslashes(one) : quote + one);
+    if (editor.append != nullptr) *editor.append = goes_on ? 0 : quote.empty() ? ' ' : quote[0];
     return editor.completion_matches(text, NextCandidate);
 }
 

@@ -86,6 +86,9 @@ int RunCommand(const Words& command_line, const Options& defaults)
     Outcome outcome = ReadCommandLine(command_line, &line);
     const auto names_command = [](const std::string& word)
     { return word != "help" && FindNamed(kCommands, word) != nullptr; };
+    // An error is said in the form that was asked for, also where the option stands behind the mistake.
+    const auto end = std::ranges::find(command_line, "--");
+    if (outcome.failure && std::find(command_line.begin(), end, "--json") != end) line.options.json = true;
     if (!outcome.failure)
         outcome = Run(line, &first);
     else if (const auto word = std::ranges::find_if(command_line, names_command); word != command_line.end())

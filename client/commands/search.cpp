@@ -62,6 +62,13 @@ std::string InOurWords(const std::string& word)
     return word;
 }
 
+// Whether the word only joins others: "ip address of the lan".
+bool IsSmall(const std::string& word)
+{
+    constexpr std::string_view kSmall[] = {"a", "an", "and", "for", "in", "is", "my", "of", "on", "the", "to", "what"};
+    return std::ranges::find(kSmall, word) != std::end(kSmall);
+}
+
 // What is searched, in lower case.
 struct Texts
 {
@@ -101,7 +108,10 @@ class Search
 public:
     explicit Search(const Words& words)
     {
-        for (const std::string& word : words) words_.push_back(InLowerCase(word));
+        for (const std::string& word : words)
+            if (!IsSmall(InLowerCase(word))) words_.push_back(InLowerCase(word));
+        if (words_.empty())
+            for (const std::string& word : words) words_.push_back(InLowerCase(word));
     }
 
     // All hits, the best first; those of one score in the order of the dictionary. Where nothing has all words, the

@@ -170,6 +170,7 @@ Outcome CommandSet(const Options& options, const Words& words)
     Values before;
     Outcome outcome = SetValues(options, pairs, &response, &before);
     if (!outcome.failure) outcome = SetOutcome(options, pairs, before);
+    if (!outcome.particulars.is_null()) AddNotCommitted(&outcome);
     if (!options.silent) AddNotSaved(options, "set", &outcome);
     return outcome;
 }

@@ -30,7 +30,7 @@ class Player
 {
 public:
     Player(const Options& options, const Scenario& scenario)
-        : options_(options), scenario_(scenario), terminal_(!options.json && isatty(STDOUT_FILENO) == 1)
+        : options_(options), scenario_(scenario), terminal_(!options.json && MovesCursor())
     {
     }
 

@@ -4,6 +4,7 @@
 
 #include "client/arguments/words.h"
 #include "client/commands/commands.h"
+#include "client/requests/request.h"
 #include "client/state/daemon_state.h"
 #include "daemon/base/result.h"
 #include "host/state/folder.h"
@@ -13,8 +14,15 @@ namespace kobd::client
 {
 namespace
 {
+// The stores of another user's router are not this user's.
+Failure CheckOwner(const std::string& what)
+{
+    return IsAnotherUsers() ? Failure{kNotRunning, what + ": " + WhyUnreachable()} : Failure();
+}
+
 Outcome Get(const std::string& store, const Words& keys)
 {
+    if (Failure failure = CheckOwner(store + " get")) return failure;
     UseStateToShow();
     std::vector<std::pair<std::string, std::string>> found;
     std::vector<std::string> missing;
@@ -43,6 +51,7 @@ Outcome Set(const std::string& store, const Words& words)
 {
     Assignments pairs;
     if (Failure failure = ReadAssignments(store + " set takes KEY=VALUE", words, &pairs)) return failure;
+    if (Failure failure = CheckOwner(store + " set")) return failure;
     UseStateToShow();
     for (const auto& [key, value] : pairs)
         if (const std::string why = host::StoreSet(store.c_str(), key, value, getpid()); !why.empty())

@@ -54,8 +54,9 @@ Outcome TableSet(const Options& options, const Words& words)
     }
     if (changes.size() > 1 || changes.front().row.table->Has(kValidate))
         if (Failure failure = RequireRows(options, changes)) return failure;
-    if (Failure failure = SendChanges(options, changes)) return failure;
-    Outcome outcome;
+    Outcome outcome = SendChanges(options, changes);
+    if (outcome.failure && changes.size() > 1 && outcome.failure.code != KOBD_TIMEOUT) AddNotCommitted(&outcome);
+    if (outcome.failure) return outcome;
     for (const RowChange& change : changes)
     {
         outcome.data["set"].push_back(JsonOf(change.row));
@@ -90,6 +91,11 @@ Outcome TableDel(const Options& options, const Words& words)
 {
     RowAddresses rows;
     if (Failure failure = ReadRows(words, &rows)) return failure;
+    for (size_t i = 1; i < rows.size(); ++i)
+        for (size_t j = 0; j < i; ++j)
+            if (rows[i].index == rows[j].index)
+                return Failure{kWrongUse,
+                               "row " + std::to_string(rows[i].index) + " is given twice; nothing was deleted"};
     std::string missing;
     if (rows.size() > 1)
         if (Failure failure = FindMissingRow(options, "table del", rows, &missing)) return failure;

@@ -7,6 +7,7 @@
 #include "client/arguments/words.h"
 #include "client/commands/commands.h"
 #include "client/dictionary/dictionary.h"
+#include "client/output/terminal.h"
 #include "client/rows/row_change.h"
 #include "client/state/daemon_state.h"
 #include "client/state/past_changes.h"
@@ -58,7 +59,9 @@ Failure CollectSteps(const std::vector<PastChange>& changes, int64_t steps, Befo
     for (auto change = changes.rbegin(); change != changes.rend(); ++change)
     {
         if (change->step == 0 || change->step > steps) continue;
-        if (change->IsSecret()) return {kInvalidArgument, change->Name() + ": the old value of a secret is not kept"};
+        if (change->IsSecret())
+            return {kInvalidArgument,
+                    change->Name() + ": the old value of a secret is not kept, so that undo cannot go back beyond it"};
         TakeBack(*change, before);
     }
     return {};
@@ -68,7 +71,8 @@ Failure CheckObject(const std::string& name, const std::string& value)
 {
     const ObjectEntry* object = FindObject(name);
     if (object == nullptr) return {kNotFound, NoSuchName("object", name)};
-    if (object->access != Access::kReadWrite) return {kInvalidArgument, name + " is " + AccessText(object->access)};
+    if (object->access != Access::kReadWrite)
+        return {kInvalidArgument, name + " cannot be set: " + AccessText(object->access)};
     if (const std::string wrong = WhatIsWrong(name, value); !wrong.empty()) return {kInvalidArgument, wrong};
     return {};
 }

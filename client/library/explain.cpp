@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "daemon/base/dump_file.h"
 #include "daemon/base/messages.h"
 #include "daemon/base/result.h"
 
@@ -88,7 +89,9 @@ std::string WhyNoAnswer(const kobd_client& client)
     BusModule daemon;
     switch (client.code)
     {
-        case kReplyTimeout: return "no answer within " + std::to_string(client.waited_ms) + " ms";
+        case kReplyTimeout:
+            return "no answer within " + std::to_string(client.waited_ms) + " ms" +
+                   (DaemonIsBusy() ? ", kobd has another request in hand or is stuck" : "");
         case kInitializeFailed: return "the system has no message queue for the answer, see kobctl doctor";
         case kBufferLimit: return "a message of " + std::to_string(kMessageMax) + " bytes cannot hold this request";
         case kNotRunning:
@@ -104,6 +107,9 @@ Explained OfRefusal(kobd_client* client)
 {
     const int code = client->code;
     const Asked asked = ReadRequest(client->request);
+    if (code == kSystemError && (asked.id == kReqTableDump || asked.id == kReqShow))
+        return Simple(std::string("kobd could not write its answer to a file ") + kDumpFilePrefix +
+                      "*: see kobctl doctor");
     const ChangedRows changes = client->changes;
     if (!changes.empty()) return OfChanges(client, code, changes);
     if (asked.id == kReqObjGet && !asked.objects.empty()) return OfGet(code, asked.objects);

@@ -23,7 +23,8 @@ void NoteIndex(void* context, const char*, int32_t index, const char* const*, co
     static_cast<std::vector<int32_t>*>(context)->push_back(index);
 }
 
-Explained OfMissingRow(kobd_client* client, const ChangedRows& rows)
+// Nothing where all rows are there.
+std::optional<Explained> OfMissingRow(kobd_client* client, const ChangedRows& rows)
 {
     for (const RowWithValues& row : rows)
     {
@@ -35,7 +36,7 @@ Explained OfMissingRow(kobd_client* client, const ChangedRows& rows)
         why.index = row.index;
         return why;
     }
-    return Simple(TextsOf(rows));
+    return std::nullopt;
 }
 
 Explained OfMissingOperation(Operation operation, const ChangedRows& rows)
@@ -44,7 +45,9 @@ Explained OfMissingOperation(Operation operation, const ChangedRows& rows)
         for (const Operation needed : {operation == kSetParentPath ? kAdd : operation, operation})
             if (const TableEntry* table = FindTable(row.table); table != nullptr && !table->Has(needed))
             {
-                Explained why = Simple(NoOperation(*table, needed));
+                const bool listed = needed == kGet && table->Has(kNext);
+                Explained why = Simple(NoOperation(*table, needed) +
+                                       (listed ? "; kobctl table dump " + row.table + " shows its rows" : ""));
                 why.table = row.table;
                 return why;
             }
@@ -156,7 +159,8 @@ Explained OfRows(kobd_client* client, int code, uint16_t id, const ChangedRows& 
     const RowWithValues& first = rows.front();
     Explained why = Simple(TextsOf(rows));
     const TableEntry* table = FindTable(first.table);
-    if (code == kIndexNotFound) return OfMissingRow(client, rows);
+    if (code == kIndexNotFound)
+        if (const auto missing = OfMissingRow(client, rows)) return *missing;
     if (code == kMethodUnavailable) return OfMissingOperation(OperationOf(id), rows);
     if (code == kNotFound && table == nullptr) why = Simple(NoSuchName("table", first.table));
     if (code == kTableFull && table != nullptr)
@@ -178,9 +182,10 @@ Explained OfChanges(kobd_client* client, int code, const ChangedRows& changes)
                                                         const TableEntry* table = FindTable(row.table);
                                                         return table != nullptr && table->Has(kSet);
                                                     });
-    if (code == kIndexNotFound || !all_can_be_set) return OfRows(client, code, kReqTableSet, changes);
-    if (CheckLine(changes, log) == nullptr)
-        if (const auto why = OfFailure(client, changes)) return *why;
-    return OfCheck(changes, log);
+    if (!all_can_be_set) return OfRows(client, code, kReqTableSet, changes);
+    // The router tells of the last request alone, so it is asked before the rows are read.
+    const auto failed = CheckLine(changes, log) == nullptr ? OfFailure(client, changes) : std::nullopt;
+    const auto missing = code == kIndexNotFound ? OfMissingRow(client, changes) : std::nullopt;
+    return missing ? *missing : failed ? *failed : OfCheck(changes, log);
 }
 }  // namespace kobd::client

@@ -41,10 +41,32 @@ void MakeUtf8(Json* data)
         for (Json& part : *data) MakeUtf8(&part);
 }
 
+// The same JSON with "\u202e" in the place of each character that may steer the terminal.
+std::string JsonOnTerminal(std::string_view line)
+{
+    std::string out;
+    for (size_t at = 0, length = 0; at < line.size(); at += length)
+    {
+        length = CharacterLength(line.substr(at));
+        const std::string_view character = line.substr(at, length);
+        if (character == "\n" || !IsControl(character))
+        {
+            out += character;
+            continue;
+        }
+        unsigned code = static_cast<unsigned char>(character[0]) & (length == 1 ? 0x7F : length == 2 ? 0x1F : 0x0F);
+        for (const char byte : character.substr(1)) code = code << 6 | (static_cast<unsigned char>(byte) & 0x3F);
+        char escape[8];
+        snprintf(escape, sizeof escape, "\\u%04x", code);
+        out += escape;
+    }
+    return out;
+}
+
 void PrintData(const Json& data)
 {
     if (data.is_null()) return;
-    const std::string line = JsonLine(data);
+    const std::string line = isatty(STDOUT_FILENO) != 0 ? JsonOnTerminal(JsonLine(data)) : JsonLine(data);
     fwrite(line.data(), 1, line.size(), stdout);
 }
 
@@ -80,7 +102,10 @@ Json ValueJson(const kobd_description* of, const std::string& value)
 {
     if (of == nullptr || of->is_number == 0) return value;
     if (of->is_flag != 0 && (value == "0" || value == "1")) return value == "1";
-    return NumberJson(value);
+    const size_t sign = value.starts_with('-') ? 1 : 0;
+    const size_t zeros = std::min(value.find_first_not_of('0', sign), value.size()) - sign;
+    const bool all = sign + zeros == value.size();  // the last zero is the number
+    return NumberJson(zeros == 0 ? value : value.substr(0, sign) + value.substr(sign + zeros - (all ? 1 : 0)));
 }
 
 Json TimeJson(int64_t microseconds)

@@ -18,20 +18,14 @@ constexpr size_t kPlainWidth = 80;
 constexpr size_t kGap = 2;
 
 // What turns the direction of a line, so that it reads as another one: U+061C, U+200E, U+200F, U+202A to U+202E and
-// U+2066 to U+2069 (Unicode standard annex 9).
-bool TurnsDirection(std::string_view character)
+// U+2066 to U+2069 (Unicode standard annex 9). What looks like a blank or like nothing: U+00A0, U+00AD, U+200B, U+2060
+// and U+FEFF.
+bool Misleads(std::string_view character)
 {
     constexpr std::string_view kMarks[] = {"\u061C", "\u200E", "\u200F", "\u202A", "\u202B", "\u202C",
-                                           "\u202D", "\u202E", "\u2066", "\u2067", "\u2068", "\u2069"};
+                                           "\u202D", "\u202E", "\u2066", "\u2067", "\u2068", "\u2069",
+                                           "\u00A0", "\u00AD", "\u200B", "\u2060", "\uFEFF"};
     return std::ranges::find(kMarks, character) != std::end(kMarks);
-}
-
-// Whether the character may steer the terminal: a control, in one byte or in two, a mark of direction, or no character.
-bool IsControl(std::string_view character)
-{
-    const auto byte = [&](size_t i) { return static_cast<unsigned char>(character[i]); };
-    if (CharacterLength(character) == 0 || byte(0) < 0x20 || byte(0) == 0x7F || TurnsDirection(character)) return true;
-    return byte(0) == 0xC2 && byte(1) < 0xA0;
 }
 
 bool OnTerminal() { return isatty(STDOUT_FILENO) != 0; }
@@ -39,9 +33,7 @@ bool OnTerminal() { return isatty(STDOUT_FILENO) != 0; }
 bool WantsColours()
 {
     const char* refused = getenv("NO_COLOR");
-    const char* terminal = getenv("TERM");
-    return OnTerminal() && (refused == nullptr || *refused == 0) && terminal != nullptr &&
-           strcmp(terminal, "dumb") != 0;
+    return MovesCursor() && (refused == nullptr || *refused == 0);
 }
 
 std::string Visible(std::string_view text) { return text.empty() ? "-" : Escaped(text); }
@@ -103,6 +95,19 @@ std::string Sideways(const Grid& grid)
     return text;
 }
 }  // namespace
+
+bool IsControl(std::string_view character)
+{
+    const auto byte = [&](size_t i) { return static_cast<unsigned char>(character[i]); };
+    if (CharacterLength(character) == 0 || byte(0) < 0x20 || byte(0) == 0x7F || Misleads(character)) return true;
+    return byte(0) == 0xC2 && byte(1) < 0xA0;
+}
+
+bool MovesCursor()
+{
+    const char* terminal = getenv("TERM");
+    return OnTerminal() && terminal != nullptr && strcmp(terminal, "dumb") != 0;
+}
 
 size_t CharacterLength(std::string_view text)
 {

@@ -11,6 +11,13 @@ namespace kobd::client
 // Bytes of the UTF-8 character at the start of `text`, which is not empty; 0 when there is none.
 size_t CharacterLength(std::string_view text);
 
+// Whether the character may steer the terminal or mislead who reads it: a control, in one byte or in two, a mark of
+// direction, what looks like a blank or like nothing, or no character.
+bool IsControl(std::string_view character);
+
+// Whether standard output is a terminal that moves its cursor when it is told to.
+bool MovesCursor();
+
 // The text with "\x1b" in the place of control characters and of bytes that are no UTF-8, so that nothing steers the
 // terminal: devices on the network choose their own names.
 std::string Escaped(std::string_view text);

@@ -104,8 +104,8 @@ Failure ReplaceRows(const Options& options, const TablePlan& plan)
     failure = AddRows(options, plan);
     if (!failure) return {};
     const Failure lost = PutBack(options, plan);
-    failure.what +=
-        lost ? "; these earlier rows could not be restored: " + lost.what : "; the earlier rows are restored";
+    failure.what += lost ? "; these earlier rows could not be restored: " + lost.what
+                         : "; the earlier rows are restored, under new indexes";
     return failure;
 }
 }  // namespace kobd::client

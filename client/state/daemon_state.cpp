@@ -63,6 +63,14 @@ std::optional<Words> NotCommitted()
     return texts->size() > 2 ? Words(texts->begin() + 2, texts->end()) : Words();
 }
 
+void AddNotCommitted(Outcome* outcome)
+{
+    const Words names = NotCommitted().value_or(Words());
+    if (names.empty()) return;
+    outcome->failure.what += "; set, but not saved: " + Joined(names) + "; kobctl commit saves that";
+    outcome->particulars["saved"] = false;
+}
+
 void AddNotSaved(const Options& options, const std::string& what, Outcome* outcome)
 {
     constexpr int kLongestMs = 10000;  // another request may be in hand

@@ -33,6 +33,9 @@ std::string SavingText(const Saving& saving);
 // The objects and tables that were set since the last commit; nothing where the daemon does not tell.
 std::optional<Words> NotCommitted();
 
+// Adds to a failure what was set before it and is not committed: it is gone with the next start of the daemon.
+void AddNotCommitted(Outcome* outcome);
+
 // Where what was just changed may not be saved, adds the line "WHAT, but not saved: REASON" to the outcome, whose exit
 // status becomes 3 and whose data says so.
 void AddNotSaved(const Options& options, const std::string& what, Outcome* outcome);

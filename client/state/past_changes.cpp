@@ -8,6 +8,7 @@
 #include <string_view>
 #include <utility>
 
+#include "client/dictionary/dictionary.h"
 #include "daemon/base/result.h"
 #include "host/state/folder.h"
 #include "host/state/history.h"
@@ -61,20 +62,32 @@ void CountSteps(bool dropped, std::vector<PastChange>* changes)
 {
     std::vector<PastChange*> others;
     for (PastChange& change : *changes)
-        if (change.program != kDaemon) others.push_back(&change);
+        if (change.program != kDaemon && !change.IsAction()) others.push_back(&change);
     int steps = 0;
+    bool blocked = false;
     for (size_t begin = others.size(), end = begin; end > 0; end = begin)
     {
         for (--begin; begin > 0 && IsOneStep(*others[begin], *others[begin - 1]);) --begin;
         const std::span<PastChange* const> step(&others[begin], end - begin);
         if (!HasEffect(step) || (dropped && begin == 0)) continue;
         ++steps;
-        for (PastChange* change : step) change->step = steps;
+        blocked = blocked || std::ranges::any_of(step, &PastChange::IsSecret);
+        for (PastChange* change : step)
+        {
+            change->step = steps;
+            change->can_return = !blocked;
+        }
     }
 }
 }  // namespace
 
 bool PastChange::IsSecret() const { return old == host::kSecretText || now == host::kSecretText; }
+
+bool PastChange::IsAction() const
+{
+    const ObjectEntry* object = kind == "object" ? FindObject(name) : nullptr;
+    return object != nullptr && object->access == Access::kAction;
+}
 
 std::string PastChange::Name() const
 {

@@ -121,6 +121,7 @@ Failure Listener::Open(bool tap_alone)
         kobd_client_set_timeout(client_, kTapMs);
         code = kobd_tap_open(client_, &tap_);
     }
+    if (tap_ == nullptr && TimeIsUp()) return {KOBD_NOT_RUNNING, WhyUnreachable()};
     if (tap_ != nullptr || Stopped()) return {};
     Close();
     if (code != KOBD_TIMEOUT) return FailureWithCode(code, "kobd cannot be tapped");

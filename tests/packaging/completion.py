@@ -28,6 +28,7 @@ LINES = {  # what is typed, and the words that kobctl then gets
     "import settin\t": "<import><settings.txt>",
     "import ~/settin\t": "<import><HOME/settings.txt>",
     "get 'IME\t": "<get><IMEI>",
+    'set "webLanguage=z\t': "<set><webLanguage=zh>",
     "help tab\t": "<help><table>",
     "sim fail IMEI g\t": "<sim><fail><IMEI><get>",
     "sim row DnsClientT\t set 1 DnsS\t9": "<sim><row><DnsClientTable><set><1><DnsServer=9>",
@@ -84,7 +85,8 @@ def prepare(folder):
         program.write('#!/bin/sh\n[ "$1" = complete ] && exec "%s/kobctl" "$@"\n'
                       "printf 'kobctl'; printf '<%%s>' \"$@\"; echo '|'\n" % BUILD)
     os.chmod(folder + "/kobctl", 0o755)
-    open(folder + "/settings.txt", "w").close()
+    for name in ("settings.txt", "two words.txt"):
+        open(folder + "/" + name, "w").close()
     for name, source in (("kobctl.bash", "bash"), ("_kobctl", "zsh"), ("kobctl.fish", "fish")):
         shutil.copy("%s/completion/kobctl.%s" % (SOURCE, source), folder + "/" + name)
 
@@ -108,7 +110,8 @@ def prompt_fails(folder):
     prompt = Shell("kobctl", folder)
     failed = False
     for typed, expected in (("", "kobctl> "), ("dropped\x03", "kobctl> "), ("watch\n", "waiting for kobd"),
-                            ("\x03", "kobctl> "), ("describe webHttpPo\t\n", "an integer from 1 to 65535")):
+                            ("\x03", "kobctl> "), ("import 'setti\t\n", "is not 'end'"), ("import two\t\n", "is not 'end'"),
+                            ("describe webHttpPo\t\n", "an integer from 1 to 65535")):
         seen = prompt.run(typed, re.escape(expected))
         if seen != expected:
             print("kobctl's prompt: %r: %s" % (typed, seen))
