@@ -6,6 +6,7 @@
 #include "host/commit.h"
 #include "host/control.h"
 #include "host/service_manager.h"
+#include "host/state/database.h"
 #include "host/state/folder.h"
 #include "host/uci_path.h"
 #include "platform/kob_platform.h"
@@ -63,5 +64,6 @@ void pemixAlg_init() { Journal("pemixAlg_init"); }
 void kobd_lib_exit()
 {
     TellServiceManager("STOPPING=1");
+    EndState();
     Journal("kobd_lib_exit");
 }

@@ -205,10 +205,10 @@ void LookAtDamaged(const std::string& folder, Report* report)
     std::error_code error;
     for (std::filesystem::directory_iterator file(folder, error), end; !error && file != end; file.increment(error))
         if (const std::string name = file->path().filename();
-            name.starts_with("kobd.db.damaged-") && !name.ends_with("-wal"))
+            name.starts_with("kobd.db") && name.find(".damaged-") != name.npos && !name.ends_with("-wal"))
             report->Say(kNote, "state",
                         file->path().string() +
-                            " is a damaged database that was kept: what kobd could not read of it is in there "
+                            " is a damaged database, or the log of one that is gone: some settings may be in there "
                             "alone. Look at it with sqlite3, then remove it");
 }
 

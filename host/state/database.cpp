@@ -272,6 +272,7 @@ bool Database::OpenFile(bool create)
     const off_t size = create ? SizeOnceMade() : SizeOf(path_);
     if (size == 0 && SizeOf(path_ + "-wal") > 0)  // emptied: SQLite would remove the log, which has what was committed
         return Note(SQLITE_NOTADB);
+    if (size < 0 && create) KeepLogAside();
     if (size == 0 && !create) return Fail(ENOENT, strerror(ENOENT), false);
     if (size == 0) REPORT(kFunction, "%s is empty, factory values serve", path_.c_str());
     bool made = false;
@@ -357,6 +358,24 @@ void Database::ReserveLog()
     close(file);
 }
 
+void Database::WriteBack()
+{
+    if (connection_ == nullptr || writing_ || sqlite3_db_readonly(connection_, "main") == 1 || IsAnother()) return;
+    WaitAtMost(kWaitAgainMs);
+    if (sqlite3_wal_checkpoint_v2(connection_, "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr) == SQLITE_OK)
+        ReserveLog();
+}
+
+// The log of a file that is gone, which SQLite would remove. It begins with zeros where nothing is in it.
+void Database::KeepLogAside()
+{
+    std::string begin;
+    const std::string log = path_ + "-wal";
+    if (SizeOf(log) <= 0 || !ReadText(log, &begin) || begin.empty() || begin[0] == 0) return;
+    const std::string aside = KeepAside(log);
+    REPORT(kFunction, "%s is gone, its log is kept as %s", path_.c_str(), aside.empty() ? "it is" : aside.c_str());
+}
+
 namespace
 {
 std::recursive_mutex& Mutex()
@@ -371,6 +390,21 @@ Database& TheDatabase()
     return database;
 }
 }  // namespace
+
+void EndState()
+try
+{
+    constexpr int kLooks = kWaitAgainMs / kLookMs;
+    for (int look = 0; look < kLooks; ++look)
+    {
+        if (Mutex().try_lock()) return TheDatabase().WriteBack();
+        usleep(kLookMs * 1000);
+    }
+}
+catch (const std::bad_alloc&)
+{
+    OutOfMemory("EndState", 0);
+}
 
 State::State() : lock_(Mutex()) {}
 Database* State::operator->() const { return &TheDatabase(); }

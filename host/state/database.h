@@ -144,6 +144,9 @@ public:
     // Gives the write-ahead log its full size, so that commits do not have to make it grow.
     void ReserveLog();
 
+    // Writes the log back, so that the file is whole without it. Nothing happens while another process reads.
+    void WriteBack();
+
 private:
     friend class Query;
     struct EndOfTransaction
@@ -171,6 +174,7 @@ private:
     bool IsAnother();
     void WaitAtMost(int milliseconds);
     off_t SizeOnceMade();
+    void KeepLogAside();
     bool OpenFile(bool create);
     bool Prepare(bool frozen);
 
@@ -200,4 +204,8 @@ public:
 private:
     std::unique_lock<std::recursive_mutex> lock_;
 };
+
+// For the end of the process: writes the log back. From then on no thread gets at the database: a commit would not be
+// answered any more. Where another thread has it for longer than a quarter of a second, nothing happens.
+void EndState();
 }  // namespace kobd::host

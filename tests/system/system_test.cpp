@@ -15,9 +15,13 @@ TEST_F(System, EverySignalLogsItsNumberAndEndsWithStatusZero)
 {
     for (const int number : {SIGTERM, SIGINT, SIGQUIT, SIGUSR1, SIGUSR2, SIGBUS})
     {
+        const std::string value = std::to_string(8000 + number);
+        EXPECT_EQ(SetObject("webHttpsPort", value), 0);
         const int64_t start = NowMs();
         EXPECT_EQ(daemon_.End(number), 0) << number;
         EXPECT_LT(NowMs() - start, 3000) << number;
+        EXPECT_NE(FileText(kState + "/kobd.db").find("webHttpsPort" + value), std::string::npos)
+            << "the database is whole without its log";
         EXPECT_TRUE(LogSays("sig_handler[20]: recv signal:" + std::to_string(number)));
         EXPECT_TRUE(LogSays("sig_handler[24]: Get sig " + std::to_string(number) + ", exit..."));
         ASSERT_TRUE(daemon_.Start());
