@@ -6,7 +6,10 @@
 #include <algorithm>
 #include <cctype>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
+#include <ctime>
+#include <utility>
 
 #include "client/dictionary/names.h"
 #include "daemon/base/result.h"
@@ -61,6 +64,32 @@ Failure ReadNumber(const std::string& text, int highest, const char* takes, int*
 Failure ReadCount(const std::string& text, Options* options)
 {
     return ReadNumber(text, kHighestCount, "--count takes a number", &options->count);
+}
+
+// "2026-11-25", "2026-11-25 18:30", or how long ago: "90s", "30m", "24h", "7d".
+Failure ReadSince(const std::string& text, Options* options)
+{
+    constexpr std::pair<char, int64_t> kUnits[] = {{'s', 1}, {'m', 60}, {'h', 3600}, {'d', 86400}};  // in seconds
+    for (const auto& [unit, seconds] : kUnits)
+        if (text.ends_with(unit))
+            if (const auto ago = ReadInteger(text.substr(0, text.size() - 1), 0, INT32_MAX))
+            {
+                options->since_s = time(nullptr) - *ago * seconds;
+                return {};
+            }
+    for (const char* form : {"%Y-%m-%d", "%Y-%m-%d %H:%M", "%Y-%m-%d %H:%M:%S"})
+    {
+        tm local = {};
+        local.tm_isdst = -1;
+        const char* end = strptime(text.c_str(), form, &local);
+        if (end == nullptr || *end != 0) continue;
+        options->since_s = mktime(&local);
+        return {};
+    }
+    return {kWrongUse,
+            "--since takes a date, such as 2026-11-25 or '2026-11-25 18:30', or a time ago, such as 30m, 24h "
+            "or 7d, not '" +
+                text + "'"};
 }
 
 Failure ReadTimes(const std::string& text, Options* options)
@@ -128,6 +157,7 @@ constexpr Option kOptions[] = {
     {"columns", nullptr, ReadColumns},
     {"follow", &Options::follow, nullptr},
     {"count", nullptr, ReadCount},
+    {"since", nullptr, ReadSince},
     {"secrets", &Options::secrets, nullptr},
     {"pcap", nullptr, ReadPcap},
     {"poll", nullptr, ReadPoll},

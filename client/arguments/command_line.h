@@ -1,6 +1,7 @@
 // The words after "kobctl", and the lines of a batch.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -32,6 +33,7 @@ struct Options
     int confirm_s = 0;                      // seconds until the old values return; 0: they do not
     std::optional<int> timeout_ms = {};     // how long an answer of the daemon may take, when it was given
     int count = 0;                          // messages or lines to wait for; 0: without end
+    int64_t since_s = 0;                    // seconds since 1970, from when on changes are shown
     bool announce = false;
     bool all = false;      // a pattern may match everything
     bool diff = false;     // show what a set changes

@@ -66,8 +66,8 @@ Failure ReadAskedChanges(const Options& options, const Words& words, std::vector
 {
     UseStateToShow();
     if (Failure failure = ReadPastChanges(changes)) return {failure.code, "history: " + failure.what};
-    std::erase_if(*changes,
-                  [&](const PastChange& change) { return !MatchesAny(words, change.Name(), options.exact_case); });
+    std::erase_if(*changes, [&](const PastChange& change)
+                  { return change.time < options.since_s || !MatchesAny(words, change.Name(), options.exact_case); });
     if (options.count > 0 && changes->size() > static_cast<size_t>(options.count))
         changes->erase(changes->begin(), changes->end() - options.count);
     return {};
