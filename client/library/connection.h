@@ -53,6 +53,7 @@ struct Explained
     std::string reason = {};
     std::optional<std::string> right = {};
     std::string text = {};  // without the code in words, which Face adds
+    size_t changed = 0;
     kobd_explanation face = {};
 
     // The explanation as C has it, valid as long as this object is unchanged.

@@ -145,7 +145,8 @@ const kobd_explanation* Explained::Face()
             .value = Maybe(value),
             .reason = reason.c_str(),
             .right = Maybe(right),
-            .text = text.c_str()};
+            .text = text.c_str(),
+            .changed = changed};
     return &face;
 }
 }  // namespace kobd::client

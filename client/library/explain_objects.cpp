@@ -77,6 +77,7 @@ Explained WhyNotApplied(const Pairs& pairs, const std::optional<FailedChange>& t
     Explained why = Simple("the router could not set " + names[failed]);
     why.object = pairs[failed].name;
     why.value = pairs[failed].value;
+    why.changed = failed;
     if (pairs.size() > 1) why.text = HowFar(names, failed) + why.text;
     return why;
 }

@@ -212,6 +212,8 @@ typedef struct kobd_explanation {
                            "kobd is not running on this bus". Never NULL */
     const char* right;  /* what would be right: "an integer from 1 to 65535" */
     const char* text;   /* all of it in one line, as kobctl prints it. Never NULL */
+    size_t changed;     /* how many objects of a set, from its first one on, were set before the router itself failed,
+                           and stay so; 0 also where that is not known */
 } kobd_explanation;
 
 /* Why the last call on this client returned what it did; NULL when it returned 0 or there was none. It belongs to the
