@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import Optional
+from typing import Any, Optional
 
 
 class KobdError(Exception):
@@ -31,6 +31,10 @@ class KobdError(Exception):
         self.right = right
         self.table = table
         self.index = index
+
+    def __reduce__(self) -> tuple[Any, ...]:
+        """For pickle and copy, and so for a pool of processes: the attributes travel too."""
+        return type(self), (self.code, *self.args), self.__dict__
 
 
 class Refused(KobdError):

@@ -1,6 +1,7 @@
 """The Python package over a real daemon: each thing that it does, and what it refuses."""
 
 import os
+import pickle
 import select
 import subprocess
 import threading
@@ -51,6 +52,7 @@ class PackageTest(unittest.TestCase):
                 self.assertEqual((error.code, error.name, error.value), (code, name, value))
                 self.assertIn(right or "", error.right or "")
                 self.assertTrue(error.reason)
+                self.assertEqual(repr(vars(pickle.loads(pickle.dumps(error)))), repr(vars(error)))
         self.assertEqual(self.router.get_many("webLanguage", "webHttpPort"), before)
         self.refused(TypeError, self.router.set, {"webHttpPort": 1.5})
         self.assertIn("webHttpPort", str(self.refused(LookupError, self.router.get, "webHtpPort")))
