@@ -4,13 +4,15 @@ from __future__ import annotations
 
 import ctypes
 import os
+import threading
+from contextlib import contextmanager
 from ctypes import POINTER, c_char_p, c_int, c_int32, c_int64, c_size_t, c_uint16, c_uint32, c_uint64, c_void_p
-from typing import Any, Iterator, Optional, Union
+from typing import Any, Callable, Iterator, NamedTuple, Optional, Sequence, TypeVar, Union
 
 from .errors import KobdError, Refused, error_class
 
 VALUE_MAX = 2048
-INVALID, SYSTEM_ERROR, TIMEOUT, BUFFER_LIMIT = 2, 4, 8, 11
+INVALID, SYSTEM_ERROR, TIMEOUT, NOT_OURS, BUFFER_LIMIT, UNAVAILABLE = 2, 4, 8, 9, 11, 16
 
 # Requests, and the tags of their items.
 GET, SET_SILENT, UPDATE, TABLE_GET, TABLE_DUMP = 2, 3, 4, 9, 12
@@ -70,6 +72,7 @@ class Explanation(ctypes.Structure):
         ("reason", c_char_p),
         ("right", c_char_p),
         ("text", c_char_p),
+        ("changed", c_size_t),
     ]
 
 
@@ -104,6 +107,7 @@ class Tapped(ctypes.Structure):
 
 
 _TEXTS = POINTER(c_char_p)
+_Read = TypeVar("_Read")
 
 # Each function that is called: what it returns, and what it takes. None takes a function of ours: ctypes would swallow
 # a KeyboardInterrupt in it.
@@ -177,6 +181,8 @@ def decode_or_none(text: Optional[bytes]) -> Optional[str]:
 
 def encode(text: str, name: Optional[str] = None) -> bytes:
     """The bytes of a text. A zero byte would end it early, so that it is refused here."""
+    if not isinstance(text, str):
+        raise TypeError(f"a name is a str, not {text!r}")
     if "\0" in text:
         reason = "a text cannot hold a zero byte"
         raise Refused(INVALID, f"{name}: {reason}" if name else reason, name, text, reason)
@@ -187,17 +193,21 @@ def texts(encoded: list[bytes]) -> ctypes.Array[c_char_p]:
     return (c_char_p * len(encoded))(*encoded)
 
 
-def items_of(payload: Bytes) -> Iterator[Item]:
-    """The items that the bytes hold. Each is valid until the next one."""
-    item = Item()
+def items_of(payload: Bytes) -> list[Answer]:
+    """The items that the bytes hold."""
+    item, found = Item(), []
     while (got := lib.kobd_bytes_next(ctypes.byref(payload), ctypes.byref(item))) == 1:
-        yield item
+        found.append(Answer(item.tag, decode(item.text), item.number))
     if got < 0:
         raise error_of(SYSTEM_ERROR)
+    return found
 
 
-def error_of(code: int, why: Any = None) -> KobdError:
-    """The exception for a code, with the words of the explanation where there is one."""
+def error_of(code: int, why: Any = None, names: Sequence[str] = ()) -> KobdError:
+    """The exception for a code, with the words of the explanation where there is one.
+
+    `names` are those of the objects that were to be set.
+    """
     if not why:
         return error_class(code)(code, f"{decode(lib.kobd_result_text(code))} ({code})")
     explanation = why.contents
@@ -211,45 +221,120 @@ def error_of(code: int, why: Any = None) -> KobdError:
         decode_or_none(explanation.right),
         decode_or_none(explanation.table),
         explanation.index if explanation.index >= 0 else None,
+        names[: explanation.changed],
     )
 
 
-class Client:
-    """A connection to the daemon."""
+class Shared:
+    """What the library lets one thread at a time use, in the process that opened it: a connection, or a watch.
+
+    A subclass uses its handles inside a turn, and frees them in _free().
+    """
+
+    _kind = ""  # the class by the name that the user of the package knows
 
     def __init__(self) -> None:
+        self._process = os.getpid()
+        self._lock = threading.RLock()
+        self._busy = False
+        self._closed = False
+
+    @contextmanager
+    def _turn(self, even_closed: bool = False) -> Iterator[None]:
+        """Waits for other threads. Inside the turn nothing is freed, and no other thread makes a call."""
+        if os.getpid() != self._process:  # before the lock, which a thread that the child does not have may hold
+            reason = f"this {self._kind} belongs to the process that opened it; a child opens a {self._kind} of its own"
+            raise error_class(NOT_OURS)(NOT_OURS, reason)
+        with self._lock:
+            if self._busy:
+                raise RuntimeError(f"a signal interrupted a call of this {self._kind}: its handler opens another one")
+            if not even_closed:
+                self._require_open()
+            self._busy = True
+            try:
+                yield
+            finally:
+                self._busy = False
+                if self._closed:
+                    self._free()
+
+    def _require_open(self) -> None:
+        if self._closed:
+            raise ValueError(f"the {self._kind} is closed")
+
+    def close(self) -> None:
+        """Waits for the call in progress and ends. May be called again, and from any thread or signal handler."""
+        if os.getpid() != self._process:
+            self._closed = True
+            self._free()
+            return
+        with self._lock:
+            self._closed = True
+            if not self._busy:  # else a signal handler has interrupted this thread's turn, whose end does it
+                self._free()
+
+    def _free(self) -> None:
+        raise NotImplementedError
+
+
+class Answer(NamedTuple):
+    """An item of a reply."""
+
+    tag: int
+    text: str
+    number: int
+
+
+class Client(Shared):
+    """A connection to the daemon. Every request and the reading of its reply are one turn."""
+
+    _kind = "Router"
+
+    def __init__(self, timeout_ms: Optional[int] = None) -> None:
+        super().__init__()
         self._handle = c_void_p()
         if code := lib.kobd_client_open(ctypes.byref(self._handle)):
             raise error_of(code)
+        if timeout_ms is not None:
+            lib.kobd_client_set_timeout(self._handle, timeout_ms)
 
-    @property
-    def handle(self) -> c_void_p:
-        if not self._handle:
-            raise ValueError("the connection is closed")
-        return self._handle
+    def _free(self) -> None:
+        handle, self._handle = self._handle, c_void_p()
+        lib.kobd_client_close(handle)
 
-    def close(self) -> None:
-        """Ends the connection. May be called again."""
-        lib.kobd_client_close(self._handle)
-        self._handle = c_void_p()
+    __del__ = Shared.close
 
-    __del__ = close
+    def ask(
+        self, read: Callable[[], _Read], function: Callable[..., int], *arguments: Any, names: Sequence[str] = ()
+    ) -> _Read:
+        """Calls a function of the library with this client, and then `read`, before another thread has its turn.
 
-    def call(self, request: int, *items: tuple[int, Union[int, bytes]]) -> int:
-        """Sends a request and returns its result."""
+        Returns what `read` returns. Raises what the call was refused for; `names` are those of the objects to set.
+        """
+        with self._turn():
+            if code := function(self._handle, *arguments):
+                raise error_of(code, lib.kobd_explain(self._handle), names)
+            return read()
+
+    def run(self, function: Callable[..., int], *arguments: Any, names: Sequence[str] = ()) -> None:
+        """The same for a call without a reply to read."""
+        self.ask(lambda: None, function, *arguments, names=names)
+
+    def call(self, request: int, *items: tuple[int, Union[int, bytes]]) -> list[Answer]:
+        """Sends a request and returns the items of its reply."""
         sent = Items(*items)
-        return int(lib.kobd_call(self.handle, request, sent.handle))
+        return self.ask(self._reply, lib.kobd_call, request, sent.handle)
 
-    def reply(self) -> Iterator[Item]:
-        """The items of the reply to the last call. Each is valid until the next one."""
-        item = Item()
-        while lib.kobd_reply_next(self.handle, ctypes.byref(item)) == 1:
-            yield item
+    def _reply(self) -> list[Answer]:
+        item, found = Item(), []
+        while lib.kobd_reply_next(self._handle, ctypes.byref(item)) == 1:
+            found.append(Answer(item.tag, decode(item.text), item.number))
+        return found
 
-    def check(self, code: int) -> None:
-        """Raises what a call on this client that returned `code` was refused for."""
-        if code:
-            raise error_of(code, lib.kobd_explain(self.handle))
+    def not_saved(self) -> Optional[str]:
+        """As kobd_not_saved."""
+        with self._turn():
+            return decode_or_none(lib.kobd_not_saved(self._handle))
 
 
 class Items:

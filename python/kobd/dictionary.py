@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import fnmatch
 from dataclasses import dataclass
-from typing import Any, Iterator, Optional, Union
+from typing import Any, Iterator, Mapping, Optional, Union
 
 from ._library import decode, decode_or_none, encode, lib
 from .errors import NotFound
@@ -57,6 +57,7 @@ class TableDescription:
     can_get: bool
     can_set: bool
     can_add_below: bool
+    can_list: bool  # all rows can be read together
     max_rows: int
     accepts: Optional[str]
 
@@ -68,6 +69,19 @@ def text_of(value: Value) -> str:
     if not isinstance(value, (int, str)):
         raise TypeError(f"a value is an int, a bool or a str, not {value!r}")
     return str(value)
+
+
+def encode_values(values: Mapping[str, Value]) -> list[tuple[bytes, bytes]]:
+    """Names of objects and their values, as the daemon takes them. TypeError for a bool where it stands for nothing."""
+    for name, value in values.items():
+        found = lib.kobd_describe(encode(name))
+        if isinstance(value, bool) and found and not found.contents.is_flag:
+            raise TypeError(f"{name} is no flag: it takes {decode(found.contents.accepts)}, not {value}")
+    return [(encode(name), encode(text_of(value), name)) for name, value in values.items()]
+
+
+def has_object(name: str) -> bool:
+    return "\0" not in name and bool(lib.kobd_describe(encode(name)))
 
 
 def describe(name: str) -> Union[Description, TableDescription]:
@@ -95,7 +109,17 @@ def describe_table(name: str) -> TableDescription:
 
 
 def objects(pattern: str = "*") -> Iterator[Description]:
-    """The objects whose names match, each once, in the dictionary's order."""
+    """The objects whose names match, each once, in the dictionary's order. NotFound for a plain name that none has."""
+    if not has_wildcards(pattern):
+        describe_object(pattern)
+    return matching_objects(pattern)
+
+
+def has_wildcards(pattern: str) -> bool:
+    return any(sign in pattern for sign in "*?[")
+
+
+def matching_objects(pattern: str) -> Iterator[Description]:
     seen: set[str] = set()
     position = 0
     while found := lib.kobd_object_at(position):
@@ -115,8 +139,13 @@ def tables(pattern: str = "*") -> Iterator[TableDescription]:
 
 
 def no_such(kind: str, name: str) -> NotFound:
+    """The error for a name that is unknown, or is of the other kind."""
     near = decode_or_none(lib.kobd_did_you_mean(encode(name)))
     reason = f"there is no {kind} {name}" + (f", did you mean {near}?" if near else "")
+    if kind == "object" and lib.kobd_describe_table(encode(name)):
+        reason, near = f'{name} is a table, which router.table("{name}") reads', None
+    elif kind == "table" and lib.kobd_describe(encode(name)):
+        reason, near = f'{name} is an object, which router["{name}"] reads', None
     return NotFound(1, reason, name, None, reason, near)
 
 
@@ -151,6 +180,7 @@ def _table_description(found: Any) -> TableDescription:
         can_get=bool(found.can_get),
         can_set=bool(found.can_set),
         can_add_below=bool(found.can_add_below),
+        can_list=bool(found.can_list),
         max_rows=found.max_rows,
         accepts=decode_or_none(found.accepts),
     )

@@ -2,14 +2,15 @@
 
 from __future__ import annotations
 
-from typing import Any, Optional
+from typing import Any, Optional, Sequence
 
 
 class KobdError(Exception):
     """A request failed. The daemon or the library answered `code`; str() is the line that kobctl prints.
 
     `name` is the object, table or column that it is about, `value` the refused value, `reason` what was wrong and
-    `right` what would be right; `table` and `index` name a row. Each is None where it does not apply.
+    `right` what would be right; `table` and `index` name a row. Each is None where it does not apply. `changed` has the
+    objects that a set had changed before the router itself failed, where it tells that: they stay changed.
     """
 
     def __init__(
@@ -22,6 +23,7 @@ class KobdError(Exception):
         right: Optional[str] = None,
         table: Optional[str] = None,
         index: Optional[int] = None,
+        changed: Sequence[str] = (),
     ) -> None:
         super().__init__(text)
         self.code = code
@@ -31,6 +33,7 @@ class KobdError(Exception):
         self.right = right
         self.table = table
         self.index = index
+        self.changed = tuple(changed)
 
     def __reduce__(self) -> tuple[Any, ...]:
         """For pickle and copy, and so for a pool of processes: the attributes travel too."""

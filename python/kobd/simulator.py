@@ -6,8 +6,9 @@ import subprocess
 from typing import Mapping, Union
 
 from . import dictionary
-from ._library import OBJECT_NAME, TABLE_NAME, VALUE, Client, Items, encode, lib
-from .dictionary import Description, Value, text_of
+from ._library import OBJECT_NAME, TABLE_NAME, UNAVAILABLE, VALUE, Client, Items, encode, lib
+from .dictionary import Description, Value
+from .errors import Refused
 
 _SET, _SET_ANNOUNCED, _FAIL, _SLOW, _CLEAR = 3, 4, 8, 9, 11
 _INVOKE_FAILED = 17
@@ -23,7 +24,7 @@ class Simulator:
 
     def set(self, values: Mapping[str, Value], announce: bool = False) -> None:
         """Lets objects show these values, read-only ones too; `announce` tells other modules of them."""
-        pairs = [(encode(name), encode(text_of(value), name)) for name, value in values.items()]
+        pairs = dictionary.encode_values(values)
         items = [item for name, value in pairs for item in ((OBJECT_NAME, name), (VALUE, value))]
         self._send(_SET_ANNOUNCED if announce else _SET, *items)
 
@@ -33,6 +34,11 @@ class Simulator:
         The name "" with the operation "commit" lets nothing become durable.
         """
         subject = [_subject(name)] if name else []
+        has = _operations(name)
+        if operation not in has:
+            right = ", ".join(has) or "none"
+            reason = f"""{name or 'the name ""'} has no operation {operation}, it has {right}"""
+            raise Refused(UNAVAILABLE, reason, name, operation, reason, right)
         self._send(_FAIL, *subject, (VALUE, encode(operation)), (VALUE, code), (VALUE, times))
 
     def slow(self, name: str, milliseconds: int, times: int = 0) -> None:
@@ -57,9 +63,21 @@ class Simulator:
 
     def _send(self, control: int, *pairs: Tagged) -> None:
         items = Items(*pairs)
-        self._client.check(lib.kobd_host_call(self._client.handle, control, items.handle))
+        self._client.run(lib.kobd_host_call, control, items.handle)
 
 
 def _subject(name: str) -> Tagged:
     is_object = isinstance(dictionary.describe(name), Description)
     return (OBJECT_NAME if is_object else TABLE_NAME), encode(name)
+
+
+def _operations(name: str) -> list[str]:
+    """What can fail of an object, of a table, or without a name."""
+    if not name:
+        return ["commit"]
+    of = dictionary.describe(name)
+    if isinstance(of, Description):
+        can = {"get": of.readable, "set": of.writable}
+    else:
+        can = {"get": of.can_get, "set": of.can_set, "add": of.can_add, "del": of.can_delete, "next": of.can_list}
+    return [operation for operation, has in can.items() if has]

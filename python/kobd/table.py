@@ -8,7 +8,7 @@ from typing import Iterator, Mapping, Optional
 
 from . import dictionary
 from ._library import COLUMN_NAME, INVALID, ROW_INDEX, TABLE_DUMP, TABLE_GET, TABLE_NAME, VALUE
-from ._library import Bytes, Client, Item, Items, decode, encode, error_of, items_of, lib
+from ._library import Answer, Bytes, Client, Items, encode, error_of, items_of, lib
 from .dictionary import TableDescription, Value, text_of
 from .errors import KobdError, Refused
 
@@ -39,22 +39,22 @@ class Table:
         return len(self.rows())
 
     def __getitem__(self, index: int) -> Row:
-        self._client.check(
-            self._client.call(TABLE_GET, (TABLE_NAME, encode(self.name)), (ROW_INDEX, _number(index)))
-        )
-        return self._rows(self._client.reply())[0]
+        reply = self._client.call(TABLE_GET, (TABLE_NAME, encode(self.name)), (ROW_INDEX, _number(index)))
+        return self._rows(reply)[0]
 
     def __delitem__(self, index: int) -> None:
-        self._client.check(lib.kobd_row_del(self._client.handle, encode(self.name), _number(index)))
+        self._client.run(lib.kobd_row_del, encode(self.name), _number(index))
 
     def rows(self) -> list[Row]:
         """All rows, in the router's order."""
         content = Bytes()
         asked = Items((TABLE_NAME, encode(self.name)))
-        self._client.check(lib.kobd_dump(self._client.handle, TABLE_DUMP, asked.handle, byref(content)))
-        return self._rows(items_of(content))
+        reply = self._client.ask(
+            lambda: items_of(content), lib.kobd_dump, TABLE_DUMP, asked.handle, byref(content)
+        )
+        return self._rows(reply)
 
-    def _rows(self, items: Iterator[Item]) -> list[Row]:
+    def _rows(self, items: list[Answer]) -> list[Row]:
         """Rows from their items: for each the table and the index, then columns and values by turns."""
         found: list[Row] = []
         column = ""
@@ -62,13 +62,13 @@ class Table:
             if item.tag == ROW_INDEX:
                 found.append(Row(item.number, {}))
             elif item.tag == COLUMN_NAME:
-                column = decode(item.text)
+                column = item.text
             elif item.tag == VALUE:
-                found[-1][column] = self._value(column, decode(item.text))
+                found[-1][column] = self._value(column, item.text)
         return found
 
     def set(self, index: int, values: Mapping[str, Value], silent: bool = False) -> None:
-        """Changes columns of a row, all or none."""
+        """Changes columns of a row. A refused value changes nothing."""
         with Changes(self._client, silent) as changes:
             changes.set(self.name, index, values)
 
@@ -81,7 +81,7 @@ class Table:
         index = c_int32()
         below = None if parent is None else encode(parent)
         name = encode(self.name)
-        self._client.check(lib.kobd_row_add(self._client.handle, name, below, byref(index)))
+        self._client.run(lib.kobd_row_add, name, below, byref(index))
         if encoded:
             try:
                 self.set(index.value, values or {})
@@ -111,7 +111,10 @@ class Changes:
             self._changes.append(change)
 
     def make(self) -> None:
-        """Makes the changes: all are checked before the first row is written."""
+        """Makes the changes. All are checked before the first row is written: a refused one changes nothing.
+
+        Where the router itself fails at a row, those before it stay changed, and the exception names them.
+        """
         if not self._changes:
             return
         handle = c_void_p(lib.kobd_changes_new())
@@ -119,7 +122,7 @@ class Changes:
             for change in self._changes:
                 if code := lib.kobd_changes_add(handle, *change):
                     raise error_of(code)
-            self._client.check(lib.kobd_changes_set(self._client.handle, handle, self._silent))
+            self._client.run(lib.kobd_changes_set, handle, self._silent)
         finally:
             lib.kobd_changes_free(handle)
 

@@ -11,9 +11,9 @@ from typing import Iterator, Optional
 
 from . import dictionary
 from ._library import COLUMN_NAME, ROW_INDEX, TABLE_NAME, TIMEOUT
-from ._library import Bytes, Client, Tapped, decode, error_of, items_of, lib
+from ._library import Bytes, Client, Shared, Tapped, decode, error_of, items_of, lib
 from .dictionary import Value
-from .errors import NotFound, Refused
+from .errors import NotFound, Refused, Timeout
 
 _NOTIFY = 0x5A510003  # the module that announcements go to
 _SENT = 3  # a tapped message to a module
@@ -42,17 +42,24 @@ class Change:
     program: Optional[str] = None
 
 
-class Watch:
+class Watch(Shared):
     """An iterator over changes. It waits for the next one without end; next_change takes a time.
 
     The imitated router shows them to any number of programs. On a router one program at a time can listen, and
     another one gets a KobdError with code 9. NotRunning is raised when the daemon ends. `missed` counts the messages
     that were lost because this program took too long; only the imitated router tells it.
+    Any thread may use it; each change goes to one of them.
     """
+
+    _kind = "Watch"
 
     def __init__(self, patterns: tuple[str, ...] = ()) -> None:
         from .router import Router  # which imports this module
 
+        super().__init__()
+        for pattern in patterns:
+            if not dictionary.has_wildcards(pattern):
+                dictionary.describe(pattern)
         self.missed = 0
         self._patterns = patterns or ("*",)
         self._stopped = False
@@ -60,37 +67,42 @@ class Watch:
         self._tap, self._joined = c_void_p(), c_void_p()
         self._router = Router()
         self._open()
-        readable = [o.name for p in self._patterns for o in dictionary.objects(p) if o.readable and not o.secret]
+        matching = (one for pattern in self._patterns for one in dictionary.matching_objects(pattern))
+        readable = [one.name for one in matching if one.readable and not one.secret]
         self._known = self._router.get_many(*dict.fromkeys(readable)) if self._tap else {}
 
     def _open(self) -> None:
-        client = Client()
-        lib.kobd_client_set_timeout(client.handle, _TAP_WAIT_MS)
-        code = lib.kobd_tap_open(client.handle, byref(self._tap))
-        error = error_of(code, lib.kobd_explain(client.handle)) if code else None
-        client.close()
-        if error is not None and code != TIMEOUT:
-            raise error
-        if code and (code := lib.kobd_watch_open(byref(self._joined), _NOTIFY)):
-            raise error_of(code)
+        client = Client(_TAP_WAIT_MS)
+        try:
+            client.run(lib.kobd_tap_open, byref(self._tap))
+        except Timeout:
+            if code := lib.kobd_watch_open(byref(self._joined), _NOTIFY):
+                raise error_of(code) from None
+        finally:
+            client.close()
 
     def fileno(self) -> int:
         """A descriptor for select, poll or asyncio: readable when a message is there, of whatever kind."""
-        if self._tap:
-            return int(lib.kobd_tap_descriptor(self._tap))
-        return int(lib.kobd_watch_descriptor(self._joined))
+        with self._turn():
+            if self._tap:
+                return int(lib.kobd_tap_descriptor(self._tap))
+            return int(lib.kobd_watch_descriptor(self._joined))
 
     def stop(self) -> None:
         """Ends the iteration within a moment. May be called from any thread or signal handler."""
         self._stopped = True
 
     def close(self) -> None:
-        """Stops listening."""
+        """Stops listening, and ends the iteration of another thread. Other calls then raise ValueError."""
         self._stopped = True
-        lib.kobd_tap_close(self._tap)
-        lib.kobd_watch_close(self._joined)
-        self._tap, self._joined = c_void_p(), c_void_p()
+        super().close()
+
+    def _free(self) -> None:
         if hasattr(self, "_router"):  # it is missing where no connection could be opened
+            tap, joined = self._tap, self._joined
+            self._tap, self._joined = c_void_p(), c_void_p()
+            lib.kobd_tap_close(tap)
+            lib.kobd_watch_close(joined)
             self._router.close()
 
     __del__ = close
@@ -104,27 +116,35 @@ class Watch:
         self.close()
 
     def __iter__(self) -> Iterator[Change]:
+        self._require_open()
         return self
 
     def __next__(self) -> Change:
-        change = self.next_change()
+        change = self._wait(None)
         if change is None:
             raise StopIteration
         return change
 
     def next_change(self, seconds: Optional[float] = None) -> Optional[Change]:
-        """The next change; None after that many seconds, or after stop()."""
+        """The next change; None after that many seconds, or when stop() or close() ends the waiting."""
+        self._require_open()
+        return self._wait(seconds)
+
+    def _wait(self, seconds: Optional[float]) -> Optional[Change]:
         deadline = None if seconds is None else time.monotonic() + seconds
-        while not self._waiting and not self._stopped:
-            left = _SLICE_MS if deadline is None else int(max(0.0, deadline - time.monotonic()) * 1000)
-            if not self._receive(min(left, _SLICE_MS)) and deadline is not None and time.monotonic() >= deadline:
+        while True:
+            with self._turn(even_closed=True):
+                if self._waiting and not self._closed:
+                    return self._waiting.pop(0)
+                if self._stopped:
+                    return None
+                left = _SLICE_MS if deadline is None else max(0.0, deadline - time.monotonic()) * 1000
+                came = self._receive(int(min(left, _SLICE_MS)))
+            if not came and deadline is not None and time.monotonic() >= deadline:
                 return None
-        return self._waiting.pop(0) if self._waiting else None
 
     def _receive(self, milliseconds: int) -> bool:
         """Waits for a message and takes its changes. False when none came."""
-        if not self._tap and not self._joined:
-            raise ValueError("the watch is closed")
         message, tapped = c_uint16(), Tapped()
         if self._tap:
             code = lib.kobd_tap_next(self._tap, milliseconds, byref(tapped))
@@ -158,7 +178,7 @@ class Watch:
     def _objects(self, payload: Bytes) -> list[Change]:
         found = []
         for item in items_of(payload):
-            name = decode(item.text)
+            name = item.text
             new = self._read(name)
             found.append(Change("object", name, old=self._known.get(name), new=new))
             if new is not None:
@@ -175,11 +195,11 @@ class Watch:
         rows: dict[tuple[str, int], dict[str, Value]] = {}
         for item in items_of(payload):
             if item.tag == TABLE_NAME:
-                table = decode(item.text)
+                table = item.text
             elif item.tag == ROW_INDEX:
                 index = item.number
             elif item.tag == COLUMN_NAME:
-                column = decode(item.text)
+                column = item.text
                 if (table, index) not in rows:
                     rows[table, index] = self._read_row(table, index)
                 found.append(Change("column", table, index, column, new=rows[table, index].get(column)))
@@ -199,6 +219,6 @@ class Watch:
     def _row(self, payload: Bytes, kind: str) -> list[Change]:
         table, index = "", None
         for item in items_of(payload):
-            table = decode(item.text) if item.tag == TABLE_NAME else table
+            table = item.text if item.tag == TABLE_NAME else table
             index = int(item.number) if item.tag == ROW_INDEX else index
         return [Change(kind, table, index)]

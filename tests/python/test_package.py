@@ -1,5 +1,6 @@
 """The Python package over a real daemon: each thing that it does, and what it refuses."""
 
+import concurrent.futures
 import os
 import pickle
 import select
@@ -54,10 +55,36 @@ class PackageTest(unittest.TestCase):
                 self.assertTrue(error.reason)
                 self.assertEqual(repr(vars(pickle.loads(pickle.dumps(error)))), repr(vars(error)))
         self.assertEqual(self.router.get_many("webLanguage", "webHttpPort"), before)
-        self.refused(TypeError, self.router.set, {"webHttpPort": 1.5})
+        for value in (1.5, True):  # True would be port 1
+            self.refused(TypeError, self.router.set, {"webHttpPort": value})
         self.assertIn("webHttpPort", str(self.refused(LookupError, self.router.get, "webHtpPort")))
         self.assertEqual(self.refused(Refused, self.router.check, "webHttpPort", 0).value, "0")
         self.router.check("webHttpPort", 1)
+
+    def test_a_name_of_the_wrong_kind_is_told(self):
+        for call, name, advice in [
+            (self.router.get, "DnsClientTable", 'router.table("DnsClientTable")'),
+            (self.router.table, "webHttpPort", 'router["webHttpPort"]'),
+            (self.router.values, "webHtpPort", "did you mean webHttpPort?"),
+            (self.router.watch, "webHtpPort", "did you mean webHttpPort?"),
+        ]:
+            with self.subTest(name=name):
+                self.assertIn(advice, str(self.refused(NotFound, call, name)))
+        self.assertEqual([name in self.router for name in ("IMEI", "DnsClientTable", "a\0", 5)], [True] + 3 * [False])
+        self.assertEqual(set(self.router), {one.name for one in self.router.objects() if one.readable})
+
+    def test_threads_share_a_router(self):
+        """Each gets the answer to its own request, and its own refusal."""
+
+        def ask(name, value):
+            for _ in range(300):
+                self.assertEqual(self.router[name], value)
+                self.assertEqual(self.refused(Refused, self.router.set, {name: "\t"}, True).name, name)
+
+        ports = self.router.values("web*Port")
+        self.assertGreater(len(ports), 1)
+        with concurrent.futures.ThreadPoolExecutor() as pool:
+            list(pool.map(ask, ports.keys(), ports.values()))
 
     def test_silent_sets_last_with_a_commit(self):
         self.router.set({"webHttpPort": 8085}, silent=True)
@@ -118,6 +145,13 @@ class PackageTest(unittest.TestCase):
             self.assertEqual([watch.next_change(seconds=5).kind for _ in "ad"], ["added", "deleted"])
             threading.Timer(0.2, watch.stop).start()
             self.assertEqual(list(watch), [])
+        self.refused(ValueError, watch.fileno)
+        self.refused(ValueError, watch.next_change)
+        watch = self.router.watch()
+        closing = threading.Timer(0.2, watch.close)
+        closing.start()
+        self.assertEqual(list(watch), [])
+        closing.join()
 
     def test_a_router_without_taps_is_watched_too(self):
         no_answer = unittest.mock.patch("kobd.watching.lib.kobd_tap_open", return_value=8)
@@ -133,6 +167,10 @@ class PackageTest(unittest.TestCase):
         self.assertEqual(self.router["RSRP"], "-120")
         self.router.sim.fail("webHttpPort", "set", times=1)
         self.assertEqual(self.refused(Refused, self.router.set, {"webHttpPort": 8092}).code, 17)
+        self.router.sim.fail("webHttpPort", "set", times=2)
+        for silent in (False, True):
+            half = self.refused(Refused, self.router.set, {"webLanguage": "en", "webHttpPort": 1}, silent)
+            self.assertEqual((half.name, half.changed), ("webHttpPort", ("webLanguage",)))
         self.router.set({"webHttpPort": 8092})
         self.assertEqual(self.router.not_saved(), "")
         subprocess.run(["kobctl", "sim", "fail", "commit", "--times", "1"], check=True)
@@ -142,9 +180,14 @@ class PackageTest(unittest.TestCase):
         self.router.sim.slow("IMEI", 300)
         with Router(timeout=0.05) as impatient:
             self.refused(Timeout, impatient.get, "IMEI")
+        with Router(timeout=0.0001) as impatient:
+            self.assertIn("within 1 ms", str(self.refused(Timeout, impatient.get, "IMEI")))
+        for timeout in (0, -1, 2147484, float("inf"), float("nan")):
+            self.refused(ValueError, Router, timeout)
         self.router.sim.clear()
         self.assertEqual(self.router["RSRP"], "-95")
         self.refused(NotFound, self.router.sim.fail, "nothing", "get")
+        self.assertEqual(self.refused(Refused, self.router.sim.fail, "webHttpPort", "del").right, "get, set")
         self.refused(RuntimeError, self.router.sim.run, "no-such-scenario")
 
     def test_a_connection_that_cannot_be_used_says_why(self):
@@ -157,7 +200,7 @@ class PackageTest(unittest.TestCase):
             try:
                 self.router.get("IMEI")
             except KobdError as error:
-                os._exit(error.code)
+                os._exit(error.code if "a child opens a Router of its own" in str(error) else 1)
             os._exit(0)
         self.assertEqual(os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]), 9)
 
