@@ -95,7 +95,9 @@ Failure ReadArguments(const std::string& text, std::span<const Argument> takes, 
     arguments->erase(kSession);
     for (const auto& [name, value] : arguments->items())
         if (FindNamed(takes, name) == nullptr)
-            return {kInvalidArgument, "there is no argument " + name + ", there are " + Joined(AllNames(takes))};
+            return {kInvalidArgument,
+                    "there is no argument " + name +
+                        (takes.empty() ? ", it takes none" : ", there are " + Joined(AllNames(takes)))};
     for (const Argument& argument : takes)
         if (Failure failure = CheckArgument(argument, *arguments)) return failure;
     return {};

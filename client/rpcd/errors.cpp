@@ -7,11 +7,13 @@ namespace kobd::client
 {
 namespace
 {
-bool DropEnd(std::string* text, const std::string& end)
+// Removes the part at the end of the text, or before a note behind a semicolon: "; the new row 2 was deleted again".
+void Drop(std::string* text, const std::string& part)
 {
-    if (end.empty() || !text->ends_with(end)) return false;
-    text->resize(text->size() - end.size());
-    return true;
+    const size_t start = text->rfind(part);
+    if (start == std::string::npos) return;
+    const size_t end = start + part.size();
+    if (end == text->size() || text->compare(end, 2, "; ") == 0) text->erase(start, part.size());
 }
 }  // namespace
 
@@ -23,15 +25,15 @@ Json ErrorReply(const Failure& failure, const std::vector<AskedValue>& asked)
     for (const AskedValue& one : asked)
     {
         if (!reason.starts_with(one.prefix + ": ")) continue;
-        error["name"] = one.name;
+        if (!one.name.empty()) error["name"] = one.name;
         if (one.value) error["value"] = *one.value;
         reason.erase(0, one.prefix.size() + 2);
-        (void)DropEnd(&reason, ": " + CodeText(code));  // before what would be right
+        Drop(&reason, ": " + CodeText(code));  // before what would be right
         if (!one.right.empty()) error["right"] = one.right;
-        (void)DropEnd(&reason, "; it takes " + one.right);
+        if (!one.right.empty()) Drop(&reason, "; it takes " + one.right);
         break;
     }
-    (void)DropEnd(&reason, ": " + CodeText(code));
+    Drop(&reason, ": " + CodeText(code));
     for (const AskedValue& one : asked)
     {
         if (error.contains("name") || (asked.size() > 1 && !reason.starts_with(one.name + " "))) continue;

@@ -12,8 +12,8 @@ namespace kobd::client
 // A value that may have been refused.
 struct AskedValue
 {
-    std::string prefix;  // what a failure about it begins with
-    std::string name;
+    std::string prefix;                     // what a failure about it begins with
+    std::string name;                       // empty: it is one of several
     std::optional<std::string> value = {};  // nothing: only a name was asked for
     std::string right = {};                 // what would be right; empty where that is not known
 };

@@ -51,8 +51,18 @@ Json ReadableValues(const Options& options, const Json& arguments, bool secrets)
 
 Json GetValues(const Options& options, const Json& arguments) { return ReadableValues(options, arguments, false); }
 
+// An index is that of a row.
+Failure CheckIndex(const Json& arguments)
+{
+    if (arguments.contains("table") || !arguments.contains("index")) return {};
+    return {kInvalidArgument, "index is given without table"};
+}
+
 Json Reveal(const Options& options, const Json& arguments)
 {
+    if (Failure failure = CheckIndex(arguments)) return ErrorReply(failure);
+    if (arguments.contains("table") && (arguments.contains("names") || arguments.contains("match")))
+        return ErrorReply({kInvalidArgument, "reveal takes table, or names and match, and not both"});
     return arguments.contains("table") ? RowsReply(options, arguments, true) : ReadableValues(options, arguments, true);
 }
 
@@ -93,6 +103,7 @@ Json SetValues(const Options& options, const Json& arguments)
 
 Json CheckValues(const Options& options, const Json& arguments)
 {
+    if (Failure failure = CheckIndex(arguments)) return ErrorReply(failure);
     if (arguments.contains("table")) return CheckRow(options, arguments);
     const Words words = WordsOf(ValuesOf(arguments));
     if (words.empty()) return ErrorReply({kInvalidArgument, "no values given"});

@@ -20,20 +20,34 @@ Words RowWords(const Json& arguments)
     return words;
 }
 
-// A failure about the row begins with its address, or with one value behind it.
-std::vector<AskedValue> AskedColumns(const Json& arguments)
+// "TABLE INDEX" at the beginning of the failure, else TABLE. A new row has its index from there alone.
+std::string RowIn(const Failure& failure, const std::string& table)
 {
-    const TableEntry* table = FindTable(TextOf(arguments, "table"));
-    const auto index = NumberOf(arguments, "index");
-    const std::string row = TextOf(arguments, "table") + (index ? " " + std::to_string(*index) : "");
+    if (!failure.what.starts_with(table + " ")) return table;
+    const size_t end = failure.what.find_first_not_of("0123456789", table.size() + 1);
+    return end == table.size() + 1 ? table : failure.what.substr(0, end);
+}
+
+// A failure about a row begins with its address. One value follows where a column refuses it, all of them where the
+// check of the row does.
+std::vector<AskedValue> AskedColumns(const Failure& failure, const TableEntry& table, const Assignments& values)
+{
     std::vector<AskedValue> asked;
-    for (const Assignment& value : ValuesOf(arguments))
+    if (values.empty()) return asked;
+    const std::string row = RowIn(failure, table.name);
+    AskedValue together = {.prefix = row, .name = "", .right = RuleOf(table.validator)};
+    for (const Assignment& value : values)
     {
-        const ColumnDef* column = table != nullptr ? FindColumn(*table, value.name) : nullptr;
-        const std::string right = column != nullptr ? Takes(*column) : "";
-        asked.push_back({row + ": " + value.Text(), value.name, value.value, right});
-        asked.push_back({row + " " + value.Text(), value.name, value.value, ""});
+        const ColumnDef* column = FindColumn(table, value.name);
+        if (column != nullptr) asked.push_back({row + ": " + value.Text(), value.name, value.value, Takes(*column)});
+        together.prefix += " " + value.Text();
     }
+    if (values.size() == 1)
+    {
+        together.name = values[0].name;
+        together.value = values[0].value;
+    }
+    asked.push_back(together);
     return asked;
 }
 
@@ -48,6 +62,24 @@ Json PartOf(Outcome outcome, const char* name, const std::vector<AskedValue>& as
 {
     if (!outcome.failure) outcome.data = Json(outcome.data[name]);
     return ReplyOf(outcome, name, asked);
+}
+
+// Changes a row by a command of kobctl table. A column that the table does not have is refused before.
+Json ChangeRow(Outcome (*command)(const Options&, const Words&), const Options& options, const Json& arguments,
+               const char* name)
+{
+    const TableEntry* table = FindTable(TextOf(arguments, "table"));
+    const Assignments values = ValuesOf(arguments);
+    for (const Assignment& value : values)
+        if (table != nullptr && FindColumn(*table, value.name) == nullptr)
+        {
+            const Fault fault = JudgeCell(*table, value.name, value.value);
+            return ErrorReply({fault.code, value.Text() + ": " + fault.reason},
+                              {{value.Text(), value.name, value.value}});
+        }
+    const Outcome outcome = command(options, RowWords(arguments));
+    return PartOf(outcome, name,
+                  table != nullptr ? AskedColumns(outcome.failure, *table, values) : std::vector<AskedValue>());
 }
 }  // namespace
 
@@ -66,14 +98,14 @@ Json SetRow(const Options& options, const Json& arguments)
 {
     Options set = options;
     set.silent = FlagOf(arguments, "silent");
-    return PartOf(TableSet(set, RowWords(arguments)), "set", AskedColumns(arguments));
+    return ChangeRow(TableSet, set, arguments, "set");
 }
 
 Json AddNewRow(const Options& options, const Json& arguments)
 {
     Options add = options;
     add.parent = TextOf(arguments, "parent");
-    return PartOf(TableAdd(add, RowWords(arguments)), "index", AskedColumns(arguments));
+    return ChangeRow(TableAdd, add, arguments, "index");
 }
 
 Json DeleteOneRow(const Options& options, const Json& arguments)
