@@ -362,8 +362,9 @@ void Database::WriteBack()
 {
     if (connection_ == nullptr || writing_ || sqlite3_db_readonly(connection_, "main") == 1 || IsAnother()) return;
     WaitAtMost(kWaitAgainMs);
-    if (sqlite3_wal_checkpoint_v2(connection_, "main", SQLITE_CHECKPOINT_TRUNCATE, nullptr, nullptr) == SQLITE_OK)
-        ReserveLog();
+    bool busy = true;
+    if (Query query = Ask("PRAGMA wal_checkpoint(TRUNCATE)"); query.Next()) busy = query.Number(0) != 0;
+    if (!busy) ReserveLog();
 }
 
 // The log of a file that is gone, which SQLite would remove. It begins with zeros where nothing is in it.
