@@ -135,7 +135,9 @@ Reply Http::ReplyTo(const httplib::Request& request)
     Call call = {services_, request};
     const bool api = request.path.starts_with("/api/");
     if (api) guard_.CheckToken(request, request.path == "/api/events");
+    if (request.path.find('\0') != request.path.npos) throw Problem{400, "The path has a zero byte."};
     const Route& route = FindRoute(request.method, request.path, &call.names);
+    if (api) CheckQuery(route, request);
     if (route.body != nullptr) call.body = BodyOf(in_hand.body);
     return route.answer(call);
 }

@@ -39,4 +39,23 @@ const Route& FindRoute(const std::string& method, const std::string& path, std::
     if (allowed.empty()) throw Problem{404, "There is nothing at " + path + "; /openapi.json lists what there is."};
     throw Problem{405, path + " takes " + allowed + ", not " + method + ".", {{"allow", allowed}}};
 }
+
+void CheckQuery(const Route& route, const httplib::Request& request)
+{
+    constexpr std::string_view kFlags = " describe values secrets announce ";
+    const auto has = [](std::string_view list, const std::string& name)
+    { return (" " + std::string(list) + " ").find(" " + name + " ") != std::string::npos; };
+    for (const auto& [name, value] : request.params)
+    {
+        if (!has(route.query, name))
+            throw Problem{400,
+                          std::string(route.path) + " takes no parameter '" + name + "'" +
+                              (*route.query != 0 ? "; it takes " + std::string(route.query) : "") + ".",
+                          {{"name", name}}};
+        if (value.find('\0') != value.npos)
+            throw Problem{400, "The parameter " + name + " has a zero byte.", {{"name", name}}};
+        if (has(kFlags, name) && value != "0" && value != "1")
+            throw Problem{400, "The parameter " + name + " is 0 or 1, not '" + value + "'.", {{"name", name}}};
+    }
+}
 }  // namespace kobd::web

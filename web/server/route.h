@@ -24,7 +24,7 @@ struct Call
     {
         return HasQuery(name) ? request.get_param_value(name) : otherwise;
     }
-    // True unless the query says NAME=0 (or the other way, when it is false by default).
+    // What the query says with NAME=0 or NAME=1; CheckQuery lets nothing else through.
     bool Flag(const char* name, bool otherwise) const { return Query(name, otherwise ? "1" : "0") != "0"; }
 };
 
@@ -52,4 +52,7 @@ extern const std::vector<Route> kRoutes;
 
 // The route of a request, and what its path says for each {name}. Throws a Problem when there is none.
 const Route& FindRoute(const std::string& method, const std::string& path, std::vector<std::string>* names);
+
+// Throws a Problem 400 for a query parameter that the route does not take, and for a flag that is neither 0 nor 1.
+void CheckQuery(const Route& route, const httplib::Request& request);
 }  // namespace kobd::web
