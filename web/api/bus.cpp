@@ -1,6 +1,8 @@
 #include "web/api/bus.h"
 
+#include <strings.h>
 #include <charconv>
+#include <cstdlib>
 #include <memory>
 
 namespace kobd::web
@@ -13,10 +15,6 @@ struct Close
 };
 thread_local std::unique_ptr<kobd_client, Close> bus;
 
-// Result codes that the library has no names for.
-constexpr int kReadOnly = 10;
-constexpr int kNoSuchColumn = 12;
-
 int StatusOf(int code, bool answered)
 {
     switch (code)
@@ -25,9 +23,9 @@ int StatusOf(int code, bool answered)
         case KOBD_INVALID:
         case kReadOnly:
         case kNoSuchColumn: return 422;
-        case 13: return 404;  // no such row
-        case 15:
-        case 16: return 409;  // the table is full, no such operation
+        case kNoSuchRow: return 404;
+        case kTableFull:
+        case kNoSuchOperation: return 409;
         case KOBD_TIMEOUT: return 504;
         case KOBD_BUFFER_LIMIT: return 413;
         default: return answered ? 502 : 503;
@@ -74,6 +72,21 @@ Reply Saved(Reply reply)
 bool IsRefusal(int code)
 {
     return code == KOBD_INVALID || code == KOBD_NOT_FOUND || code == kReadOnly || code == kNoSuchColumn;
+}
+
+bool ReadsAs(const kobd_description* description, const std::string& set, const std::string& now)
+{
+    if (strcasecmp(set.c_str(), now.c_str()) == 0) return true;
+    return description != nullptr && description->is_number != 0 &&
+           strtoll(set.c_str(), nullptr, 10) == strtoll(now.c_str(), nullptr, 10);
+}
+
+void AddTakenBack(const Json& restored, const Json& left, Problem* problem)
+{
+    problem->more["restored"] = restored;
+    problem->more["left"] = left;
+    problem->detail += left.empty() ? "; all is as before" : "; these could not be set back:";
+    for (const Json& name : left) problem->detail += (name == left[0] ? " " : ", ") + name.get<std::string>();
 }
 
 Json MembersOf(const kobd_explanation& why)

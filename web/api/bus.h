@@ -27,8 +27,21 @@ Problem ProblemOfCall(int code);
 // The reply to a change. Where that was not saved, its body has "saved": false, and "not_saved" says why.
 Reply Saved(Reply reply);
 
+// Result codes that the library has no names for.
+inline constexpr int kReadOnly = 10;
+inline constexpr int kNoSuchColumn = 12;
+inline constexpr int kNoSuchRow = 13;
+inline constexpr int kTableFull = 15;
+inline constexpr int kNoSuchOperation = 16;
+
 // Whether the code says that a request was refused before anything was changed.
 bool IsRefusal(int code);
+
+// Whether a value that was set may read as `now`: the router writes numbers and letters in its own way.
+bool ReadsAs(const kobd_description* description, const std::string& set, const std::string& now);
+
+// Says in the problem of a change that failed half way what was set back, and what is left.
+void AddTakenBack(const Json& restored, const Json& left, Problem* problem);
 
 // `why` as members of a problem or of a verdict: object, table, index, column, value, reason, right.
 Json MembersOf(const kobd_explanation& why);

@@ -32,13 +32,14 @@ void TakeBack(const Assignments& pairs, const Values& before, Problem* problem)
         const auto old = before.find(name);
         const auto is = now.find(name);
         if (old == before.end() || is == now.end())
-            left.push_back(name);
+            left.push_back(name);  // it cannot be compared
         else if (old->second != is->second)
-            (Set({{name, old->second}}) == 0 ? restored : left).push_back(name);
+        {
+            const bool ours = ReadsAs(kobd_describe(name.c_str()), value, is->second);  // nobody has changed it since
+            (ours && Set({{name, old->second}}) == 0 ? restored : left).push_back(name);
+        }
     }
-    problem->more["restored"] = restored;
-    problem->more["left"] = left;  // changed, or nobody knows: it cannot be read
-    problem->detail += left.empty() ? "; all is as before" : "; not all could be set back";
+    AddTakenBack(restored, left, problem);
 }
 
 }  // namespace

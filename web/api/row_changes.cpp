@@ -15,15 +15,21 @@ bool SetBack(const std::string& table, int32_t index, const Values& columns)
     kobd_changes_free(changes);
     return set;
 }
+
+// Whether the set itself answers it: there is no such table, row or operation. A row that is too long for a reply is no
+// obstacle to the daemon.
+bool IsLeftToTheSet(int code)
+{
+    return code == KOBD_NOT_FOUND || code == kNoSuchRow || code == kNoSuchOperation || code == KOBD_BUFFER_LIMIT;
+}
 }  // namespace
 
-Values ReadRow(const std::string& table, int32_t index)
+int ReadRow(const std::string& table, int32_t index, Values* row)
 {
-    Values row;
     const auto take = [](void* context, const char* column, const char* value)
     { (*static_cast<Values*>(context))[column] = value; };
-    if (kobd_row_get(Bus(), table.c_str(), index, take, &row) != 0) row.clear();
-    return row;
+    row->clear();
+    return kobd_row_get(Bus(), table.c_str(), index, take, row);
 }
 
 RowChanges::RowChanges() : changes_(kobd_changes_new())
@@ -46,7 +52,15 @@ void RowChanges::Add(const std::string& table, int32_t index, const Json& column
 void RowChanges::Store()
 {
     std::map<Address, Values> before;
-    for (const auto& [address, columns] : rows_) before[address] = ReadRow(address.first, address.second);
+    for (const auto& [address, columns] : rows_)
+    {
+        const int code = ReadRow(address.first, address.second, &before[address]);
+        if (code == kNoSuchRow) before.erase(address);
+        if (code == 0 || IsLeftToTheSet(code)) continue;
+        Problem problem = ProblemOfCall(code);
+        problem.detail += "; the row cannot be read, and nothing was set";
+        throw problem;
+    }
     const int code = kobd_changes_set(Bus(), changes_.get(), 0);
     if (code == 0) return;
     Problem problem = ProblemOfCall(code);
@@ -60,20 +74,23 @@ void RowChanges::TakeBack(const std::map<Address, Values>& before, Problem* prob
     Json left = Json::array();
     for (const auto& [address, columns] : rows_)
     {
+        if (!before.contains(address)) continue;  // there was no such row
         const Values& old = before.at(address);
-        const Values now = ReadRow(address.first, address.second);
+        Values now;
+        bool stays = ReadRow(address.first, address.second, &now) != 0 || old.empty();  // it cannot be compared
         Values changed;
         for (const auto& [column, value] : columns)
-            if (old.contains(column) && now.contains(column) && old.at(column) != now.at(column))
+        {
+            if (!old.contains(column) || !now.contains(column) || old.at(column) == now.at(column)) continue;
+            if (ReadsAs(kobd_describe_column(address.first.c_str(), column.c_str()), value, now.at(column)))
                 changed[column] = old.at(column);
-        const std::string name = address.first + " " + std::to_string(address.second);
-        if (old.empty() || now.empty())
-            left.push_back(name);  // nobody knows: it cannot be read
-        else if (!changed.empty())
-            (SetBack(address.first, address.second, changed) ? restored : left).push_back(name);
+            else
+                stays = true;  // another program has changed it since
+        }
+        if (!changed.empty() && !SetBack(address.first, address.second, changed)) stays = true;
+        if (stays || !changed.empty())
+            (stays ? left : restored).push_back(address.first + " " + std::to_string(address.second));
     }
-    problem->more["restored"] = restored;
-    problem->more["left"] = left;
-    problem->detail += left.empty() ? "; all is as before" : "; not all could be set back";
+    AddTakenBack(restored, left, problem);
 }
 }  // namespace kobd::web

@@ -17,7 +17,9 @@ public:
     // `columns` is an object of columns and values. Throws a Problem for what is none.
     void Add(const std::string& table, int32_t index, const Json& columns);
 
-    // Throws a Problem when they are refused or fail; it says which rows were set back, and which could not be.
+    // Throws a Problem when they are refused or fail; it says which rows were set back, and which could not be. A row
+    // that cannot be read is refused before anything is set: the daemon would write the columns that it could not read
+    // as empty ones.
     void Store();
 
     size_t Rows() const { return rows_.size(); }
@@ -35,6 +37,6 @@ private:
     std::map<Address, Values> rows_ = {};  // with their new values
 };
 
-// The columns of a row; empty when it cannot be read.
-Values ReadRow(const std::string& table, int32_t index);
+// Reads the columns of a row. Returns as kobd_row_get does; `row` is empty unless that is 0.
+int ReadRow(const std::string& table, int32_t index, Values* row);
 }  // namespace kobd::web

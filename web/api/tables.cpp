@@ -56,6 +56,15 @@ void CheckColumns(const std::string& table, const Json& columns)
     }
 }
 
+// The columns as they were sent, for a row that cannot be read after it was set.
+Json SentColumns(const Call& call, const std::string& table)
+{
+    Json columns = Json::object();
+    for (const auto& [column, value] : call.body.items())
+        columns[column] = Shown(table.c_str(), column.c_str(), ValueIn(value, column).c_str(), false);
+    return columns;
+}
+
 void FillOrDelete(const std::string& table, int32_t index, const Json& columns)
 {
     try
@@ -135,7 +144,14 @@ Reply PatchRow(const Call& call)
     RowChanges changes;
     changes.Add(table.name, IndexIn(call.names[1]), call.body);
     changes.Store();
-    return Saved(GetRow(call));
+    try
+    {
+        return Saved(GetRow(call));
+    }
+    catch (const Problem&)  // the change was made all the same
+    {
+        return Saved({{{"index", IndexIn(call.names[1])}, {"columns", SentColumns(call, table.name)}}});
+    }
 }
 
 Reply DeleteRow(const Call& call)

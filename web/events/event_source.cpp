@@ -1,6 +1,6 @@
 #include "web/events/event_source.h"
 
-#include <chrono>
+#include <algorithm>
 #include <ctime>
 #include <thread>
 
@@ -12,6 +12,10 @@ namespace
 {
 constexpr int kLook = 200;  // milliseconds between two looks whether there are listeners
 constexpr uint16_t kEventClass = 3;
+
+// Between two times that all values are read: the first after a success, then twice as long after each failure.
+constexpr std::chrono::milliseconds kPauseLeast = std::chrono::seconds(1);
+constexpr std::chrono::milliseconds kPauseMost = std::chrono::minutes(1);
 
 struct TapClose
 {
@@ -82,18 +86,40 @@ void EventSource::Listen()
 
 void EventSource::FollowTap(kobd_tap* tap)
 {
-    known_.Read();
-    TellState(true, "tap", "");
+    pause_ = kPauseLeast;
+    Know();
     kobd_tapped message = {};
     for (int code = 0; code != KOBD_NOT_RUNNING && IsWanted();)
     {
         code = kobd_tap_next(tap, kLook, &message);
-        if (code != 0) continue;
-        if (message.missed > 0) Tell("missed", {{"count", message.missed}});
-        if (message.missed > 0) known_.Read();
-        Take(message);
+        if (code == 0 && message.missed > 0)
+        {
+            Tell("missed", {{"count", message.missed}});
+            known_.Forget();
+        }
+        if (code != KOBD_NOT_RUNNING && !known_.Knows() && std::chrono::steady_clock::now() >= may_read_) Know();
+        if (code == 0) Take(message);
     }
     if (IsWanted()) TellState(false, "none", "kobd has ended");
+}
+
+// Reads all values. Where that fails, events have names alone until it works.
+void EventSource::Know()
+{
+    std::string why;
+    try
+    {
+        known_.Read();
+        pause_ = kPauseLeast;
+    }
+    catch (const Problem& problem)
+    {
+        known_.Forget();
+        why = "changes have names alone: " + problem.detail;
+        pause_ = std::min(2 * pause_, kPauseMost);
+    }
+    may_read_ = std::chrono::steady_clock::now() + pause_;
+    TellState(true, "tap", why);
 }
 
 void EventSource::FollowModule()

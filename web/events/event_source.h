@@ -4,6 +4,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 
 #include "web/events/known_values.h"
@@ -24,6 +25,7 @@ private:
     void Forget();
     void FollowTap(kobd_tap* tap);
     void FollowModule();
+    void Know();
     void Take(const kobd_tapped& message);
     void Tell(const std::string& type, const Json& data);
     void TellState(bool up, const char* source, const std::string& why);
@@ -32,7 +34,9 @@ private:
     Connections& connections_;
     const std::atomic<bool>* stop_ = nullptr;
     KnownValues known_ = {};
-    uint64_t number_ = 0;  // of the last event
+    std::chrono::milliseconds pause_ = {};                 // after which the values may be read again
+    std::chrono::steady_clock::time_point may_read_ = {};  // when that is over
+    uint64_t number_ = 0;                                  // of the last event
     std::string state_ = {};
 };
 }  // namespace kobd::web

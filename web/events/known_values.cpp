@@ -26,6 +26,19 @@ bool IsSet(const kobd_tapped& message)
 
 std::string Text(const kobd_item& item) { return item.text != nullptr ? item.text : ""; }
 
+// Nothing when it cannot be read now.
+Values ReadValue(const std::string& name)
+{
+    try
+    {
+        return ReadValues({name});
+    }
+    catch (const Problem&)
+    {
+        return {};
+    }
+}
+
 bool IsCellular(const kobd_table_description& table) { return std::string_view(table.name).starts_with("cellular"); }
 }  // namespace
 
@@ -60,16 +73,17 @@ void KnownValues::Read()
 void KnownValues::Note(const kobd_tapped& message)
 {
     if (message.kind == KOBD_TAP_RECEIVED) asked_.clear();
-    if (!IsSet(message)) return;
     kobd_bytes payload = message.payload;
     kobd_item item = {};
     kobd_item value = {};
-    if (message.kind == KOBD_TAP_RECEIVED)
+    if (message.kind == KOBD_TAP_RECEIVED && IsSet(message))
         while (kobd_bytes_next(&payload, &item) == 1 && kobd_bytes_next(&payload, &value) == 1)
             asked_[Text(item)] = Text(value);
-    if (message.kind == KOBD_TAP_ANSWERED && kobd_bytes_next(&payload, &item) == 1 && item.number == 0)
+    if (message.kind == KOBD_TAP_ANSWERED && IsSet(message) && kobd_bytes_next(&payload, &item) == 1 &&
+        item.number == 0)
         for (const auto& [name, asked] : asked_)
             if (const auto known = values_.find(name); known != values_.end()) known->second = asked;
+    if (message.kind == KOBD_TAP_ANSWERED) asked_.clear();  // what is announced from now on is another change
 }
 
 KnownValues::Event KnownValues::EventOf(uint16_t id, kobd_bytes payload)
@@ -89,7 +103,7 @@ Json KnownValues::ChangeOf(const std::string& name)
     Json change = {{"name", name}};
     if (!knows_) return change;
     Values now = asked_;
-    if (!now.contains(name) && object != nullptr && object->readable != 0) now = ReadValues({name});
+    if (!now.contains(name) && object != nullptr && object->readable != 0) now = ReadValue(name);
     change["old"] = TextOrNull(values_, name, secret);
     change["new"] = TextOrNull(now, name, secret);
     if (now.contains(name) && values_.contains(name)) values_[name] = now[name];
@@ -113,7 +127,8 @@ KnownValues::Event KnownValues::RowEvent(uint16_t id, kobd_bytes payload)
 
 Json KnownValues::ChangesOfRow(const std::string& table, int32_t index, kobd_bytes columns)
 {
-    Row now = knows_ ? ReadRow(table, index) : Row();  // empty: it is gone again
+    Row now;
+    if (knows_) ReadRow(table, index, &now);  // empty: it is gone again, or cannot be read
     Row& old = rows_[{table, index}];
     Json changes = Json::object();
     kobd_item column = {};

@@ -27,6 +27,9 @@ public:
     // Forgets everything: announcements then have names alone.
     void Forget();
 
+    // Whether the last Read has worked, and nothing was forgotten since.
+    bool Knows() const { return knows_; }
+
     // Takes note of a request that passes the daemon, or of its answer: a set that is answered 0 has changed values.
     void Note(const kobd_tapped& message);
 
