@@ -2,9 +2,11 @@
 A table of requests, then clients that are slow, dead, many or rude."""
 import http.client
 import json
+import os
 import pathlib
 import re
 import select
+import signal
 import socket
 import subprocess
 import sys
@@ -29,6 +31,10 @@ REQUESTS = [
     ("PUT", OBJECT, {"value": [1]}, 422, "webHttpPort:"),
     ("PUT", OBJECT, {"value": "a\0b"}, 422, "zero"),
     ("PUT", OBJECT, {"port": 1}, 422, '{\\"value\\":'),
+    ("PUT", "/api/objects", {"webHttpPort\0x": 1}, 422, "zero"),
+    ("GET", OBJECT + "%00x", None, 400, "zero"),
+    ("GET", OBJECT + "?secrets=false", None, 400, "secrets 'false'"),
+    ("GET", OBJECT + "?value=0", None, 400, "'value' describe values secrets"),
     ("PUT", OBJECT, {"value": True}, 200, '"value":"1","old":"80"'),
     ("PUT", "/api/objects", {"webLanguage": "zh", "webHttpPort": 0}, 422, '"object":"webHttpPort"'),
     ("GET", "/api/objects/webLanguage", None, 200, '"value":"en"'),
@@ -52,10 +58,15 @@ REQUESTS = [
     ("PATCH", "/api/tables", {"FwUrlFilterTable": {"2": {"URL": "z.example"}}, "DnsClientTable": {"1": {"Enable": 1}}}, 502, '"left":[] as before'),
     ("GET", "/api/tables/DnsClientTable/1", None, 200, '"Enable":"0"'),
     ("GET", TABLE + "/2", None, 200, "a.example"),
-    ("POST", SIM + "/failures", {"name": "DnsClientTable", "operation": "get"}, 204, ""),
-    ("POST", SIM + "/failures", {"name": "FwUrlFilterTable", "operation": "set", "times": 1}, 204, ""),
-    ("PATCH", "/api/tables", {"DnsClientTable": {"1": {"Enable": 1}}, "FwUrlFilterTable": {"2": {"URL": "z.example"}}}, 502, '"left":["DnsClientTable 1"]} not all'),
+    ("POST", SIM + "/failures", {"name": "DnsClientTable", "operation": "get", "times": 2}, 204, ""),
+    ("PATCH", "/api/tables/DnsClientTable/1", {"Alias": "z"}, 502, "DnsClientTable cannot be read, nothing was set"),
     ("DELETE", SIM, None, 204, ""),
+    ("GET", "/api/tables/DnsClientTable/1", None, 200, '"Alias":"dns1" "DnsServer":"192.0.2.53"'),
+    ("POST", SIM + "/failures", {"name": "webLanguage", "operation": "get"}, 204, ""),
+    ("POST", SIM + "/failures", {"name": "webHttpPort", "operation": "set", "times": 1}, 204, ""),
+    ("PUT", "/api/objects", {"webLanguage": "zh", "webHttpPort": 81}, 502, '"left":["webLanguage"]} back: webLanguage"'),
+    ("DELETE", SIM, None, 204, ""),
+    ("PUT", "/api/objects/webLanguage", {"value": "en"}, 200, '"old":"zh"'),
     ("PATCH", "/api/tables", {"DnsClientTable": {"1": {"Enable": 0}}}, 200, ""),
     ("PATCH", "/api/tables", {"FwUrlFilterTable": {"two": {}}}, 400, "'two'"),
     ("PATCH", TABLE + "/2", {"URL": "b.example"}, 200, '"URL":"b.example"'),
@@ -68,6 +79,9 @@ REQUESTS = [
     ("PUT", SIM + "/objects", {"RSRP": "-111"}, 204, ""),
     ("GET", "/api/objects/RSRP", None, 200, "-111"),
     ("PUT", SIM + "/objects", {"--help": "1"}, 422, "--help"),
+    ("PUT", SIM + "/objects", {"a=b": "1"}, 422, "'a=b'"),
+    ("PUT", SIM + "/objects", {"WebPass": "hidden"}, 204, ""),
+    ("GET", SIM, None, 200, '"WebPass","what":"value","value":"(secret)"'),
     ("POST", SIM + "/delays", {"name": "FwUrlFilterTable", "milliseconds": 1}, 204, ""),
     ("POST", SIM + "/tables/FwUrlFilterTable", {"URL": "c.example"}, 201, '"index"'),
     ("POST", SIM + "/events", {"name": "Nonsense"}, 422, "Nonsense"),
@@ -77,6 +91,8 @@ REQUESTS = [
     ("DELETE", SIM, None, 204, ""),
     ("GET", "/api/history?count=1", None, 200, '"table":"FwUrlFilterTable","index":2'),
     ("POST", "/api/undo", {"count": "all"}, 422, "count"),
+    ("POST", "/api/undo", {"cuont": 5}, 400, "cuont"),
+    ("POST", "/api/undo", {"count": 1, "newest": 1}, 409, "newest nothing was taken back"),
     ("POST", "/api/undo", {"count": 1}, 200, '"undone"'),
     ("POST", TABLE, {"URL": "d.example"}, 201, '"index"'),  # two commits, one step
     ("POST", "/api/undo", {"count": 1}, 200, '"undone":["FwUrlFilterTable'),
@@ -180,7 +196,7 @@ for method, path, _, status, _ in REQUESTS:
 
 # What the page about the gateway shows, as it is shown.
 page = (pathlib.Path(__file__).parents[2] / "docs/web.md").read_text().replace("0123456789abcdef" * 2, token)
-header, *commands = re.findall("^    ((?:T=|curl ).*)$", page.replace("localhost:8088", address.netloc), re.M)
+header, *commands = re.findall("^    ((?:T=|curl ).*)$", page.replace("127.0.0.1:8088", address.netloc), re.M)
 for command in commands:
     done = subprocess.run(["sh", "-c", header + "\n" + command.replace("curl", "curl -sS --fail-with-body --max-time 2")],
                           capture_output=True, text=True)
@@ -229,4 +245,19 @@ time.sleep(0.5)
 with socket.create_connection((address.hostname, address.port), timeout=10) as client:
     client.sendall(f"GET /api/events?token={token} HTTP/1.1\r\nHost: {address.netloc}\r\n\r\n".encode())
     check("places are free again", "200 OK" in client.recv(4096).decode())
+
+# A table that cannot be read costs the old values, not the changes; then the daemon ends.
+ask("POST", SIM + "/failures", {"name": "DnsClientTable", "operation": "next"})
+with socket.create_connection((address.hostname, address.port), timeout=10) as client:
+    client.sendall(f"GET /api/events?token={token} HTTP/1.1\r\nHost: {address.netloc}\r\n\r\n".encode())
+    heard = ""
+    while "router" not in heard:
+        heard += client.recv(4096).decode()
+    check("events without old values", '"up":true' in heard and "names alone" in heard, heard)
+os.kill(int(os.environ["KOBD_PROCESS"]), signal.SIGTERM)
+while ask("GET", OBJECT)[0] != 503:
+    time.sleep(0.1)
+for path, body in [("/api/undo", {}), (SIM + "/scenarios/signal-fade", None), (SIM + "/events", {"name": "NetworkUp"})]:
+    status, text, _ = ask("POST", path, body)
+    check(f"{path} without the daemon", status == 503 and '"code":3' in text, text)
 sys.exit(failures > 0)

@@ -20,6 +20,7 @@ fi
 mount --make-rprivate / && mount --bind "$build_folder" /mnt && mount -t tmpfs none /tmp || exit 1
 export KOBD_STATE_DIR=/tmp/state PATH="/mnt:$PATH" HOME=/tmp
 kobd -F >/tmp/kobd.out 2>&1 &
+export KOBD_PROCESS=$!
 kobctl wait --timeout 10 || exit 1
 kobd-web --port 0 >/tmp/address 2>&1 &
 gateway=$!

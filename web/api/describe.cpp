@@ -42,6 +42,7 @@ Json DescriptionOf(const kobd_table_description& table)
     Json json = {{"name", table.name}};
     AddText(&json, "meaning", table.meaning);
     AddText(&json, "accepts", table.accepts);
+    AddText(&json, "sameRowsAs", table.same_rows_as);
     json["maxRows"] = table.max_rows;
     json["can"] = Json::array();
     for (const auto& [word, holds] : {std::pair{"list", table.can_list},

@@ -57,8 +57,16 @@ void ReadBoth(const Pipe& output, const Pipe& error, std::array<std::string, 2>*
     }
 }
 
+// The code in the last line of what `--json` prints; 0: there is none.
+int CodeIn(std::string output)
+{
+    while (output.ends_with('\n')) output.pop_back();
+    const Json failure = Json::parse(output.substr(output.rfind('\n') + 1), nullptr, false);
+    return failure.is_object() ? failure.value("code", 0) : 0;
+}
+
 // "kobctl: undo: nothing was changed yet: Invalid argument (2)": without the program's name. Its last line says it.
-Problem ProblemOf(int status, std::string error)
+Problem ProblemOf(int status, std::string error, const std::string& output)
 {
     while (error.ends_with('\n')) error.pop_back();
     error.erase(0, error.rfind('\n') + 1);
@@ -66,9 +74,10 @@ Problem ProblemOf(int status, std::string error)
     if (error.starts_with(name)) error.erase(0, name.size());
     Problem problem = {status == 2 ? 422 : 409, error.empty() ? "kobctl has failed without a word." : error};
     const size_t bracket = error.rfind('(');
-    const int code = bracket != error.npos && error.ends_with(')') ? atoi(error.c_str() + bracket + 1) : 0;
-    if (code > 0) problem.more["code"] = code;
+    int code = bracket != error.npos && error.ends_with(')') ? atoi(error.c_str() + bracket + 1) : 0;
     if (code == 1 || code == 2) problem.status = 422;
+    if (code == 0) code = CodeIn(output);
+    if (code > 0) problem.more["code"] = code;
     if (code == 3 || code == 8) problem.status = 503;
     return problem;
 }
@@ -116,7 +125,7 @@ std::string RunKobctlForText(const std::string& path, const Words& words)
     while (waitpid(process, &status, 0) < 0 && errno == EINTR) continue;
     constexpr int kNotSaved = 3;  // it was done, and the output says that it was not saved
     if (WIFEXITED(status) && WEXITSTATUS(status) == kNotSaved && !texts[0].empty()) return texts[0];
-    if (status != 0) throw ProblemOf(WIFEXITED(status) ? WEXITSTATUS(status) : 1, texts[1]);
+    if (status != 0) throw ProblemOf(WIFEXITED(status) ? WEXITSTATUS(status) : 1, texts[1], texts[0]);
     return texts[0];
 }
 

@@ -29,7 +29,7 @@ const std::vector<Route> kRoutes = {
 
     {"GET", "/api/events", GetEvents, "Changes as they happen, as server-sent events", "token", nullptr},
 
-    {"GET", "/api/sim", GetSim, "What the imitated router simulates, and its scenarios", "", nullptr},
+    {"GET", "/api/sim", GetSim, "What the imitated router simulates, and its scenarios", "secrets", nullptr},
     {"DELETE", "/api/sim", DeleteSim, "End all that is simulated", "", nullptr},
     {"PUT", "/api/sim/objects", PutSimObjects, "Show these values, of read-only objects too", "announce", kAssignments},
     {"POST", "/api/sim/failures", PostSimFailure, "Let an operation fail", "",
@@ -45,7 +45,8 @@ const std::vector<Route> kRoutes = {
     {"DELETE", "/api/sim/scenarios", DeleteScenario, "Stop the scenario that plays", "", nullptr},
 
     {"GET", "/api/history", GetHistory, "What was changed, when, and by which program", "match count", nullptr},
-    {"POST", "/api/undo", PostUndo, "Take back what the last commands changed", "", "how many: {\"count\": 1}"},
+    {"POST", "/api/undo", PostUndo, "Take back what the last commands changed", "",
+     "how many, and the newest commit that you have seen: {\"count\": 1, \"newest\": 12}"},
 
     {"GET", "/openapi.json", GetOpenApi, "This description", "", nullptr},
     {"GET", "/", GetPage, "The page", "", nullptr},

@@ -1,5 +1,6 @@
 // The simulator of the imitated router, in kobctl's words.
 #include "web/api/bus.h"
+#include "web/api/describe.h"
 #include "web/api/kobctl.h"
 #include "web/api/routes.h"
 #include "web/api/services.h"
@@ -39,7 +40,11 @@ void AddOption(const Call& call, const char* key, Words* words)
 // NAME=VALUE for each member of the body.
 void AddPairs(const Call& call, Words* words)
 {
-    for (const auto& [name, value] : call.body.items()) words->push_back(NoOption(name) + "=" + ValueIn(value, name));
+    for (const auto& [name, value] : call.body.items())
+    {
+        if (name.find('=') != name.npos) throw Problem{422, "'" + name + "' is no name.", {{"name", name}}};
+        words->push_back(NoOption(name) + "=" + ValueIn(value, name));
+    }
 }
 
 Reply Done(const Json&) { return {{}, 204}; }
@@ -48,6 +53,10 @@ Reply Done(const Json&) { return {{}, 204}; }
 Reply GetSim(const Call& call)
 {
     Json sim = {{"simulated", Sim(call, {"list"})}, {"scenarios", Json::array()}};
+    for (Json& one : sim["simulated"])
+        if (one["what"] == "value" && !call.Flag("secrets", false))
+            if (const auto* object = kobd_describe(one["name"].get<std::string>().c_str()))
+                if (object->secret != 0) one["value"] = kMasked;
     for (const Json& scenario : Sim(call, {"run"}))
         sim["scenarios"].push_back({{"name", scenario["name"]}, {"summary", scenario["summary"]}});
     sim["playing"] = call.services.scenario.Playing();
@@ -111,6 +120,7 @@ Reply PostSimEvent(const Call& call)
 Reply PostScenario(const Call& call)
 {
     const std::string& name = call.names[0];
+    Sim(call, {"list"});  // refuses when there is no daemon, or none that simulates
     bool shipped = false;
     for (const Json& scenario : Sim(call, {"run"})) shipped = shipped || scenario["name"] == name;
     if (!shipped) throw Problem{404, "There is no scenario " + name + "."};  // nor is any file of this machine one
