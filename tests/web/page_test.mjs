@@ -22,6 +22,20 @@ const search = async (words) => {
 const entry = (name) => page.locator(`details[data-name="${name}"]`);
 const isWide = () => page.evaluate(() => document.documentElement.scrollWidth > innerWidth);
 const picture = (name) => pictures && page.screenshot({path: `${pictures}/${name}.png`});
+// The next answer from there comes when the function that this returns is called.
+const hold = (address) => {
+  let release;
+  const held = new Promise((resolve) => { release = resolve; });
+  const done = new Promise((resolve) => {
+    page.route(address, async (route) => {
+      const response = await route.fetch();
+      await held;
+      await route.fulfill({response});
+      resolve();
+    }, {times: 1});
+  });
+  return () => { release(); return done; };
+};
 const steps = [];
 const step = (name, run) => steps.push([name, run]);
 
@@ -91,9 +105,75 @@ step('a row is refused, added, changed by another program, deleted', async () =>
   await page.locator('#rows td', {hasText: 'example.org'}).waitFor();
   assert.equal(await page.getByLabel('URL', {exact: true}).inputValue(), 'example.net');
   await page.click('text=Leave');
-  await page.getByLabel(`Delete row ${index}`).click();
+  for (const text of ['Delete', 'Really?']) await page.getByLabel(`Delete row ${index}`).and(page.getByText(text)).click();
   await page.locator('#rows', {hasText: '0 of at most'}).waitFor();
   assert.equal(kobctl('table', 'dump', '--json', 'FwUrlFilterTable').includes('example'), false);
+});
+
+step('a click hits the row that was meant, and does its work once', async () => {
+  const [first, second] = ['a.example', 'b.example'].map((url) => kobctl('table', 'add', 'FwUrlFilterTable', `URL=${url}`));
+  await page.getByLabel(`Edit row ${second}`).focus();
+  kobctl('table', 'set', 'FwUrlFilterTable', first, 'URL=c.example');
+  await page.locator('#rows td', {hasText: 'c.example'}).waitFor();
+  assert.equal(await page.evaluate(() => document.activeElement.getAttribute('aria-label')), `Edit row ${second}`);
+  await page.getByLabel(`Delete row ${first}`).dblclick();
+  await page.click('text=Add a row');
+  await page.getByLabel('URL', {exact: true}).fill('d.example');
+  const later = hold(/api.tables.FwUrlFilterTable$/);
+  for (let i = 0; i < 2; ++i) await page.click('.row-form button.main');
+  await later();
+  await page.locator('#rows td', {hasText: 'd.example'}).waitFor();
+  const other = hold(/api.tables.PortRedirectTable$/);
+  await page.selectOption('#table', 'PortRedirectTable');
+  await page.locator('#rows[inert] td', {hasText: 'd.example'}).waitFor();
+  await other();
+  await page.locator('#rows:not([inert])', {hasText: '0 of at most'}).waitFor();
+  kobctl('table', 'add', 'FwPortForwardTable');  // another name of the same rows
+  await page.locator('#rows', {hasText: '1 of at most'}).waitFor();
+  assert.equal(kobctl('table', 'dump', '--json', 'FwUrlFilterTable').match(/\w.example/g).join(), 'c.example,b.example,d.example');
+});
+
+step('the empty field of a secret leaves it as it is', async () => {
+  kobctl('set', 'networkDdnsPassword=abcdef');
+  await page.selectOption('#table', 'usersTable');
+  await page.getByLabel('Edit row 1').click();
+  assert.equal(await page.getByLabel('Password', {exact: true}).inputValue(), '');
+  await page.click('.row-form button.main');
+  await page.locator('.row-form .wrong', {hasText: 'Nothing has changed.'}).waitFor();
+  await open('values');
+  await search('networkDdnsPassword');
+  await entry('networkDdnsPassword').locator('summary').click();
+  await entry('networkDdnsPassword').locator('button.main').click();
+  await entry('networkDdnsPassword').locator('.wrong', {hasText: 'Type a value.'}).waitFor();
+  assert.equal(kobctl('get', 'networkDdnsPassword'), 'abcdef');
+});
+
+step('what is newer stays: a change before a late answer, and what is typed; a tab that was hidden catches up', async () => {
+  const value = (text) => entry('webHttpPort').locator('summary .value', {hasText: text}).waitFor();
+  const hide = (hidden) => page.evaluate((is) => {
+    Object.defineProperty(document, 'hidden', {value: is, configurable: true});
+    document.dispatchEvent(new Event('visibilitychange'));
+  }, hidden);
+  await search('webHttpPort');
+  await entry('webHttpPort').locator('summary').click();
+  const field = entry('webHttpPort').getByLabel('New value');
+  await field.fill('8201');
+  const later = hold(/api.objects.webHttpPort$/);
+  await entry('webHttpPort').locator('button.main').click();
+  await value('8201');
+  kobctl('set', 'webHttpPort=8202');
+  await value('8202');
+  await later();
+  await entry('webHttpPort').locator('.done', {hasText: 'Set.'}).waitFor();
+  await value('8202');
+  await field.fill('8203');
+  await page.click('#live-title');
+  await hide(true);
+  kobctl('set', 'webHttpPort=8088');
+  await hide(false);
+  await value('8088');
+  assert.equal(await field.inputValue(), '8203');
+  assert.equal(await page.locator('#live li', {hasText: '→ "8088"'}).count(), 1);
 });
 
 step('a fading signal is plotted, and the scenario stopped', async () => {
@@ -141,14 +221,27 @@ step('the history shows who changed what, and a change is undone', async () => {
   await page.click('#undo');
   await page.locator('#undone', {hasText: 'As before: webHttpPort'}).waitFor();
   assert.equal(kobctl('get', 'webHttpPort'), '8088');
+  const later = hold(/api.history/);
+  kobctl('set', 'webLanguage=es');
+  await page.waitForTimeout(500);  // the history is being read again, and what is shown is no longer the newest
+  for (const text of ['Undo', 'Really?']) await page.locator('#changes tr').first().getByText(text).click();
+  await page.locator('#not-undone', {hasText: 'nothing was taken back'}).waitFor();
+  await later();
+  await page.locator('#changes tr', {hasText: 'webLanguage'}).waitFor();
+  assert.equal(kobctl('get', 'webHttpPort', 'webLanguage'), 'webHttpPort=8088\nwebLanguage=es');
 });
 
-step('a tab without the token asks for it', async () => {
+step('a tab without the token asks for it, and takes it from its address', async () => {
   const other = await context.newPage();
   await other.goto(new URL(address).origin);
   await other.getByLabel('Address or token').fill(address);
   await other.keyboard.press('Enter');
   await other.locator('#state.up').waitFor();
+  await other.evaluate(() => sessionStorage.clear());
+  await other.reload();
+  await other.goto(address);
+  await other.locator('#state.up').waitFor();
+  assert.equal(new URL(other.url()).hash, '');
   await other.close();
 });
 

@@ -40,18 +40,34 @@ export async function ask(method, path, body) {
   return data;
 }
 
-// Asks `question` and gives the answer to `take`, but for an answer that comes after a newer question: what was asked
-// for last is what is shown, in whatever order the answers come.
+// Asks `question` about a subject and gives the answer to `take`, unless another subject was asked for since. While a
+// question about the subject is out, it is not asked again before its answer has come: changes that come faster than
+// answers do not keep them from being shown.
 export function newest(question, take) {
-  let last = 0;
-  return async (...words) => {
-    const mine = ++last;
+  const out = new Map();  // by subject: the question that is out
+  let wanted;
+  async function run(subject, one) {
     try {
-      const answer = await question(...words);
-      if (mine === last) take(answer, ...words);
-    } catch (error) {
-      if (mine === last) throw error;
+      while (one.again && subject === wanted) {
+        one.again = false;
+        const answer = await question(subject).catch((error) => { if (!one.again && subject === wanted) throw error; });
+        if (answer !== undefined && subject === wanted) take(answer);
+      }
+    } finally {
+      out.delete(subject);
     }
+  }
+  return (subject) => {
+    wanted = subject;
+    const known = out.get(subject);
+    if (known) {
+      known.again = true;
+      return known.done;
+    }
+    const one = {again: true};
+    out.set(subject, one);
+    one.done = run(subject, one);
+    return one.done;
   };
 }
 

@@ -1,16 +1,41 @@
 // Small tools for the document.
 export const byId = (id) => document.getElementById(id);
 
+// Calls `action` for an event of `element`, but not again before the last call has ended: whoever waits for a slow
+// answer clicks again.
+export function on(element, type, action) {
+  element.addEventListener(type, async (event) => {
+    if (type === 'submit') event.preventDefault();
+    if (element.hasAttribute('aria-busy')) return;
+    element.setAttribute('aria-busy', 'true');
+    try { await action(event); } finally { element.removeAttribute('aria-busy'); }
+  });
+}
+
 // An element with attributes, listeners (onclick: ...) and children. Texts are never taken for HTML.
 export function make(tag, attributes = {}, ...children) {
   const element = document.createElement(tag);
   for (const [name, value] of Object.entries(attributes)) {
-    if (name.startsWith('on')) element.addEventListener(name.slice(2), value);
+    if (name.startsWith('on')) on(element, name.slice(2), value);
     else if (value === true) element.setAttribute(name, '');
     else if (value !== false && value !== undefined) element.setAttribute(name, value);
   }
   element.append(...children.filter((child) => child !== undefined && child !== null));
   return element;
+}
+
+// A button that asks back: only a second click within some seconds acts.
+export function sure(text, label, action) {
+  let wait;
+  const say = (shown, name) => { button.textContent = shown; button.setAttribute('aria-label', name); };
+  const button = make('button', {'aria-label': label, onclick: async () => {
+    const asked = button.textContent !== text;
+    clearTimeout(wait);
+    say(...asked ? [text, label] : ['Really?', `Really? ${label}`]);
+    if (asked) await action();
+    else wait = setTimeout(() => say(text, label), 5000);
+  }}, text);
+  return button;
 }
 
 let last = 0;

@@ -1,16 +1,16 @@
 // The view of the history: what was changed, and a way back.
 import {ask, newest} from './api.js';
-import {attempt, byId, make} from './dom.js';
+import {attempt, byId, make, on, sure} from './dom.js';
 
-const wrong = () => byId('history').querySelector('.wrong');
+let seen;  // the newest commit that is shown: nothing that came after it is taken back
 
 async function undo(count) {
   byId('undone').textContent = '';
-  await attempt(wrong(), async () => {
-    const {undone} = await ask('POST', '/api/undo', {count});
+  await attempt(byId('not-undone'), async () => {
+    const {undone} = await ask('POST', '/api/undo', {count, newest: seen});
     byId('undone').textContent = `As before: ${undone.join(', ')}`;
   });
-  await attempt(make('p'), read);
+  await openHistory();
 }
 
 // "webHttpPort", "FwUrlFilterTable 3 URL", "nvram eth_status".
@@ -21,10 +21,11 @@ function line(change, first) {
   const time = new Date(change.time * 1000);
   return make('tr', {}, make('td', {}, time.toLocaleString([], {hour12: false})), make('td', {}, what), make('td', {}, change.old ?? ''), make('td', {}, change.row ?? change.new ?? ''),
     make('td', {}, `${change.program} (${change.process})`),
-    make('td', {}, first && change.undo !== null ? make('button', {onclick: () => undo(change.undo), 'aria-label': `Undo ${what} and what came after it`}, change.undo === 1 ? 'Undo' : `Undo the last ${change.undo}`) : ''));
+    make('td', {}, first && change.undo !== null ? sure(change.undo === 1 ? 'Undo' : `Undo the last ${change.undo}`, `Undo ${what} and what came after it`, () => undo(change.undo)) : ''));
 }
 
 const read = newest(() => ask('GET', '/api/history?count=200'), ({changes}) => {
+  seen = changes?.at(-1)?.commit;
   let above = null;  // what the row above is taken back with
   byId('changes').replaceChildren(...(changes ?? []).reverse().map((change) => {
     const first = change.undo !== above;
@@ -34,8 +35,19 @@ const read = newest(() => ask('GET', '/api/history?count=200'), ({changes}) => {
 });
 
 export function startHistory() {
-  byId('undo').addEventListener('click', () => undo(1));
-  byId('again').addEventListener('click', openHistory);
+  on(byId('undo'), 'click', () => undo(1));
+  on(byId('again'), 'click', openHistory);
 }
 
-export const openHistory = () => attempt(wrong(), read);
+export const openHistory = () => attempt(byId('history-unread'), read);
+
+let soon = null;
+
+// Something has changed. It is announced before its commit, and the history has it after that.
+export function historyChanged() {
+  if (byId('history').hidden) return;
+  soon ??= setTimeout(() => {
+    soon = null;
+    openHistory();
+  }, 300);
+}

@@ -42,7 +42,8 @@ async function isTokenKnown() {
 // `listeners` has a function for a type of event. `whenUp` is called when the router has come back, `whenLocked` when
 // kobd-web has another token now.
 export function startLive(listeners, whenUp, whenLocked) {
-  let up = true;
+  let up = false;  // so that what has changed since the first reading is read, too
+  let source = null;
   async function retry() {
     if (await isTokenKnown()) {
       showState(false, 'No changes are shown: all places of listeners are taken');
@@ -52,12 +53,19 @@ export function startLive(listeners, whenUp, whenLocked) {
       whenLocked();
     }
   }
+  function leave() {
+    source?.close();
+    source = null;
+    up = false;
+  }
   function listen() {
-    const source = new EventSource(`/api/events?token=${token()}`);
+    if (document.hidden || source !== null) return;
+    source = new EventSource(`/api/events?token=${token()}`);
     source.addEventListener('error', () => {
       up = false;
-      if (source.readyState === EventSource.CLOSED) retry();
-      else showState(false, 'kobd-web does not answer');
+      if (source.readyState !== EventSource.CLOSED) return showState(false, 'kobd-web does not answer');
+      leave();
+      retry();
     });
     source.addEventListener('router', (event) => {
       const state = JSON.parse(event.data);
@@ -65,7 +73,7 @@ export function startLive(listeners, whenUp, whenLocked) {
       if (state.up && !up) whenUp();
       up = state.up;
     });
-    for (const type of ['object', 'row', 'network', 'missed', 'scenario'])
+    for (const type of ['object', 'row', 'network', 'missed', 'scenario', 'finished'])
       source.addEventListener(type, (event) => {
         const data = JSON.parse(event.data);
         if (sentence[type]) add(type, data);
@@ -73,4 +81,6 @@ export function startLive(listeners, whenUp, whenLocked) {
       });
   }
   listen();
+  // A browser opens six connections for all tabs together: a hidden one leaves its own to the others.
+  document.addEventListener('visibilitychange', () => document.hidden ? leave() : listen());
 }

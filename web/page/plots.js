@@ -1,6 +1,6 @@
 // The view of plots: any number over time, read once a second, one chart a number.
 import {ask, part} from './api.js';
-import {attempt, byId, clock, make} from './dom.js';
+import {attempt, byId, clock, make, on} from './dom.js';
 import {objects} from './values.js';
 
 const kept = 900;  // samples
@@ -49,7 +49,7 @@ export function addPlot(name) {
 
 export const isNumber = (text) => typeof text === 'string' && text.trim() !== '' && Number.isFinite(Number(text));
 
-function take(chart, text) {
+function take(chart, time, text) {
   const value = Number(text);
   if (!isNumber(text)) {
     chart.now.textContent = text === undefined ? 'cannot be read now' : `"${text}" is no number`;
@@ -58,28 +58,34 @@ function take(chart, text) {
     chart.now.textContent = `${value} ${chart.unit}`;
     chart.values.push(value);
   }
-  chart.times.push(Date.now() / 1000);
+  chart.times.push(time);
   if (chart.times.length > kept) { chart.times.shift(); chart.values.shift(); }
   if (chart.box.clientWidth === 0) return;  // the view is not shown
   if (chart.plot === undefined || chart.plot.width !== chart.box.clientWidth) draw(chart);
   else chart.plot.setData([chart.times, chart.values]);
 }
 
+let sampling = false;
+
+// One question at a time: a router that answers slowly is not asked more than it can answer.
 async function sample() {
-  if (charts.size === 0) return;
+  if (sampling || charts.size === 0) return;
+  sampling = true;
+  const time = Date.now() / 1000;
+  const asked = [...charts.keys()];
   let values = new Map();
   try {
-    const answer = await ask('GET', `/api/objects?describe=0&${[...charts.keys()].map((name) => `match=${part(name)}`).join('&')}`);
+    const answer = await ask('GET', `/api/objects?describe=0&${asked.map((name) => `match=${part(name)}`).join('&')}`);
     values = new Map(answer.objects.map((one) => [one.name, one.value]));
   } catch { /* a gap in the curve says it, and the state at the top says why */ }
-  for (const [name, chart] of charts) take(chart, values.get(name));
+  sampling = false;
+  for (const name of asked.filter((one) => charts.has(one))) take(charts.get(name), time, values.get(name));
 }
 
 export function startPlots() {
   byId('numbers').append(...objects.filter((one) => one.readable).map((one) => make('option', {value: one.name})));
   const form = byId('plot-form');
-  form.addEventListener('submit', async (event) => {
-    event.preventDefault();
+  on(form, 'submit', async () => {
     const input = byId('plot-name');
     if (await attempt(form.querySelector('.wrong'), async () => addPlot(input.value.trim()), input)) input.value = '';
   });

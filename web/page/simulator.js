@@ -1,10 +1,13 @@
 // The view of the simulator: scenarios, networks, values that the imitated router is made to show.
 import {ask, part} from './api.js';
-import {attempt, byId, make} from './dom.js';
+import {attempt, byId, make, on} from './dom.js';
 import {objects} from './values.js';
 
 const wrong = () => byId('simulator').querySelector('.wrong');
-const act = async (action) => { if (await attempt(wrong(), action)) await read(); };
+const act = (action) => attempt(wrong(), async () => {
+  await action();
+  await read();
+});
 
 function showPlaying(text, playing) {
   byId('playing').replaceChildren(text, playing ? make('button', {onclick: () => act(() => ask('DELETE', '/api/sim/scenarios'))}, 'Stop') : '');
@@ -43,12 +46,9 @@ export function scenarioStep({name, playing, step, said}) {
 export function startSimulator() {
   byId('names').append(...objects.map((one) => make('option', {value: one.name})));
   for (const button of byId('networks').querySelectorAll('button'))
-    button.addEventListener('click', () => act(() => ask('POST', '/api/sim/events', {name: button.dataset.event})));
-  byId('clear').addEventListener('click', () => act(() => ask('DELETE', '/api/sim')));
-  byId('sim-form').addEventListener('submit', (event) => {
-    event.preventDefault();
-    act(() => ask('PUT', '/api/sim/objects', {[byId('sim-name').value.trim()]: byId('sim-value').value}));
-  });
+    on(button, 'click', () => act(() => ask('POST', '/api/sim/events', {name: button.dataset.event})));
+  on(byId('clear'), 'click', () => act(() => ask('DELETE', '/api/sim')));
+  on(byId('sim-form'), 'submit', () => act(() => ask('PUT', '/api/sim/objects', {[byId('sim-name').value.trim()]: byId('sim-value').value})));
 }
 
 export const openSimulator = () => attempt(wrong(), read);

@@ -1,33 +1,40 @@
 // The view of tables: rows, a form to change one or to add one, delete.
 import {ask, newest, part} from './api.js';
-import {attempt, byId, inputFor, make, newId} from './dom.js';
+import {attempt, byId, inputFor, make, newId, sure} from './dom.js';
 
-let table = null;  // the description with the rows
+let table = null;           // the description with the rows
+let opened = false;         // the view was looked at
+let body = null;            // of the table that is shown
+const lines = new Map();    // by index: the lines of its rows
+const owners = new Map();   // by table: the one whose rows it has
+
+const count = make('p', {class: 'soft'});
+const unread = make('p', {class: 'wrong', role: 'alert'});  // why the table could not be read
+const wrong = make('p', {class: 'wrong', role: 'alert'});   // why a row was not deleted
 
 const can = (what) => table.can.includes(what);
 const address = (index) => `/api/tables/${part(table.name)}${index === undefined ? '' : `/${index}`}`;
 const plain = () => table.columns.filter((column) => column.aliasOf === undefined);
+const ownerOf = (name) => owners.get(name) ?? name;
 
-// What the fields hold that differs from what the row had.
-function changes(fields, row) {
-  const values = {};
-  for (const [name, input] of fields) if (input.value !== (row?.columns[name] ?? '')) values[name] = input.value;
-  return values;
-}
-
-// A form for all columns: of a row, or of a new one.
+// A form for all columns: of a row, or of a new one. The field of a secret is empty, and leaves it as it is.
 function rowForm(row) {
   const fields = new Map();
+  const to = address(row?.index);
   const wrong = make('p', {class: 'wrong', role: 'alert'});
   const cells = plain().filter((column) => column.writable).map((column) => {
     const id = newId();
-    const input = inputFor(column, row?.columns[column.name] ?? '', {id, title: `Takes ${column.accepts}`});
-    fields.set(column.name, input);
+    const input = inputFor(column, column.secret ? '' : row?.columns[column.name] ?? '',
+      {id, title: `Takes ${column.accepts}`, placeholder: row && column.secret ? 'unchanged' : undefined});
+    fields.set(column.name, {input, start: input.value});
     return make('div', {}, make('label', {for: id}, column.name), input);
   });
-  const send = () => row ? ask('PATCH', address(row.index), changes(fields, row)) : ask('POST', address(), changes(fields));
-  const form = make('form', {class: 'row-form', onsubmit: async (event) => {
-    event.preventDefault();
+  async function send() {
+    const typed = [...fields].filter(([, {input, start}]) => input.value !== start);
+    if (row && typed.length === 0) throw new Error('Nothing has changed.');
+    await ask(row ? 'PATCH' : 'POST', to, Object.fromEntries(typed.map(([name, {input}]) => [name, input.value])));
+  }
+  const form = make('form', {class: 'row-form', onsubmit: async () => {
     if (!await attempt(wrong, send)) return;
     form.remove();
     await read();
@@ -44,58 +51,88 @@ function openForm(row) {
   form.querySelector('input, select')?.focus();
 }
 
-function rowLine(row) {
-  const buttons = make('td', {class: 'line'},
-    can('set') ? make('button', {'aria-label': `Edit row ${row.index}`, onclick: () => openForm(row)}, 'Edit') : null,
-    can('delete') ? make('button', {'aria-label': `Delete row ${row.index}`, onclick: async () => {
-      if (await attempt(wrong, () => ask('DELETE', address(row.index)))) await read();
-    }}, 'Delete') : null);
-  return make('tr', {}, make('td', {}, String(row.index)), ...plain().map((column) => make('td', {}, row.columns[column.name] ?? '')), buttons);
+function newLine(index) {
+  const line = {row: null, cells: plain().map(() => make('td'))};
+  line.element = make('tr', {}, make('td', {}, String(index)), ...line.cells, make('td', {class: 'line'},
+    can('set') ? make('button', {'aria-label': `Edit row ${index}`, onclick: () => openForm(line.row)}, 'Edit') : null,
+    can('delete') ? sure('Delete', `Delete row ${index}`, async () => {
+      if (await attempt(wrong, () => ask('DELETE', address(index)))) await read();
+    }) : null));
+  return line;
 }
 
-const wrong = make('p', {class: 'wrong', role: 'alert'});
+function showRow(row, place) {
+  if (!lines.has(row.index)) lines.set(row.index, newLine(row.index));
+  const line = lines.get(row.index);
+  line.row = row;
+  plain().forEach((column, i) => {
+    const text = row.columns[column.name] ?? '';
+    if (line.cells[i].textContent !== text) line.cells[i].textContent = text;
+  });
+  if (body.children[place] !== line.element) body.insertBefore(line.element, body.children[place] ?? null);
+}
 
-function rowLines() {
-  const head = make('tr', {}, make('th', {}, 'Row'), ...plain().map((column) => make('th', {title: column.meaning ?? ''}, column.name)), make('th'));
-  return [make('p', {class: 'soft'}, `${table.meaning ? `${table.meaning} ` : ''}${table.rows.length} of at most ${table.maxRows} rows.`),
-    make('div', {class: 'wide', tabindex: '0', role: 'region', 'aria-label': `Rows of ${table.name}`},
-      make('table', {}, make('thead', {}, head), make('tbody', {}, ...table.rows.map(rowLine))))];
+// A row that stays keeps its elements: focus, pointer and a pressed button stay on the same row.
+function showRows() {
+  count.textContent = `${table.meaning ? `${table.meaning} ` : ''}${table.rows.length} of at most ${table.maxRows} rows.`;
+  const there = new Set(table.rows.map((row) => row.index));
+  for (const [index, line] of lines)
+    if (!there.has(index)) {
+      line.element.remove();
+      lines.delete(index);
+    }
+  table.rows.forEach(showRow);
 }
 
 function draw() {
-  byId('rows').replaceChildren(...rowLines(), can('add') ? make('button', {onclick: () => openForm(null)}, 'Add a row') : '', wrong);
+  lines.clear();
+  wrong.textContent = '';
+  body = make('tbody');
+  const head = make('tr', {}, make('th', {}, 'Row'), ...plain().map((column) => make('th', {title: column.meaning ?? ''}, column.name)), make('th'));
+  byId('rows').replaceChildren(count,
+    make('div', {class: 'wide', tabindex: '0', role: 'region', 'aria-label': `Rows of ${table.name}`}, make('table', {}, make('thead', {}, head), body)),
+    can('add') ? make('button', {onclick: () => openForm(null)}, 'Add a row') : '', unread, wrong);
 }
 
 // A form that is open stays when rows of its table have changed.
-const take = newest(() => ask('GET', `/api/tables/${part(byId('table').value)}`), (answer) => {
+const take = newest((name) => ask('GET', `/api/tables/${part(name)}`), (answer) => {
   const isShown = table?.name === answer.name;
   table = answer;
-  wrong.textContent = '';
-  if (isShown) rowLines().forEach((line, place) => byId('rows').children[place].replaceWith(line));
-  else draw();
+  unread.textContent = '';
+  if (!isShown) draw();
+  showRows();
+  byId('rows').inert = false;
 });
 
+// Until another table has come, the rows of the one before cannot be clicked.
 async function read() {
+  const name = byId('table').value;
+  byId('rows').inert = table !== null && table.name !== name;
   try {
-    await take();
+    await take(name);
   } catch (error) {
-    if (table?.name !== byId('table').value) {
+    if (table?.name !== name) {
       table = null;
-      byId('rows').replaceChildren(wrong);
+      byId('rows').replaceChildren(unread);
     }
-    wrong.textContent = error.message;
+    byId('rows').inert = false;
+    unread.textContent = error.message;
   }
 }
 
 // Somebody has changed rows of a table, or of any.
 export function rowsChanged({table: name}) {
-  if (table !== null && (name ?? table.name) === table.name) read();
+  if (opened && (name === undefined || ownerOf(name) === ownerOf(byId('table').value))) read();
 }
 
 export async function startTables() {
   const {tables} = await ask('GET', '/api/tables');
+  for (const one of tables) if (one.sameRowsAs) owners.set(one.name, one.sameRowsAs);
   byId('table').append(...tables.filter((one) => one.can.includes('list')).map((one) => make('option', {value: one.name}, one.name)));
   byId('table').addEventListener('change', read);
 }
 
-export const openTables = () => table === null ? read() : undefined;
+export function openTables() {
+  opened = true;
+  return table === null ? read() : undefined;
+}

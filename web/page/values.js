@@ -22,10 +22,17 @@ function about(object) {
 const short = (error) => error.problem?.reason && error.problem.right ? `${error.problem.reason}; it takes ${error.problem.right}` : error.message;
 
 async function save(object, input, element) {
-  const {value} = await ask('PUT', `/api/objects/${part(object.name)}`, {value: input.value}).catch((error) => { throw new Error(short(error)); });
-  object.value = value;
-  object.news = ++news;
-  refresh(element.value, textOf(object, value));
+  const sent = input.value;
+  if (object.secret && sent === '') throw new Error(`Type a value. To erase the secret, run kobctl set ${object.name}=`);
+  const mine = ++news;
+  const {value} = await ask('PUT', `/api/objects/${part(object.name)}`, {value: sent}).catch((error) => { throw new Error(short(error)); });
+  if (input.value === sent) element.start = sent;
+  if (!(object.news > mine)) {
+    object.value = value;
+    object.news = ++news;
+    refresh(element.value, textOf(object, value));
+  }
+  follow(object, element);
 }
 
 function form(object, element) {
@@ -34,8 +41,8 @@ function form(object, element) {
   const done = make('p', {class: 'done', role: 'status'});
   const input = inputFor(object, object.secret ? '' : object.value ?? '', {id, 'aria-describedby': `${id}-wrong`});
   element.input = input;
-  return make('form', {onsubmit: async (event) => {
-    event.preventDefault();
+  element.start = input.value;
+  return make('form', {onsubmit: async () => {
     done.textContent = '';
     if (await attempt(wrong, () => save(object, input, element), input)) done.textContent = 'Set.';
   }}, make('label', {for: id}, 'New value'),
@@ -68,9 +75,12 @@ function entry(object) {
   return details;
 }
 
-// The field of an open form shows the new value, unless somebody types in it.
-function follow(object, input) {
-  if (input && input !== document.activeElement && !object.secret) input.value = object.value ?? '';
+// The field of an open form shows the new value, unless somebody types or has typed in it.
+function follow(object, element) {
+  const {input, start} = element;
+  if (!input || object.secret || input === document.activeElement || input.value !== start) return;
+  input.value = object.value ?? '';
+  element.start = input.value;
 }
 
 let news = 0;  // counts what is asked for and what is announced: an answer never replaces what was announced after its question
@@ -87,11 +97,21 @@ async function readValues(list) {
     object.news = mine;
     const element = shown.get(object.name);
     if (element) element.value.textContent = textOf(object, object.value);
-    if (element && object.value !== before) follow(object, element.input);
+    if (element && object.value !== before) follow(object, element);
   }
 }
 
 let searches = 0;
+let counted = '';  // how many objects the search has found
+
+// Reads the values of those in the list; the reason of a failure stands where the count stands.
+async function readShown(list) {
+  const mine = searches;
+  let said = counted;
+  try { await readValues(list); } catch (error) { said = error.message; }
+  if (mine === searches) byId('found').textContent = said;
+}
+
 async function search() {
   const mine = ++searches;
   const words = byId('search').value.toLowerCase().split(/\s+/).filter((word) => word !== '');
@@ -100,26 +120,24 @@ async function search() {
   const list = found.slice(0, most);
   shown.clear();
   byId('objects').replaceChildren(...list.map(entry));
-  byId('found').textContent = found.length > most ? `${found.length} objects, the first ${most} are shown` :
+  counted = found.length > most ? `${found.length} objects, the first ${most} are shown` :
     found.length === 1 ? '1 object' : `${found.length} objects`;
-  try {
-    await readValues(list);
-  } catch (error) {
-    if (mine === searches) byId('found').textContent = error.message;
-  }
+  byId('found').textContent = counted;
+  await readShown(list);
   if (mine === searches) byId('objects').setAttribute('aria-busy', 'false');
 }
 
-// Somebody has changed it.
+// Somebody has changed it. Without its value it is read.
 export function changed({name, new: value}) {
   const object = objects.find((one) => one.name === name);
+  if (object !== undefined && value === undefined && shown.has(name)) readShown([object]);
   if (object === undefined || typeof value !== 'string') return;
   object.value = value;
   object.news = ++news;
   const element = shown.get(name);
   if (element === undefined) return;
   refresh(element.value, textOf(object, value));
-  follow(object, element.input);
+  follow(object, element);
 }
 
 export async function startValues() {
@@ -134,4 +152,4 @@ export async function startValues() {
 }
 
 // Changes may have been missed. What is open or typed stays.
-export const readAgain = () => readValues(objects.filter((object) => shown.has(object.name))).catch((error) => { byId('found').textContent = error.message; });
+export const readAgain = () => readShown(objects.filter((object) => shown.has(object.name)));
