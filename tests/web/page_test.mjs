@@ -26,22 +26,31 @@ const picture = (name) => pictures && page.screenshot({path: `${pictures}/${name
 const hold = (address) => {
   let release;
   const held = new Promise((resolve) => { release = resolve; });
-  const done = new Promise((resolve) => {
-    page.route(address, async (route) => {
-      const response = await route.fetch();
-      await held;
-      await route.fulfill({response});
-      resolve();
-    }, {times: 1});
+  let later;
+  const made = new Promise((resolve) => {
+    later = new Promise((done) => {
+      page.route(address, async (route) => {
+        const response = await route.fetch();
+        resolve();
+        await held;
+        await route.fulfill({response});
+        done();
+      }, {times: 1});
+    });
   });
-  return () => { release(); return done; };
+  return Object.assign(() => { release(); return later; }, {made});
 };
 const steps = [];
 const step = (name, run) => steps.push([name, run]);
 
-step('the token leaves the address, and the router is there', async () => {
+step('the token leaves the address, and the router is there, with what has changed meanwhile', async () => {
+  const later = hold(/describe=0/);
   await page.goto(address);
+  await later.made;
+  kobctl('set', 'webHttpEnable=0');
+  await later();
   await page.locator('#state.up').waitFor();
+  await entry('webHttpEnable').locator('summary .value', {hasText: '0'}).waitFor();
   assert.equal(new URL(page.url()).hash, '');
 });
 
@@ -72,6 +81,9 @@ step('what kobctl changes is announced with both values, and shown in place', as
   kobctl('set', 'webHttpPort=8088');
   await page.locator('#live li', {hasText: '"8080" → "8088" by kobctl'}).waitFor();
   await entry('webHttpPort').locator('summary .value', {hasText: '8088'}).waitFor();
+  kobctl('sim', 'set', '--announce', 'webHttpPort=8087');  // what kobctl has set before is no longer its value
+  await page.locator('#live li', {hasText: '"8088" → "8087"'}).waitFor();
+  kobctl('sim', 'clear');
 });
 
 step('a text that looks like HTML stays a text', async () => {
