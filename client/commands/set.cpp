@@ -81,7 +81,9 @@ Outcome SetValues(const Options& options, const Assignments& pairs, Response* re
         if (response->code == kNotFound && FindObject(pair.name) == nullptr && FindTable(pair.name) == nullptr)
             return NoSuchNameFailure("object", pair.name);
     Outcome outcome = Failure{response->code, response->why};
-    Applied applied = FindApplied(options, pairs, *before);
+    // Of a single value that was named there is nothing more to tell.
+    const bool is_open = pairs.size() > 1 || response->object.empty();
+    Applied applied = is_open ? FindApplied(options, pairs, *before) : Applied();
     // A check refuses with 2, and then nothing has been changed.
     if (applied.failed.empty() || (response->code == kInvalidArgument && applied.changed.empty())) return outcome;
     // Where the router does not tell which object failed, the values do.

@@ -4,6 +4,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -47,7 +48,7 @@ std::string JsonOnTerminal(std::string_view line)
     std::string out;
     for (size_t at = 0, length = 0; at < line.size(); at += length)
     {
-        length = CharacterLength(line.substr(at));
+        length = std::max<size_t>(1, CharacterLength(line.substr(at)));
         const std::string_view character = line.substr(at, length);
         if (character == "\n" || !IsControl(character))
         {
