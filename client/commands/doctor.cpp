@@ -256,6 +256,9 @@ void LookAtState(Report* report)
     if (!answers && access(folder.c_str(), F_OK) != 0 && errno == ENOENT)
         return report->Say(kNote, "state",
                            "there is no folder " + folder + ": no kobd has run with it; KOBD_STATE_DIR names another");
+    std::error_code error;
+    if (std::filesystem::exists(folder, error) && !std::filesystem::is_directory(folder, error))
+        return report->Say(kWrong, "state", folder + " is no folder: KOBD_STATE_DIR has to name the daemon's folder");
     if (access(folder.c_str(), R_OK | W_OK | X_OK) != 0 || statvfs(folder.c_str(), &disk) != 0)
         return report->Say(kWrong, "state",
                            folder + ": " + strerror(errno) + ": " +
