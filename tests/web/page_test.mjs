@@ -23,19 +23,22 @@ const entry = (name) => page.locator(`details[data-name="${name}"]`);
 const isWide = () => page.evaluate(() => document.documentElement.scrollWidth > innerWidth);
 const picture = (name) => pictures && page.screenshot({path: `${pictures}/${name}.png`});
 // The next answer from there comes when the function that this returns is called.
-const hold = (address) => {
+const hold = (address, method = 'GET') => {
   let release;
   const held = new Promise((resolve) => { release = resolve; });
   let later;
   const made = new Promise((resolve) => {
     later = new Promise((done) => {
+      let taken = false;
       page.route(address, async (route) => {
+        if (taken || route.request().method() !== method) return route.fallback();
+        taken = true;
         const response = await route.fetch();
         resolve();
         await held;
         await route.fulfill({response});
         done();
-      }, {times: 1});
+      });
     });
   });
   return Object.assign(() => { release(); return later; }, {made});
@@ -131,7 +134,7 @@ step('a click hits the row that was meant, and does its work once', async () => 
   await page.getByLabel(`Delete row ${first}`).dblclick();
   await page.click('text=Add a row');
   await page.getByLabel('URL', {exact: true}).fill('d.example');
-  const later = hold(/api.tables.FwUrlFilterTable$/);
+  const later = hold(/api.tables.FwUrlFilterTable$/, 'POST');
   for (let i = 0; i < 2; ++i) await page.click('.row-form button.main');
   await later();
   await page.locator('#rows td', {hasText: 'd.example'}).waitFor();
@@ -170,7 +173,7 @@ step('what is newer stays: a change before a late answer, and what is typed; a t
   await entry('webHttpPort').locator('summary').click();
   const field = entry('webHttpPort').getByLabel('New value');
   await field.fill('8201');
-  const later = hold(/api.objects.webHttpPort$/);
+  const later = hold(/api.objects.webHttpPort$/, 'PUT');
   await entry('webHttpPort').locator('button.main').click();
   await value('8201');
   kobctl('set', 'webHttpPort=8202');
@@ -233,9 +236,10 @@ step('the history shows who changed what, and a change is undone', async () => {
   await page.click('#undo');
   await page.locator('#undone', {hasText: 'As before: webHttpPort'}).waitFor();
   assert.equal(kobctl('get', 'webHttpPort'), '8088');
-  const later = hold(/api.history/);
+  const later = hold(/api.history/);  // what is shown from here on is no longer the newest
+  await page.click('#again');
+  await later.made;
   kobctl('set', 'webLanguage=es');
-  await page.waitForTimeout(500);  // the history is being read again, and what is shown is no longer the newest
   for (const text of ['Undo', 'Really?']) await page.locator('#changes tr').first().getByText(text).click();
   await page.locator('#not-undone', {hasText: 'nothing was taken back'}).waitFor();
   await later();
