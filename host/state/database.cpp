@@ -351,6 +351,8 @@ void Database::ReserveLog()
     if (file < 0) return;
     const off_t before = SizeOf(log);
     off_t size = before;
+    // What was emptied has to be empty on the disk first: old pages in front of zeros would count as the newest ones.
+    if (before == 0 && fsync(file) != 0) size = kLogBytes;
     for (ssize_t written; size < kLogBytes && (written = pwrite(file, kZeros, sizeof kZeros, size)) > 0;)
         size += written;
     if (size < kLogBytes && ftruncate(file, before) != 0)

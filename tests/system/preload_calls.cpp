@@ -192,6 +192,14 @@ extern "C"
                      [=](size_t part) { return REAL(WITH_64(pwrite))(file, bytes, part, place); });
     }
 
+#ifdef __GLIBC__
+    // What is not compiled with the names of 64 bits calls this one.
+    ssize_t pwrite(int file, const void* bytes, size_t size, int64_t place)
+    {
+        return Write(file, bytes, size, place, [=](size_t part) { return REAL(pwrite)(file, bytes, part, place); });
+    }
+#endif
+
     int fsync(int file) { return Sync(file, REAL(fsync)); }
 
     int fdatasync(int file) { return Sync(file, REAL(fdatasync)); }
