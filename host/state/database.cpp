@@ -375,6 +375,7 @@ void Database::KeepLogAside()
     std::string begin;
     const std::string log = path_ + "-wal";
     if (SizeOf(log) <= 0 || !ReadText(log, &begin) || begin.empty() || begin[0] == 0) return;
+    if (SizeOf(path_) >= 0) return;  // another process has made it meanwhile: the log is its own
     const std::string aside = KeepAside(log);
     REPORT(kFunction, "%s is gone, its log is kept as %s", path_.c_str(), aside.empty() ? "it is" : aside.c_str());
 }
